@@ -1,0 +1,76 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <type_traits>
+#include <utility>
+
+#include "numeric/error_code.h"
+
+// Zero-filled memory for count items of itemSize bytes, to be given back with std::free; null when the
+// product overflows or the system has none. All memory of the core comes through here.
+void* allocateZeroed(std::size_t count, std::size_t itemSize);
+
+// Lets a test make the n-th allocation from now fail (n counts from 1; 0 switches it off).
+void failAllocation(long long n);
+// Allocations asked for since the last failAllocation.
+long long allocationCount();
+
+// A zero-filled array of plain items that frees itself. Memory is asked for by allocate() alone, so that a
+// driver can combine the codes of all its arrays and leave by one exit.
+template <class T> class Block {
+    static_assert(std::is_trivially_copyable_v<T>);
+
+public:
+    Block() = default;
+    Block(Block&& other) noexcept
+        : items_(std::exchange(other.items_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+    Block& operator=(Block&& other) noexcept {
+        std::swap(items_, other.items_);
+        std::swap(size_, other.size_);
+        return *this;
+    }
+    Block(const Block&) = delete;
+    Block& operator=(const Block&) = delete;
+    ~Block() { release(); }
+
+    // Replaces the contents by count zero items; 0 or outOfMemory (then empty).
+    ErrorCode allocate(std::size_t count) {
+        release();
+        if (count == 0) return success;
+        items_ = static_cast<T*>(allocateZeroed(count, sizeof(T)));
+        if (items_ == nullptr) return outOfMemory;
+        size_ = count;
+        return success;
+    }
+
+    // Enlarges to count items, keeping the present ones; 0 or outOfMemory (then unchanged).
+    ErrorCode grow(std::size_t count) {
+        Block larger;
+        if (larger.allocate(count) != success) return outOfMemory;
+        if (size_ > 0) std::memcpy(larger.items_, items_, (size_ < count ? size_ : count) * sizeof(T));
+        *this = std::move(larger);
+        return success;
+    }
+
+    void release() {
+        std::free(items_);
+        items_ = nullptr;
+        size_ = 0;
+    }
+
+    T* data() { return items_; }
+    const T* data() const { return items_; }
+    std::size_t size() const { return size_; }
+    T& operator[](std::size_t index) { return items_[index]; }
+    const T& operator[](std::size_t index) const { return items_[index]; }
+    T* begin() { return items_; }
+    T* end() { return items_ + size_; }
+    const T* begin() const { return items_; }
+    const T* end() const { return items_ + size_; }
+
+private:
+    T* items_ = nullptr;
+    std::size_t size_ = 0;
+};
