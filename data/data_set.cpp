@@ -1,0 +1,126 @@
+#include "data/data_set.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <initializer_list>
+
+#include "data/number.h"
+
+namespace {
+
+ErrorCode allocateMatrix(DataMatrix& matrix, std::size_t samples, std::size_t variables) {
+    return matrix.values.allocate(samples * variables) | matrix.names.allocate(variables) |
+           matrix.labels.allocate(samples);
+}
+
+// `columns` is cols - 1, the most variables there can be.
+ErrorCode allocateModel(FittedModel& model, std::size_t columns) {
+    return model.coefficients.allocate(columns) | model.means.allocate(columns) |
+           model.degrees.allocate(columns) | model.values.allocate(columns) |
+           model.variables.allocate(columns) | model.inModel.allocate(columns) |
+           model.title.allocate(fittedModelTitleSize) | model.inverse.allocate(columns * columns);
+}
+
+void copyColumn(const DataMatrix& from, std::int32_t fromColumn, DataMatrix& to, std::int32_t toColumn) {
+    const std::size_t stride = static_cast<std::size_t>(from.variables);
+    const double* source = from.values.data() + fromColumn;
+    double* target = to.values.data() + toColumn;
+    for (std::int32_t s = 0; s < from.samples; ++s, source += stride, target += stride) *target = *source;
+    to.names[static_cast<std::size_t>(toColumn)] = from.names[static_cast<std::size_t>(fromColumn)];
+}
+
+} // namespace
+
+ErrorCode allocateDataSet(DataSet& data) {
+    std::snprintf(data.cells.cells[0].text, textSlotSize, "(none)");
+    const std::size_t cols = static_cast<std::size_t>(data.cells.cols);
+    const std::size_t samples = static_cast<std::size_t>(data.cells.rows) - 1;
+    const ErrorCode code = data.selectionFlags.allocate(cols) | data.useFlags.allocate(cols) |
+                           allocateMatrix(data.loaded, samples, cols - 1) |
+                           allocateMatrix(data.working, samples, cols - 1) |
+                           allocateModel(data.model, cols - 1);
+    if (code != success) releaseDataSet(data);
+    return code;
+}
+
+void releaseDataSet(DataSet& data) {
+    data.cells = {};
+    data.loaded = {};
+    data.working = {};
+    data.selectionFlags.release();
+    data.useFlags.release();
+    data.exclusion = {};
+    data.model = {};
+    data.selectedCount = 0;
+    data.otherCount = 0;
+}
+
+void buildDataSet(DataSet& data) {
+    const CellTable& cells = data.cells;
+    for (std::int32_t& used : data.useFlags) used = 1;
+    data.exclusion.count = 0;
+    for (const std::int32_t column : data.exclusion.slots) {
+        if (column <= 0 || column >= cells.cols) continue;
+        std::int32_t& used = data.useFlags[static_cast<std::size_t>(column)];
+        data.exclusion.count += used;
+        used = 0;
+    }
+
+    DataMatrix& loaded = data.loaded;
+    loaded.variables = cells.cols - data.exclusion.count - 1;
+    loaded.samples = cells.rows - 1;
+    const TextSlot* cell = cells.cells.data();
+    TextSlot* name = loaded.names.data();
+    for (std::int32_t j = 1; j < cells.cols; ++j) {
+        if (data.useFlags[static_cast<std::size_t>(j)] != 0) *name++ = cell[j];
+    }
+    double* value = loaded.values.data();
+    for (std::int32_t s = 0; s < loaded.samples; ++s) {
+        cell += cells.cols;
+        loaded.labels[static_cast<std::size_t>(s)] = cell[0];
+        for (std::int32_t j = 1; j < cells.cols; ++j) {
+            if (data.useFlags[static_cast<std::size_t>(j)] != 0) *value++ = parseNumber(cell[j].text);
+        }
+    }
+
+    for (std::int32_t& flag : data.selectionFlags) flag = 0;
+    if (cells.cols > 1) data.selectionFlags[1] = 1;
+}
+
+void copyLoadedToWorking(DataSet& data) {
+    const DataMatrix& loaded = data.loaded;
+    DataMatrix& working = data.working;
+    working.samples = loaded.samples;
+    working.variables = loaded.variables;
+    std::copy_n(loaded.values.data(), loaded.count(), working.values.data());
+    std::copy_n(loaded.names.data(), loaded.variables, working.names.data());
+    std::copy_n(loaded.labels.data(), loaded.samples, working.labels.data());
+}
+
+void reorderWorkingBySelection(DataSet& data) {
+    std::int32_t column = 0;
+    for (const bool selected : {false, true}) {
+        for (std::int32_t v = 0; v < data.loaded.variables; ++v) {
+            if ((data.selectionFlags[static_cast<std::size_t>(v) + 1] != 0) != selected) continue;
+            copyColumn(data.loaded, v, data.working, column++);
+        }
+        if (!selected) data.otherCount = column;
+    }
+    data.selectedCount = column - data.otherCount;
+}
+
+BadCells findBadCells(const DataSet& data) {
+    BadCells found = {0, 0, ""};
+    for (std::int32_t row = 1; row < data.cells.rows; ++row) {
+        for (std::int32_t col = 1; col < data.cells.cols; ++col) {
+            if (data.useFlags[static_cast<std::size_t>(col)] == 0 || isNumber(data.cells.cell(row, col))) {
+                continue;
+            }
+            if (found.count++ == 0) {
+                found.sample = row;
+                found.variable = data.cells.cell(0, col);
+            }
+        }
+    }
+    return found;
+}

@@ -1,0 +1,10 @@
+#pragma once
+
+// The decimal number that a text begins with: leading blanks, sign, digits, decimal point and exponent; the
+// first other character ends it, and a text that begins otherwise gives 0. Words (inf, nan) and hexadecimal
+// digits are no numbers; the decimal point is "." whatever the locale. Beyond the range of a double: an
+// infinity or 0. `end`, when given, receives the first character that is not of the number.
+double parseNumber(const char* text, const char** end = nullptr);
+
+// True when the whole text, blanks around it aside, is one such number.
+bool isNumber(const char* text);

@@ -1,0 +1,35 @@
+#include "report/file_summary.h"
+
+#include <cstring>
+
+#include "report/table_formats.h"
+#include "report/tables.h"
+
+void writeFileSummary(Screens& screens, Report& report, const DataSet& data, int variableLength,
+                      int labelLength) {
+    const DataMatrix& working = data.working;
+    const char* separator = std::strrchr(data.path, '\\');
+    const char* name = separator != nullptr ? separator + 1 : data.path;
+
+    report.upper.clear();
+    report.upper.append("\n");
+    report.status.clear();
+    report.status.append("status : ");
+    for (TextBuffer* text : {&report.upper, &report.status}) {
+        text->appendFormat("opened data file named : '%s'\n", name);
+    }
+    report.upper.appendFormat("\t'%s'\n\t-- %d samples, %d variables\n", data.path, working.samples,
+                              working.variables);
+    report.upper.append("\tvariables : ");
+    for (std::int32_t v = 0; v < working.variables; ++v) {
+        if (v > 0) report.upper.append(", ");
+        report.upper.append(working.names[static_cast<std::size_t>(v)].text);
+    }
+    SetFormatsFromData(report, data, variableLength, labelLength);
+    report.upper.append("\n\n");
+    report.lower.clear();
+    WriteDataTable(report, data, working.values.data());
+    report.upper.append({report.lower.text(), report.lower.length()});
+    screens.showUpper(report);
+    screens.showStatus(report);
+}

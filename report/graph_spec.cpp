@@ -1,0 +1,117 @@
+#include "report/graph_spec.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr std::uint32_t lastKind = 8;
+
+bool hasVectors(std::uint32_t kind) {
+    return kind >= 4 && kind <= 7;
+}
+
+ErrorCode checkSeries(const GraphSpec& spec) {
+    const std::int32_t count = spec.seriesCount;
+    if (count < 0 || count > static_cast<std::int32_t>(mostSeries)) return graphSeriesWrong;
+    switch (spec.kind) {
+    case 0: return count == 1 ? success : graphSeriesWrong;
+    case 1:
+    case 4:
+    case 6: return count == 2 ? success : graphSeriesWrong;
+    case 2: return count == 3 ? success : graphSeriesWrong;
+    case 3: return count >= 3 ? success : graphSeriesWrong;
+    case 5:
+    case 7:
+    case 8: return count >= 2 ? success : graphSeriesTooFew;
+    default: return graphKindUnknown;
+    }
+}
+
+template <class T> ErrorCode copyBlock(const Block<T>& from, Block<T>& to) {
+    const ErrorCode code = to.allocate(from.size());
+    if (code == success) std::copy(from.begin(), from.end(), to.begin());
+    return code;
+}
+
+ErrorCode copySpec(const GraphSpec& from, GraphSpec& to) {
+    to.width = from.width;
+    to.height = from.height;
+    to.kind = from.kind;
+    to.seriesCount = from.seriesCount;
+    to.itemCount = from.itemCount;
+    to.vectorOption = from.vectorOption;
+    to.numbering = from.numbering;
+    std::copy(std::begin(from.rangeGroups), std::end(from.rangeGroups), to.rangeGroups);
+    ErrorCode code = copyBlock(from.seriesNames, to.seriesNames) | copyBlock(from.itemLabels, to.itemLabels) |
+                     copyBlock(from.values, to.values);
+    if (from.numbering != 0) code |= copyBlock(from.numberLabels, to.numberLabels);
+    if (from.kind == lastKind) code |= copyBlock(from.kind8Labels, to.kind8Labels);
+    if (hasVectors(from.kind) || from.kind == lastKind) {
+        to.vectorCount = from.vectorCount;
+        code |= copyBlock(from.vectorNames, to.vectorNames) | copyBlock(from.vectorValues, to.vectorValues);
+    }
+    return code;
+}
+
+void findRanges(Graph& graph) {
+    const GraphSpec& spec = graph.spec;
+    const std::size_t series = static_cast<std::size_t>(spec.seriesCount);
+    for (std::size_t k = 0; k < series; ++k) {
+        double least = 0.0, most = 0.0;
+        for (std::size_t i = 0; i < spec.itemCount; ++i) {
+            const double value = spec.values[i * series + k];
+            if (!std::isfinite(value)) continue;
+            least = std::min(least, value);
+            most = std::max(most, value);
+        }
+        graph.minimum[k] = least;
+        graph.maximum[k] = most;
+        for (std::size_t t = 0; t < k; ++t) {
+            if ((spec.rangeGroups[k] & spec.rangeGroups[t]) == 0) continue;
+            graph.minimum[k] = graph.minimum[t] = std::min(graph.minimum[k], graph.minimum[t]);
+            graph.maximum[k] = graph.maximum[t] = std::max(graph.maximum[k], graph.maximum[t]);
+        }
+    }
+}
+
+} // namespace
+
+ErrorCode GraphSpec::allocate(std::size_t series, std::size_t items, std::size_t vectors) {
+    seriesCount = static_cast<std::int32_t>(series);
+    itemCount = static_cast<std::uint32_t>(items);
+    vectorCount = static_cast<std::int32_t>(vectors);
+    return seriesNames.allocate(series) | itemLabels.allocate(items) | values.allocate(items * series) |
+           numberLabels.allocate(items) | vectorNames.allocate(vectors) | vectorValues.allocate(vectors * series);
+}
+
+ErrorCode initGraph(const GraphSpec& spec, Graph& graph) {
+    releaseGraph(graph);
+    ErrorCode code = checkSeries(spec);
+    if (code == success && copySpec(spec, graph.spec) != success) code = graphKindUnknown;
+    if (code != success) {
+        releaseGraph(graph);
+        return code;
+    }
+    findRanges(graph);
+    graph.present = true;
+    return success;
+}
+
+void releaseGraph(Graph& graph) {
+    graph = {};
+}
+
+ErrorCode buildGraph(Screens& screens, const GraphSpec& spec, Graph& graph) {
+    switch (initGraph(spec, graph)) {
+    case success: return success;
+    case graphSeriesWrong:
+        screens.alert("failed to initialize graph struct cause illegal variable number", "alert");
+        break;
+    case graphSeriesTooFew:
+        screens.alert("failed to initialize and graph struct cause too few vector number", "alert");
+        break;
+    default: screens.alert("failed to initialize and registred graph struct", "alert"); break;
+    }
+    return graphNotBuilt;
+}

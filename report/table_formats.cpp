@@ -1,0 +1,40 @@
+#include "report/table_formats.h"
+
+#include <algorithm>
+#include <cmath>
+
+TableFormats formatsForMagnitude(double largest, int variableLength, int labelLength) {
+    TableFormats formats = {};
+    formats.nameLength = std::max(variableLength, 0);
+    formats.labelWidth = std::max(labelLength, 0);
+    int digits = 1;
+    for (double m = largest; m >= 10.0; m /= 10.0) ++digits;
+    formats.width = std::max(formats.nameLength, digits + 1);
+    const int mostDecimals = std::max(0, formats.nameLength - 2 - digits);
+    for (int slot = 0; slot < TableFormats::slotCount; ++slot) {
+        formats.decimals[slot] = std::min(slot, mostDecimals);
+    }
+    return formats;
+}
+
+double largestMagnitude(const double* values, std::size_t count) {
+    double largest = 0.0;
+    for (std::size_t i = 0; i < count; ++i) {
+        const double magnitude = std::fabs(values[i]);
+        if (magnitude > largest && std::isfinite(magnitude)) largest = magnitude;
+    }
+    return largest;
+}
+
+void SetFormatsFromData(Report& report, const DataSet& data, int variableLength, int labelLength) {
+    SetFormatsFromValues(report, data.working.values.data(), data.working.count(), variableLength, labelLength);
+}
+
+void SetFormatsFromValues(Report& report, const double* values, std::size_t count, int variableLength,
+                          int labelLength) {
+    report.formats = formatsForMagnitude(largestMagnitude(values, count), variableLength, labelLength);
+}
+
+void SetFormatsFromValues(Report& report, const double* values, std::size_t count) {
+    SetFormatsFromValues(report, values, count, report.formats.nameLength, report.formats.labelWidth);
+}

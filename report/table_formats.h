@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+
+#include "data/data_set.h"
+#include "report/report.h"
+
+// The formats of a table, fixed by the largest magnitude m that it prints, the variable string length V and
+// the sample string length L: columns are max(V, integer digits of m + 1) wide, and slot k has
+// min(k, max(0, V - 2 - digits)) decimals, so that wide numbers lose decimals first.
+TableFormats formatsForMagnitude(double largest, int variableLength, int labelLength);
+
+// The largest |x| of `count` values; those that are not finite take no part, 0 when none does.
+double largestMagnitude(const double* values, std::size_t count);
+
+// Sets the report's formats from the whole working matrix, or from the given values.
+void SetFormatsFromData(Report& report, const DataSet& data, int variableLength, int labelLength);
+void SetFormatsFromValues(Report& report, const double* values, std::size_t count, int variableLength,
+                          int labelLength);
+
+// The same with the string lengths that are set already.
+void SetFormatsFromValues(Report& report, const double* values, std::size_t count);
