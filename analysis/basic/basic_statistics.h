@@ -1,0 +1,26 @@
+#pragma once
+
+#include "data/data_set.h"
+#include "report/screens.h"
+
+// Nine statistics of each variable, in the order of the report.
+struct BasicStatistics {
+    static constexpr int count = 9;
+
+    Block<double> maximum;
+    Block<double> minimum;
+    Block<double> mean;
+    Block<double> median;
+    Block<double> standardDeviation;
+    Block<double> averageDeviation; // mean of |x - mean|
+    Block<double> skew;
+    Block<double> kurtosis; // 0 for the normal distribution
+    Block<double> variance; // divisor N - 1
+    Block<double> column;   // scratch: one variable's samples
+
+    ErrorCode allocate(std::size_t variables, std::size_t samples);
+};
+
+// Fills the statistics from the data and moves the progress from 0 to 70. A variable with one value only has
+// skew and kurtosis 0.
+void basicStatistics(Screens& screens, const DataMatrix& data, BasicStatistics& statistics);

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "analysis/run/settings.h"
+#include "data/data_set.h"
+#include "report/graph_spec.h"
+#include "report/report.h"
+
+// The values of every option: the block of settings, then those that no settings file keeps. Plain, so that
+// a dialog can work on a copy and throw it away.
+struct AnalysisOptions {
+    static constexpr int purposeCount = 9;
+    static constexpr int slotCount = 10;
+
+    Settings settings;
+    // Variables of the loaded part from 1, 0 for none; taken from and put into the selection flags.
+    std::int32_t purposes[purposeCount];
+    // Reset to 0 and 1.0 by every load: the columns whose degree is not 1 in the first curve model.
+    std::int32_t slotColumns[slotCount];
+    double slotDegrees[slotCount];
+    std::int32_t similarityModel;      // added to kind 20
+    std::int32_t quantification3Data;  // 0 categorical variables, 1 cross data
+    std::int32_t quantification3Count; // of factors expected
+};
+
+// The one run context: what the analyses read and write.
+struct AnalysisRun {
+    AnalysisOptions options = {};
+    std::int32_t kind = 0; // menu command less 710
+    Report report;
+    DataSet data;
+    Graph graph; // of the last analysis that has one
+};
+
+// Takes the settings over and gives the other options their first values.
+void startOptions(AnalysisOptions& options, const Settings& settings);
+
+void resetSlots(AnalysisOptions& options);
+
+// Copies the selected variables into the purposes, and back.
+void clearPurposes(AnalysisOptions& options);
+void takePurposes(AnalysisRun& run);
+void selectPurposes(AnalysisRun& run);

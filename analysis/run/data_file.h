@@ -1,0 +1,21 @@
+#pragma once
+
+#include "analysis/run/frontend.h"
+
+// Replaces the data set by the file at run.data.path: csv (source kind 0 of the settings). Tells a failure on
+// the screens. Returns success, fileNotOpened, fileMalformed or outOfMemory; nothing is loaded then.
+ErrorCode loadDataFile(Frontend& frontend, AnalysisRun& run);
+
+// After a load: fills the working part and shows the summary of the file.
+void showLoadedData(Frontend& frontend, AnalysisRun& run);
+
+// Rebuilds the data set with other exclusions and shows its summary; what prediction kept fits no longer.
+void applyExclusion(Frontend& frontend, AnalysisRun& run,
+                    const std::int32_t (&slots)[ExclusionList::slotCount]);
+
+// Empties the three texts and greys the menus. The data stays until the next load.
+void closeDataFile(Frontend& frontend, AnalysisRun& run);
+
+// Replaces what follows the last "." of a path by "csv" or "xls"; a path without one keeps its first
+// character only. `path` has 260 characters.
+void forceExtension(char (&path)[260], std::int32_t fileType);

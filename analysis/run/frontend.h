@@ -1,0 +1,17 @@
+#pragma once
+
+#include "analysis/run/analysis_kind.h"
+#include "report/screens.h"
+
+// What the run flow asks of the program around it: the window, the batch runner or a test.
+class Frontend : public Screens {
+public:
+    // Lets the user set the options of the kind in `run`. False leaves everything as it is.
+    virtual bool chooseOptions(AnalysisRun& run, const AnalysisKind& kind) = 0;
+    // Data was loaded or closed.
+    virtual void setDataLoaded(bool loaded) = 0;
+    virtual void enablePrediction(bool enabled) = 0;
+    // The graph stays as it is until closeGraph or the next analysis.
+    virtual void openGraphWindow(const Graph& graph) = 0;
+    virtual void closeGraph() = 0;
+};

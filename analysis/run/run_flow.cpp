@@ -1,0 +1,66 @@
+#include "analysis/run/run_flow.h"
+
+#include "analysis/run/commands.h"
+#include "analysis/run/saved_defaults.h"
+#include "numeric/moments.h"
+#include "report/messages.h"
+
+namespace {
+
+constexpr int leastExcess = 3; // of samples over variables
+
+bool asksFactorNumber(std::int32_t kind) {
+    return kind == 2 || kind == 4 || kind == 5;
+}
+
+} // namespace
+
+ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun& run, int command) {
+    const AnalysisKind* kind = findKind(command - firstAnalysisCommand);
+    if (kind == nullptr || !kind->onMenu || kind->analysis == nullptr) return success;
+
+    frontend.closeGraph();
+    releaseGraph(run.graph);
+    copyLoadedToWorking(run.data);
+    run.kind = kind->number;
+    frontend.enablePrediction(false);
+    const DataMatrix& loaded = run.data.loaded;
+    if (kind->sizeCheck && loaded.samples - loaded.variables < leastExcess) {
+        return reportResult(frontend, run, tooFewSamples);
+    }
+    if (loaded.variables == 0) return reportResult(frontend, run, noEffectiveVariable);
+    return dispatchAnalysis(frontend, defaults, run);
+}
+
+ErrorCode dispatchAnalysis(Frontend& frontend, Settings& defaults, AnalysisRun& run) {
+    if (asksFactorNumber(run.kind)) {
+        run.options.settings.factor.factorNumber = DefaultFactorCount(run.data.working.variables);
+    }
+    if (isSimilarity(run.kind)) run.options.similarityModel = run.kind - similarityKind;
+    takePurposes(run);
+    const AnalysisKind& asked = *findKind(run.kind);
+    if (asked.analysis->opensWithoutPurpose) clearPurposes(run.options);
+    if (!frontend.chooseOptions(run, asked)) return success;
+    selectPurposes(run);
+    if (isSimilarity(run.kind)) run.kind = similarityKind + run.options.similarityModel;
+    commitSavedDefaults(defaults, run);
+
+    const AnalysisKind& kind = *findKind(run.kind);
+    ErrorCode code = kind.analysis->driver(frontend, run);
+    if (code == success && run.report.lower.ranOutOfMemory()) code = outOfMemory;
+    if (code == success && kind.enablesPrediction) frontend.enablePrediction(true);
+    if (code == success && run.graph.present) frontend.openGraphWindow(run.graph);
+    return reportResult(frontend, run, code);
+}
+
+ErrorCode reportResult(Screens& screens, AnalysisRun& run, ErrorCode code) {
+    const int shortage = run.data.working.variables - run.data.working.samples + leastExcess;
+    return reportAnalysisCode(screens, run.report, code, shortage);
+}
+
+bool isCommandEnabled(int command, bool dataLoaded) {
+    if (command == commandOpenFile) return !dataLoaded;
+    if (command == commandCloseFile || command == commandExcludeVariable) return dataLoaded;
+    const AnalysisKind* kind = findKind(command - firstAnalysisCommand);
+    return kind != nullptr && kind->onMenu && dataLoaded;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "analysis/run/analysis_run.h"
+#include "report/screens.h"
+
+// A scatter of the working samples in some scores, with vectors from the origin: the graph of nearly every
+// analysis that has one.
+struct ScoreGraph {
+    // Names of the series; null: "prefix 1", "prefix 2", ...
+    const char* const* seriesNames = nullptr;
+    const char* seriesPrefix = "";
+    int seriesCount = 0;
+    const double* scores = nullptr; // sample i begins at scores[i * scoreStride]
+    int scoreStride = 0;
+    // Written beside the items; null: the running numbers from 1.
+    const std::int32_t* numbers = nullptr;
+    // Null names: one empty vector with zero values.
+    const TextSlot* vectorNames = nullptr;
+    int vectorCount = 0;
+    const double* vectors = nullptr; // vector i begins at vectors[i * vectorStride]
+    int vectorStride = 0;
+    // The preferences "scatter numbering" and "vector sizing" count for components and factors only.
+    bool takesPreferences = false;
+};
+
+// Builds the run's graph when the preference "express graph" is on. Returns success, outOfMemory or
+// graphNotBuilt (told already).
+ErrorCode buildScoreGraph(Screens& screens, AnalysisRun& run, const ScoreGraph& scores);
