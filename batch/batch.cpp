@@ -1,0 +1,142 @@
+#include "batch/batch.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "analysis/run/data_file.h"
+#include "analysis/run/run_flow.h"
+#include "batch/batch_frontend.h"
+#include "batch/command_line.h"
+#include "batch/help.h"
+#include "batch/terminal.h"
+#include "report/messages.h"
+#include "version.h"
+
+namespace {
+
+enum ExitStatus { exitSuccess = 0, exitFailure = 1, exitWrongCommandLine = 2 };
+
+int refuse(const Complaint& complaint, const AnalysisKind* kind) {
+    std::fprintf(stderr, "%s: %s\ntry: %s%s%s --help\n", programName, complaint.text, programName,
+                 kind != nullptr ? " " : "", kind != nullptr ? kind->batchName : "");
+    return exitWrongCommandLine;
+}
+
+void setUp(const CommandLine& line, AnalysisRun& run) {
+    Settings settings;
+    setDefaultSettings(settings);
+    settings.expressGraph = 0;
+    if (line.variableWidth > 0) settings.variableStringLength = line.variableWidth;
+    if (line.labelWidth > 0) settings.sampleStringLength = line.labelWidth;
+    startOptions(run.options, settings);
+    std::snprintf(run.data.path, sizeof run.data.path, "%s", line.file);
+}
+
+// Whether the options of the analysis fit the data; told before any work.
+bool checkOptions(const CommandLine& line, AnalysisRun& run, Complaint& complaint) {
+    takePurposes(run);
+    if (line.kind->analysis->opensWithoutPurpose) clearPurposes(run.options);
+    AnalysisOptions trial = run.options;
+    return applyFields(line, run.data, trial, complaint);
+}
+
+int menuCommand(const AnalysisKind& kind) {
+    return firstAnalysisCommand + (isSimilarity(kind.number) ? similarityKind + 1 : kind.number);
+}
+
+// Cells that are no numbers spoil a result without a sign of it, so they are told. Returns fileMalformed for
+// `--strict` when there are any.
+ErrorCode checkCells(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
+    const BadCells bad = findBadCells(run.data);
+    if (bad.count == 0) return success;
+    std::fprintf(stderr, "warning : %lld cells are not numbers, the first is row %d, column %s\n", bad.count,
+                 bad.sample, bad.variable);
+    return line.strict ? reportFileCode(frontend, run.report, fileMalformed) : success;
+}
+
+// The analysis or the summary of what was loaded.
+ErrorCode runLoaded(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
+    if (line.kind != nullptr) {
+        Settings defaults = run.options.settings;
+        return runAnalysisCommand(frontend, defaults, run, menuCommand(*line.kind));
+    }
+    if (line.shownPath != nullptr) std::snprintf(run.data.path, sizeof run.data.path, "%s", line.shownPath);
+    showLoadedData(frontend, run);
+    return run.report.upper.ranOutOfMemory() || run.report.lower.ranOutOfMemory()
+               ? reportFileCode(frontend, run.report, outOfMemory)
+               : success;
+}
+
+bool write(std::FILE* file, const TextBuffer& text) {
+    return std::fwrite(text.text(), 1, text.length(), file) == text.length();
+}
+
+// Written to a neighbour and put in place at once.
+bool writeWhole(const char* path, const TextBuffer& text) {
+    char neighbour[4096];
+    const int length = std::snprintf(neighbour, sizeof neighbour, "%s.new", path);
+    if (length < 0 || static_cast<std::size_t>(length) >= sizeof neighbour) return false;
+    std::FILE* file = std::fopen(neighbour, "wb");
+    if (file == nullptr) return false;
+    const bool written = write(file, text);
+    const bool closed = std::fclose(file) == 0;
+    if (written && closed && replaceFile(neighbour, path)) return true;
+    std::remove(neighbour);
+    return false;
+}
+
+void printStatus(const TextBuffer& status) {
+    const std::size_t length = std::strcspn(status.text(), "\n");
+    std::fprintf(stderr, "%.*s\n", static_cast<int>(length), status.text());
+}
+
+// A failure leaves the output file alone: its text goes to standard output.
+ErrorCode print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, ErrorCode code) {
+    bool printed = true;
+    if (code == success && line.output != nullptr) {
+        printed = writeWhole(line.output, *frontend.shown());
+        if (!printed) code = reportFileCode(frontend, run.report, fileNotCreated);
+    }
+    if (!printed || code != success || line.output == nullptr) {
+        printed = write(stdout, *frontend.shown()) && std::fflush(stdout) == 0;
+        if (!printed) code = reportFileCode(frontend, run.report, fileNotCreated);
+    }
+    printStatus(run.report.status);
+    return code;
+}
+
+} // namespace
+
+int runBatch(int count, char** arguments) {
+    CommandLine line;
+    Complaint complaint;
+    if (!parseCommandLine(count, arguments, line, complaint)) return refuse(complaint, line.kind);
+    if (line.task == CommandLine::Task::help) {
+        printHelp(stdout, line.kind);
+        return exitSuccess;
+    }
+    if (line.task == CommandLine::Task::version) {
+        std::printf("%s %s\n", programName, OMBRIVANTEL_VERSION);
+        return exitSuccess;
+    }
+
+    useBinaryOutput();
+    AnalysisRun run;
+    BatchFrontend frontend(line);
+    setUp(line, run);
+    if (allocateReport(run.report, TextBuffer::Growth::growing) != success) {
+        std::fprintf(stderr, "error : failed to allocate memory for data.\n");
+        return exitFailure;
+    }
+    ErrorCode code = loadDataFile(frontend, run);
+    if (code == success && line.exclude != nullptr) {
+        if (!applyExclude(line.exclude, run.data, complaint)) return refuse(complaint, line.kind);
+        buildDataSet(run.data);
+    }
+    if (code == success && line.kind != nullptr && !checkOptions(line, run, complaint)) {
+        return refuse(complaint, line.kind);
+    }
+    if (code == success) code = checkCells(frontend, line, run);
+    if (code == success) code = runLoaded(frontend, line, run);
+    return print(frontend, line, run, code) == success ? exitSuccess : exitFailure;
+}

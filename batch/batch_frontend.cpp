@@ -1,0 +1,48 @@
+#include "batch/batch_frontend.h"
+
+#include <cstdio>
+
+#include "batch/terminal.h"
+
+namespace {
+
+constexpr std::chrono::milliseconds patience(500);
+
+} // namespace
+
+BatchFrontend::BatchFrontend(const CommandLine& line) : line_(line), onTerminal_(isErrorTerminal()) {}
+
+void BatchFrontend::showUpper(const Report& report) {
+    shown_ = &report.upper;
+}
+
+void BatchFrontend::showLower(const Report& report) {
+    shown_ = &report.lower;
+}
+
+void BatchFrontend::showProgress() {
+    start_ = std::chrono::steady_clock::now();
+}
+
+void BatchFrontend::setProgress(int percent) {
+    if (!onTerminal_ || percent == percent_ || std::chrono::steady_clock::now() - start_ < patience) return;
+    percent_ = percent;
+    std::fprintf(stderr, "\r%3d %%", percent);
+    std::fflush(stderr);
+}
+
+void BatchFrontend::hideProgress() {
+    if (percent_ >= 0) std::fprintf(stderr, "\r     \r");
+    percent_ = -1;
+}
+
+void BatchFrontend::alert(const char* text, const char*) {
+    if (text[0] != '\0') std::fprintf(stderr, "%s\n", text);
+}
+
+bool BatchFrontend::chooseOptions(AnalysisRun& run, const AnalysisKind&) {
+    // All of the similarity kinds are asked for by the command of one of them.
+    run.options.similarityModel = line_.kind->number - similarityKind;
+    Complaint complaint; // the same values were applied once before, without one
+    return applyFields(line_, run.data, run.options, complaint);
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <chrono>
+
+#include "analysis/run/frontend.h"
+#include "batch/command_line.h"
+
+// The run flow without a window: options come from the command line, texts are left in the report for the
+// end, progress goes to a terminal on standard error once a run takes long enough for a person to wonder.
+class BatchFrontend : public Frontend {
+public:
+    explicit BatchFrontend(const CommandLine& line);
+
+    void showUpper(const Report& report) override;
+    void showLower(const Report& report) override;
+    void showStatus(const Report&) override {}
+    void showProgress() override;
+    void setProgress(int percent) override;
+    void hideProgress() override;
+    void alert(const char* text, const char* caption) override;
+    bool chooseOptions(AnalysisRun& run, const AnalysisKind& kind) override;
+    void setDataLoaded(bool) override {}
+    void enablePrediction(bool) override {}
+    void openGraphWindow(const Graph&) override {}
+    void closeGraph() override {}
+
+    // The text that was shown last.
+    const TextBuffer* shown() const { return shown_; }
+
+private:
+    const CommandLine& line_;
+    const TextBuffer* shown_ = nullptr;
+    std::chrono::steady_clock::time_point start_;
+    bool onTerminal_;
+    int percent_ = -1; // on the terminal
+};

@@ -1,0 +1,164 @@
+#include "batch/field_values.h"
+
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+
+#include "data/number.h"
+
+namespace {
+
+bool isWithin(const OptionField& field, double value) {
+    return !field.bounded || (value >= field.least && value <= field.most);
+}
+
+bool isWholeNumber(const OptionField& field, const char* text) {
+    if (!isNumber(text) || std::strspn(text, "+-0123456789") != std::strlen(text)) return false;
+    const double value = parseNumber(text);
+    return value >= std::numeric_limits<std::int32_t>::min() &&
+           value <= std::numeric_limits<std::int32_t>::max() && isWithin(field, value);
+}
+
+bool isRealNumber(const OptionField& field, const char* text) {
+    return isNumber(text) && std::isfinite(parseNumber(text)) && isWithin(field, parseNumber(text));
+}
+
+// The index of a word among the choices, or -1.
+int findChoice(const OptionField& field, const char* word) {
+    for (std::size_t k = 0; k < field.choices.size(); ++k) {
+        if (std::strcmp(field.choices[k], word) == 0) return static_cast<int>(k);
+    }
+    return -1;
+}
+
+// The loaded variable, from 1, of a name or column number; 0 when there is none or it is excluded.
+std::int32_t findVariable(const DataSet& data, std::string_view name) {
+    const std::int32_t column = findColumn(data.cells, name);
+    if (column == 0 || data.useFlags[static_cast<std::size_t>(column)] == 0) return 0;
+    std::int32_t variable = 0;
+    for (std::int32_t col = 1; col <= column; ++col) variable += data.useFlags[static_cast<std::size_t>(col)];
+    return variable;
+}
+
+void append(char* text, std::size_t size, std::string_view piece) {
+    const std::size_t used = std::strlen(text);
+    std::snprintf(text + used, size - used, "%.*s", static_cast<int>(piece.size()), piece.data());
+}
+
+// "; the variables are a, b, c"
+void appendVariables(const DataSet& data, Complaint& complaint) {
+    const DataMatrix& loaded = data.loaded;
+    for (std::int32_t v = 0; v < loaded.variables; ++v) {
+        append(complaint.text, sizeof complaint.text, v == 0 ? "; the variables are " : ", ");
+        append(complaint.text, sizeof complaint.text, loaded.names[static_cast<std::size_t>(v)].text);
+    }
+}
+
+} // namespace
+
+bool isFieldValue(const OptionField& field, const char* text) {
+    switch (field.type) {
+    case OptionType::flag: return false;
+    case OptionType::choice: return findChoice(field, text) >= 0;
+    case OptionType::wholeNumber: return isWholeNumber(field, text);
+    case OptionType::real: return isRealNumber(field, text);
+    case OptionType::variable:
+    case OptionType::variables: return text[0] != '\0';
+    }
+    return false;
+}
+
+void complainOfValue(OptionFields fields, std::string_view name, const char* text, Complaint& complaint) {
+    char values[400] = "";
+    for (const OptionField& field : fields) {
+        if (name != field.name) continue;
+        if (values[0] != '\0') append(values, sizeof values, "|");
+        const std::size_t used = std::strlen(values);
+        describeValue(field, values + used, sizeof values - used);
+    }
+    complaint.say("--%.*s takes %s, not '%.200s'", static_cast<int>(name.size()), name.data(), values, text);
+}
+
+std::int32_t findColumn(const CellTable& cells, std::string_view name) {
+    for (std::int32_t col = 1; col < cells.cols; ++col) {
+        if (name == cells.cell(0, col)) return col;
+    }
+    if (name.size() < 2 || name[0] != '#') return 0;
+    std::int32_t number = 0;
+    for (const char digit : name.substr(1)) {
+        if (digit < '0' || digit > '9') return 0;
+        number = 10 * number + (digit - '0');
+        if (number >= cells.cols) return 0;
+    }
+    return number;
+}
+
+bool setField(const OptionField& field, const char* text, const DataSet& data, AnalysisOptions& options,
+              Complaint& complaint) {
+    switch (field.type) {
+    case OptionType::flag: wholeOption(options, field) = std::strcmp(text, flagOn) == 0 ? 1 : 0; return true;
+    case OptionType::choice: wholeOption(options, field) = findChoice(field, text); return true;
+    case OptionType::wholeNumber:
+    case OptionType::real: typeOption(options, field, text); return true;
+    case OptionType::variable:
+    case OptionType::variables: break;
+    }
+    for (int k = 0; k < field.count; ++k) wholeOption(options, field, k) = 0;
+    std::string_view rest = text;
+    for (int k = 0;; ++k) {
+        const std::size_t end = field.type == OptionType::variables ? rest.find(',') : std::string_view::npos;
+        const std::string_view name = rest.substr(0, end);
+        const std::int32_t variable = findVariable(data, name);
+        if (variable == 0) {
+            complaint.say("--%s: there is no variable '%.*s'", field.name, static_cast<int>(name.size()),
+                          name.data());
+            appendVariables(data, complaint);
+            return false;
+        }
+        if (k == field.count) {
+            complaint.say("--%s takes at most %d variables", field.name, field.count);
+            return false;
+        }
+        wholeOption(options, field, k) = variable;
+        if (end == std::string_view::npos) return true;
+        rest.remove_prefix(end + 1);
+    }
+}
+
+bool isChosen(const OptionField& field, const DataSet& data, AnalysisOptions& options) {
+    const bool isVariable = field.type == OptionType::variable || field.type == OptionType::variables;
+    return !isVariable || wholeOption(options, field) != 0 || data.loaded.variables == 0;
+}
+
+void complainOfMissing(const OptionField& field, const DataSet& data, Complaint& complaint) {
+    char value[40];
+    describeValue(field, value, sizeof value);
+    complaint.say("--%s %s is needed", field.name, value);
+    appendVariables(data, complaint);
+}
+
+void describeValue(const OptionField& field, char* text, std::size_t size) {
+    text[0] = '\0';
+    switch (field.type) {
+    case OptionType::flag: return;
+    case OptionType::choice:
+        for (const char* choice : field.choices) {
+            if (text[0] != '\0') append(text, size, "|");
+            append(text, size, choice);
+        }
+        return;
+    case OptionType::wholeNumber:
+    case OptionType::real: {
+        const char* letter = field.type == OptionType::real ? "X" : "N";
+        if (field.bounded) {
+            std::snprintf(text, size, "%s (%g to %g)", letter, field.least, field.most);
+        } else {
+            std::snprintf(text, size, "%s", letter);
+        }
+        return;
+    }
+    case OptionType::variable: append(text, size, "NAME"); return;
+    case OptionType::variables: append(text, size, "NAME[,NAME...]"); return;
+    }
+}

@@ -1,0 +1,69 @@
+#include "batch/help.h"
+
+#include "batch/field_values.h"
+
+namespace {
+
+constexpr const char* commonOptions =
+    "  --exclude NAME[,NAME...]  leave variables out, by name or by column number as #3\n"
+    "  --variable-width N        variable names and columns are N wide (11)\n"
+    "  --label-width N           sample labels are N wide (15)\n"
+    "  --output FILE             write the report to FILE instead of standard output\n"
+    "  --path TEXT               the path that the summary shows\n"
+    "  --strict                  fail when a cell is not a number instead of counting it as 0\n"
+    "  --help                    this text, or that of an analysis\n"
+    "  --version                 the version\n";
+
+// The value that an option has when it is not given; nothing for a flag or a variable.
+void printDefault(std::FILE* file, const OptionField& field, AnalysisOptions& options) {
+    if (field.type == OptionType::choice) {
+        const std::size_t chosen = static_cast<std::size_t>(wholeOption(options, field));
+        if (chosen < field.choices.size()) std::fprintf(file, " (%s)", field.choices[chosen]);
+    } else if (field.type == OptionType::real) {
+        std::fprintf(file, " (%g)", realOption(options, field));
+    } else if (field.type == OptionType::wholeNumber && field.mostOfData == nullptr) {
+        std::fprintf(file, " (%d)", wholeOption(options, field));
+    }
+}
+
+void printField(std::FILE* file, const OptionField& field, AnalysisOptions& options) {
+    char value[400];
+    describeValue(field, value, sizeof value);
+    char usage[480];
+    std::snprintf(usage, sizeof usage, "--%s%s %s", field.type == OptionType::flag ? "[no-]" : "", field.name, value);
+    std::fprintf(file, "  %-25s %s", usage, field.help);
+    printDefault(file, field, options);
+    std::fprintf(file, "\n");
+}
+
+} // namespace
+
+void printHelp(std::FILE* file, const AnalysisKind* kind) {
+    if (kind != nullptr) {
+        Settings settings;
+        setDefaultSettings(settings);
+        AnalysisOptions options;
+        startOptions(options, settings);
+        std::fprintf(file, "usage: %s %s [options] FILE.csv\n\n%s: %s\n\noptions of this analysis:\n", programName,
+                     kind->batchName, kind->batchName, kind->menuText);
+        for (const OptionField& field : kind->analysis->fields) printField(file, field, options);
+        std::fprintf(file, "\noptions of every analysis:\n%s", commonOptions);
+        return;
+    }
+    std::fprintf(file,
+                 "usage: %s KIND [options] FILE.csv\n\n"
+                 "Prints the report of an analysis of a comma-separated file: samples in rows, variables in\n"
+                 "columns, names in the first row and labels in the first column.\n\n"
+                 "kinds:\n"
+                 "  summary            the file as it was read\n",
+                 programName);
+    for (const AnalysisKind& each : analysisKinds()) {
+        if (each.analysis != nullptr) std::fprintf(file, "  %-18s %s\n", each.batchName, each.menuText);
+    }
+    std::fprintf(file,
+                 "\noptions:\n%s\n"
+                 "Each kind has options of its own: %s KIND --help\n"
+                 "The status line goes to standard error. Exit status: 0 success, 1 the file or the analysis\n"
+                 "failed (the report says why), 2 wrong command line.\n",
+                 commonOptions, programName);
+}

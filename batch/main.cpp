@@ -1,0 +1,5 @@
+#include "batch/batch.h"
+
+int main(int count, char** arguments) {
+    return runBatch(count, arguments);
+}

@@ -1,0 +1,39 @@
+#include "batch/terminal.h"
+
+#include <cstdio>
+
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+#else
+#include <unistd.h>
+#endif
+
+#ifdef _WIN32
+
+void useBinaryOutput() {
+    _setmode(_fileno(stdout), _O_BINARY);
+}
+
+bool isErrorTerminal() {
+    return _isatty(_fileno(stderr)) != 0;
+}
+
+bool replaceFile(const char* from, const char* to) {
+    return MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+#else
+
+void useBinaryOutput() {}
+
+bool isErrorTerminal() {
+    return isatty(STDERR_FILENO) != 0;
+}
+
+bool replaceFile(const char* from, const char* to) {
+    return std::rename(from, to) == 0;
+}
+
+#endif
