@@ -1,0 +1,63 @@
+#include <windows.h>
+
+#include "app/main_window.h"
+#include "app/program.h"
+#include "app/resource_ids.h"
+#include "app/settings_store.h"
+
+namespace {
+
+// One static context for the life of the process.
+Program program;
+
+ScreenArea allScreens() {
+    const int left = GetSystemMetrics(SM_XVIRTUALSCREEN);
+    const int top = GetSystemMetrics(SM_YVIRTUALSCREEN);
+    return {left, top, left + GetSystemMetrics(SM_CXVIRTUALSCREEN), top + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+}
+
+// Null: another copy runs.
+HANDLE claimSingleInstance() {
+    SetLastError(ERROR_SUCCESS);
+    const HANDLE mutex = CreateMutexA(nullptr, TRUE, "Ombrivantel");
+    if (GetLastError() == ERROR_SUCCESS) return mutex;
+    if (mutex != nullptr) CloseHandle(mutex);
+    return nullptr;
+}
+
+int runMessageLoop() {
+    const HACCEL keys = LoadAcceleratorsA(program.instance, MAKEINTRESOURCEA(ACCELERATORS_MAIN));
+    MSG message = {};
+    for (;;) {
+        const BOOL read = GetMessageA(&message, nullptr, 0, 0);
+        if (read == 0) break;
+        if (read < 0) {
+            MessageBoxA(program.window, "GetMessage Error", "error", MB_OK | MB_ICONERROR);
+            break;
+        }
+        if (TranslateAcceleratorA(program.window, keys, &message) != 0) continue;
+        TranslateMessage(&message);
+        DispatchMessageA(&message);
+    }
+    return static_cast<int>(message.wParam);
+}
+
+} // namespace
+
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int showCommand) {
+    program.instance = instance;
+    readSettingsFile(program);
+    settleWindowRectangle(program.defaults(), GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN),
+                          allScreens());
+    const HANDLE mutex = claimSingleInstance();
+    if (mutex == nullptr) return 0;
+
+    int result = 0;
+    if (openMainWindow(program, showCommand)) {
+        if (__argc > 1) openNamedFile(program, __argv[1]);
+        result = runMessageLoop();
+    }
+    ReleaseMutex(mutex);
+    CloseHandle(mutex);
+    return result;
+}

@@ -1,0 +1,190 @@
+#include "app/main_window.h"
+
+#include <commctrl.h>
+#include <cstdio>
+#include <cstring>
+
+#include "analysis/run/commands.h"
+#include "analysis/run/data_file.h"
+#include "analysis/run/run_flow.h"
+#include "app/dde_client.h"
+#include "app/exclude_dialog.h"
+#include "app/open_file_dialog.h"
+#include "app/resource_ids.h"
+#include "app/screens_window.h"
+#include "app/settings_store.h"
+#include "app/simple_dialogs.h"
+#include "app/window_frontend.h"
+
+namespace {
+
+constexpr const char* className = "Ombrivantel";
+
+Program& programOf(HWND window) {
+    return *reinterpret_cast<Program*>(GetWindowLongPtrA(window, GWLP_USERDATA));
+}
+
+// The file at the data set's path, of the kept source kind.
+void openFile(Program& program) {
+    WindowFrontend frontend(program);
+    AnalysisRun& run = program.run;
+    forceExtension(run.data.path, run.options.settings.fileType);
+    if (loadDataFile(frontend, run) == success) showLoadedData(frontend, run);
+    SetFocus(program.screens[upperScreen]);
+}
+
+void excludeVariables(Program& program) {
+    WindowFrontend frontend(program);
+    std::int32_t slots[ExclusionList::slotCount];
+    std::memcpy(slots, program.run.data.exclusion.slots, sizeof slots);
+    if (!showExcludeDialog(program, slots)) return;
+    applyExclusion(frontend, program.run, slots);
+    SetFocus(program.screens[upperScreen]);
+}
+
+void runAnalysis(Program& program, int command) {
+    WindowFrontend frontend(program);
+    runAnalysisCommand(frontend, program.defaults(), program.run, command);
+    SetFocus(program.screens[lowerScreen]);
+}
+
+void clearScreen(Program& program, int screen) {
+    TextBuffer& text = screen == upperScreen ? program.run.report.upper : program.run.report.lower;
+    text.clear();
+    showText(program, screen, text.text());
+}
+
+bool runCommand(Program& program, int command) {
+    switch (command) {
+    case commandAbout: showAboutDialog(program); return true;
+    case commandExit:
+        if (confirmExit(program)) PostMessageA(program.window, WM_CLOSE, 0, 0);
+        return true;
+    case commandUpperClear: clearScreen(program, upperScreen); return true;
+    case commandLowerClear: clearScreen(program, lowerScreen); return true;
+    case commandOpenFile:
+        if (showOpenFileDialog(program)) {
+            openFile(program);
+        } else {
+            SetFocus(program.screens[upperScreen]);
+        }
+        return true;
+    case commandCloseFile: {
+        WindowFrontend frontend(program);
+        closeDataFile(frontend, program.run);
+        return true;
+    }
+    case commandExcludeVariable: excludeVariables(program); return true;
+    default:
+        if (findKind(command - firstAnalysisCommand) == nullptr) return false;
+        runAnalysis(program, command);
+        return true;
+    }
+}
+
+bool createContents(Program& program) {
+    if (writeSettingsFile(program) != 0) return false;
+    startOptions(program.run.options, program.defaults());
+    SetWindowTextA(program.window, className);
+    InitCommonControls();
+    startDdeClient(program);
+    if (!createScreens(program)) return false;
+    if (allocateReport(program.run.report, TextBuffer::Growth::fixed) != success) return false;
+    WindowFrontend(program).setDataLoaded(false);
+    EnableMenuItem(GetMenu(program.window), commandParameter, MF_BYCOMMAND | MF_GRAYED);
+    return true;
+}
+
+// A minimized or maximized window keeps the rectangle that it returns to.
+void keepWindowRectangle(Program& program) {
+    RECT place = {};
+    WINDOWPLACEMENT placement = {};
+    placement.length = sizeof placement;
+    GetWindowRect(program.window, &place);
+    if ((IsIconic(program.window) || IsZoomed(program.window)) && GetWindowPlacement(program.window, &placement)) {
+        place = placement.rcNormalPosition;
+    }
+    Settings& kept = program.defaults();
+    kept.windowLeft = place.left;
+    kept.windowTop = place.top;
+    kept.windowRight = place.right;
+    kept.windowBottom = place.bottom;
+    kept.windowWidth = place.right - place.left;
+    kept.windowHeight = place.bottom - place.top;
+}
+
+void closeWindow(Program& program) {
+    keepWindowRectangle(program);
+    writeSettingsFile(program);
+    releaseDataSet(program.run.data);
+    program.run.report = {};
+    destroyScreens(program);
+    DestroyWindow(program.window);
+}
+
+LRESULT CALLBACK onMainWindow(HWND window, UINT message, WPARAM word, LPARAM data) {
+    switch (message) {
+    case WM_NCCREATE: {
+        const auto* creation = reinterpret_cast<const CREATESTRUCTA*>(data);
+        auto* program = static_cast<Program*>(creation->lpCreateParams);
+        program->window = window;
+        SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(program));
+        break;
+    }
+    case WM_CREATE: return createContents(programOf(window)) ? 0 : -1;
+    case WM_SIZE: layOutScreens(programOf(window)); return 0;
+    case WM_SETFOCUS: SetFocus(programOf(window).screens[lowerScreen]); return 0;
+    case WM_COMMAND:
+        if (runCommand(programOf(window), LOWORD(word))) return 0;
+        break;
+    case WM_CLOSE: closeWindow(programOf(window)); return 0;
+    case WM_DESTROY: {
+        Program& program = programOf(window);
+        endDdeClient(program);
+        if (program.richEdit != nullptr) FreeLibrary(program.richEdit);
+        program.richEdit = nullptr;
+        PostQuitMessage(0);
+        return 0;
+    }
+    default: break;
+    }
+    return DefWindowProcA(window, message, word, data);
+}
+
+bool registerClass(const Program& program) {
+    WNDCLASSEXA windowClass = {};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.style = CS_HREDRAW | CS_VREDRAW;
+    windowClass.lpfnWndProc = onMainWindow;
+    windowClass.hInstance = program.instance;
+    windowClass.hIcon = LoadIconA(nullptr, IDI_APPLICATION);
+    windowClass.hIconSm = LoadIconA(nullptr, IDI_APPLICATION);
+    windowClass.hCursor = LoadCursorA(nullptr, IDC_ARROW);
+    windowClass.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(12));
+    windowClass.lpszMenuName = MAKEINTRESOURCEA(MENU_MAIN);
+    windowClass.lpszClassName = className;
+    return RegisterClassExA(&windowClass) != 0;
+}
+
+} // namespace
+
+bool openMainWindow(Program& program, int showCommand) {
+    if (!registerClass(program)) return false;
+    const Settings& kept = program.defaults();
+    const HWND window =
+        CreateWindowExA(0, className, className, WS_OVERLAPPEDWINDOW, kept.windowLeft, kept.windowTop,
+                        kept.windowRight - kept.windowLeft, kept.windowBottom - kept.windowTop, nullptr, nullptr,
+                        program.instance, &program);
+    if (window == nullptr) return false;
+    ShowWindow(window, showCommand);
+    UpdateWindow(window);
+    return true;
+}
+
+void openNamedFile(Program& program, const char* path) {
+    AnalysisRun& run = program.run;
+    const char* extension = std::strrchr(path, '.');
+    run.options.settings.fileType = extension != nullptr && lstrcmpiA(extension, ".xls") == 0 ? 1 : 0;
+    std::snprintf(run.data.path, sizeof run.data.path, "%s", path);
+    openFile(program);
+}

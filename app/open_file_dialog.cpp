@@ -1,0 +1,22 @@
+#include "app/open_file_dialog.h"
+
+#include <commdlg.h>
+#include <cstdio>
+
+bool showOpenFileDialog(Program& program) {
+    std::int32_t& fileType = program.run.options.settings.fileType;
+    char path[260] = "";
+    OPENFILENAMEA dialog = {};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = program.window;
+    dialog.lpstrFilter = "csv file (*.csv)\0*.csv\0excel book file (*.xls)\0*.xls\0";
+    dialog.nFilterIndex = static_cast<DWORD>(fileType == 1 ? 2 : 1);
+    dialog.lpstrDefExt = fileType == 1 ? "xls" : "csv";
+    dialog.lpstrFile = path;
+    dialog.nMaxFile = sizeof path;
+    dialog.Flags = OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
+    if (GetOpenFileNameA(&dialog) == 0) return false;
+    fileType = dialog.nFilterIndex == 2 ? 1 : 0;
+    std::snprintf(program.run.data.path, sizeof program.run.data.path, "%s", path);
+    return true;
+}

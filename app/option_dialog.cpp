@@ -1,0 +1,193 @@
+#include "app/option_dialog.h"
+
+#include <commctrl.h>
+
+#include "analysis/run/saved_defaults.h"
+
+namespace {
+
+struct OptionDialog {
+    AnalysisRun& run;
+    const AnalysisKind& kind;
+    AnalysisOptions options; // a copy to work on
+    bool showing;            // the program itself writes the edits
+};
+
+bool isNumber(const OptionField& field) {
+    return field.type == OptionType::wholeNumber || field.type == OptionType::real;
+}
+
+// A variable is chosen from a drop-down list or from a list box, as the template has it.
+bool isListBox(HWND list) {
+    char name[16] = "";
+    GetClassNameA(list, name, sizeof name);
+    return lstrcmpiA(name, "ListBox") == 0;
+}
+
+void fillList(HWND list, const DataMatrix& data, std::int32_t chosen) {
+    const UINT add = isListBox(list) ? LB_ADDSTRING : CB_ADDSTRING;
+    SendMessageA(list, add, 0, reinterpret_cast<LPARAM>("(none)"));
+    for (std::int32_t v = 0; v < data.variables; ++v) {
+        SendMessageA(list, add, 0, reinterpret_cast<LPARAM>(data.names[static_cast<std::size_t>(v)].text));
+    }
+    const WPARAM index = static_cast<WPARAM>(chosen >= 0 && chosen <= data.variables ? chosen : 0);
+    SendMessageA(list, isListBox(list) ? LB_SETCURSEL : CB_SETCURSEL, index, 0);
+}
+
+std::int32_t chosenInList(HWND list) {
+    const LRESULT index = SendMessageA(list, isListBox(list) ? LB_GETCURSEL : CB_GETCURSEL, 0, 0);
+    return index > 0 ? static_cast<std::int32_t>(index) : 0;
+}
+
+void showField(HWND window, OptionDialog& dialog, const OptionField& field) {
+    AnalysisOptions& options = dialog.options;
+    switch (field.type) {
+    case OptionType::flag:
+        CheckDlgButton(window, field.control, wholeOption(options, field) != 0 ? BST_CHECKED : BST_UNCHECKED);
+        return;
+    case OptionType::choice:
+        for (int k = 0; k < static_cast<int>(field.choices.size()); ++k) {
+            CheckDlgButton(window, field.control + k, k == wholeOption(options, field) ? BST_CHECKED : BST_UNCHECKED);
+        }
+        return;
+    case OptionType::wholeNumber:
+    case OptionType::real: {
+        char text[optionTextSize];
+        showOption(options, field, text);
+        dialog.showing = true;
+        SetDlgItemTextA(window, field.control, text);
+        dialog.showing = false;
+        SendDlgItemMessageA(window, field.arrows, UDM_SETBUDDY,
+                            reinterpret_cast<WPARAM>(GetDlgItem(window, field.control)), 0);
+        return;
+    }
+    case OptionType::variable:
+    case OptionType::variables:
+        for (int k = 0; k < field.count; ++k) {
+            fillList(GetDlgItem(window, field.control + k), dialog.run.data.loaded, wholeOption(options, field, k));
+        }
+        return;
+    }
+}
+
+int controlCount(const OptionField& field) {
+    return field.type == OptionType::choice ? static_cast<int>(field.choices.size()) : field.count;
+}
+
+bool owns(const OptionField& field, int control) {
+    return control >= field.control && control < field.control + controlCount(field);
+}
+
+void applyEnabling(HWND window, const OptionDialog& dialog) {
+    const Analysis& analysis = *dialog.kind.analysis;
+    if (analysis.isEnabled == nullptr) return;
+    for (const OptionField& field : analysis.fields) {
+        const BOOL enabled = analysis.isEnabled(dialog.options, field);
+        for (int k = 0; k < controlCount(field); ++k) EnableWindow(GetDlgItem(window, field.control + k), enabled);
+        if (isNumber(field)) EnableWindow(GetDlgItem(window, field.arrows), enabled);
+    }
+}
+
+void showOptions(HWND window, OptionDialog& dialog) {
+    SetWindowTextA(window, dialog.kind.dialogTitle);
+    const Analysis& analysis = *dialog.kind.analysis;
+    if (dialog.kind.heading != nullptr) SetDlgItemTextA(window, dialog.kind.headingControl, dialog.kind.heading);
+    for (const OptionField& field : analysis.fields) showField(window, dialog, field);
+    const bool save = saveFlag(dialog.options.settings, dialog.kind.saveBox) != 0;
+    CheckDlgButton(window, dialog.kind.saveBox, save ? BST_CHECKED : BST_UNCHECKED);
+    applyEnabling(window, dialog);
+}
+
+void takeField(HWND window, OptionDialog& dialog, const OptionField& field, int control) {
+    AnalysisOptions& options = dialog.options;
+    switch (field.type) {
+    case OptionType::flag:
+        wholeOption(options, field) = IsDlgButtonChecked(window, control) == BST_CHECKED ? 1 : 0;
+        return;
+    case OptionType::choice: wholeOption(options, field) = control - field.control; return;
+    case OptionType::wholeNumber:
+    case OptionType::real: {
+        char text[optionTextSize] = "";
+        GetDlgItemTextA(window, control, text, sizeof text);
+        typeOption(options, field, text);
+        return;
+    }
+    case OptionType::variable:
+    case OptionType::variables:
+        wholeOption(options, field, control - field.control) = chosenInList(GetDlgItem(window, control));
+        return;
+    }
+}
+
+// Buttons tell of a click, edits of a change, lists of a choice.
+bool isChange(const OptionField& field, HWND control, int notice) {
+    if (isNumber(field)) return notice == EN_CHANGE;
+    if (field.type == OptionType::flag || field.type == OptionType::choice) return notice == BN_CLICKED;
+    return notice == (isListBox(control) ? LBN_SELCHANGE : CBN_SELCHANGE);
+}
+
+void takeChange(HWND window, OptionDialog& dialog, int control, int notice) {
+    if (dialog.showing) return;
+    for (const OptionField& field : dialog.kind.analysis->fields) {
+        if (!owns(field, control) || !isChange(field, GetDlgItem(window, control), notice)) continue;
+        takeField(window, dialog, field, control);
+        applyEnabling(window, dialog);
+    }
+    if (control == dialog.kind.saveBox && notice == BN_CLICKED) {
+        const bool save = IsDlgButtonChecked(window, control) == BST_CHECKED;
+        saveFlag(dialog.options.settings, control) = save ? 1 : 0;
+    }
+}
+
+// A negative step of the arrows adds, a positive one subtracts.
+void spin(HWND window, OptionDialog& dialog, const NMUPDOWN& arrows) {
+    for (const OptionField& field : dialog.kind.analysis->fields) {
+        if (!isNumber(field) || static_cast<UINT_PTR>(field.arrows) != arrows.hdr.idFrom) continue;
+        takeField(window, dialog, field, field.control);
+        spinOption(dialog.options, field, dialog.run.data, arrows.iDelta < 0);
+        showField(window, dialog, field);
+    }
+}
+
+// True when the values are accepted and stored.
+bool confirm(HWND window, OptionDialog& dialog) {
+    const auto refuse = dialog.kind.analysis->refuse;
+    const char* refusal = refuse != nullptr ? refuse(dialog.options, 0) : nullptr;
+    if (refusal != nullptr) {
+        MessageBoxA(window, refusal, "alert", MB_OK | MB_ICONEXCLAMATION);
+        return false;
+    }
+    dialog.run.options = dialog.options;
+    return true;
+}
+
+INT_PTR CALLBACK onOptionDialog(HWND window, UINT message, WPARAM word, LPARAM data) {
+    if (message == WM_INITDIALOG) {
+        SetWindowLongPtrA(window, DWLP_USER, data);
+        showOptions(window, *reinterpret_cast<OptionDialog*>(data));
+        return TRUE;
+    }
+    auto* dialog = reinterpret_cast<OptionDialog*>(GetWindowLongPtrA(window, DWLP_USER));
+    if (dialog == nullptr) return FALSE;
+    if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(data)->code == UDN_DELTAPOS) {
+        spin(window, *dialog, *reinterpret_cast<const NMUPDOWN*>(data));
+        SetWindowLongPtrA(window, DWLP_MSGRESULT, TRUE); // the control's own position stays
+        return TRUE;
+    }
+    if (message != WM_COMMAND) return FALSE;
+    switch (LOWORD(word)) {
+    case IDOK:
+        if (confirm(window, *dialog)) EndDialog(window, IDOK);
+        return TRUE;
+    case IDCANCEL: EndDialog(window, IDCANCEL); return TRUE;
+    default: takeChange(window, *dialog, LOWORD(word), HIWORD(word)); return TRUE;
+    }
+}
+
+} // namespace
+
+bool showOptionDialog(Program& program, AnalysisRun& run, const AnalysisKind& kind) {
+    OptionDialog dialog = {run, kind, run.options, false};
+    return DialogBoxParamA(program.instance, MAKEINTRESOURCEA(kind.dialog), program.window, onOptionDialog,
+                           reinterpret_cast<LPARAM>(&dialog)) == IDOK;
+}

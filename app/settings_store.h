@@ -1,0 +1,10 @@
+#pragma once
+
+#include "app/program.h"
+
+// Finds the settings file beside the executable and reads it, or sets the defaults when there is none.
+void readSettingsFile(Program& program);
+
+// Writes the settings file to a neighbour and puts it in place at once, so that it is never half-written.
+// 0, or -1 after a message box when it cannot be written.
+int writeSettingsFile(Program& program);

@@ -1,0 +1,67 @@
+#include "app/window_frontend.h"
+
+#include <commctrl.h>
+
+#include "analysis/run/commands.h"
+#include "analysis/run/run_flow.h"
+#include "app/option_dialog.h"
+#include "app/screens_window.h"
+
+namespace {
+
+void enableItem(HWND window, int command, bool enabled) {
+    EnableMenuItem(GetMenu(window), static_cast<UINT>(command),
+                   MF_BYCOMMAND | static_cast<UINT>(enabled ? MF_ENABLED : MF_GRAYED));
+}
+
+} // namespace
+
+void WindowFrontend::showUpper(const Report& report) {
+    showText(program_, upperScreen, report.upper.text());
+}
+
+void WindowFrontend::showLower(const Report& report) {
+    showText(program_, lowerScreen, report.lower.text());
+}
+
+void WindowFrontend::showStatus(const Report& report) {
+    showText(program_, statusBar, report.status.text());
+}
+
+void WindowFrontend::showProgress() {
+    SetCursor(LoadCursorA(nullptr, IDC_WAIT));
+    ShowWindow(program_.progressBar, SW_SHOW);
+}
+
+void WindowFrontend::setProgress(int percent) {
+    SendMessageA(program_.progressBar, PBM_SETPOS, static_cast<WPARAM>(percent), 0);
+    UpdateWindow(program_.progressBar);
+}
+
+void WindowFrontend::hideProgress() {
+    ShowWindow(program_.progressBar, SW_HIDE);
+    SetCursor(LoadCursorA(nullptr, IDC_ARROW));
+}
+
+void WindowFrontend::alert(const char* text, const char* caption) {
+    MessageBoxA(program_.window, text, caption, MB_OK | MB_ICONEXCLAMATION);
+}
+
+bool WindowFrontend::chooseOptions(AnalysisRun& run, const AnalysisKind& kind) {
+    return showOptionDialog(program_, run, kind);
+}
+
+void WindowFrontend::setDataLoaded(bool loaded) {
+    enableItem(program_.window, commandOpenFile, isCommandEnabled(commandOpenFile, loaded));
+    enableItem(program_.window, commandCloseFile, isCommandEnabled(commandCloseFile, loaded));
+    enableItem(program_.window, commandExcludeVariable, isCommandEnabled(commandExcludeVariable, loaded));
+    for (const AnalysisKind& kind : analysisKinds()) {
+        const int command = firstAnalysisCommand + kind.number;
+        enableItem(program_.window, command, isCommandEnabled(command, loaded));
+    }
+    enablePrediction(false);
+}
+
+void WindowFrontend::enablePrediction(bool enabled) {
+    enableItem(program_.window, commandPrediction, enabled);
+}

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "analysis/run/frontend.h"
+#include "app/program.h"
+
+// The run flow in the window: texts into the screens, progress into the status bar, options from dialogs.
+class WindowFrontend : public Frontend {
+public:
+    explicit WindowFrontend(Program& program) : program_(program) {}
+
+    void showUpper(const Report& report) override;
+    void showLower(const Report& report) override;
+    void showStatus(const Report& report) override;
+    void showProgress() override;
+    void setProgress(int percent) override;
+    void hideProgress() override;
+    void alert(const char* text, const char* caption) override;
+    bool chooseOptions(AnalysisRun& run, const AnalysisKind& kind) override;
+    void setDataLoaded(bool loaded) override;
+    void enablePrediction(bool enabled) override;
+    void openGraphWindow(const Graph&) override {}
+    void closeGraph() override {}
+
+private:
+    Program& program_;
+};
