@@ -155,8 +155,7 @@ double TTwoSidedProbability(double t, double df) {
     if (df > 0.0 && std::isinf(u * u)) return 0.0;
     if (df > 1e6) {
         // The sum below has df / 2 terms. From here on the normal tail with the first term of Fisher's
-        // expansion (1925) agrees with it better than it is rounded, and takes no time. Beyond 40 nothing is
-        // left.
+        // expansion (1925) agrees with it better than it is rounded. Beyond 40 nothing is left.
         const double z = std::min(std::fabs(t), 40.0);
         const double z2 = z * z;
         return std::erfc(z / std::numbers::sqrt2) +
@@ -167,8 +166,8 @@ double TTwoSidedProbability(double t, double df) {
     double term = odd ? 2.0 / pi * u * w : std::sqrt(w) * u;
     double result = odd ? 1.0 - 2.0 / pi * std::atan(u) : 1.0;
     if (!odd || df >= 3.0) result -= term;
-    for (double k = odd ? 3.0 : 2.0; k <= df - 2.0; k += 2.0) {
-        term = term * (k - 1.0) * w / k;
+    for (int k = odd ? 3 : 2; k <= df - 2.0; k += 2) {
+        term = term * (k - 1) * w / k;
         result -= term;
     }
     // Reports depend on a larger negative rounding error showing.
@@ -178,7 +177,8 @@ double TTwoSidedProbability(double t, double df) {
 double TInverse(double df, double alpha) {
     if (alpha <= 0.0 || alpha >= 1.0) return 0.0;
     double low = 0.0;
-    for (double high = 10.0; high < 1e31; high *= 10.0) {
+    double high = 10.0;
+    while (high < 1e31) {
         const double p = TTwoSidedProbability(high, df);
         if (p == alpha) return high;
         if (p < alpha) {
@@ -190,6 +190,7 @@ double TInverse(double df, double alpha) {
             return middle;
         }
         low = high;
+        high *= 10.0;
     }
     const double z = NormalUpperQuantile(alpha / 2.0);
     const double z2 = z * z;

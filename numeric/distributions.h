@@ -10,10 +10,11 @@
 // erfc(|z| / sqrt 2) is the two-sided probability of a normal z.
 double ComplementaryErrorFunction(double x);
 
-// Upper tails of n values of F, each with its degrees of freedom > 0, into out (which may be an input). F <=
-// 0 gives 1, a tail below 1e-12 gives 0. Within 8e-9 for up to 1,500 degrees of freedom each. The series
-// stops after 999 terms, so that with 2,000 and more a tail that should vanish can come out as anything up to
-// 1 (seen from F = 33 on for up to 50 numerator degrees): reports depend on this value. Returns 0.
+// Upper tails of n values of F, each with its degrees of freedom > 0, into out (which may be an input): 1 for
+// an F not above 0, and 0 for a tail below 1e-12. Within 8e-9 for up to 1,500 degrees of freedom each. The
+// series stops after 999 terms, so that with 2,000 and more a tail that should vanish can come out as
+// anything up to 1 (seen from F = 33 on for up to 50 numerator degrees): reports depend on this value.
+// Returns 0.
 ErrorCode FUpperProbability(int n, const double* f, const double* numerator, const double* denominator,
                             double* out);
 

@@ -12,10 +12,10 @@ ErrorCode LogGamma(double x, double& value) {
         value = (x - 0.5) * std::log(x) - x + halfLogTwoPi + 1.0 / (12.0 * x) - 1.0 / (360.0 * x * x * x);
     } else if (x > std::trunc(x)) {
         value = halfLogPi;
-        for (double h = 0.5; h <= x - 1.0; h += 1.0) value += std::log(h);
+        for (int k = 0; k + 0.5 <= x - 1.0; ++k) value += std::log(k + 0.5);
     } else {
         value = 0.0;
-        for (double h = 1.0; h <= x - 1.0; h += 1.0) value += std::log(h);
+        for (int k = 1; k <= x - 1.0; ++k) value += std::log(k);
     }
     return success;
 }

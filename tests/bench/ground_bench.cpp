@@ -1,0 +1,104 @@
+// What the shared ground costs: reading a file and counting Kendall's pairs. Prints one table; the data comes from
+// a fixed seed.
+
+#include <chrono>
+#include <cstdio>
+#include <random>
+#include <sys/resource.h>
+
+#include "analysis/basic/kendall_counts.h"
+#include "data/csv_reader.h"
+
+namespace {
+
+double secondsSince(std::chrono::steady_clock::time_point start) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+double peakMegabytes() {
+    rusage usage = {};
+    getrusage(RUSAGE_SELF, &usage);
+    return static_cast<double>(usage.ru_maxrss) / 1024.0;
+}
+
+void benchLoading() {
+    constexpr int samples = 200000, variables = 20;
+    const char* path = "/tmp/ombrivantel-bench.csv";
+    std::FILE* file = std::fopen(path, "wb");
+    if (file == nullptr) return;
+    std::mt19937 random(1);
+    std::normal_distribution<double> normal;
+    std::fputs("label", file);
+    for (int j = 0; j < variables; ++j) std::fprintf(file, ",v%d", j);
+    std::fputs("\n", file);
+    for (int s = 0; s < samples; ++s) {
+        std::fprintf(file, "s%d", s);
+        for (int j = 0; j < variables; ++j) std::fprintf(file, ",%.12f", normal(random));
+        std::fputs("\n", file);
+    }
+    const double megabytes = static_cast<double>(std::ftell(file)) / 1e6;
+    std::fclose(file);
+
+    const double before = peakMegabytes();
+    DataSet data;
+    const auto start = std::chrono::steady_clock::now();
+    bool loaded = readCsv(path, data.cells) == success;
+    const double reading = secondsSince(start);
+    const double cells = peakMegabytes() - before;
+    loaded = loaded && allocateDataSet(data) == success;
+    if (loaded) {
+        buildDataSet(data);
+        copyLoadedToWorking(data);
+    }
+    const double all = secondsSince(start);
+    std::remove(path);
+    std::printf("loading %d x %d, %.1f MB of text%s\n", samples, variables, megabytes, loaded ? "" : " FAILED");
+    std::printf("  cells          %6.3f s %8.0f MB/s, %.0f MB of memory, %.3f times the 63 bytes of each\n", reading,
+                megabytes / reading, cells, cells * 1048576.0 / (63.0 * (samples + 1.0) * (variables + 1.0)));
+    std::printf("  whole data set %6.3f s %8.0f MB/s, peak %.0f MB\n", all, megabytes / all, peakMegabytes());
+}
+
+void benchKendall() {
+    DataMatrix data;
+    data.samples = 20000;
+    data.variables = 10;
+    if (data.values.allocate(data.count()) != success) return;
+    std::mt19937 random(2);
+    for (std::size_t k = 0; k < data.values.size(); ++k) {
+        data.values[k] = static_cast<double>(random() % (k % 2 == 0 ? 1000000U : 100U));
+    }
+    const auto start = std::chrono::steady_clock::now();
+    RankedColumns ranked;
+    Block<std::int32_t> scratch;
+    Block<KendallCounts> counts;
+    if ((ranked.rank(data) | scratch.allocate(60000) | counts.allocate(45)) != success) return;
+    std::size_t pair = 0;
+    for (std::int32_t i = 0; i < 10; ++i) {
+        for (std::int32_t j = i + 1; j < 10; ++j) {
+            counts[pair++] = countPairs(data, i, j, ranked.columns[static_cast<std::size_t>(i)],
+                                        ranked.columns[static_cast<std::size_t>(j)], scratch.data());
+        }
+    }
+    const double fast = secondsSince(start);
+    const auto plainStart = std::chrono::steady_clock::now();
+    int different = 0;
+    pair = 0;
+    for (std::int32_t i = 0; i < 10; ++i) {
+        for (std::int32_t j = i + 1; j < 10; ++j, ++pair) {
+            const KendallCounts plain = countAllPairs(data, i, j);
+            different += plain.s != counts[pair].s || plain.first != counts[pair].first ||
+                         plain.second != counts[pair].second;
+        }
+    }
+    const double plain = secondsSince(plainStart);
+    std::printf("Kendall, 20000 x 10: %.3f s, all pairs %.1f s, %.0f times as long; %d of 45 pairs differ\n", fast, plain,
+                plain / fast, different);
+}
+
+} // namespace
+
+int main() {
+    benchLoading();
+    benchKendall();
+    return 0;
+}

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unistd.h>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "analysis/run/data_file.h"
+
+// A front end that keeps what it was told to show. Its `log` has a word for each call, in order, so that one
+// comparison shows what happened and what did not.
+class RecordingFrontend : public Frontend {
+public:
+    std::string upper, lower, status; // as last shown
+    std::string log;
+    std::vector<int> percentages;
+    std::function<bool(AnalysisRun&)> choose = [](AnalysisRun&) {
+        return true;
+    }; // the user at the option dialog
+
+    std::string takeLog() { return std::exchange(log, ""); }
+
+    void showUpper(const Report& report) override { keep(upper, report.upper, "upper"); }
+    void showLower(const Report& report) override { keep(lower, report.lower, "lower"); }
+    void showStatus(const Report& report) override { keep(status, report.status, "status"); }
+    void showProgress() override { note("progress"); }
+    void setProgress(int percent) override { percentages.push_back(percent); }
+    void hideProgress() override { note("hidden"); }
+    void alert(const char* text, const char* caption) override {
+        note("alert(" + std::string(text) + "/" + caption + ")");
+    }
+    bool chooseOptions(AnalysisRun& run, const AnalysisKind&) override {
+        note("dialog");
+        return choose(run);
+    }
+    void setDataLoaded(bool loaded) override { note(loaded ? "loaded" : "unloaded"); }
+    void enablePrediction(bool enabled) override { note(enabled ? "prediction" : "no-prediction"); }
+    void openGraphWindow(const Graph&) override { note("graph"); }
+    void closeGraph() override { note("graph-closed"); }
+
+private:
+    void keep(std::string& shown, const TextBuffer& text, const char* word) {
+        shown = text.text();
+        note(word);
+    }
+    void note(const std::string& word) { log += (log.empty() ? "" : " ") + word; }
+};
+
+// A run as a fresh start of the program has it.
+inline void startRun(AnalysisRun& run, TextBuffer::Growth growth = TextBuffer::Growth::fixed) {
+    Settings settings;
+    setDefaultSettings(settings);
+    startOptions(run.options, settings);
+    ASSERT_EQ(allocateReport(run.report, growth), success);
+}
+
+// Opens a file with this text as "Open File" would, the summary included.
+inline ErrorCode loadText(Frontend& frontend, AnalysisRun& run, std::string_view text) {
+    const std::string path = testing::TempDir() + "ombrivantel-" + std::to_string(getpid()) + ".csv";
+    std::ofstream(path, std::ios::binary) << text;
+    std::snprintf(run.data.path, sizeof run.data.path, "%s", path.c_str());
+    const ErrorCode code = loadDataFile(frontend, run);
+    std::remove(path.c_str());
+    if (code == success) showLoadedData(frontend, run);
+    return code;
+}
