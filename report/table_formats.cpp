@@ -8,7 +8,7 @@ TableFormats formatsForMagnitude(double largest, int variableLength, int labelLe
     formats.nameLength = std::max(variableLength, 0);
     formats.labelWidth = std::max(labelLength, 0);
     int digits = 1;
-    for (double m = largest; m >= 10.0; m /= 10.0) ++digits;
+    for (double m = std::isfinite(largest) ? largest : 0.0; m >= 10.0; m /= 10.0) ++digits;
     formats.width = std::max(formats.nameLength, digits + 1);
     const int mostDecimals = std::max(0, formats.nameLength - 2 - digits);
     for (int slot = 0; slot < TableFormats::slotCount; ++slot) {
@@ -27,7 +27,8 @@ double largestMagnitude(const double* values, std::size_t count) {
 }
 
 void SetFormatsFromData(Report& report, const DataSet& data, int variableLength, int labelLength) {
-    SetFormatsFromValues(report, data.working.values.data(), data.working.count(), variableLength, labelLength);
+    SetFormatsFromValues(report, data.working.values.data(), data.working.count(), variableLength,
+                         labelLength);
 }
 
 void SetFormatsFromValues(Report& report, const double* values, std::size_t count, int variableLength,

@@ -8,6 +8,7 @@
 // The formats of a table, fixed by the largest magnitude m that it prints, the variable string length V and
 // the sample string length L: columns are max(V, integer digits of m + 1) wide, and slot k has
 // min(k, max(0, V - 2 - digits)) decimals, so that wide numbers lose decimals first.
+// A magnitude that is not finite counts as one digit.
 TableFormats formatsForMagnitude(double largest, int variableLength, int labelLength);
 
 // The largest |x| of `count` values; those that are not finite take no part, 0 when none does.

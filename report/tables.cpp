@@ -12,10 +12,6 @@ std::string_view cutTo(const char* text, int length) {
     return std::string_view(text).substr(0, length > 0 ? static_cast<std::size_t>(length) : 0);
 }
 
-void writeLabel(Report& report, const char* label) {
-    report.lower.appendRight(cutTo(label, report.formats.labelWidth), report.formats.labelWidth);
-}
-
 void writeNames(Report& report, const TextSlot* names, int count) {
     WriteHeaderStart(report);
     for (int j = 0; j < count; ++j) WriteName(report, names[j].text);
@@ -48,7 +44,7 @@ void writeRows(Report& report, int rows, int count, const double* matrix, int st
 
 void writePairHeader(Report& report, const PairColumn* columns, int count) {
     report.lower.append("  n,");
-    writeLabel(report, "r.item");
+    WriteLabel(report, "r.item");
     for (int k = 0; k < count; ++k) WriteName(report, columns[k].title);
     WriteRowEnd(report);
 }
@@ -82,6 +78,10 @@ int pairCount(const DataSet& data) {
 
 } // namespace
 
+void WriteLabel(Report& report, const char* label) {
+    report.lower.appendRight(cutTo(label, report.formats.labelWidth), report.formats.labelWidth);
+}
+
 void WriteEmptyLabel(Report& report) {
     report.lower.appendRight("", report.formats.labelWidth);
 }
@@ -89,7 +89,7 @@ void WriteEmptyLabel(Report& report) {
 void WriteRowStart(Report& report, int number, const char* label) {
     report.lower.appendInteger(number, 3);
     report.lower.append(",");
-    writeLabel(report, label);
+    WriteLabel(report, label);
 }
 
 void WriteHeaderStart(Report& report) {

@@ -8,6 +8,7 @@
 // that counts from 1. Each cell is preceded by "," and each row ends with a newline. Matrices are row-major.
 
 // Pieces of a row, for tables of other shapes.
+void WriteLabel(Report& report, const char* label); // cut to the label width and justified in it
 void WriteEmptyLabel(Report& report);
 void WriteRowStart(Report& report, int number, const char* label); // "%3d," and the label
 void WriteHeaderStart(Report& report);                             // "  n," and an empty label

@@ -4,8 +4,8 @@
 #include <fstream>
 #include <functional>
 #include <string>
-#include <string_view>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -19,9 +19,11 @@ public:
     std::string upper, lower, status; // as last shown
     std::string log;
     std::vector<int> percentages;
-    std::function<bool(AnalysisRun&)> choose = [](AnalysisRun&) {
-        return true;
-    }; // the user at the option dialog
+    // The user at the option dialog.
+    std::function<bool(AnalysisRun&)> choose = [](AnalysisRun&) { return true; };
+    // And at a prediction page.
+    std::function<bool(const AnalysisRun&, PredictionEntry&, int)> enter =
+        [](const AnalysisRun&, PredictionEntry&, int) { return true; };
 
     std::string takeLog() { return std::exchange(log, ""); }
 
@@ -37,6 +39,10 @@ public:
     bool chooseOptions(AnalysisRun& run, const AnalysisKind&) override {
         note("dialog");
         return choose(run);
+    }
+    bool enterPrediction(const AnalysisRun& run, PredictionEntry& entry, int page) override {
+        note("page");
+        return enter(run, entry, page);
     }
     void setDataLoaded(bool loaded) override { note(loaded ? "loaded" : "unloaded"); }
     void enablePrediction(bool enabled) override { note(enabled ? "prediction" : "no-prediction"); }
@@ -60,7 +66,7 @@ inline void startRun(AnalysisRun& run, TextBuffer::Growth growth = TextBuffer::G
 }
 
 // Opens a file with this text as "Open File" would, the summary included.
-inline ErrorCode loadText(Frontend& frontend, AnalysisRun& run, std::string_view text) {
+inline ErrorCode loadText(Frontend& frontend, AnalysisRun& run, const std::string& text) {
     const std::string path = testing::TempDir() + "ombrivantel-" + std::to_string(getpid()) + ".csv";
     std::ofstream(path, std::ios::binary) << text;
     std::snprintf(run.data.path, sizeof run.data.path, "%s", path.c_str());

@@ -1,0 +1,48 @@
+#include "tests/support/cases.h"
+#include "tests/support/csv_text.h"
+
+namespace {
+
+// "name ..: label value ..; ..."
+std::string describe(const DataMatrix& matrix) {
+    std::ostringstream text;
+    for (int v = 0; v < matrix.variables; ++v) text << (v > 0 ? " " : "") << matrix.names.data()[v].text;
+    text << ":";
+    const double* value = matrix.values.data();
+    for (int s = 0; s < matrix.samples; ++s) {
+        text << " " << matrix.labels.data()[s].text;
+        for (int v = 0; v < matrix.variables; ++v) text << " " << *value++;
+        text << ";";
+    }
+    return text.str();
+}
+
+} // namespace
+
+TEST(DataSet, ExcludesAndReordersColumns) {
+    for (const Case& test : readCases("data/data_sets.tsv")) {
+        SCOPED_TRACE(test[0] + " without " + test[1]);
+        DataSet data;
+        ASSERT_EQ(loadDataSet(test[0], data), success);
+        EXPECT_STREQ(data.cells.cell(0, 0), "(none)");
+        std::istringstream columns(test[1]);
+        for (std::int32_t& slot : data.exclusion.slots) columns >> slot;
+        buildDataSet(data);
+        copyLoadedToWorking(data);
+        EXPECT_EQ(describe(data.working), test[3]);
+
+        for (std::size_t v = 0; v < test[2].size(); ++v) data.selectionFlags[v + 1] = test[2][v] - '0';
+        reorderWorkingBySelection(data);
+        EXPECT_EQ(describe(data.working), test[4]);
+        std::ostringstream counts, bad;
+        counts << data.exclusion.count << " " << data.otherCount << " " << data.selectedCount;
+        EXPECT_EQ(counts.str(), test[5]);
+        const BadCells cells = findBadCells(data);
+        bad << cells.count << " " << cells.sample << (cells.count > 0 ? " " : "") << cells.variable;
+        EXPECT_EQ(bad.str(), test[6]);
+
+        data.exclusion = {};
+        buildDataSet(data);
+        EXPECT_EQ(data.loaded.variables, data.cells.cols - 1);
+    }
+}

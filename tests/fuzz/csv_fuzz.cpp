@@ -1,0 +1,36 @@
+#include <cstdio>
+#include <cstring>
+
+#include "data/csv_reader.h"
+#include "report/file_summary.h"
+#include "tests/fuzz/require.h"
+#include "tests/support/recording_frontend.h"
+
+// Any bytes are a data file, or are refused; what was read can be excluded, reordered and shown.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    static Report report;
+    static const ErrorCode allocated = allocateReport(report, TextBuffer::Growth::fixed);
+    require(allocated == success);
+    RecordingFrontend frontend;
+    DataSet data;
+    std::FILE* file = fmemopen(const_cast<std::uint8_t*>(bytes), size, "r");
+    require(file != nullptr);
+    const ErrorCode code = readCsvStream(file, data.cells);
+    std::fclose(file);
+    require(code == success || code == fileNotOpened || code == fileMalformed);
+    require((data.cells.cells.size() > 0) == (code == success));
+    if (code != success) return 0;
+
+    require(allocateDataSet(data) == success);
+    for (const std::int32_t excluded : {0, 2}) {
+        data.exclusion.slots[3] = excluded;
+        buildDataSet(data);
+        copyLoadedToWorking(data);
+        reorderWorkingBySelection(data);
+        require(data.selectedCount + data.otherCount == data.loaded.variables);
+        require(findBadCells(data).count <= static_cast<long long>(data.loaded.count()));
+        writeFileSummary(frontend, report, data, 11, 15);
+        require(report.upper.length() == std::strlen(report.upper.text()));
+    }
+    return 0;
+}

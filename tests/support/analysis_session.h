@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cmath>
+#include <sstream>
+
+#include "analysis/run/run_flow.h"
+#include "tests/support/failing_allocations.h"
+#include "tests/support/recording_frontend.h"
+
+// The program with a file opened, ready for the commands of the menu.
+struct AnalysisSession {
+    RecordingFrontend frontend;
+    AnalysisRun run;
+
+    explicit AnalysisSession(const std::string& text) {
+        startRun(run, TextBuffer::Growth::growing);
+        EXPECT_EQ(loadText(frontend, run, text), success);
+        frontend.takeLog();
+    }
+    ErrorCode analyse(int command) {
+        Settings defaults = run.options.settings;
+        return runAnalysisCommand(frontend, defaults, run, command);
+    }
+    // The numbers in the row with this label, the first one after this title.
+    std::vector<double> row(const std::string& title, const std::string& label) const {
+        std::istringstream lines(
+            frontend.lower.substr(std::min(frontend.lower.find(title), frontend.lower.size())));
+        for (std::string line; std::getline(lines, line);) {
+            std::istringstream cells(line);
+            std::string number, name, cell;
+            std::getline(cells, number, ',');
+            std::getline(cells, name, ',');
+            if (name.substr(std::min(name.find_first_not_of(' '), name.size())) != label) continue;
+            std::vector<double> values;
+            while (std::getline(cells, cell, ',')) values.push_back(std::strtod(cell.c_str(), nullptr));
+            return values;
+        }
+        ADD_FAILURE() << "no row " << label << " after " << title << " in\n" << frontend.lower;
+        return {};
+    }
+};
+
+// A file of these columns; its samples are s1, s2, ... and its variables v1, v2, ...
+inline std::string fileOf(const std::vector<std::vector<double>>& columns) {
+    std::ostringstream text;
+    text.precision(17);
+    text << "label";
+    for (std::size_t j = 1; j <= columns.size(); ++j) text << ",v" << j;
+    for (std::size_t s = 0; s < columns[0].size(); ++s) {
+        text << "\ns" << s + 1;
+        for (const auto& column : columns) text << ',' << column[s];
+    }
+    text << '\n';
+    return text.str();
+}
+
+inline void expectNear(const std::vector<double>& values, const std::vector<double>& expected,
+                       double tolerance) {
+    ASSERT_EQ(values.size(), expected.size());
+    for (std::size_t i = 0; i < values.size(); ++i) EXPECT_NEAR(values[i], expected[i], tolerance) << i;
+}

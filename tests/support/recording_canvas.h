@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "report/graph_painter.h"
+
+// Keeps what is drawn. Every character is half as wide as its line is high.
+class RecordingCanvas : public Canvas {
+public:
+    struct Line {
+        std::vector<Point> points;
+        Pen pen;
+        bool operator==(const Line&) const = default;
+    };
+    struct Text {
+        std::string text;
+        Box box;
+        TextStyle style;
+    };
+    std::vector<Line> lines;
+    std::vector<std::pair<Box, Color>> boxes;
+    std::vector<Text> texts;
+
+    void drawLine(std::span<const Point> points, const Pen& pen) override {
+        lines.push_back({{points.begin(), points.end()}, pen});
+    }
+    void fillBox(const Box& box, Color color) override { boxes.emplace_back(box, color); }
+    void drawText(Point at, const char* text, const TextStyle& style) override {
+        const Extent extent = measure(text, style);
+        texts.push_back({text, {at.x, at.y, at.x + extent.width, at.y + extent.height}, style});
+    }
+    Extent measure(const char* text, const TextStyle& style) override {
+        return {static_cast<int>(std::strlen(text)) * style.height / 2, style.height};
+    }
+
+    bool hasLine(const std::vector<Point>& points, const Pen& pen) const {
+        return std::count(lines.begin(), lines.end(), Line{points, pen}) == 1;
+    }
+    const Text* find(const std::string& text) const {
+        for (const Text& each : texts) {
+            if (each.text == text) return &each;
+        }
+        return nullptr;
+    }
+};
+
+inline RecordingCanvas paint(const GraphSpec& spec, const GraphView& view) {
+    Graph graph;
+    EXPECT_EQ(initGraph(spec, graph), success);
+    RecordingCanvas canvas;
+    drawGraph(canvas, graph, view);
+    return canvas;
+}

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "tests/support/analysis_session.h"
+
+// The program for kinds 1, 11 and 41..46 with a file of the reference data, or with a text that has line
+// ends.
+struct RegressionRun : AnalysisSession {
+    explicit RegressionRun(const std::string& source, const std::string& purpose = "")
+        : AnalysisSession(source.find('\n') != std::string::npos ? source : read(source)) {
+        if (!purpose.empty()) choosePurpose(purpose);
+    }
+    static std::string read(const std::string& name) {
+        std::ifstream file(OMBRIVANTEL_SOURCE_DIR "/tests/reference/data/" + name);
+        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    }
+    // The number of a variable of the loaded part, from 1.
+    std::int32_t variable(const std::string& name) const {
+        std::int32_t v = 0;
+        while (v < run.data.loaded.variables &&
+               name != run.data.loaded.names[static_cast<std::size_t>(v)].text)
+            ++v;
+        return v + 1;
+    }
+    void choosePurpose(const std::string& name) {
+        for (std::int32_t& flag : run.data.selectionFlags) flag = 0;
+        run.data.selectionFlags[static_cast<std::size_t>(variable(name))] = 1;
+    }
+    RegressionOptions& options(std::int32_t kind) {
+        return kind == 1 ? run.options.settings.regression : run.options.settings.curve;
+    }
+    ErrorCode runKind(std::int32_t kind) { return analyse(firstAnalysisCommand + kind); }
+
+    const FittedModel& model() const { return run.data.model; }
+    std::size_t variables() const { return static_cast<std::size_t>(run.data.working.variables); }
+    double value(std::size_t sample, std::size_t column) const {
+        return run.data.working.values[sample * variables() + column];
+    }
+    // Measure, prediction, infimum, supremum, residual and standardized residual, as printed.
+    std::vector<double> sample(std::size_t number) const {
+        return row("\tmesure", run.data.working.labels[number].text);
+    }
+};
+
+inline void expectRelative(double actual, double expected, double relative) {
+    EXPECT_NEAR(actual, expected, relative * std::fabs(expected));
+}
