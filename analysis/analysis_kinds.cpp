@@ -2,7 +2,9 @@
 
 #include <cstring>
 
+#include "analysis/basic/curve_regression.h"
 #include "analysis/basic/fundamental_statistics.h"
+#include "analysis/basic/multiple_regression.h"
 
 namespace {
 
@@ -16,7 +18,8 @@ const AnalysisKind kinds[] = {
     // number, menu text, batch name, dialog, title, save box, on menu, size check, graph, prediction
     {0, "Fundamental Statistics", "fundamental", 1010, "fundamental statistics analysis", 950, true, true, never, false,
      &fundamentalStatistics},
-    {1, "Multiple Regression Analysis", "regression", 1011, "multiple regression analysis", 951, true, true, always, true},
+    {1, "Multiple Regression Analysis", "regression", 1011, "multiple regression analysis", 951, true, true, always, true,
+     &multipleRegression},
     {2, "Principal Component Analysis", "pca", 1012, "principal component analysis", 952, true, true, always, false},
     {3, "Canonical Correlation Analysis", "canonical", 1013, "canonical correlation analysis", 953, true, true, never, false},
     {4, "Principal Factor Analysis", "principal-factor", 1014, "factor analysis", 954, true, true, always, false},
@@ -35,12 +38,18 @@ const AnalysisKind kinds[] = {
     {30, "Multiple Logistic Analysis", "logistic", 1040, "multiple logistic model", 980, true, false, never, false},
     {31, "Exponential Weibull Analysis", "weibull", 1041, "exponential weibull model", 981, true, false, never, false},
     {32, "Propotional Hazard Analysis", "hazard", 1042, "propotional hazard model", 982, true, false, always, false},
-    {41, "Convertiong Degrees Regression", "polynomial", 1050, "non-linear multiple regression analysis", 990, true, true, always, true},
-    {42, "Involution Curve Regression", "involution", 1050, "non-linear multiple regression analysis", 990, true, true, always, true},
-    {43, "Exponential Curve Regression", "exponential", 1050, "non-linear multiple regression analysis", 990, true, true, always, true},
-    {44, "Inverse Curve Regression", "inverse", 1050, "non-linear multiple regression analysis", 990, true, true, always, true},
-    {45, "Logistic Curve 1 Regression", "logistic-curve-1", 1050, "non-linear multiple regression analysis", 990, true, true, always, true},
-    {46, "Logistic Curve 2 Regression", "logistic-curve-2", 1050, "non-linear multiple regression analysis", 990, true, true, always, true},
+    {41, "Convertiong Degrees Regression", "polynomial", 1050, "non-linear multiple regression analysis", 990, true, true, always, true,
+     &polynomialRegression},
+    {42, "Involution Curve Regression", "involution", 1050, "non-linear multiple regression analysis", 990, true, true, always, true,
+     &curveRegression},
+    {43, "Exponential Curve Regression", "exponential", 1050, "non-linear multiple regression analysis", 990, true, true, always, true,
+     &curveRegression},
+    {44, "Inverse Curve Regression", "inverse", 1050, "non-linear multiple regression analysis", 990, true, true, always, true,
+     &curveRegression},
+    {45, "Logistic Curve 1 Regression", "logistic-curve-1", 1050, "non-linear multiple regression analysis", 990, true, true, always, true,
+     &curveRegression},
+    {46, "Logistic Curve 2 Regression", "logistic-curve-2", 1050, "non-linear multiple regression analysis", 990, true, true, always, true,
+     &curveRegression},
     // There is no such model; the item is shown and never enabled.
     {47, "Gompertz Curve Regression", "", 0, "", 0, false, false, never, false},
 };

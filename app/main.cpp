@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include "app/graph_window.h"
 #include "app/main_window.h"
 #include "app/program.h"
 #include "app/resource_ids.h"
@@ -13,7 +14,8 @@ Program program;
 ScreenArea allScreens() {
     const int left = GetSystemMetrics(SM_XVIRTUALSCREEN);
     const int top = GetSystemMetrics(SM_YVIRTUALSCREEN);
-    return {left, top, left + GetSystemMetrics(SM_CXVIRTUALSCREEN), top + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
+    return {left, top, left + GetSystemMetrics(SM_CXVIRTUALSCREEN),
+            top + GetSystemMetrics(SM_CYVIRTUALSCREEN)};
 }
 
 // Null: another copy runs.
@@ -36,6 +38,7 @@ int runMessageLoop() {
             break;
         }
         if (TranslateAcceleratorA(program.window, keys, &message) != 0) continue;
+        if (translateGraphMessage(program, message)) continue;
         TranslateMessage(&message);
         DispatchMessageA(&message);
     }

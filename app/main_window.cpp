@@ -4,13 +4,20 @@
 #include <cstdio>
 #include <cstring>
 
+#include "analysis/basic/prediction.h"
 #include "analysis/run/commands.h"
 #include "analysis/run/data_file.h"
 #include "analysis/run/run_flow.h"
 #include "app/dde_client.h"
 #include "app/exclude_dialog.h"
+#include "app/graph_window.h"
 #include "app/open_file_dialog.h"
+#include "app/page_setup.h"
+#include "app/preference_sheet.h"
+#include "app/printing.h"
 #include "app/resource_ids.h"
+#include "app/screen_file.h"
+#include "app/screen_font.h"
 #include "app/screens_window.h"
 #include "app/settings_store.h"
 #include "app/simple_dialogs.h"
@@ -48,6 +55,12 @@ void runAnalysis(Program& program, int command) {
     SetFocus(program.screens[lowerScreen]);
 }
 
+void predict(Program& program) {
+    WindowFrontend frontend(program);
+    runPrediction(frontend, program.run);
+    SetFocus(program.screens[lowerScreen]);
+}
+
 void clearScreen(Program& program, int screen) {
     TextBuffer& text = screen == upperScreen ? program.run.report.upper : program.run.report.lower;
     text.clear();
@@ -56,12 +69,65 @@ void clearScreen(Program& program, int screen) {
 
 bool runCommand(Program& program, int command) {
     switch (command) {
-    case commandAbout: showAboutDialog(program); return true;
+    case commandAbout:
+        showAboutDialog(program);
+        return true;
     case commandExit:
         if (confirmExit(program)) PostMessageA(program.window, WM_CLOSE, 0, 0);
         return true;
-    case commandUpperClear: clearScreen(program, upperScreen); return true;
-    case commandLowerClear: clearScreen(program, lowerScreen); return true;
+    case commandUpperFontSelected:
+        chooseScreenFont(program, upperScreen, true);
+        return true;
+    case commandUpperFontAll:
+        chooseScreenFont(program, upperScreen, false);
+        return true;
+    // Both change the whole lower screen, as they always did.
+    case commandLowerFontSelected:
+    case commandLowerFontAll:
+        chooseScreenFont(program, lowerScreen, false);
+        return true;
+    case commandUpperClear:
+        clearScreen(program, upperScreen);
+        return true;
+    case commandLowerClear:
+        clearScreen(program, lowerScreen);
+        return true;
+    case commandUpperPrint:
+        printScreen(program, upperScreen);
+        return true;
+    case commandLowerPrint:
+        printScreen(program, lowerScreen);
+        return true;
+    case commandUpperSave:
+        saveScreen(program, upperScreen);
+        return true;
+    case commandLowerSave:
+        saveScreen(program, lowerScreen);
+        return true;
+    case commandUpperSaveAs:
+        saveScreenAs(program, upperScreen);
+        return true;
+    case commandLowerSaveAs:
+        saveScreenAs(program, lowerScreen);
+        return true;
+    case commandUpperOpen:
+        openRichText(program, upperScreen);
+        return true;
+    case commandLowerOpen:
+        openRichText(program, lowerScreen);
+        return true;
+    case commandPageSetUp:
+        if (pageSetUp(program)) {
+            fitScreenToPrinter(program, upperScreen);
+            fitScreenToPrinter(program, lowerScreen);
+        }
+        return true;
+    case commandParameter:
+        showParameterPages(program);
+        return true;
+    case commandPreference:
+        showPreferencePages(program);
+        return true;
     case commandOpenFile:
         if (showOpenFileDialog(program)) {
             openFile(program);
@@ -74,7 +140,12 @@ bool runCommand(Program& program, int command) {
         closeDataFile(frontend, program.run);
         return true;
     }
-    case commandExcludeVariable: excludeVariables(program); return true;
+    case commandPrediction:
+        predict(program);
+        return true;
+    case commandExcludeVariable:
+        excludeVariables(program);
+        return true;
     default:
         if (findKind(command - firstAnalysisCommand) == nullptr) return false;
         runAnalysis(program, command);
@@ -90,6 +161,7 @@ bool createContents(Program& program) {
     startDdeClient(program);
     if (!createScreens(program)) return false;
     if (allocateReport(program.run.report, TextBuffer::Growth::fixed) != success) return false;
+    if (!registerGraphClass(program)) return false;
     WindowFrontend(program).setDataLoaded(false);
     EnableMenuItem(GetMenu(program.window), commandParameter, MF_BYCOMMAND | MF_GRAYED);
     return true;
@@ -101,7 +173,8 @@ void keepWindowRectangle(Program& program) {
     WINDOWPLACEMENT placement = {};
     placement.length = sizeof placement;
     GetWindowRect(program.window, &place);
-    if ((IsIconic(program.window) || IsZoomed(program.window)) && GetWindowPlacement(program.window, &placement)) {
+    if ((IsIconic(program.window) || IsZoomed(program.window)) &&
+        GetWindowPlacement(program.window, &placement)) {
         place = placement.rcNormalPosition;
     }
     Settings& kept = program.defaults();
@@ -116,6 +189,7 @@ void keepWindowRectangle(Program& program) {
 void closeWindow(Program& program) {
     keepWindowRectangle(program);
     writeSettingsFile(program);
+    closeGraph(program);
     releaseDataSet(program.run.data);
     program.run.report = {};
     destroyScreens(program);
@@ -131,13 +205,20 @@ LRESULT CALLBACK onMainWindow(HWND window, UINT message, WPARAM word, LPARAM dat
         SetWindowLongPtrA(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(program));
         break;
     }
-    case WM_CREATE: return createContents(programOf(window)) ? 0 : -1;
-    case WM_SIZE: layOutScreens(programOf(window)); return 0;
-    case WM_SETFOCUS: SetFocus(programOf(window).screens[lowerScreen]); return 0;
+    case WM_CREATE:
+        return createContents(programOf(window)) ? 0 : -1;
+    case WM_SIZE:
+        layOutScreens(programOf(window));
+        return 0;
+    case WM_SETFOCUS:
+        SetFocus(programOf(window).screens[lowerScreen]);
+        return 0;
     case WM_COMMAND:
         if (runCommand(programOf(window), LOWORD(word))) return 0;
         break;
-    case WM_CLOSE: closeWindow(programOf(window)); return 0;
+    case WM_CLOSE:
+        closeWindow(programOf(window));
+        return 0;
     case WM_DESTROY: {
         Program& program = programOf(window);
         endDdeClient(program);
@@ -146,7 +227,8 @@ LRESULT CALLBACK onMainWindow(HWND window, UINT message, WPARAM word, LPARAM dat
         PostQuitMessage(0);
         return 0;
     }
-    default: break;
+    default:
+        break;
     }
     return DefWindowProcA(window, message, word, data);
 }
@@ -173,8 +255,8 @@ bool openMainWindow(Program& program, int showCommand) {
     const Settings& kept = program.defaults();
     const HWND window =
         CreateWindowExA(0, className, className, WS_OVERLAPPEDWINDOW, kept.windowLeft, kept.windowTop,
-                        kept.windowRight - kept.windowLeft, kept.windowBottom - kept.windowTop, nullptr, nullptr,
-                        program.instance, &program);
+                        kept.windowRight - kept.windowLeft, kept.windowBottom - kept.windowTop, nullptr,
+                        nullptr, program.instance, &program);
     if (window == nullptr) return false;
     ShowWindow(window, showCommand);
     UpdateWindow(window);

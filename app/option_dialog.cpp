@@ -10,7 +10,10 @@ struct OptionDialog {
     AnalysisRun& run;
     const AnalysisKind& kind;
     AnalysisOptions options; // a copy to work on
+    bool isFirst;            // the dialog before that of the kind
     bool showing;            // the program itself writes the edits
+
+    OptionFields fields() const { return isFirst ? kind.analysis->firstFields : kind.analysis->fields; }
 };
 
 bool isNumber(const OptionField& field) {
@@ -30,13 +33,18 @@ void fillList(HWND list, const DataMatrix& data, std::int32_t chosen) {
     for (std::int32_t v = 0; v < data.variables; ++v) {
         SendMessageA(list, add, 0, reinterpret_cast<LPARAM>(data.names[static_cast<std::size_t>(v)].text));
     }
-    const WPARAM index = static_cast<WPARAM>(chosen >= 0 && chosen <= data.variables ? chosen : 0);
-    SendMessageA(list, isListBox(list) ? LB_SETCURSEL : CB_SETCURSEL, index, 0);
+    SendMessageA(list, isListBox(list) ? LB_SETCURSEL : CB_SETCURSEL, static_cast<WPARAM>(chosen), 0);
 }
 
 std::int32_t chosenInList(HWND list) {
     const LRESULT index = SendMessageA(list, isListBox(list) ? LB_GETCURSEL : CB_GETCURSEL, 0, 0);
     return index > 0 ? static_cast<std::int32_t>(index) : 0;
+}
+
+void fillTexts(HWND list, const OptionField& field, std::int32_t chosen) {
+    for (const char* text : field.choices)
+        SendMessageA(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
+    SendMessageA(list, CB_SETCURSEL, static_cast<WPARAM>(chosen), 0);
 }
 
 void showField(HWND window, OptionDialog& dialog, const OptionField& field) {
@@ -47,8 +55,12 @@ void showField(HWND window, OptionDialog& dialog, const OptionField& field) {
         return;
     case OptionType::choice:
         for (int k = 0; k < static_cast<int>(field.choices.size()); ++k) {
-            CheckDlgButton(window, field.control + k, k == wholeOption(options, field) ? BST_CHECKED : BST_UNCHECKED);
+            CheckDlgButton(window, field.control + k,
+                           k == wholeOption(options, field) ? BST_CHECKED : BST_UNCHECKED);
         }
+        return;
+    case OptionType::listedChoice:
+        fillTexts(GetDlgItem(window, field.control), field, wholeOption(options, field));
         return;
     case OptionType::wholeNumber:
     case OptionType::real: {
@@ -64,7 +76,10 @@ void showField(HWND window, OptionDialog& dialog, const OptionField& field) {
     case OptionType::variable:
     case OptionType::variables:
         for (int k = 0; k < field.count; ++k) {
-            fillList(GetDlgItem(window, field.control + k), dialog.run.data.loaded, wholeOption(options, field, k));
+            // A kept column that these data do not have counts as none.
+            std::int32_t& chosen = wholeOption(options, field, k);
+            if (chosen < 0 || chosen > dialog.run.data.loaded.variables) chosen = 0;
+            fillList(GetDlgItem(window, field.control + k), dialog.run.data.loaded, chosen);
         }
         return;
     }
@@ -80,19 +95,20 @@ bool owns(const OptionField& field, int control) {
 
 void applyEnabling(HWND window, const OptionDialog& dialog) {
     const Analysis& analysis = *dialog.kind.analysis;
-    if (analysis.isEnabled == nullptr) return;
+    if (dialog.isFirst || analysis.isEnabled == nullptr) return;
     for (const OptionField& field : analysis.fields) {
         const BOOL enabled = analysis.isEnabled(dialog.options, field);
-        for (int k = 0; k < controlCount(field); ++k) EnableWindow(GetDlgItem(window, field.control + k), enabled);
+        for (int k = 0; k < controlCount(field); ++k)
+            EnableWindow(GetDlgItem(window, field.control + k), enabled);
         if (isNumber(field)) EnableWindow(GetDlgItem(window, field.arrows), enabled);
     }
 }
 
 void showOptions(HWND window, OptionDialog& dialog) {
-    SetWindowTextA(window, dialog.kind.dialogTitle);
-    const Analysis& analysis = *dialog.kind.analysis;
-    if (dialog.kind.heading != nullptr) SetDlgItemTextA(window, dialog.kind.headingControl, dialog.kind.heading);
-    for (const OptionField& field : analysis.fields) showField(window, dialog, field);
+    SetWindowTextA(window, dialog.isFirst ? dialog.kind.analysis->firstTitle : dialog.kind.dialogTitle);
+    if (dialog.kind.heading != nullptr)
+        SetDlgItemTextA(window, dialog.kind.headingControl, dialog.kind.heading);
+    for (const OptionField& field : dialog.fields()) showField(window, dialog, field);
     const bool save = saveFlag(dialog.options.settings, dialog.kind.saveBox) != 0;
     CheckDlgButton(window, dialog.kind.saveBox, save ? BST_CHECKED : BST_UNCHECKED);
     applyEnabling(window, dialog);
@@ -104,7 +120,13 @@ void takeField(HWND window, OptionDialog& dialog, const OptionField& field, int 
     case OptionType::flag:
         wholeOption(options, field) = IsDlgButtonChecked(window, control) == BST_CHECKED ? 1 : 0;
         return;
-    case OptionType::choice: wholeOption(options, field) = control - field.control; return;
+    case OptionType::choice:
+        wholeOption(options, field) = control - field.control;
+        return;
+    case OptionType::listedChoice:
+        wholeOption(options, field) =
+            static_cast<std::int32_t>(SendDlgItemMessageA(window, control, CB_GETCURSEL, 0, 0));
+        return;
     case OptionType::wholeNumber:
     case OptionType::real: {
         char text[optionTextSize] = "";
@@ -128,7 +150,7 @@ bool isChange(const OptionField& field, HWND control, int notice) {
 
 void takeChange(HWND window, OptionDialog& dialog, int control, int notice) {
     if (dialog.showing) return;
-    for (const OptionField& field : dialog.kind.analysis->fields) {
+    for (const OptionField& field : dialog.fields()) {
         if (!owns(field, control) || !isChange(field, GetDlgItem(window, control), notice)) continue;
         takeField(window, dialog, field, control);
         applyEnabling(window, dialog);
@@ -141,7 +163,7 @@ void takeChange(HWND window, OptionDialog& dialog, int control, int notice) {
 
 // A negative step of the arrows adds, a positive one subtracts.
 void spin(HWND window, OptionDialog& dialog, const NMUPDOWN& arrows) {
-    for (const OptionField& field : dialog.kind.analysis->fields) {
+    for (const OptionField& field : dialog.fields()) {
         if (!isNumber(field) || static_cast<UINT_PTR>(field.arrows) != arrows.hdr.idFrom) continue;
         takeField(window, dialog, field, field.control);
         spinOption(dialog.options, field, dialog.run.data, arrows.iDelta < 0);
@@ -149,16 +171,12 @@ void spin(HWND window, OptionDialog& dialog, const NMUPDOWN& arrows) {
     }
 }
 
-// True when the values are accepted and stored.
-bool confirm(HWND window, OptionDialog& dialog) {
+// True when the values are accepted.
+bool confirm(HWND window, const OptionDialog& dialog) {
     const auto refuse = dialog.kind.analysis->refuse;
-    const char* refusal = refuse != nullptr ? refuse(dialog.options, 0) : nullptr;
-    if (refusal != nullptr) {
-        MessageBoxA(window, refusal, "alert", MB_OK | MB_ICONEXCLAMATION);
-        return false;
-    }
-    dialog.run.options = dialog.options;
-    return true;
+    const char* refusal = refuse != nullptr && !dialog.isFirst ? refuse(dialog.options, 0) : nullptr;
+    if (refusal != nullptr) MessageBoxA(window, refusal, "alert", MB_OK | MB_ICONEXCLAMATION);
+    return refusal == nullptr;
 }
 
 INT_PTR CALLBACK onOptionDialog(HWND window, UINT message, WPARAM word, LPARAM data) {
@@ -179,15 +197,28 @@ INT_PTR CALLBACK onOptionDialog(HWND window, UINT message, WPARAM word, LPARAM d
     case IDOK:
         if (confirm(window, *dialog)) EndDialog(window, IDOK);
         return TRUE;
-    case IDCANCEL: EndDialog(window, IDCANCEL); return TRUE;
-    default: takeChange(window, *dialog, LOWORD(word), HIWORD(word)); return TRUE;
+    case IDCANCEL:
+        EndDialog(window, IDCANCEL);
+        return TRUE;
+    default:
+        takeChange(window, *dialog, LOWORD(word), HIWORD(word));
+        return TRUE;
     }
+}
+
+bool show(Program& program, OptionDialog& dialog) {
+    const int resource = dialog.isFirst ? dialog.kind.analysis->firstDialog : dialog.kind.dialog;
+    return DialogBoxParamA(program.instance, MAKEINTRESOURCEA(resource), program.window, onOptionDialog,
+                           reinterpret_cast<LPARAM>(&dialog)) == IDOK;
 }
 
 } // namespace
 
 bool showOptionDialog(Program& program, AnalysisRun& run, const AnalysisKind& kind) {
-    OptionDialog dialog = {run, kind, run.options, false};
-    return DialogBoxParamA(program.instance, MAKEINTRESOURCEA(kind.dialog), program.window, onOptionDialog,
-                           reinterpret_cast<LPARAM>(&dialog)) == IDOK;
+    OptionDialog dialog = {run, kind, run.options, kind.analysis->firstDialog != 0, false};
+    if (dialog.isFirst && !show(program, dialog)) return false;
+    dialog.isFirst = false;
+    if (!show(program, dialog)) return false;
+    run.options = dialog.options;
+    return true;
 }

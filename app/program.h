@@ -3,7 +3,9 @@
 #include <windows.h>
 
 #include "analysis/run/analysis_run.h"
+#include "analysis/run/preferences.h"
 #include "analysis/run/settings_file.h"
+#include "report/graph_layout.h"
 
 // Positions of the three texts among the window's children.
 constexpr int upperScreen = 0;
@@ -11,8 +13,16 @@ constexpr int lowerScreen = 1;
 constexpr int statusBar = 2;
 constexpr int screenCount = 3;
 
+// The window that shows the run's graph; its own code fills and empties it.
+struct GraphWindow {
+    HWND window = nullptr; // null: not open
+    HFONT font = nullptr;
+    HWND lastFocus = nullptr; // the list that had the focus last
+    GraphView view;
+};
+
 // All that the one window keeps while the program runs. Each handle is closed where it was opened:
-// single_instance, main_window, dde_client.
+// single_instance, main_window, dde_client, graph_window.
 struct Program {
     HINSTANCE instance = nullptr;
     char settingsPath[MAX_PATH] = "";
@@ -22,6 +32,11 @@ struct Program {
     HWND progressBar = nullptr;
     HMODULE richEdit = nullptr;
     DWORD dde = 0;
+    GraphPreferences rememberedGraph = {}; // options of the preference page while the graph was on
+    char screenPath[260] = "";             // shared by both screens for saving and opening
+    DWORD screenFilter = 1;                // 1 rich text, 2 plain text; last chosen
+    HDC targetDevices[2] = {};             // printers that the screens wrap by, or null
+    GraphWindow graph;
     AnalysisRun run;
 
     Settings& defaults() { return settingsFile.settings; }

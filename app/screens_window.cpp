@@ -14,8 +14,8 @@ constexpr int statusHeight = 18;
 constexpr int progressTop = 3;
 constexpr int progressHeight = 14;
 
-// Child, visible, scroll bars, multi-line, automatic scrolling both ways, return key; the upper screen has bit
-// 0x200 besides.
+// Child, visible, scroll bars, multi-line, automatic scrolling both ways, return key; the upper screen has
+// bit 0x200 besides.
 constexpr DWORD lowerStyle = 0x507010c4;
 constexpr DWORD upperStyle = 0x507012c4;
 constexpr DWORD statusStyle = 0x50000103;
@@ -33,15 +33,15 @@ HWND createChild(const Program& program, const char* className, DWORD extended, 
                  const RECT& place) {
     return CreateWindowExA(extended, className, "", style, place.left, place.top, place.right - place.left,
                            place.bottom - place.top, program.window,
-                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(identifier)), program.instance, nullptr);
+                           reinterpret_cast<HMENU>(static_cast<INT_PTR>(identifier)), program.instance,
+                           nullptr);
 }
 
 // Courier New of 10 points, without effects, for the whole screen.
 void setStartFont(HWND screen) {
     CHARFORMATA format = {};
     format.cbSize = sizeof format;
-    format.dwMask = CFM_BOLD | CFM_ITALIC | CFM_UNDERLINE | CFM_STRIKEOUT | CFM_SIZE | CFM_COLOR | CFM_FACE |
-                    CFM_OFFSET | CFM_CHARSET;
+    format.dwMask = screenFormatMask;
     format.dwEffects = CFE_AUTOCOLOR;
     format.yHeight = 200;
     format.bCharSet = DEFAULT_CHARSET;
@@ -138,6 +138,10 @@ void destroyScreens(Program& program) {
         screen = nullptr;
     }
     program.progressBar = nullptr; // went with the status bar
+    for (HDC& device : program.targetDevices) {
+        if (device != nullptr) DeleteDC(device);
+        device = nullptr;
+    }
 }
 
 void showText(Program& program, int screen, const char* text) {

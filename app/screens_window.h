@@ -2,6 +2,12 @@
 
 #include "app/program.h"
 
+#include <richedit.h>
+
+// What every change of a screen's font sets.
+constexpr DWORD screenFormatMask = CFM_BOLD | CFM_ITALIC | CFM_UNDERLINE | CFM_STRIKEOUT | CFM_SIZE |
+                                   CFM_COLOR | CFM_FACE | CFM_OFFSET | CFM_CHARSET;
+
 // The two rich-edit screens and the status bar with its progress bar.
 
 // Loads the rich-edit library and creates the children and the progress bar; false after a message box when

@@ -31,8 +31,8 @@ void readSettingsFile(Program& program) {
     buildPath(program);
     unsigned char bytes[settingsFileSize] = {};
     DWORD count = 0;
-    const HANDLE file = CreateFileA(program.settingsPath, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = CreateFileA(program.settingsPath, GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file != INVALID_HANDLE_VALUE) {
         if (ReadFile(file, bytes, sizeof bytes, &count, nullptr) == 0) count = 0;
         CloseHandle(file);
@@ -46,7 +46,8 @@ int writeSettingsFile(Program& program) {
     char neighbour[MAX_PATH + 8];
     std::snprintf(neighbour, sizeof neighbour, "%s.new", program.settingsPath);
     if (writeAll(neighbour, bytes, sizeof bytes) &&
-        MoveFileExA(neighbour, program.settingsPath, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0) {
+        MoveFileExA(neighbour, program.settingsPath, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) !=
+            0) {
         return 0;
     }
     DeleteFileA(neighbour);

@@ -4,7 +4,9 @@
 
 #include "analysis/run/commands.h"
 #include "analysis/run/run_flow.h"
+#include "app/graph_window.h"
 #include "app/option_dialog.h"
+#include "app/prediction_dialog.h"
 #include "app/screens_window.h"
 
 namespace {
@@ -51,6 +53,10 @@ bool WindowFrontend::chooseOptions(AnalysisRun& run, const AnalysisKind& kind) {
     return showOptionDialog(program_, run, kind);
 }
 
+bool WindowFrontend::enterPrediction(const AnalysisRun&, PredictionEntry& entry, int page) {
+    return showPredictionDialog(program_, entry, page);
+}
+
 void WindowFrontend::setDataLoaded(bool loaded) {
     enableItem(program_.window, commandOpenFile, isCommandEnabled(commandOpenFile, loaded));
     enableItem(program_.window, commandCloseFile, isCommandEnabled(commandCloseFile, loaded));
@@ -64,4 +70,12 @@ void WindowFrontend::setDataLoaded(bool loaded) {
 
 void WindowFrontend::enablePrediction(bool enabled) {
     enableItem(program_.window, commandPrediction, enabled);
+}
+
+void WindowFrontend::openGraphWindow(const Graph&) {
+    ::openGraphWindow(program_);
+}
+
+void WindowFrontend::closeGraph() {
+    ::closeGraph(program_);
 }

@@ -5,6 +5,7 @@
 
 #include "analysis/run/data_file.h"
 #include "analysis/run/run_flow.h"
+#include "batch/assignments.h"
 #include "batch/batch_frontend.h"
 #include "batch/command_line.h"
 #include "batch/help.h"
@@ -25,7 +26,10 @@ int refuse(const Complaint& complaint, const AnalysisKind* kind) {
 void setUp(const CommandLine& line, AnalysisRun& run) {
     Settings settings;
     setDefaultSettings(settings);
-    settings.expressGraph = 0;
+    settings.expressGraph = line.picture.file != nullptr;
+    settings.scatterNumbering = line.picture.numbering;
+    settings.vectorSizing = line.picture.sizedVectors;
+    run.everyGraphTakesPreferences = true;
     if (line.variableWidth > 0) settings.variableStringLength = line.variableWidth;
     if (line.labelWidth > 0) settings.sampleStringLength = line.labelWidth;
     startOptions(run.options, settings);
@@ -37,7 +41,12 @@ bool checkOptions(const CommandLine& line, AnalysisRun& run, Complaint& complain
     takePurposes(run);
     if (line.kind->analysis->opensWithoutPurpose) clearPurposes(run.options);
     AnalysisOptions trial = run.options;
-    return applyFields(line, run.data, trial, complaint);
+    if (!applyFields(line, run.data, trial, complaint)) return false;
+    if (!checkPredictions(line, run.data, trial, complaint)) return false;
+    if (line.picture.view.highlighted > static_cast<std::uint32_t>(run.data.loaded.samples)) {
+        complaint.say("--highlight: there are %d samples", run.data.loaded.samples);
+    }
+    return !complaint.any();
 }
 
 int menuCommand(const AnalysisKind& kind) {
@@ -54,11 +63,29 @@ ErrorCode checkCells(BatchFrontend& frontend, const CommandLine& line, AnalysisR
     return line.strict ? reportFileCode(frontend, run.report, fileMalformed) : success;
 }
 
+// Appends a report for each prediction asked for; the code of one takes the place of all that is written.
+ErrorCode runPredictions(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
+    for (const char* text : line.predictions) {
+        PredictionEntry entry;
+        ErrorCode code = startPrediction(run, entry);
+        if (code == success) {
+            enterValues(text, run.data, entry);
+            code = writePrediction(run, entry, PredictionReport::appended);
+        }
+        if (code == success && run.report.lower.ranOutOfMemory()) code = outOfMemory;
+        if (code != success) return reportResult(frontend, run, code);
+    }
+    return success;
+}
+
 // The analysis or the summary of what was loaded.
 ErrorCode runLoaded(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
     if (line.kind != nullptr) {
         Settings defaults = run.options.settings;
-        return runAnalysisCommand(frontend, defaults, run, menuCommand(*line.kind));
+        const ErrorCode code = runAnalysisCommand(frontend, defaults, run, menuCommand(*line.kind));
+        if (code != success && code != graphNotBuilt) return code;
+        const ErrorCode predicted = runPredictions(frontend, line, run);
+        return predicted != success ? predicted : code;
     }
     if (line.shownPath != nullptr) std::snprintf(run.data.path, sizeof run.data.path, "%s", line.shownPath);
     showLoadedData(frontend, run);
@@ -71,16 +98,20 @@ bool write(std::FILE* file, const TextBuffer& text) {
     return std::fwrite(text.text(), 1, text.length(), file) == text.length();
 }
 
+bool writeTo(const char* path, const TextBuffer& text) {
+    std::FILE* file = std::fopen(path, "wb");
+    if (file == nullptr) return false;
+    const bool written = write(file, text);
+    return std::fclose(file) == 0 && written;
+}
+
 // Written to a neighbour and put in place at once.
 bool writeWhole(const char* path, const TextBuffer& text) {
+    if (isSpecialFile(path)) return writeTo(path, text);
     char neighbour[4096];
     const int length = std::snprintf(neighbour, sizeof neighbour, "%s.new", path);
     if (length < 0 || static_cast<std::size_t>(length) >= sizeof neighbour) return false;
-    std::FILE* file = std::fopen(neighbour, "wb");
-    if (file == nullptr) return false;
-    const bool written = write(file, text);
-    const bool closed = std::fclose(file) == 0;
-    if (written && closed && replaceFile(neighbour, path)) return true;
+    if (writeTo(neighbour, text) && replaceFile(neighbour, path)) return true;
     std::remove(neighbour);
     return false;
 }
@@ -103,6 +134,20 @@ ErrorCode print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& r
     }
     printStatus(run.report.status);
     return code;
+}
+
+// The picture of a run that succeeded; false when there is none, which one line tells.
+bool writePicture(const BatchFrontend& frontend, const CommandLine& line, const Graph& graph) {
+    const char* refusal = refusePicture(line, graph);
+    if (refusal != nullptr) {
+        if (graph.present || !frontend.hasAlerted()) std::fprintf(stderr, "%s: %s\n", programName, refusal);
+        return false;
+    }
+    TextBuffer document;
+    if (drawPicture(line.picture, graph, document) == success && writeWhole(line.picture.file, document))
+        return true;
+    std::fprintf(stderr, "%s: cannot write '%s'\n", programName, line.picture.file);
+    return false;
 }
 
 } // namespace
@@ -138,5 +183,9 @@ int runBatch(int count, char** arguments) {
     }
     if (code == success) code = checkCells(frontend, line, run);
     if (code == success) code = runLoaded(frontend, line, run);
-    return print(frontend, line, run, code) == success ? exitSuccess : exitFailure;
+    if (code == graphNotBuilt) code = success; // the report is whole
+    code = print(frontend, line, run, code);
+    if (code == success && line.picture.file != nullptr && !writePicture(frontend, line, run.graph))
+        return exitFailure;
+    return code == success ? exitSuccess : exitFailure;
 }

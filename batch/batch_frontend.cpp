@@ -37,6 +37,7 @@ void BatchFrontend::hideProgress() {
 }
 
 void BatchFrontend::alert(const char* text, const char*) {
+    alerted_ = true;
     if (text[0] != '\0') std::fprintf(stderr, "%s\n", text);
 }
 

@@ -19,6 +19,7 @@ public:
     void hideProgress() override;
     void alert(const char* text, const char* caption) override;
     bool chooseOptions(AnalysisRun& run, const AnalysisKind& kind) override;
+    bool enterPrediction(const AnalysisRun&, PredictionEntry&, int) override { return false; }
     void setDataLoaded(bool) override {}
     void enablePrediction(bool) override {}
     void openGraphWindow(const Graph&) override {}
@@ -26,10 +27,12 @@ public:
 
     // The text that was shown last.
     const TextBuffer* shown() const { return shown_; }
+    bool hasAlerted() const { return alerted_; }
 
 private:
     const CommandLine& line_;
     const TextBuffer* shown_ = nullptr;
+    bool alerted_ = false;
     std::chrono::steady_clock::time_point start_;
     bool onTerminal_;
     int percent_ = -1; // on the terminal

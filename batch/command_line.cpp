@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "batch/assignments.h"
 #include "batch/field_values.h"
 
 namespace {
@@ -29,8 +30,8 @@ bool parseWidth(const Option& option, int& width, Complaint& complaint) {
     char* end = nullptr;
     const long value = std::strtol(option.value, &end, 10);
     if (end == option.value || *end != '\0' || value < 1 || value > greatestWidth) {
-        complaint.say("%.*s takes a whole number from 1 to %d, not '%s'", static_cast<int>(option.name.size()),
-                      option.name.data(), greatestWidth, option.value);
+        complaint.say("%.*s takes a whole number from 1 to %d, not '%s'",
+                      static_cast<int>(option.name.size()), option.name.data(), greatestWidth, option.value);
         return false;
     }
     width = static_cast<int>(value);
@@ -99,6 +100,7 @@ Match parseFieldOption(Option option, Arguments& arguments, CommandLine& line, C
     bool known = false;
     for (std::size_t index = 0; index < fields.size(); ++index) {
         const OptionField& field = fields[index];
+        if (field.name == nullptr) continue;
         if (field.type == OptionType::flag) {
             if (name != field.name && !(negated && name.substr(3) == field.name)) continue;
             if (!refuseValue(option, complaint)) return Match::wrong;
@@ -115,6 +117,33 @@ Match parseFieldOption(Option option, Arguments& arguments, CommandLine& line, C
     if (!known) return Match::none;
     complainOfValue(fields, name, option.value, complaint);
     return Match::wrong;
+}
+
+Match parseAssignmentOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+    if (line.kind == nullptr) return Match::none;
+    for (const AssignmentOption& each : assignmentOptions()) {
+        if (option.name.substr(2) != each.name || !each.isTakenBy(*line.kind)) continue;
+        if (!arguments.takeValue(option, complaint)) return Match::wrong;
+        Block<const char*>& texts = line.*each.texts;
+        if (!isAssignmentList(option.value)) {
+            complaint.say("--%s takes %s, not '%.200s'", each.name, assignmentUsage, option.value);
+        } else if (texts.grow(texts.size() + 1) != success) {
+            complaint.say("no memory for --%s", each.name);
+        } else {
+            texts[texts.size() - 1] = option.value;
+        }
+        return complaint.any() ? Match::wrong : Match::taken;
+    }
+    return Match::none;
+}
+
+Match parsePictureOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+    const PictureOption known = findPictureOption(option.name);
+    if (known == PictureOption::none) return Match::none;
+    const bool taken = known == PictureOption::value ? arguments.takeValue(option, complaint)
+                                                     : refuseValue(option, complaint);
+    return taken && setPictureOption(option.name, option.value, line.picture, complaint) ? Match::taken
+                                                                                         : Match::wrong;
 }
 
 // The first argument: an analysis, or a question about the program.
@@ -172,14 +201,18 @@ bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Compla
             return true;
         } else {
             Match match = parseCommonOption(option, arguments, line, complaint);
+            if (match == Match::none) match = parsePictureOption(option, arguments, line, complaint);
             if (match == Match::none) match = parseFieldOption(option, arguments, line, complaint);
+            if (match == Match::none) match = parseAssignmentOption(option, arguments, line, complaint);
             if (match == Match::none) complaint.say("there is no option '%.200s'", argument);
             if (match != Match::taken) return false;
         }
     }
+    if (!checkPictureOptions(line, complaint)) return false;
     if (line.file == nullptr) complaint.say("which file?");
     if (line.file != nullptr && std::strlen(line.file) >= sizeof DataSet::path) {
-        complaint.say("the path of the file has more than %d characters", static_cast<int>(sizeof DataSet::path) - 1);
+        complaint.say("the path of the file has more than %d characters",
+                      static_cast<int>(sizeof DataSet::path) - 1);
     }
     return !complaint.any();
 }
@@ -205,7 +238,8 @@ bool applyExclude(const char* names, DataSet& data, Complaint& complaint) {
     }
 }
 
-bool applyFields(const CommandLine& line, const DataSet& data, AnalysisOptions& options, Complaint& complaint) {
+bool applyFields(const CommandLine& line, const DataSet& data, AnalysisOptions& options,
+                 Complaint& complaint) {
     const Analysis& analysis = *line.kind->analysis;
     std::uint32_t given = 0;
     for (std::size_t index = 0; index < analysis.fields.size(); ++index) {
@@ -218,6 +252,7 @@ bool applyFields(const CommandLine& line, const DataSet& data, AnalysisOptions& 
             return false;
         }
     }
+    if (!applyDegrees(line, data, options, complaint)) return false;
     const char* refusal = analysis.refuse != nullptr ? analysis.refuse(options, given) : nullptr;
     if (refusal != nullptr) complaint.say("%s", refusal);
     return refusal == nullptr;

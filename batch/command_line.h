@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/run/analysis_kind.h"
+#include "batch/picture.h"
 
 constexpr const char* programName = "ombrivantel-batch";
 
@@ -21,6 +22,12 @@ struct CommandLine {
     // Of the options of the analysis: the last value given to each field, null when there is none.
     static constexpr int mostFields = 32;
     const char* values[mostFields] = {};
+
+    // Of the options that can be repeated (batch/assignments.h), in the order given.
+    Block<const char*> degrees;
+    Block<const char*> predictions;
+
+    PictureOptions picture;
 };
 
 // A wrong command line: one line that says what is wrong.
@@ -38,6 +45,7 @@ bool parseCommandLine(int count, char** arguments, CommandLine& line, Complaint&
 // Sets the exclusion list from `--exclude` and the loaded header.
 bool applyExclude(const char* names, DataSet& data, Complaint& complaint);
 
-// Puts the values of the analysis's fields into the options; false and a complaint when a variable is not in
-// the data, when one that must be named is not, or when the analysis refuses the values.
-bool applyFields(const CommandLine& line, const DataSet& data, AnalysisOptions& options, Complaint& complaint);
+// Puts the values of the analysis's fields and the degrees into the options; false and a complaint when a
+// variable is not in the data, when one that must be named is not, or when the analysis refuses the values.
+bool applyFields(const CommandLine& line, const DataSet& data, AnalysisOptions& options,
+                 Complaint& complaint);

@@ -20,6 +20,12 @@ bool isWholeNumber(const OptionField& field, const char* text) {
            value <= std::numeric_limits<std::int32_t>::max() && isWithin(field, value);
 }
 
+// The place of a text in a list, from 1.
+bool isListPlace(const OptionField& field, const char* text) {
+    return isWholeNumber(field, text) && parseNumber(text) >= 1.0 &&
+           parseNumber(text) <= static_cast<double>(field.choices.size());
+}
+
 bool isRealNumber(const OptionField& field, const char* text) {
     return isNumber(text) && std::isfinite(parseNumber(text)) && isWithin(field, parseNumber(text));
 }
@@ -30,15 +36,6 @@ int findChoice(const OptionField& field, const char* word) {
         if (std::strcmp(field.choices[k], word) == 0) return static_cast<int>(k);
     }
     return -1;
-}
-
-// The loaded variable, from 1, of a name or column number; 0 when there is none or it is excluded.
-std::int32_t findVariable(const DataSet& data, std::string_view name) {
-    const std::int32_t column = findColumn(data.cells, name);
-    if (column == 0 || data.useFlags[static_cast<std::size_t>(column)] == 0) return 0;
-    std::int32_t variable = 0;
-    for (std::int32_t col = 1; col <= column; ++col) variable += data.useFlags[static_cast<std::size_t>(col)];
-    return variable;
 }
 
 void append(char* text, std::size_t size, std::string_view piece) {
@@ -59,12 +56,19 @@ void appendVariables(const DataSet& data, Complaint& complaint) {
 
 bool isFieldValue(const OptionField& field, const char* text) {
     switch (field.type) {
-    case OptionType::flag: return false;
-    case OptionType::choice: return findChoice(field, text) >= 0;
-    case OptionType::wholeNumber: return isWholeNumber(field, text);
-    case OptionType::real: return isRealNumber(field, text);
+    case OptionType::flag:
+        return false;
+    case OptionType::choice:
+        return findChoice(field, text) >= 0;
+    case OptionType::listedChoice:
+        return isListPlace(field, text);
+    case OptionType::wholeNumber:
+        return isWholeNumber(field, text);
+    case OptionType::real:
+        return isRealNumber(field, text);
     case OptionType::variable:
-    case OptionType::variables: return text[0] != '\0';
+    case OptionType::variables:
+        return text[0] != '\0';
     }
     return false;
 }
@@ -72,7 +76,7 @@ bool isFieldValue(const OptionField& field, const char* text) {
 void complainOfValue(OptionFields fields, std::string_view name, const char* text, Complaint& complaint) {
     char values[400] = "";
     for (const OptionField& field : fields) {
-        if (name != field.name) continue;
+        if (field.name == nullptr || name != field.name) continue;
         if (values[0] != '\0') append(values, sizeof values, "|");
         const std::size_t used = std::strlen(values);
         describeValue(field, values + used, sizeof values - used);
@@ -94,28 +98,52 @@ std::int32_t findColumn(const CellTable& cells, std::string_view name) {
     return number;
 }
 
+std::int32_t findVariable(const DataSet& data, std::string_view name) {
+    const std::int32_t column = findColumn(data.cells, name);
+    if (column == 0 || data.useFlags[static_cast<std::size_t>(column)] == 0) return 0;
+    std::int32_t variable = 0;
+    for (std::int32_t col = 1; col <= column; ++col) variable += data.useFlags[static_cast<std::size_t>(col)];
+    return variable;
+}
+
+std::int32_t requireVariable(const char* option, std::string_view name, const DataSet& data,
+                             Complaint& complaint) {
+    const std::int32_t variable = findVariable(data, name);
+    if (variable == 0) {
+        complaint.say("--%s: there is no variable '%.*s'", option, static_cast<int>(name.size()),
+                      name.data());
+        appendVariables(data, complaint);
+    }
+    return variable;
+}
+
 bool setField(const OptionField& field, const char* text, const DataSet& data, AnalysisOptions& options,
               Complaint& complaint) {
     switch (field.type) {
-    case OptionType::flag: wholeOption(options, field) = std::strcmp(text, flagOn) == 0 ? 1 : 0; return true;
-    case OptionType::choice: wholeOption(options, field) = findChoice(field, text); return true;
+    case OptionType::flag:
+        wholeOption(options, field) = std::strcmp(text, flagOn) == 0 ? 1 : 0;
+        return true;
+    case OptionType::choice:
+        wholeOption(options, field) = findChoice(field, text);
+        return true;
+    case OptionType::listedChoice:
+        wholeOption(options, field) = static_cast<std::int32_t>(parseNumber(text)) - 1;
+        return true;
     case OptionType::wholeNumber:
-    case OptionType::real: typeOption(options, field, text); return true;
+    case OptionType::real:
+        typeOption(options, field, text);
+        return true;
     case OptionType::variable:
-    case OptionType::variables: break;
+    case OptionType::variables:
+        break;
     }
     for (int k = 0; k < field.count; ++k) wholeOption(options, field, k) = 0;
     std::string_view rest = text;
     for (int k = 0;; ++k) {
         const std::size_t end = field.type == OptionType::variables ? rest.find(',') : std::string_view::npos;
         const std::string_view name = rest.substr(0, end);
-        const std::int32_t variable = findVariable(data, name);
-        if (variable == 0) {
-            complaint.say("--%s: there is no variable '%.*s'", field.name, static_cast<int>(name.size()),
-                          name.data());
-            appendVariables(data, complaint);
-            return false;
-        }
+        const std::int32_t variable = requireVariable(field.name, name, data, complaint);
+        if (variable == 0) return false;
         if (k == field.count) {
             complaint.say("--%s takes at most %d variables", field.name, field.count);
             return false;
@@ -128,7 +156,8 @@ bool setField(const OptionField& field, const char* text, const DataSet& data, A
 
 bool isChosen(const OptionField& field, const DataSet& data, AnalysisOptions& options) {
     const bool isVariable = field.type == OptionType::variable || field.type == OptionType::variables;
-    return !isVariable || wholeOption(options, field) != 0 || data.loaded.variables == 0;
+    const std::int32_t chosen = wholeOption(options, field);
+    return !isVariable || (chosen >= 1 && chosen <= data.loaded.variables) || data.loaded.variables == 0;
 }
 
 void complainOfMissing(const OptionField& field, const DataSet& data, Complaint& complaint) {
@@ -141,12 +170,16 @@ void complainOfMissing(const OptionField& field, const DataSet& data, Complaint&
 void describeValue(const OptionField& field, char* text, std::size_t size) {
     text[0] = '\0';
     switch (field.type) {
-    case OptionType::flag: return;
+    case OptionType::flag:
+        return;
     case OptionType::choice:
         for (const char* choice : field.choices) {
             if (text[0] != '\0') append(text, size, "|");
             append(text, size, choice);
         }
+        return;
+    case OptionType::listedChoice:
+        std::snprintf(text, size, "N (1 to %d)", static_cast<int>(field.choices.size()));
         return;
     case OptionType::wholeNumber:
     case OptionType::real: {
@@ -158,7 +191,11 @@ void describeValue(const OptionField& field, char* text, std::size_t size) {
         }
         return;
     }
-    case OptionType::variable: append(text, size, "NAME"); return;
-    case OptionType::variables: append(text, size, "NAME[,NAME...]"); return;
+    case OptionType::variable:
+        append(text, size, "NAME");
+        return;
+    case OptionType::variables:
+        append(text, size, "NAME[,NAME...]");
+        return;
     }
 }

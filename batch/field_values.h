@@ -18,6 +18,12 @@ void complainOfValue(OptionFields fields, std::string_view name, const char* tex
 // The column of the cell table with this name, or of the number in "#3"; 0 when there is none.
 std::int32_t findColumn(const CellTable& cells, std::string_view name);
 
+// The loaded variable, from 1, of a name or column number; 0 when there is none or it is left out.
+std::int32_t findVariable(const DataSet& data, std::string_view name);
+
+// The same with a complaint about the value of an option when there is none.
+std::int32_t requireVariable(const char* option, std::string_view name, const DataSet& data, Complaint& complaint);
+
 // Puts a text that can be a value into the options; false and a complaint when a variable is not in the data.
 bool setField(const OptionField& field, const char* text, const DataSet& data, AnalysisOptions& options,
               Complaint& complaint);

@@ -1,5 +1,6 @@
 #include "batch/help.h"
 
+#include "batch/assignments.h"
 #include "batch/field_values.h"
 
 namespace {
@@ -19,6 +20,8 @@ void printDefault(std::FILE* file, const OptionField& field, AnalysisOptions& op
     if (field.type == OptionType::choice) {
         const std::size_t chosen = static_cast<std::size_t>(wholeOption(options, field));
         if (chosen < field.choices.size()) std::fprintf(file, " (%s)", field.choices[chosen]);
+    } else if (field.type == OptionType::listedChoice) {
+        std::fprintf(file, " (%d)", wholeOption(options, field) + 1);
     } else if (field.type == OptionType::real) {
         std::fprintf(file, " (%g)", realOption(options, field));
     } else if (field.type == OptionType::wholeNumber && field.mostOfData == nullptr) {
@@ -27,10 +30,12 @@ void printDefault(std::FILE* file, const OptionField& field, AnalysisOptions& op
 }
 
 void printField(std::FILE* file, const OptionField& field, AnalysisOptions& options) {
+    if (field.name == nullptr) return;
     char value[400];
     describeValue(field, value, sizeof value);
     char usage[480];
-    std::snprintf(usage, sizeof usage, "--%s%s %s", field.type == OptionType::flag ? "[no-]" : "", field.name, value);
+    std::snprintf(usage, sizeof usage, "--%s%s %s", field.type == OptionType::flag ? "[no-]" : "", field.name,
+                  value);
     std::fprintf(file, "  %-25s %s", usage, field.help);
     printDefault(file, field, options);
     std::fprintf(file, "\n");
@@ -44,9 +49,17 @@ void printHelp(std::FILE* file, const AnalysisKind* kind) {
         setDefaultSettings(settings);
         AnalysisOptions options;
         startOptions(options, settings);
-        std::fprintf(file, "usage: %s %s [options] FILE.csv\n\n%s: %s\n\noptions of this analysis:\n", programName,
-                     kind->batchName, kind->batchName, kind->menuText);
+        std::fprintf(file, "usage: %s %s [options] FILE.csv\n\n%s: %s\n\noptions of this analysis:\n",
+                     programName, kind->batchName, kind->batchName, kind->menuText);
         for (const OptionField& field : kind->analysis->fields) printField(file, field, options);
+        for (const AssignmentOption& option : assignmentOptions()) {
+            if (!option.isTakenBy(*kind)) continue;
+            std::fprintf(file, "  --%s %s  %s; may be repeated\n", option.name, assignmentUsage, option.help);
+        }
+        if (kind->graph != GraphRule::never) {
+            std::fprintf(file, "\noptions of its picture:\n");
+            printPictureHelp(file);
+        }
         std::fprintf(file, "\noptions of every analysis:\n%s", commonOptions);
         return;
     }
@@ -60,10 +73,11 @@ void printHelp(std::FILE* file, const AnalysisKind* kind) {
     for (const AnalysisKind& each : analysisKinds()) {
         if (each.analysis != nullptr) std::fprintf(file, "  %-18s %s\n", each.batchName, each.menuText);
     }
-    std::fprintf(file,
-                 "\noptions:\n%s\n"
-                 "Each kind has options of its own: %s KIND --help\n"
-                 "The status line goes to standard error. Exit status: 0 success, 1 the file or the analysis\n"
-                 "failed (the report says why), 2 wrong command line.\n",
-                 commonOptions, programName);
+    std::fprintf(
+        file,
+        "\noptions:\n%s\n"
+        "Each kind has options of its own: %s KIND --help\n"
+        "The status line goes to standard error. Exit status: 0 success, 1 the file or the analysis\n"
+        "failed (the report says why), 2 wrong command line.\n",
+        commonOptions, programName);
 }

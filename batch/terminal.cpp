@@ -7,6 +7,7 @@
 #include <io.h>
 #include <windows.h>
 #else
+#include <sys/stat.h>
 #include <unistd.h>
 #endif
 
@@ -20,6 +21,11 @@ bool isErrorTerminal() {
     return _isatty(_fileno(stderr)) != 0;
 }
 
+// A device such as NUL cannot be replaced anyway.
+bool isSpecialFile(const char*) {
+    return false;
+}
+
 bool replaceFile(const char* from, const char* to) {
     return MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
@@ -30,6 +36,11 @@ void useBinaryOutput() {}
 
 bool isErrorTerminal() {
     return isatty(STDERR_FILENO) != 0;
+}
+
+bool isSpecialFile(const char* path) {
+    struct stat found = {};
+    return stat(path, &found) == 0 && !S_ISREG(found.st_mode);
 }
 
 bool replaceFile(const char* from, const char* to) {

@@ -15,10 +15,10 @@ ErrorCode allocateMatrix(DataMatrix& matrix, std::size_t samples, std::size_t va
 
 // `columns` is cols - 1, the most variables there can be.
 ErrorCode allocateModel(FittedModel& model, std::size_t columns) {
-    return model.coefficients.allocate(columns) | model.means.allocate(columns) |
-           model.degrees.allocate(columns) | model.values.allocate(columns) |
-           model.variables.allocate(columns) | model.inModel.allocate(columns) |
-           model.title.allocate(fittedModelTitleSize) | model.inverse.allocate(columns * columns);
+    return model.variables.allocate(columns) | model.coefficients.allocate(columns) |
+           model.means.allocate(columns) | model.inverse.allocate(columns * columns) |
+           model.degrees.allocate(columns) | model.startValues.allocate(columns) |
+           model.terms.allocate(columns) | model.title.allocate(fittedModelTitleSize);
 }
 
 void copyColumn(const DataMatrix& from, std::int32_t fromColumn, DataMatrix& to, std::int32_t toColumn) {
@@ -85,6 +85,7 @@ void buildDataSet(DataSet& data) {
 
     for (std::int32_t& flag : data.selectionFlags) flag = 0;
     if (cells.cols > 1) data.selectionFlags[1] = 1;
+    data.model.kind = FittedModel::none;
 }
 
 void copyLoadedToWorking(DataSet& data) {
@@ -107,6 +108,12 @@ void reorderWorkingBySelection(DataSet& data) {
         if (!selected) data.otherCount = column;
     }
     data.selectedCount = column - data.otherCount;
+}
+
+std::int32_t otherColumnOf(const DataSet& data, std::int32_t variable) {
+    const std::int32_t* flags = data.selectionFlags.data();
+    if (flags[variable] != 0) return -1;
+    return static_cast<std::int32_t>(std::count(flags + 1, flags + variable, 0));
 }
 
 BadCells findBadCells(const DataSet& data) {

@@ -25,17 +25,34 @@ struct ExclusionList {
     std::int32_t count; // columns really excluded: a column named twice counts once
 };
 
-// What the last fitted model leaves for prediction. The arrays have the size of the data set and come with
-// it, so that keeping a model cannot fail; the explanatory variables stand in model order.
+// What the last fitted model leaves for prediction: a regression on (transformed) variables, or the quantities
+// of categories. The arrays but the last have the size of the data set and come with it, so that keeping a
+// regression cannot fail. Working columns keep their order as long as the model is there.
 struct FittedModel {
+    static constexpr std::int32_t none = -1;
+
+    std::int32_t kind = none; // of the analysis that was run
+    std::int32_t count = 0;   // explanatory variables in the model
+    double constant = 0.0;
+    double alpha = 0.0; // of the interval, 0 for none
+    double residualVariance = 0.0;
+    bool inverted = false; // `inverse` is made; else it holds the matrix to invert
+
+    // In model order.
+    Block<std::int32_t> variables; // their working columns
     Block<double> coefficients;
-    Block<double> means;
-    Block<double> degrees;
-    Block<double> values; // entered for the prediction
-    Block<std::int32_t> variables;
-    Block<std::int32_t> inModel;
-    Block<char> title;
-    Block<double> inverse; // of N times the covariance matrix of the model's variables
+    Block<double> means;   // of the transformed variables
+    Block<double> inverse; // of N times the covariance matrix of the transformed variables, count x count
+
+    // By working column, without the purpose variable.
+    Block<double> degrees;     // the power that a variable is raised to
+    Block<double> startValues; // what a prediction starts from
+    Block<std::int32_t> terms; // coefficients in the model: 0 or 1; the number of categories in a quantification
+
+    Block<char> title; // of the model in a report
+
+    Block<double> quantities; // of a quantification: of the categories, those of the first variable first, then
+                              // two numbers that do not count in a prediction
 };
 
 constexpr std::size_t fittedModelTitleSize = 528;
@@ -61,7 +78,8 @@ ErrorCode allocateDataSet(DataSet& data);
 // Gives everything back but the path.
 void releaseDataSet(DataSet& data);
 
-// Fills the loaded part from the cells and the exclusion list, and selects its first variable.
+// Fills the loaded part from the cells and the exclusion list, and selects its first variable. What a model
+// left fits no longer.
 void buildDataSet(DataSet& data);
 
 // Undoes any reordering of the working part.
@@ -70,6 +88,10 @@ void copyLoadedToWorking(DataSet& data);
 // Fills the working part with the unselected variables, then the selected ones, each in loaded order, and
 // counts both.
 void reorderWorkingBySelection(DataSet& data);
+
+// Where a variable of the loaded part (from 1) stands in the reordered working part, from 0; -1 for a selected
+// one.
+std::int32_t otherColumnOf(const DataSet& data, std::int32_t variable);
 
 // Cells of used columns that hold no number, and where the first of them (row by row) stands.
 struct BadCells {

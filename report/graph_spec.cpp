@@ -7,24 +7,27 @@ namespace {
 
 constexpr std::uint32_t lastKind = 8;
 
-bool hasVectors(std::uint32_t kind) {
-    return kind >= 4 && kind <= 7;
+bool keepsVectors(std::uint32_t kind) {
+    return kind >= 4;
 }
 
 ErrorCode checkSeries(const GraphSpec& spec) {
     const std::int32_t count = spec.seriesCount;
-    if (count < 0 || count > static_cast<std::int32_t>(mostSeries)) return graphSeriesWrong;
+    if (spec.kind > lastKind) return graphKindUnknown;
+    if (count > static_cast<std::int32_t>(mostSeries)) return graphSeriesWrong;
     switch (spec.kind) {
-    case 0: return count == 1 ? success : graphSeriesWrong;
+    case 0:
+        return count == 1 ? success : graphSeriesWrong;
     case 1:
     case 4:
-    case 6: return count == 2 ? success : graphSeriesWrong;
-    case 2: return count == 3 ? success : graphSeriesWrong;
-    case 3: return count >= 3 ? success : graphSeriesWrong;
-    case 5:
-    case 7:
-    case 8: return count >= 2 ? success : graphSeriesTooFew;
-    default: return graphKindUnknown;
+    case 6:
+        return count == 2 ? success : graphSeriesWrong;
+    case 2:
+        return count == 3 ? success : graphSeriesWrong;
+    case 3:
+        return count >= 3 ? success : graphSeriesWrong;
+    default:
+        return count >= 2 ? success : graphSeriesTooFew; // 5, 7 and 8
     }
 }
 
@@ -47,7 +50,7 @@ ErrorCode copySpec(const GraphSpec& from, GraphSpec& to) {
                      copyBlock(from.values, to.values);
     if (from.numbering != 0) code |= copyBlock(from.numberLabels, to.numberLabels);
     if (from.kind == lastKind) code |= copyBlock(from.kind8Labels, to.kind8Labels);
-    if (hasVectors(from.kind) || from.kind == lastKind) {
+    if (keepsVectors(from.kind)) {
         to.vectorCount = from.vectorCount;
         code |= copyBlock(from.vectorNames, to.vectorNames) | copyBlock(from.vectorValues, to.vectorValues);
     }
@@ -82,7 +85,8 @@ ErrorCode GraphSpec::allocate(std::size_t series, std::size_t items, std::size_t
     itemCount = static_cast<std::uint32_t>(items);
     vectorCount = static_cast<std::int32_t>(vectors);
     return seriesNames.allocate(series) | itemLabels.allocate(items) | values.allocate(items * series) |
-           numberLabels.allocate(items) | vectorNames.allocate(vectors) | vectorValues.allocate(vectors * series);
+           numberLabels.allocate(items) | vectorNames.allocate(vectors) |
+           vectorValues.allocate(vectors * series);
 }
 
 ErrorCode initGraph(const GraphSpec& spec, Graph& graph) {
@@ -104,14 +108,17 @@ void releaseGraph(Graph& graph) {
 
 ErrorCode buildGraph(Screens& screens, const GraphSpec& spec, Graph& graph) {
     switch (initGraph(spec, graph)) {
-    case success: return success;
+    case success:
+        return success;
     case graphSeriesWrong:
         screens.alert("failed to initialize graph struct cause illegal variable number", "alert");
         break;
     case graphSeriesTooFew:
         screens.alert("failed to initialize and graph struct cause too few vector number", "alert");
         break;
-    default: screens.alert("failed to initialize and registred graph struct", "alert"); break;
+    default:
+        screens.alert("failed to initialize and registred graph struct", "alert");
+        break;
     }
     return graphNotBuilt;
 }

@@ -41,3 +41,11 @@ ErrorCode checkGroupVariable(const DataMatrix& data, std::int32_t column, std::i
     groups = countCategories(data, column);
     return groups > 0 ? success : illegalGroupVariable;
 }
+
+void listKeptCategories(const CategoryLayout& layout, std::size_t* kept) {
+    for (std::size_t v = 0; v < layout.first.size(); ++v) {
+        const std::size_t first = static_cast<std::size_t>(layout.first[v]);
+        const std::size_t end = first + static_cast<std::size_t>(layout.categoryCount[v]);
+        for (std::size_t g = first + 1; g < end; ++g) *kept++ = g;
+    }
+}

@@ -18,6 +18,12 @@ struct Analysis {
     const char* (*refuse)(const AnalysisOptions& options, std::uint32_t given) = nullptr;
     // The purposes are chosen anew in every dialog, which opens with none; a batch run must name them.
     bool opensWithoutPurpose = false;
+
+    // What a dialog of its own asks before the dialog of the kind. Nothing checks these fields, and the command
+    // line has an option of its own for them.
+    OptionFields firstFields = {};
+    int firstDialog = 0;
+    const char* firstTitle = nullptr;
 };
 
 // One item of the analysis menu. Menus, dispatch, the batch runner and the enabling rules read this record.

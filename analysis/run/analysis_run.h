@@ -29,6 +29,8 @@ struct AnalysisRun {
     Report report;
     DataSet data;
     Graph graph; // of the last analysis that has one
+    // "scatter numbering" and "vector sizing" count for all graphs, not only those of components and factors.
+    bool everyGraphTakesPreferences = false;
 };
 
 // Takes the settings over and gives the other options their first values.

@@ -3,11 +3,15 @@
 #include "analysis/run/analysis_kind.h"
 #include "report/screens.h"
 
+struct PredictionEntry; // analysis/basic/prediction.h
+
 // What the run flow asks of the program around it: the window, the batch runner or a test.
 class Frontend : public Screens {
 public:
     // Lets the user set the options of the kind in `run`. False leaves everything as it is.
     virtual bool chooseOptions(AnalysisRun& run, const AnalysisKind& kind) = 0;
+    // Lets the user enter the values of one page, from 0. False ends the prediction.
+    virtual bool enterPrediction(const AnalysisRun& run, PredictionEntry& entry, int page) = 0;
     // Data was loaded or closed.
     virtual void setDataLoaded(bool loaded) = 0;
     virtual void enablePrediction(bool enabled) = 0;

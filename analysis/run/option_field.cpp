@@ -35,9 +35,13 @@ double& realOption(AnalysisOptions& options, const OptionField& field) {
     return *static_cast<double*>(valueOf(options, field));
 }
 
+void showReal(double value, char (&text)[optionTextSize]) {
+    std::snprintf(text, sizeof text, "%5.3lf", value);
+}
+
 void showOption(AnalysisOptions& options, const OptionField& field, char (&text)[optionTextSize]) {
     if (field.type == OptionType::real) {
-        std::snprintf(text, sizeof text, "%5.3lf", realOption(options, field));
+        showReal(realOption(options, field), text);
     } else {
         std::snprintf(text, sizeof text, "%5d", wholeOption(options, field));
     }

@@ -1,5 +1,7 @@
 #include "analysis/run/run_flow.h"
 
+#include <algorithm>
+
 #include "analysis/run/commands.h"
 #include "analysis/run/saved_defaults.h"
 #include "numeric/moments.h"
@@ -13,6 +15,14 @@ bool asksFactorNumber(std::int32_t kind) {
     return kind == 2 || kind == 4 || kind == 5;
 }
 
+// Another analysis may have had more purposes than the lists of these fields can show.
+void dropPurposes(AnalysisOptions& options, OptionFields fields) {
+    for (const OptionField& field : fields) {
+        if (field.offset != offsetof(AnalysisOptions, purposes)) continue;
+        std::fill(options.purposes + field.count, options.purposes + AnalysisOptions::purposeCount, 0);
+    }
+}
+
 } // namespace
 
 ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun& run, int command) {
@@ -24,6 +34,7 @@ ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun
     copyLoadedToWorking(run.data);
     run.kind = kind->number;
     frontend.enablePrediction(false);
+    run.data.model.kind = FittedModel::none;
     const DataMatrix& loaded = run.data.loaded;
     if (kind->sizeCheck && loaded.samples - loaded.variables < leastExcess) {
         return reportResult(frontend, run, tooFewSamples);
@@ -40,6 +51,7 @@ ErrorCode dispatchAnalysis(Frontend& frontend, Settings& defaults, AnalysisRun& 
     takePurposes(run);
     const AnalysisKind& asked = *findKind(run.kind);
     if (asked.analysis->opensWithoutPurpose) clearPurposes(run.options);
+    dropPurposes(run.options, asked.analysis->fields);
     if (!frontend.chooseOptions(run, asked)) return success;
     selectPurposes(run);
     if (isSimilarity(run.kind)) run.kind = similarityKind + run.options.similarityModel;

@@ -25,7 +25,8 @@ void placeItems(const ScoreGraph& scores, const DataMatrix& data, GraphSpec& spe
     const std::size_t series = spec.seriesNames.size();
     for (std::size_t i = 0; i < spec.itemLabels.size(); ++i) {
         spec.itemLabels[i] = data.labels[i];
-        const std::int32_t number = scores.numbers != nullptr ? scores.numbers[i] : static_cast<std::int32_t>(i + 1);
+        const std::int32_t number =
+            scores.numbers != nullptr ? scores.numbers[i] : static_cast<std::int32_t>(i + 1);
         std::snprintf(spec.numberLabels[i].text, textSlotSize, "%d", number);
         std::copy_n(scores.scores + offset(i, scores.scoreStride), series, spec.values.data() + i * series);
     }
@@ -36,11 +37,17 @@ void placeVectors(const ScoreGraph& scores, GraphSpec& spec) {
     const std::size_t series = spec.seriesNames.size();
     for (std::size_t v = 0; v < spec.vectorNames.size(); ++v) {
         spec.vectorNames[v] = scores.vectorNames[v];
-        std::copy_n(scores.vectors + offset(v, scores.vectorStride), series, spec.vectorValues.data() + v * series);
+        std::copy_n(scores.vectors + offset(v, scores.vectorStride), series,
+                    spec.vectorValues.data() + v * series);
     }
 }
 
 } // namespace
+
+void takeGraphPreferences(const Settings& settings, GraphSpec& spec) {
+    spec.numbering = static_cast<std::uint32_t>(settings.scatterNumbering);
+    spec.vectorOption = static_cast<std::uint32_t>(settings.vectorSizing);
+}
 
 ErrorCode buildScoreGraph(Screens& screens, AnalysisRun& run, const ScoreGraph& scores) {
     const Settings& settings = run.options.settings;
@@ -52,10 +59,7 @@ ErrorCode buildScoreGraph(Screens& screens, AnalysisRun& run, const ScoreGraph& 
         spec.allocate(static_cast<std::size_t>(std::max(scores.seriesCount, 0)),
                       static_cast<std::size_t>(data.samples), static_cast<std::size_t>(vectors));
     if (code != success) return code;
-    if (scores.takesPreferences) {
-        spec.numbering = static_cast<std::uint32_t>(settings.scatterNumbering);
-        spec.vectorOption = static_cast<std::uint32_t>(settings.vectorSizing);
-    }
+    if (scores.takesPreferences || run.everyGraphTakesPreferences) takeGraphPreferences(settings, spec);
     nameSeries(scores, spec);
     placeItems(scores, data, spec);
     placeVectors(scores, spec);

@@ -8,6 +8,7 @@ import pathlib
 import subprocess
 import sys
 import tempfile
+import xml.etree.ElementTree
 
 runner = str(pathlib.Path(sys.argv[1]).resolve())
 iris = str(pathlib.Path(__file__).resolve().parent.parent / "reference" / "data" / "iris.csv")
@@ -60,6 +61,34 @@ def check_answers():
     check("options of a kind", "--[no-]covariance" in out)
 
 
+def check_assignments():
+    def wrong(*arguments, says):
+        wrong_command_line(*arguments, "--purpose", "Petal.Width", iris, says=says)
+    for value in ("", "Sepal.Length", "=3", "Sepal.Length=", "Sepal.Length=x", "Sepal.Length=3x", "Sepal.Length=1e999",
+                  "Sepal.Length=3,", "Sepal.Length=3,,Sepal.Width=1"):
+        wrong("regression", "--predict", value, says="--predict takes NAME=X[,NAME=X...], not '%s'" % value)
+    wrong("regression", "--predict", "Sepal=3", says="--predict: there is no variable 'Sepal'; the variables are Sepal.L")
+    wrong("regression", "--predict", "Petal.Width=3", says="'Petal.Width' is the purpose variable")
+    wrong("regression", "--exclude", "Sepal.Width", "--predict", "Sepal.Width=3", says="no variable 'Sepal.Width'")
+    wrong("regression", "--degree", "Sepal.Width=3", says="no option '--degree'")
+    wrong("fundamental", "--predict", "Sepal.Width=3", says="no option '--predict'")
+    wrong("polynomial", "--degree", "Sepal=2", says="--degree: there is no variable 'Sepal'")
+    wrong("regression", "--f-in", "1.5", says="f-in should be larger than f-out")
+    wrong_command_line("regression", "--purpose", "Petal", iris, says="--purpose: there is no variable 'Petal'")
+
+    report = run("regression", "--purpose", "Petal.Width", iris)[1]
+    code, out, err = run("regression", "--purpose", "Petal.Width", "--predict", "#2= 3 ,#1=5,#1=6",
+                         "--predict=Petal.Length=4", iris)
+    check("two predictions", code == 0 and out.startswith(report) and err == "status : prediction statistics\n")
+    first, second = out[len(report):].split("\nprediction statistics\n")[1:]
+    check("entered values", "Sepal.Length,   6.000000\n  2,    Sepal.Width,   3.000000\n" in first)
+    check("others are means", "Sepal.Length,   5.843333" in second and "Petal.Length,   4.000000" in second)
+    code, out, err = run("polynomial", "--purpose=Petal.Width", "--degree", "#1=3", "--degree=Sepal.Width=0.5,#1=2", iris)
+    check("degrees", "Sepal.Length,   2.000000\n  2,    Sepal.Width,   0.500000\n" in out)
+    code, out, err = run("involution", "--purpose=Petal.Width", "--predict", "Petal.Length=0", iris)
+    check("the code of a prediction", code == 1 and out.startswith("\n\tdetected nan") and "involution" not in out)
+
+
 def check_files():
     code, out, err = run("summary", "missing.csv")
     check("missing file", (code, out, err) == (
@@ -107,6 +136,37 @@ def check_output():
     check("a long report is whole", code == 0 and len(out) > 1048576 and out.count("\n") == 6000 + 7)
 
 
+def check_pictures():
+    for arguments, says in ((("summary", "--graph", "a.svg"), "no picture of 'summary'"),
+                            (("cluster", "--size=300x300"), "no picture of 'cluster'"),
+                            (("pca", "--numbering"), "--graph"), (("pca", "--graph="), "--graph"),
+                            (("pca", "--graph", "a.svg", "--axes", "1"), "'1'"),
+                            (("pca", "--graph", "a.svg", "--axes", "0,1"), "'0,1'"),
+                            (("pca", "--graph", "a.svg", "--size", "199x300"), "'199x300'"),
+                            (("pca", "--graph", "a.svg", "--highlight", "151"), "150")):
+        wrong_command_line(*arguments, iris, says=says)
+    report = run("pca", "--components", "3", iris)
+    picture = run("pca", "--components", "3", "--graph", "a.svg", iris)
+    check("a picture changes no report", picture == report)
+    svg = "{http://www.w3.org/2000/svg}"
+    words = [text.text for text in xml.etree.ElementTree.parse("a.svg").iter(svg + "text")]
+    check("axes and vectors", {"factor 1", "factor 2", "Sepal.Length"} <= set(words) and "factor 3" not in words)
+    run("pca", "--components", "3", "--graph", "a.svg", "--axes=3,1", "--numbering", "--highlight=42",
+        "--sized-vectors", "--size", "700x600", iris)
+    root = xml.etree.ElementTree.parse("a.svg").getroot()
+    texts = {text.text: text for text in root.iter(svg + "text")}
+    check("options of a picture", (root.get("width"), root.get("height")) == ("700", "600") and
+          "factor 2" not in texts and texts["42"].get("font-style") == "italic" and "150" in texts)
+    run("regression", "--graph", "a.svg", "--numbering", iris)
+    check("numbers in any picture", "150" in {t.text for t in xml.etree.ElementTree.parse("a.svg").iter(svg + "text")})
+    os.remove("a.svg")
+    for arguments, says in ((("--components=1",), "too few vector number"), (("--components=3", "--axes=4,1"), "--axes"),
+                            (("--components=2", "--graph=no/such.svg"), "no/such.svg")):
+        code, out, err = run("pca", "--graph", "a.svg", *arguments, iris)
+        check("no picture: %s" % err, code == 1 and "principal component" in out and says in err and
+              err.count("\n") == 2 and not os.path.exists("a.svg"))
+
+
 def main():
     with tempfile.TemporaryDirectory() as folder:
         os.chdir(folder)
@@ -115,7 +175,9 @@ def main():
         pathlib.Path("bad.csv").write_text("label,a\nr1\n")
         check_wrong_command_lines()
         check_answers()
+        check_assignments()
         check_files()
+        check_pictures()
         check_output()
         os.chdir("/")
     for failure in failures:

@@ -1,0 +1,7 @@
+#pragma once
+
+#include "analysis/run/analysis_kind.h"
+
+// Kind 1: linear regression of the purpose variable on all other variables or on some that a stepwise method
+// selects. Codes in order: noEffectiveVariable, outOfMemory, notFinite, illegalData, singularMatrix.
+extern const Analysis multipleRegression;

@@ -1,0 +1,9 @@
+#pragma once
+
+#include "app/program.h"
+
+// The page set-up dialog; what it chooses becomes the printer's own setting. False when cancelled or failed.
+bool pageSetUp(Program& program);
+
+// Makes a screen wrap its lines as the default printer's page will.
+void fitScreenToPrinter(Program& program, int screen);

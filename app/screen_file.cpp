@@ -1,0 +1,154 @@
+#include "app/screen_file.h"
+
+#include <commdlg.h>
+#include <cstdio>
+#include <cstring>
+#include <richedit.h>
+
+#include "app/system_error.h"
+
+namespace {
+
+constexpr DWORD richText = 1;
+constexpr DWORD plainText = 2;
+
+// Behind the rich edit's stream callbacks.
+struct Stream {
+    HANDLE file;
+    DWORD error;
+};
+
+DWORD CALLBACK writePiece(DWORD_PTR cookie, LPBYTE bytes, LONG count, LONG* done) {
+    auto* stream = reinterpret_cast<Stream*>(cookie);
+    DWORD written = 0;
+    if (WriteFile(stream->file, bytes, static_cast<DWORD>(count), &written, nullptr) == 0) {
+        stream->error = GetLastError();
+    } else if (written != static_cast<DWORD>(count)) {
+        stream->error = ERROR_DISK_FULL;
+    }
+    *done = static_cast<LONG>(written);
+    return stream->error;
+}
+
+DWORD CALLBACK readPiece(DWORD_PTR cookie, LPBYTE bytes, LONG count, LONG* done) {
+    auto* stream = reinterpret_cast<Stream*>(cookie);
+    DWORD read = 0;
+    if (ReadFile(stream->file, bytes, static_cast<DWORD>(count), &read, nullptr) == 0)
+        stream->error = GetLastError();
+    *done = static_cast<LONG>(read);
+    return stream->error;
+}
+
+WPARAM streamFormat(DWORD filter) {
+    return filter == richText ? SF_RTF : SF_TEXT;
+}
+
+// The whole screen into a new file; the error of the system, or 0.
+DWORD writeFile(HWND screen, const char* path, DWORD filter) {
+    Stream stream = {CreateFileA(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                 FILE_ATTRIBUTE_NORMAL | FILE_FLAG_WRITE_THROUGH, nullptr),
+                     ERROR_SUCCESS};
+    if (stream.file == INVALID_HANDLE_VALUE) return GetLastError();
+    EDITSTREAM edit = {reinterpret_cast<DWORD_PTR>(&stream), 0, writePiece};
+    SendMessageA(screen, EM_STREAMOUT, streamFormat(filter), reinterpret_cast<LPARAM>(&edit));
+    if (CloseHandle(stream.file) == 0 && stream.error == ERROR_SUCCESS) stream.error = GetLastError();
+    return stream.error;
+}
+
+// A rich text file begins so.
+bool isRichText(HANDLE file) {
+    char head[5] = "";
+    DWORD read = 0;
+    const bool is = ReadFile(file, head, sizeof head, &read, nullptr) != 0 && read == sizeof head &&
+                    std::memcmp(head, "{\\rtf", sizeof head) == 0;
+    SetFilePointer(file, 0, nullptr, FILE_BEGIN);
+    return is;
+}
+
+OPENFILENAMEA fileDialog(Program& program, DWORD flags) {
+    OPENFILENAMEA dialog = {};
+    dialog.lStructSize = sizeof dialog;
+    dialog.hwndOwner = program.window;
+    dialog.lpstrFilter = "rich text format (*.rtf)\0 *.rtf\0plane text (*.txt)\0 *.txt\0";
+    dialog.nFilterIndex = program.screenFilter;
+    dialog.lpstrDefExt = "rtf";
+    dialog.lpstrFile = program.screenPath;
+    dialog.nMaxFile = sizeof program.screenPath;
+    dialog.Flags = OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | flags;
+    return dialog;
+}
+
+// The file is written beside its place and put there as a whole.
+bool saveToPath(Program& program, int screen) {
+    const HWND window = program.screens[screen];
+    if (program.screenFilter != richText && program.screenFilter != plainText) return false;
+    char neighbour[sizeof program.screenPath + 8];
+    std::snprintf(neighbour, sizeof neighbour, "%s.new", program.screenPath);
+    DWORD error = writeFile(window, neighbour, program.screenFilter);
+    if (error == ERROR_SUCCESS &&
+        MoveFileExA(neighbour, program.screenPath, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0) {
+        error = GetLastError();
+    }
+    if (error != ERROR_SUCCESS) {
+        DeleteFileA(neighbour);
+        showSystemError(program.window, error);
+        return false;
+    }
+    SendMessageA(window, EM_SETMODIFY, FALSE, 0);
+    return true;
+}
+
+// Asks for the path; false when cancelled.
+bool chooseSavePath(Program& program) {
+    OPENFILENAMEA dialog = fileDialog(program, OFN_OVERWRITEPROMPT);
+    if (GetSaveFileNameA(&dialog) == 0) return false;
+    program.screenFilter = dialog.nFilterIndex;
+    return true;
+}
+
+// False: the contents must stay.
+bool offerToSave(Program& program, int screen) {
+    const HWND window = program.screens[screen];
+    if (SendMessageA(window, EM_GETMODIFY, 0, 0) == 0) return true;
+    const bool save = MessageBoxA(program.window, "contents has been exchanged.\nsave it?", "attention",
+                                  MB_OKCANCEL | MB_ICONQUESTION) == IDOK;
+    if (save && !saveScreen(program, screen)) return false;
+    SetFocus(window);
+    return true;
+}
+
+} // namespace
+
+bool saveScreen(Program& program, int screen) {
+    // Without a path and without an answer nothing is written, and nothing is said.
+    if (program.screenPath[0] == '\0' && !chooseSavePath(program)) return false;
+    return saveToPath(program, screen);
+}
+
+void saveScreenAs(Program& program, int screen) {
+    if (chooseSavePath(program)) saveToPath(program, screen);
+}
+
+void openRichText(Program& program, int screen) {
+    if (!offerToSave(program, screen)) return;
+    OPENFILENAMEA dialog = fileDialog(program, 0);
+    if (GetOpenFileNameA(&dialog) == 0) return;
+    program.screenFilter = dialog.nFilterIndex;
+    Stream stream = {CreateFileA(program.screenPath, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
+                                 FILE_ATTRIBUTE_NORMAL, nullptr),
+                     ERROR_SUCCESS};
+    if (stream.file == INVALID_HANDLE_VALUE) {
+        MessageBoxA(program.window, "invalid file handle for open rich text", "error", MB_OK | MB_ICONERROR);
+        return;
+    }
+    if (program.screenFilter == richText && !isRichText(stream.file)) {
+        stream.error = ERROR_INVALID_DATA;
+    } else {
+        EDITSTREAM edit = {reinterpret_cast<DWORD_PTR>(&stream), 0, readPiece};
+        SendMessageA(program.screens[screen], EM_STREAMIN, streamFormat(program.screenFilter),
+                     reinterpret_cast<LPARAM>(&edit));
+        SendMessageA(program.screens[screen], EM_SETMODIFY, FALSE, 0);
+    }
+    CloseHandle(stream.file);
+    if (stream.error != ERROR_SUCCESS) showSystemError(program.window, stream.error);
+}

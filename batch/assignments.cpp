@@ -1,0 +1,118 @@
+#include "batch/assignments.h"
+
+#include <cmath>
+
+#include "batch/field_values.h"
+#include "data/number.h"
+
+namespace {
+
+bool asksDegrees(const AnalysisKind& kind) {
+    return !kind.analysis->firstFields.empty();
+}
+
+bool predicts(const AnalysisKind& kind) {
+    return kind.enablesPrediction;
+}
+
+const AssignmentOption repeatable[] = {
+    {"degree", "the power that a variable is raised to (1)", asksDegrees, &CommandLine::degrees},
+    {"predict", "append the prediction for these values (the mean, or category 1, of the others)", predicts,
+     &CommandLine::predictions},
+};
+
+struct Assignment {
+    std::string_view name;
+    double value;
+};
+
+// Takes the next assignment off `rest`, which ends with its text; false when it is malformed.
+bool takeAssignment(std::string_view& rest, Assignment& assignment) {
+    const std::string_view piece = rest.substr(0, rest.find(','));
+    const std::size_t equals = piece.rfind('=');
+    if (equals == std::string_view::npos || equals == 0) return false;
+    assignment.name = piece.substr(0, equals);
+    const char* const number = piece.data() + equals + 1;
+    const char* end = nullptr;
+    assignment.value = parseNumber(number, &end);
+    if (end == number) return false;
+    while (*end == ' ') ++end;
+    if (end != piece.data() + piece.size() || !std::isfinite(assignment.value)) return false;
+    rest.remove_prefix(piece.size());
+    return true;
+}
+
+// Calls `use` with each assignment of a text; false once one is malformed or `use` is false.
+template <class Use> bool forEach(const char* text, Use use) {
+    std::string_view rest = text;
+    for (;;) {
+        Assignment assignment;
+        if (!takeAssignment(rest, assignment) || !use(assignment)) return false;
+        if (rest.empty()) return true;
+        rest.remove_prefix(1);
+    }
+}
+
+// The slot of a variable: the one that it has, or the first free one; slotCount when there is none.
+int findSlot(const AnalysisOptions& options, std::int32_t variable) {
+    int slot = 0;
+    while (slot < AnalysisOptions::slotCount && options.slotColumns[slot] != variable &&
+           options.slotColumns[slot] != 0) {
+        ++slot;
+    }
+    return slot;
+}
+
+} // namespace
+
+std::span<const AssignmentOption> assignmentOptions() {
+    return repeatable;
+}
+
+bool isAssignmentList(const char* text) {
+    return forEach(text, [](const Assignment&) { return true; });
+}
+
+bool applyDegrees(const CommandLine& line, const DataSet& data, AnalysisOptions& options,
+                  Complaint& complaint) {
+    for (const char* text : line.degrees) {
+        const bool applied = forEach(text, [&](const Assignment& degree) {
+            const std::int32_t variable = requireVariable("degree", degree.name, data, complaint);
+            if (variable == 0) return false;
+            const int slot = findSlot(options, variable);
+            if (slot == AnalysisOptions::slotCount) {
+                complaint.say("--degree takes at most %d variables", AnalysisOptions::slotCount);
+                return false;
+            }
+            options.slotColumns[slot] = variable;
+            options.slotDegrees[slot] = degree.value;
+            return true;
+        });
+        if (!applied) return false;
+    }
+    return true;
+}
+
+bool checkPredictions(const CommandLine& line, const DataSet& data, const AnalysisOptions& options,
+                      Complaint& complaint) {
+    for (const char* text : line.predictions) {
+        const bool known = forEach(text, [&](const Assignment& value) {
+            const std::int32_t variable = requireVariable("predict", value.name, data, complaint);
+            if (variable != 0 && variable == options.purposes[0]) {
+                complaint.say("--predict: '%.*s' is the purpose variable",
+                              static_cast<int>(value.name.size()), value.name.data());
+            }
+            return !complaint.any();
+        });
+        if (!known) return false;
+    }
+    return true;
+}
+
+void enterValues(const char* text, const DataSet& data, PredictionEntry& entry) {
+    forEach(text, [&](const Assignment& value) {
+        const std::int32_t column = otherColumnOf(data, findVariable(data, value.name));
+        entry.values[static_cast<std::size_t>(column)] = value.value;
+        return true;
+    });
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "analysis/basic/prediction.h"
+#include "batch/command_line.h"
+
+// Options whose value is "NAME=X[,NAME=X...]" and that can be given again and again.
+struct AssignmentOption {
+    const char* name; // without "--"
+    const char* help;
+    bool (*isTakenBy)(const AnalysisKind& kind);
+    Block<const char*> CommandLine::*texts; // what was given, one after the other
+};
+
+std::span<const AssignmentOption> assignmentOptions();
+
+constexpr const char* assignmentUsage = "NAME=X[,NAME=X...]";
+
+// Whether a text has this form; names of variables are not looked up.
+bool isAssignmentList(const char* text);
+
+// Puts the degrees into the slots of the options; false and a complaint when a variable is not in the data or
+// there are more than the slots.
+bool applyDegrees(const CommandLine& line, const DataSet& data, AnalysisOptions& options,
+                  Complaint& complaint);
+
+// False and a complaint when a prediction names what is no explanatory variable under these options.
+bool checkPredictions(const CommandLine& line, const DataSet& data, const AnalysisOptions& options,
+                      Complaint& complaint);
+
+// Enters the values of one checked text.
+void enterValues(const char* text, const DataSet& data, PredictionEntry& entry);
