@@ -25,9 +25,9 @@ struct ExclusionList {
     std::int32_t count; // columns really excluded: a column named twice counts once
 };
 
-// What the last fitted model leaves for prediction: a regression on (transformed) variables, or the quantities
-// of categories. The arrays but the last have the size of the data set and come with it, so that keeping a
-// regression cannot fail. Working columns keep their order as long as the model is there.
+// What the last fitted model leaves for prediction: a regression on (transformed) variables, or the
+// quantities of categories. The arrays but the last have the size of the data set and come with it, so that
+// keeping a regression cannot fail. Working columns keep their order as long as the model is there.
 struct FittedModel {
     static constexpr std::int32_t none = -1;
 
@@ -47,12 +47,13 @@ struct FittedModel {
     // By working column, without the purpose variable.
     Block<double> degrees;     // the power that a variable is raised to
     Block<double> startValues; // what a prediction starts from
-    Block<std::int32_t> terms; // coefficients in the model: 0 or 1; the number of categories in a quantification
+    Block<std::int32_t>
+        terms; // coefficients in the model: 0 or 1; the number of categories in a quantification
 
     Block<char> title; // of the model in a report
 
-    Block<double> quantities; // of a quantification: of the categories, those of the first variable first, then
-                              // two numbers that do not count in a prediction
+    Block<double> quantities; // of a quantification: of the categories, those of the first variable first,
+                              // then two numbers that do not count in a prediction
 };
 
 constexpr std::size_t fittedModelTitleSize = 528;
@@ -89,8 +90,8 @@ void copyLoadedToWorking(DataSet& data);
 // counts both.
 void reorderWorkingBySelection(DataSet& data);
 
-// Where a variable of the loaded part (from 1) stands in the reordered working part, from 0; -1 for a selected
-// one.
+// Where a variable of the loaded part (from 1) stands in the reordered working part, from 0; -1 for a
+// selected one.
 std::int32_t otherColumnOf(const DataSet& data, std::int32_t variable);
 
 // Cells of used columns that hold no number, and where the first of them (row by row) stands.
