@@ -5,6 +5,9 @@
 #include "analysis/basic/curve_regression.h"
 #include "analysis/basic/fundamental_statistics.h"
 #include "analysis/basic/multiple_regression.h"
+#include "analysis/multivariate/canonical_correlation.h"
+#include "analysis/multivariate/cluster.h"
+#include "analysis/multivariate/principal_components.h"
 
 namespace {
 
@@ -20,12 +23,15 @@ const AnalysisKind kinds[] = {
      &fundamentalStatistics},
     {1, "Multiple Regression Analysis", "regression", 1011, "multiple regression analysis", 951, true, true, always, true,
      &multipleRegression},
-    {2, "Principal Component Analysis", "pca", 1012, "principal component analysis", 952, true, true, always, false},
-    {3, "Canonical Correlation Analysis", "canonical", 1013, "canonical correlation analysis", 953, true, true, never, false},
+    {2, "Principal Component Analysis", "pca", 1012, "principal component analysis", 952, true, true, always, false,
+     &principalComponents},
+    {3, "Canonical Correlation Analysis", "canonical", 1013, "canonical correlation analysis", 953, true, true, never, false,
+     &canonicalCorrelation},
     {4, "Principal Factor Analysis", "principal-factor", 1014, "factor analysis", 954, true, true, always, false},
     {5, "Maximum Likelihood Analysis", "ml-factor", 1014, "factor analysis", 954, true, true, always, false},
     {6, "Discriminant Analysis", "discriminant", 1016, "discriminant analysis", 956, true, true, threeGroups, false},
-    {7, "Cluster Analysis", "cluster", 1017, "cluster analysis", 957, true, true, never, false},
+    {7, "Cluster Analysis", "cluster", 1017, "cluster analysis", 957, true, true, never, false,
+     &clusterAnalysis},
     {10, "Association Measures Analysis", "association", 1020, "association mesures analysis", 960, true, true, never, false},
     {11, "Quantification-1 Analysis", "quant1", 1021, "quantification 1 analysis", 961, true, true, always, true},
     {12, "Quantification-2 Analysis", "quant2", 1022, "quantification 2 analysis", 962, true, true, threeGroups, false},

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <cstdint>
+
+#include "numeric/block.h"
+
+// One step of an agglomeration: cluster `first` goes into cluster `second`, which keeps its number. Items
+// count from 0 and are clusters of one at the start; first < second.
+struct ClusterMerge {
+    std::int32_t first;
+    std::int32_t second;
+    double level; // the distance of the two
+};
+
+// The distances of `count` items and their agglomeration.
+struct ClusterMerging {
+    std::size_t count = 0;
+    Block<double> distances;       // of the pairs (0,1), (0,2), ... (1,2), ...; overwritten while merging
+    Block<ClusterMerge> merges;    // count - 1, in order
+    Block<std::int32_t> active;    // clusters not merged away yet, ascending
+    Block<std::int32_t> added;     // items of each cluster beyond the first
+    Block<std::int32_t> nearest;   // of each cluster among the active ones after it, the first of equal ones
+    Block<double> nearestDistance; // to it
+    Block<double> toFirst;         // scratch: of each active cluster
+    Block<double> toSecond;
+
+    // Zero-filled arrays for items >= 1; success or outOfMemory.
+    ErrorCode allocate(std::size_t items);
+
+    // The distance of items a and b stands at rowStart(a) + b, a < b. For a = 0 the start wraps below 0.
+    std::size_t rowStart(std::size_t a) const { return a * (2 * count - a - 1) / 2 - a - 1; }
+};
+
+// Merges the two closest clusters until one is left, and combines their distances to the others by a rule of
+// the kind of Lance and Williams (1967) whose coefficients are made from the number of the criterion: 0
+// nearest neighbour, 1 furthest neighbour, 2 median, 3 group average, 4 centroid, 5 Ward. They are not those
+// that go with these names elsewhere: reports depend on these values. Of equally close pairs the first in the
+// order of `distances` is merged. Returns success, or illegalData when no pair is closer than 1e300.
+ErrorCode mergeClusters(int criterion, ClusterMerging& merging);
