@@ -7,6 +7,8 @@
 #include "analysis/basic/multiple_regression.h"
 #include "analysis/multivariate/canonical_correlation.h"
 #include "analysis/multivariate/cluster.h"
+#include "analysis/multivariate/discriminant.h"
+#include "analysis/multivariate/factor_analysis.h"
 #include "analysis/multivariate/principal_components.h"
 
 namespace {
@@ -27,9 +29,12 @@ const AnalysisKind kinds[] = {
      &principalComponents},
     {3, "Canonical Correlation Analysis", "canonical", 1013, "canonical correlation analysis", 953, true, true, never, false,
      &canonicalCorrelation},
-    {4, "Principal Factor Analysis", "principal-factor", 1014, "factor analysis", 954, true, true, always, false},
-    {5, "Maximum Likelihood Analysis", "ml-factor", 1014, "factor analysis", 954, true, true, always, false},
-    {6, "Discriminant Analysis", "discriminant", 1016, "discriminant analysis", 956, true, true, threeGroups, false},
+    {4, "Principal Factor Analysis", "principal-factor", 1014, "factor analysis", 954, true, true, always, false,
+     &factorAnalysis, 2400, "principal factor analysys"},
+    {5, "Maximum Likelihood Analysis", "ml-factor", 1014, "factor analysis", 954, true, true, always, false,
+     &factorAnalysis, 2400, "maximum likelihood analysis"},
+    {6, "Discriminant Analysis", "discriminant", 1016, "discriminant analysis", 956, true, true, threeGroups, false,
+     &discriminantAnalysis},
     {7, "Cluster Analysis", "cluster", 1017, "cluster analysis", 957, true, true, never, false,
      &clusterAnalysis},
     {10, "Association Measures Analysis", "association", 1020, "association mesures analysis", 960, true, true, never, false},

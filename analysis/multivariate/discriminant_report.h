@@ -1,0 +1,17 @@
+#pragma once
+
+#include "analysis/multivariate/discriminant_function.h"
+#include "analysis/run/analysis_run.h"
+
+// What a discriminant analysis found.
+struct DiscriminantResult {
+    GroupStatistics statistics;
+    BoxTest box;
+    VariableSelection selection;
+    DiscriminantFunctions functions;
+
+    ErrorCode allocate(const DataMatrix& data, int groups);
+};
+
+// Replaces the lower text and the status.
+void writeDiscriminantReport(AnalysisRun& run, const DiscriminantResult& result);
