@@ -5,6 +5,10 @@
 #include "analysis/basic/curve_regression.h"
 #include "analysis/basic/fundamental_statistics.h"
 #include "analysis/basic/multiple_regression.h"
+#include "analysis/categorical/association.h"
+#include "analysis/categorical/quantification1.h"
+#include "analysis/categorical/quantification2.h"
+#include "analysis/categorical/quantification3.h"
 #include "analysis/multivariate/canonical_correlation.h"
 #include "analysis/multivariate/cluster.h"
 #include "analysis/multivariate/discriminant.h"
@@ -37,10 +41,14 @@ const AnalysisKind kinds[] = {
      &discriminantAnalysis},
     {7, "Cluster Analysis", "cluster", 1017, "cluster analysis", 957, true, true, never, false,
      &clusterAnalysis},
-    {10, "Association Measures Analysis", "association", 1020, "association mesures analysis", 960, true, true, never, false},
-    {11, "Quantification-1 Analysis", "quant1", 1021, "quantification 1 analysis", 961, true, true, always, true},
-    {12, "Quantification-2 Analysis", "quant2", 1022, "quantification 2 analysis", 962, true, true, threeGroups, false},
-    {13, "Quantification-3 Analysis", "quant3", 1023, "quantification 3 analysis", 963, true, false, never, false},
+    {10, "Association Measures Analysis", "association", 1020, "association mesures analysis", 960, true, true, never, false,
+     &association},
+    {11, "Quantification-1 Analysis", "quant1", 1021, "quantification 1 analysis", 961, true, true, always, true,
+     &quantification1},
+    {12, "Quantification-2 Analysis", "quant2", 1022, "quantification 2 analysis", 962, true, true, threeGroups, false,
+     &quantification2},
+    {13, "Quantification-3 Analysis", "quant3", 1023, "quantification 3 analysis", 963, true, false, never, false,
+     &quantification3},
     {14, "Three-Way Log-Linear Analysis", "loglinear", 1024, "three-way log linear analysis", 964, true, false, never, false},
     // Reached through the dialog of the next two.
     {20, "Multidimentional Scaling Analysis", "mds", 1030, "similarity data analysis", 970, false, false, threeVariables, false},
