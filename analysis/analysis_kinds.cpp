@@ -6,9 +6,11 @@
 #include "analysis/basic/fundamental_statistics.h"
 #include "analysis/basic/multiple_regression.h"
 #include "analysis/categorical/association.h"
+#include "analysis/categorical/log_linear.h"
 #include "analysis/categorical/quantification1.h"
 #include "analysis/categorical/quantification2.h"
 #include "analysis/categorical/quantification3.h"
+#include "analysis/categorical/similarity.h"
 #include "analysis/multivariate/canonical_correlation.h"
 #include "analysis/multivariate/cluster.h"
 #include "analysis/multivariate/discriminant.h"
@@ -49,11 +51,15 @@ const AnalysisKind kinds[] = {
      &quantification2},
     {13, "Quantification-3 Analysis", "quant3", 1023, "quantification 3 analysis", 963, true, false, never, false,
      &quantification3},
-    {14, "Three-Way Log-Linear Analysis", "loglinear", 1024, "three-way log linear analysis", 964, true, false, never, false},
+    {14, "Three-Way Log-Linear Analysis", "loglinear", 1024, "three-way log linear analysis", 964, true, false, never, false,
+     &logLinearAnalysis},
     // Reached through the dialog of the next two.
-    {20, "Multidimentional Scaling Analysis", "mds", 1030, "similarity data analysis", 970, false, false, threeVariables, false},
-    {21, "Quantification-4 Analysis", "quant4", 1030, "similarity data analysis", 970, true, false, threeVariables, false},
-    {22, "Principal Co-ordinates Analysis", "pcoa", 1030, "similarity data analysis", 970, true, false, threeVariables, false},
+    {20, "Multidimentional Scaling Analysis", "mds", 1030, "similarity data analysis", 970, false, false, threeVariables, false,
+     &similarityAnalysis},
+    {21, "Quantification-4 Analysis", "quant4", 1030, "similarity data analysis", 970, true, false, threeVariables, false,
+     &similarityAnalysis},
+    {22, "Principal Co-ordinates Analysis", "pcoa", 1030, "similarity data analysis", 970, true, false, threeVariables, false,
+     &similarityAnalysis},
     {30, "Multiple Logistic Analysis", "logistic", 1040, "multiple logistic model", 980, true, false, never, false},
     {31, "Exponential Weibull Analysis", "weibull", 1041, "exponential weibull model", 981, true, false, never, false},
     {32, "Propotional Hazard Analysis", "hazard", 1042, "propotional hazard model", 982, true, false, always, false},

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <span>
+
+#include "numeric/block.h"
+
+// The hierarchical log-linear models of an A x B x C table of counts, their expected tables and their
+// effects. Cell (i, j, k) stands at (i b + j) c + k.
+
+// A set of the three factors; also names a margin, summed over the factors that are not in it, and the u-term
+// of these factors.
+using FactorSet = unsigned;
+constexpr FactorSet factorA = 1, factorB = 2, factorC = 4;
+constexpr FactorSet allFactors = factorA | factorB | factorC;
+
+constexpr int uTermCount = 7;
+constexpr FactorSet uTerms[uTermCount] = {factorA,           factorB,           factorC,   factorA | factorB,
+                                          factorA | factorC, factorB | factorC, allFactors};
+
+struct ThreeWaySizes {
+    std::size_t levels[3];
+
+    // Of the margin of some factors.
+    std::size_t cells(FactorSet factors = allFactors) const;
+};
+
+// The cells of a margin of a table by the indices of all three factors.
+struct MarginView {
+    const double* values;
+    std::size_t steps[3]; // 0 for a factor that is summed over
+
+    double at(std::size_t i, std::size_t j, std::size_t k) const {
+        return values[i * steps[0] + j * steps[1] + k * steps[2]];
+    }
+};
+
+// The sums of a table over each set of factors.
+struct Margins {
+    ThreeWaySizes sizes = {};
+    const double* table = nullptr;
+    Block<double> sums[allFactors]; // of each set but the whole
+
+    ErrorCode allocate(const ThreeWaySizes& tableSizes);
+    void sum(const double* cells); // refers to the cells from then on
+    MarginView view(FactorSet factors) const;
+};
+
+constexpr int logLinearModelCount = 18;
+
+// What the lists and reports show of each model, 43 characters; their index is the model's number less 1.
+std::span<const char* const> logLinearModelTexts();
+
+// Whether one of two models (list indices) has all effects of the other. False for what is no index.
+bool areNested(int first, int second);
+
+// Cells less free parameters of a model (list index).
+std::int32_t degreesOfFreedom(const ThreeWaySizes& sizes, int model);
+
+// Expected tables from the margins of the observed one. All but the first model have a closed form; that one
+// is fitted by iterative proportional fitting (Deming and Stephan 1940) from a table of ones until a cycle
+// changes no cell by more than 0.001. Quotients with a denominator of 0 count 0.
+struct ModelFitter {
+    Block<double> previous; // cells
+    Block<double> fitted;   // the largest two-way margin
+
+    ErrorCode allocate(const ThreeWaySizes& sizes);
+    void fit(const Margins& observed, int model, double* expected);
+};
+
+// G2 = 2 sum n ln(n / m); empty cells add nothing.
+double likelihoodRatio(const std::int32_t* observed, const double* expected, std::size_t cells);
+
+// The u-terms of a table in effect coding and their standard errors, each in the cells of its margin.
+struct UTermEstimates {
+    Block<double> estimates[allFactors + 1]; // by FactorSet; the empty set has none
+    Block<double> errors[allFactors + 1];
+
+    // `interaction`: the three-factor term, too.
+    ErrorCode allocate(const ThreeWaySizes& sizes, bool interaction);
+};
+
+// From the margins of the cells' logarithms and of their variances (1 / count). A term is a contrast of the
+// logarithms, whose weights are products of one factor for each of A, B and C: d - 1 / levels for a factor of
+// the term (d is 1 in its level, else 0), 1 / levels for the others. The terms that are part of it come
+// first.
+void estimateUTerm(const Margins& logarithms, const Margins& variances, FactorSet term,
+                   UTermEstimates& result);
