@@ -4,7 +4,10 @@
 
 #include "analysis/basic/curve_regression.h"
 #include "analysis/basic/fundamental_statistics.h"
+#include "analysis/basic/hazard_model.h"
+#include "analysis/basic/logistic_model.h"
 #include "analysis/basic/multiple_regression.h"
+#include "analysis/basic/weibull_model.h"
 #include "analysis/categorical/association.h"
 #include "analysis/categorical/log_linear.h"
 #include "analysis/categorical/quantification1.h"
@@ -60,9 +63,12 @@ const AnalysisKind kinds[] = {
      &similarityAnalysis},
     {22, "Principal Co-ordinates Analysis", "pcoa", 1030, "similarity data analysis", 970, true, false, threeVariables, false,
      &similarityAnalysis},
-    {30, "Multiple Logistic Analysis", "logistic", 1040, "multiple logistic model", 980, true, false, never, false},
-    {31, "Exponential Weibull Analysis", "weibull", 1041, "exponential weibull model", 981, true, false, never, false},
-    {32, "Propotional Hazard Analysis", "hazard", 1042, "propotional hazard model", 982, true, false, always, false},
+    {30, "Multiple Logistic Analysis", "logistic", 1040, "multiple logistic model", 980, true, false, never, false,
+     &logisticModel},
+    {31, "Exponential Weibull Analysis", "weibull", 1041, "exponential weibull model", 981, true, false, never, false,
+     &weibullModel},
+    {32, "Propotional Hazard Analysis", "hazard", 1042, "propotional hazard model", 982, true, false, always, false,
+     &hazardModel},
     {41, "Convertiong Degrees Regression", "polynomial", 1050, "non-linear multiple regression analysis", 990, true, true, always, true,
      &polynomialRegression},
     {42, "Involution Curve Regression", "involution", 1050, "non-linear multiple regression analysis", 990, true, true, always, true,

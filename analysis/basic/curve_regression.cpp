@@ -11,25 +11,25 @@ constexpr int firstColumnList = 2201;
 constexpr int firstDegreeEdit = 2211;
 constexpr int firstDegreeArrows = 2221;
 
-// Ten columns and the degree of each.
-std::array<OptionField, 1 + AnalysisOptions::slotCount> degreeFields() {
-    std::array<OptionField, 1 + AnalysisOptions::slotCount> result = {};
-    result[0] = {.type = OptionType::variables,
-                 .offset = offsetof(AnalysisOptions, slotColumns),
-                 .control = firstColumnList,
-                 .count = AnalysisOptions::slotCount};
-    for (int slot = 0; slot < AnalysisOptions::slotCount; ++slot) {
-        const std::size_t offset = static_cast<std::size_t>(slot) * sizeof(double);
-        result[static_cast<std::size_t>(slot) + 1] = {.type = OptionType::real,
-                                                      .offset =
-                                                          offsetof(AnalysisOptions, slotDegrees) + offset,
-                                                      .control = firstDegreeEdit + slot,
-                                                      .arrows = firstDegreeArrows + slot,
-                                                      .step = 0.1,
-                                                      .least = 0.1,
-                                                      .most = 99.0};
+// Ten columns, then the degree of each.
+constexpr std::size_t firstFieldCount = 1 + AnalysisOptions::slotCount;
+std::array<OptionField, firstFieldCount> degreeFields() {
+    std::array<OptionField, firstFieldCount> all = {};
+    all[0] = {.type = OptionType::variables,
+              .offset = offsetof(AnalysisOptions, slotColumns),
+              .control = firstColumnList,
+              .count = AnalysisOptions::slotCount};
+    for (std::size_t k = 1; k < firstFieldCount; ++k) {
+        const int slot = static_cast<int>(k) - 1;
+        all[k] = {.type = OptionType::real,
+                  .offset = offsetof(AnalysisOptions, slotDegrees) + (k - 1) * sizeof(double),
+                  .control = firstDegreeEdit + slot,
+                  .arrows = firstDegreeArrows + slot,
+                  .step = 0.1,
+                  .least = 0.1,
+                  .most = 99.0};
     }
-    return result;
+    return all;
 }
 
 const std::array firstFields = degreeFields();

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "data/data_set.h"
+
+// Where a model of an event finds what it explains: columns count from 1, time 0 for a model without one. A
+// sample has the event when its state is above the division.
+struct EventColumns {
+    std::int32_t state;
+    std::int32_t time;
+    double division;
+};
+
+// The samples of such a model. All columns but the state and the time are covariates.
+struct EventData {
+    std::size_t samples = 0;
+    std::size_t covariates = 0;
+    std::size_t width = 0; // of a row of the design
+    std::int32_t events = 0;
+    Block<std::int32_t> columns; // of the covariates in the working part, from 0
+    Block<std::int32_t> states;  // samples: 1 with the event, 0 without
+    Block<double> times;         // samples, or none
+    Block<double> means;         // covariates
+    Block<double> deviations;    // covariates, divisor N
+    Block<double> design; // samples x width: the standardised covariates, then what a model adds (zeros)
+};
+
+// `added` counts the other parameters of the model, each of which has a column in the design. Returns, in
+// this order: noEffectiveVariable without a covariate, tooFewSamples for fewer than parameters + 1,
+// illegalDivisionalValue when nobody has the event (and without a time when everybody has), for a time not
+// above 0 invalidPurposeVariable, notFinite, outOfMemory, for a deviation below 0.001 illegalData.
+ErrorCode takeEventData(const DataMatrix& data, const EventColumns& columns, std::size_t added,
+                        EventData& events);

@@ -1,0 +1,120 @@
+#include "analysis/basic/logistic_model.h"
+
+#include "tests/support/analysis_session.h"
+
+namespace {
+
+constexpr int command = 740;
+using Columns = std::vector<std::vector<double>>;
+
+// The state as 2 and 3 with a division between them.
+const Columns samples = {{2, 2, 3, 2, 3, 3, 2, 3, 3, 2, 2, 3},
+                         {2, 3, 5, 1, 4, 6, 3, 2, 5, 4, 1, 6},
+                         {10, 14, 9, 12, 15, 11, 8, 13, 10, 12, 9, 14}};
+
+// Independent fit by iteratively reweighted least squares to the last digit.
+TEST(Logistic, AgreesWithAGeneralizedLinearModel) {
+    AnalysisSession session(fileOf(samples));
+    session.run.options.settings.logisticDivision = 2.5;
+    ASSERT_EQ(session.analyse(command), success);
+    const struct {
+        const char* label;
+        double value, error, z, probability;
+    } coefficients[] = {
+        {"v2", 1.253055423949, 0.678211859376, 1.847587013743, 0.0646621097679},
+        {"v3", 0.291043524643, 0.380893108423, 0.764108140072, 0.4448028018172},
+        {"constant", -7.773460485427, 5.567904067976, -1.396119687143, 0.1626784562715},
+    };
+    for (const auto& c : coefficients) {
+        expectNear(session.row("coefficient", c.label),
+                   {c.value, c.error, c.z * c.z, c.probability, std::exp(c.value)}, 3e-9);
+    }
+    const double null = -12 * std::log(2.0), fitted = -4.62447570615;
+    expectNear(session.row("log likelihood", "null model"), {null, -2 * null, 2 - 2 * null}, 1e-10);
+    expectNear(session.row("log likelihood", "fitted model"), {fitted, -2 * fitted, 6 - 2 * fitted}, 1e-10);
+    expectNear(session.row("ratio", "model"), {2 * (fitted - null), 2, std::exp(null - fitted)}, 1e-10);
+    expectNear(session.row("state, prob", "s1"), {0, 0.0865177467261, -0.307753175495}, 1e-11);
+    expectNear(session.row("state, prob", "s3"), {1, 0.7523543177307, 0.573725524091}, 1e-11);
+    EXPECT_TRUE(
+        session.frontend.lower.starts_with("\nmultiple logistic model statistics\n-- state variable is v1, "
+                                           "divisional value is 2.500000, "));
+    EXPECT_EQ(session.frontend.status, "status : multiple logistic model statistics");
+}
+
+// One covariate of two values: the slope is the log odds ratio of the fourfold table, its variance the sum of
+// the reciprocal counts; a shift and a scale of the covariate change nothing else.
+TEST(Logistic, FourfoldTableByHand) {
+    Columns columns(2);
+    const int counts[2][2] = {{9, 3}, {4, 14}}; // by covariate and state
+    for (int x = 0; x < 2; ++x) {
+        for (int y = 0; y < 2; ++y) {
+            for (int n = 0; n < counts[x][y]; ++n) {
+                columns[0].push_back(y);
+                columns[1].push_back(1e6 + 1000 * x);
+            }
+        }
+    }
+    AnalysisSession session(fileOf(columns));
+    ASSERT_EQ(session.analyse(command), success);
+    const double ratio = std::log(14.0 * 9 / (4 * 3)), variance = 1 / 9.0 + 1 / 3.0 + 1 / 4.0 + 1 / 14.0;
+    const std::vector<double> row = session.row("coefficient", "v2");
+    expectNear({row[0] * 1000, row[1] * 1000, row[2]}, {ratio, std::sqrt(variance), ratio * ratio / variance},
+               1e-8);
+    expectNear(session.row("classification", "state 0"), {9, 4}, 0);
+    expectNear(session.row("classification", "state 1"), {3, 14}, 0);
+    expectNear(session.row("state, prob", "s1"), {0, 0.25, -std::sqrt(3 / 9.0)}, 1e-9);
+    expectNear(session.row("state, prob", "s10"), {1, 0.25, std::sqrt(9 / 3.0)}, 1e-9);
+}
+
+TEST(Logistic, CodesInTheirOrder) {
+    const std::vector<double> y = {0, 0, 1, 0, 1, 1}, x = {2, 5, 3, 4, 1, 2}, ones(6, 1.0), halves(6, 0.5);
+    const struct {
+        const char* name;
+        Columns columns;
+        ErrorCode code;
+    } cases[] = {
+        {"valid", {y, x}, success},
+        {"no covariate", {ones}, noEffectiveVariable},
+        {"few samples", {{1, 1, 1}, {1, 1, 1}, {2, 2, 2}}, tooFewSamples},
+        {"all with the event", {ones, ones}, illegalDivisionalValue},
+        {"nobody with the event", {halves, ones}, illegalDivisionalValue},
+        {"constant", {y, ones}, illegalData},
+        {"separated", {y, {1, 2, 4, 3, 5, 6}}, newtonRaphsonNotConvergent},
+        {"separated but for a tie", {y, {1, 2, 4, 4, 5, 6}}, newtonRaphsonNotConvergent},
+        {"a group without events", {y, {1, 1, 0, 0, 0, 0}}, newtonRaphsonNotConvergent},
+        {"twice the same", {y, x, x}, newtonRaphsonSingular},
+    };
+    for (const auto& c : cases) {
+        AnalysisSession session(fileOf(c.columns));
+        EXPECT_EQ(session.analyse(command), c.code) << c.name;
+    }
+    for (const char* cells : {"1,1e999\nb,0,0", "1,7\nb,0,-1e999"}) {
+        AnalysisSession session(std::string("l,y,x\na,") + cells + "\nc,1,7\nd,0,7\ne,1,7\n");
+        EXPECT_EQ(session.analyse(command), notFinite);
+    }
+    AnalysisSession session(fileOf({y, x}));
+    session.run.options.settings.logisticIterations = 2;
+    EXPECT_EQ(session.analyse(command), newtonRaphsonNotConvergent);
+    session.run.options.settings.logisticIterations = 100;
+    ErrorCode code = success;
+    failEachAllocation([&] { code = session.analyse(command); }, [&] { EXPECT_EQ(code, outOfMemory); });
+    session.run.options.settings.logisticState = 3; // a column that is not there
+    EXPECT_EQ(session.analyse(command), noEffectiveVariable);
+}
+
+TEST(Logistic, OptionRules) {
+    AnalysisSession session(fileOf(samples));
+    AnalysisOptions& options = session.run.options;
+    EXPECT_EQ(logisticModel.refuse(options, 0), nullptr);
+    options.settings.logisticState = 0;
+    EXPECT_STREQ(logisticModel.refuse(options, 0), "please select one state variable");
+    for (int click = 0; click < 10000; ++click) {
+        for (const OptionField& field : logisticModel.fields.subspan(1)) {
+            spinOption(options, field, session.run.data, field.type == OptionType::wholeNumber);
+        }
+    }
+    EXPECT_EQ(options.settings.logisticIterations, 9999);
+    EXPECT_NEAR(options.settings.logisticDivision, -999.5, 1e-6); // without bounds
+}
+
+} // namespace
