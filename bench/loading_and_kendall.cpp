@@ -1,25 +1,9 @@
-// What the shared ground costs: reading a file and counting Kendall's pairs. Prints one table; the data comes from
-// a fixed seed.
-
-#include <chrono>
 #include <cstdio>
 #include <random>
-#include <sys/resource.h>
 
 #include "analysis/basic/kendall_counts.h"
+#include "bench/bench.h"
 #include "data/csv_reader.h"
-
-namespace {
-
-double secondsSince(std::chrono::steady_clock::time_point start) {
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
-double peakMegabytes() {
-    rusage usage = {};
-    getrusage(RUSAGE_SELF, &usage);
-    return static_cast<double>(usage.ru_maxrss) / 1024.0;
-}
 
 void benchLoading() {
     constexpr int samples = 200000, variables = 20;
@@ -52,9 +36,11 @@ void benchLoading() {
     }
     const double all = secondsSince(start);
     std::remove(path);
-    std::printf("loading %d x %d, %.1f MB of text%s\n", samples, variables, megabytes, loaded ? "" : " FAILED");
-    std::printf("  cells          %6.3f s %8.0f MB/s, %.0f MB of memory, %.3f times the 63 bytes of each\n", reading,
-                megabytes / reading, cells, cells * 1048576.0 / (63.0 * (samples + 1.0) * (variables + 1.0)));
+    std::printf("loading %d x %d, %.1f MB of text%s\n", samples, variables, megabytes,
+                loaded ? "" : " FAILED");
+    std::printf("  cells          %6.3f s %8.0f MB/s, %.0f MB of memory, %.3f times the 63 bytes of each\n",
+                reading, megabytes / reading, cells,
+                cells * 1048576.0 / (63.0 * (samples + 1.0) * (variables + 1.0)));
     std::printf("  whole data set %6.3f s %8.0f MB/s, peak %.0f MB\n", all, megabytes / all, peakMegabytes());
 }
 
@@ -91,14 +77,6 @@ void benchKendall() {
         }
     }
     const double plain = secondsSince(plainStart);
-    std::printf("Kendall, 20000 x 10: %.3f s, all pairs %.1f s, %.0f times as long; %d of 45 pairs differ\n", fast, plain,
-                plain / fast, different);
-}
-
-} // namespace
-
-int main() {
-    benchLoading();
-    benchKendall();
-    return 0;
+    std::printf("Kendall, 20000 x 10: %.3f s, all pairs %.1f s, %.0f times as long; %d of 45 pairs differ\n",
+                fast, plain, plain / fast, different);
 }

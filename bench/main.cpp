@@ -1,0 +1,10 @@
+#include "bench/bench.h"
+
+int main() {
+    benchLoading();
+    benchKendall();
+    benchMerging();
+    benchEigen();
+    benchKinds();
+    return 0;
+}
