@@ -92,8 +92,9 @@ bool setPictureOption(std::string_view name, const char* value, PictureOptions& 
         if (name != option.name) continue;
         options.given = option.name;
         if (option.set(value, options)) return true;
-        complaint.say("%s takes %s (%s), not '%.200s'", option.name, option.value != nullptr ? option.value : "",
-                      option.help, value != nullptr ? value : "");
+        complaint.say("%s takes %s (%s), not '%.200s'", option.name,
+                      option.value != nullptr ? option.value : "", option.help,
+                      value != nullptr ? value : "");
     }
     return false;
 }

@@ -92,7 +92,9 @@ public:
             if (k % stride != 0) continue;
             char text[tickTextSize];
             writeTickNumber(axis, k, text);
-            canvas_.drawText({x - canvas_.measure(text, style_).width / 2, numberTop}, text, style_);
+            const int width = canvas_.measure(text, style_).width;
+            const int left = std::clamp(x - width / 2, 0, std::max(layout_.size.width - width, 0));
+            canvas_.drawText({left, numberTop}, text, style_);
         }
         nameHorizontal(numberTop + style_.height);
     }

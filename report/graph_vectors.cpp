@@ -28,6 +28,32 @@ bool overlap(const Box& a, const Box& b) {
     return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
 }
 
+// Cuts a segment to a box, its edges included; false when they do not meet. Each edge narrows the stretch
+// that is inside (Liang and Barsky, 1984).
+bool clipSegment(const Box& box, double (&from)[2], double (&to)[2]) {
+    const double low[2] = {static_cast<double>(box.left), static_cast<double>(box.top)};
+    const double high[2] = {static_cast<double>(box.right), static_cast<double>(box.bottom)};
+    double begin = 0.0, end = 1.0;
+    for (int k = 0; k < 2; ++k) {
+        const double along = to[k] - from[k];
+        if (along == 0.0) {
+            if (from[k] < low[k] || from[k] > high[k]) return false;
+            continue;
+        }
+        const double enter = ((along > 0 ? low[k] : high[k]) - from[k]) / along;
+        const double leave = ((along > 0 ? high[k] : low[k]) - from[k]) / along;
+        begin = std::max(begin, enter);
+        end = std::min(end, leave);
+    }
+    if (begin > end) return false;
+    for (int k = 0; k < 2; ++k) {
+        const double along = to[k] - from[k];
+        if (end < 1.0) to[k] = from[k] + end * along;
+        if (begin > 0.0) from[k] += begin * along;
+    }
+    return true;
+}
+
 bool crosses(const Box& box, const Segment& segment) {
     double from[2] = {static_cast<double>(segment.from.x), static_cast<double>(segment.from.y)};
     double to[2] = {static_cast<double>(segment.to.x), static_cast<double>(segment.to.y)};
@@ -65,7 +91,7 @@ private:
         const double* values = spec_.vectorValues.data() + static_cast<std::size_t>(vector) * series;
         const double across = values[layout_.horizontal.series];
         const double up = values[layout_.vertical.series];
-        if (!std::isfinite(across) || !std::isfinite(up) || (across == 0.0 && up == 0.0)) return false;
+        if (!std::isfinite(across) || !std::isfinite(up)) return false;
         pixels[0] = across * layout_.horizontal.scale;
         pixels[1] = -up * layout_.vertical.scale;
         if (!(std::max(std::abs(pixels[0]), std::abs(pixels[1])) <= longestPixels)) {
@@ -168,31 +194,6 @@ private:
 };
 
 } // namespace
-
-// Liang and Barsky, 1984: each edge narrows the part of the segment that is inside.
-bool clipSegment(const Box& box, double (&from)[2], double (&to)[2]) {
-    const double low[2] = {static_cast<double>(box.left), static_cast<double>(box.top)};
-    const double high[2] = {static_cast<double>(box.right), static_cast<double>(box.bottom)};
-    double begin = 0.0, end = 1.0;
-    for (int k = 0; k < 2; ++k) {
-        const double along = to[k] - from[k];
-        if (along == 0.0) {
-            if (from[k] < low[k] || from[k] > high[k]) return false;
-            continue;
-        }
-        const double enter = ((along > 0 ? low[k] : high[k]) - from[k]) / along;
-        const double leave = ((along > 0 ? high[k] : low[k]) - from[k]) / along;
-        begin = std::max(begin, enter);
-        end = std::min(end, leave);
-    }
-    if (begin > end) return false;
-    for (int k = 0; k < 2; ++k) {
-        const double along = to[k] - from[k];
-        if (end < 1.0) to[k] = from[k] + end * along;
-        if (begin > 0.0) from[k] += begin * along;
-    }
-    return true;
-}
 
 void drawVectors(Canvas& canvas, const Graph& graph, const GraphLayout& layout) {
     if (layout.horizontal.series < 0 || layout.vertical.series < 0) return;

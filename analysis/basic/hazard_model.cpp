@@ -38,7 +38,8 @@ void sortByTime(const EventData& events, RiskOrder& risk) {
     for (std::size_t i = 0; i < events.samples; ++i) risk.order[i] = static_cast<std::int32_t>(i);
     const double* times = events.times.data();
     std::sort(risk.order.begin(), risk.order.end(), [times](std::int32_t a, std::int32_t b) {
-        return times[a] > times[b] || (times[a] == times[b] && a < b);
+        if (times[a] != times[b]) return times[a] > times[b];
+        return a < b;
     });
     for (std::size_t i = 0; i < events.samples; ++i) {
         const std::size_t s = static_cast<std::size_t>(risk.order[i]);

@@ -81,15 +81,8 @@ TEST(GraphLayout, MarginsPensAndBandFollowFromSizeAndKind) {
                  {1, 1000, 959, 100, 95, 900, 864, 19, 2, 14},
                  {6, 1205, 960, 120, 116, 1085, 864, 19, 3, 16}};
     for (const auto& test : cases) {
-        const std::size_t series = test.kind == 3 ? 3 : 2;
-        GraphSpec spec;
-        describeGraph(spec, test.kind, series, 1);
-        Graph graph;
-        ASSERT_EQ(initGraph(spec, graph), success);
-        GraphView view;
-        view.width = test.width;
-        view.height = test.height;
-        const GraphLayout layout = layOutGraph(graph, view);
+        const GraphLayout layout = test.kind == 3 ? layOut(3, {{0, 0, 0}}, test.width, test.height)
+                                                  : layOut(test.kind, {{0, 0}}, test.width, test.height);
         const int got[] = {layout.plot.left,  layout.plot.top, layout.plot.right, layout.plot.bottom,
                            layout.tickLength, layout.penWidth, layout.fontHeight};
         const int expected[] = {test.left, test.top, test.right, test.bottom, test.tick, test.pen, test.font};

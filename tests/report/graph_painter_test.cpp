@@ -2,7 +2,6 @@
 #include <cmath>
 
 #include "report/graph_axes.h"
-#include "report/graph_vectors.h"
 #include "tests/support/graph_samples.h"
 #include "tests/support/recording_canvas.h"
 
@@ -90,25 +89,6 @@ TEST(GraphScatter, SizedVectorsEndWhereTheyEnd) {
     EXPECT_EQ(std::count_if(canvas.lines.begin(), canvas.lines.end(),
                             [](const auto& line) { return line.pen.color == vectorRed; }),
               3);
-}
-
-TEST(GraphScatter, SegmentsAreCutToTheBox) {
-    const Box box = {0, 0, 10, 10};
-    const struct {
-        double from[2], to[2];
-        bool meets;
-        double cutFrom[2], cutTo[2];
-    } cases[] = {{{-10, 5}, {20, 5}, true, {0, 5}, {10, 5}}, {{5, 20}, {5, -5}, true, {5, 10}, {5, 0}},
-                 {{2, 3}, {4, 5}, true, {2, 3}, {4, 5}},     {{-5, 0}, {5, 10}, true, {0, 5}, {5, 10}},
-                 {{-5, 8}, {5, 18}, false, {}, {}},          {{11, 0}, {11, 10}, false, {}, {}}};
-    for (auto test : cases) {
-        ASSERT_EQ(clipSegment(box, test.from, test.to), test.meets);
-        if (!test.meets) continue;
-        for (int k = 0; k < 2; ++k) {
-            EXPECT_NEAR(test.from[k], test.cutFrom[k], 1e-12);
-            EXPECT_NEAR(test.to[k], test.cutTo[k], 1e-12);
-        }
-    }
 }
 
 TEST(GraphLines, BarsStandOnTheZeroLine) {

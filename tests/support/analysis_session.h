@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <sstream>
 
@@ -19,8 +20,22 @@ struct AnalysisSession {
     }
     ErrorCode analyse(int command) {
         Settings defaults = run.options.settings;
-        return runAnalysisCommand(frontend, defaults, run, command);
+        const ErrorCode code = runAnalysisCommand(frontend, defaults, run, command);
+        // Whatever the code, no bar of progress stays; 0 stands for a word that is not in the log.
+        const std::size_t shown = frontend.log.rfind("progress") + 1,
+                          hidden = frontend.log.rfind("hidden") + 1;
+        EXPECT_TRUE(shown == 0 || shown < hidden) << frontend.log;
+        return code;
     }
+    // Runs the command with each of its allocations failing, which is to end in one of these codes. Returns
+    // how many allocations there were.
+    long long failAllocations(int command, const std::vector<ErrorCode>& codes = {outOfMemory}) {
+        ErrorCode code = success;
+        return failEachAllocation(
+            [&] { code = analyse(command); },
+            [&] { EXPECT_EQ(std::count(codes.begin(), codes.end(), code), 1) << code; });
+    }
+    bool shows(const std::string& text) const { return frontend.lower.find(text) != std::string::npos; }
     // The numbers in the row with this label, the first one after this title.
     std::vector<double> row(const std::string& title, const std::string& label) const {
         std::istringstream lines(
@@ -52,6 +67,17 @@ inline std::string fileOf(const std::vector<std::vector<double>>& columns) {
     }
     text << '\n';
     return text.str();
+}
+
+// The same columns as a data matrix.
+inline DataMatrix matrixOf(const std::vector<std::vector<double>>& columns) {
+    DataMatrix data;
+    data.variables = static_cast<std::int32_t>(columns.size());
+    data.samples = static_cast<std::int32_t>(columns[0].size());
+    EXPECT_EQ(data.values.allocate(data.count()), success);
+    for (std::size_t at = 0; at < data.count(); ++at)
+        data.values[at] = columns[at % columns.size()][at / columns.size()];
+    return data;
 }
 
 inline void expectNear(const std::vector<double>& values, const std::vector<double>& expected,

@@ -67,6 +67,9 @@ inline void describeSample(GraphSpec& spec, std::uint32_t kind) {
             }
         }
     }
+    if (kind == 6) {
+        for (double& value : spec.values) value *= 1e-4; // long numbers at the axes
+    }
     for (std::size_t v = 0; v < spec.vectorNames.size(); ++v) {
         const double angle = 0.3 + static_cast<double>(v * v) * 0.35 + turn;
         double* const row = spec.vectorValues.data() + v * series[kind];
