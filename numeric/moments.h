@@ -26,6 +26,9 @@ int DefaultFactorCount(int p);
 ErrorCode MeanCovarianceCorrelation(const double* values, int samples, int variables,
                                     MomentMatrices& moments);
 
+// A variable that deviates less than this is as good as constant: the analyses refuse it.
+constexpr double leastDeviation = 0.001;
+
 // Whether one of p standard deviations is below least; one that is not a number is not.
 bool anyDeviationBelow(const double* sds, int p, double least);
 

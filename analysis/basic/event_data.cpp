@@ -6,8 +6,6 @@
 
 namespace {
 
-constexpr double leastDeviation = 0.001;
-
 double valueAt(const DataMatrix& data, std::size_t sample, std::int32_t column) {
     return data
         .values[sample * static_cast<std::size_t>(data.variables) + static_cast<std::size_t>(column - 1)];

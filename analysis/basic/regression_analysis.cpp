@@ -20,7 +20,6 @@ constexpr int fInEdit = 2109;
 constexpr int fOutEdit = 2110;
 constexpr int alphaEdit = 2111;
 
-constexpr double leastDeviation = 0.001;
 // Of a transformed column, as a share of its mean.
 constexpr double leastRelativeDeviation = 1e-9;
 

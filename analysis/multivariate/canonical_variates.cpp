@@ -10,7 +10,6 @@
 
 namespace {
 
-constexpr double leastDeviation = 0.001;
 constexpr double leastEigenvalue = 1e-10;
 
 // rows x columns from place (row, column) of a p x p matrix.

@@ -43,7 +43,6 @@ const char* const distanceTitles[] = {"mahalanobis", "standardized value", "raw 
 const char* const criterionTitles[] = {"nearest neighbour", "furtherest neighbour", "median method",
                                        "group average",     "centroid method",      "Ward's method"};
 
-constexpr double leastDeviation = 0.001;
 constexpr int median = 2;
 // Lines of the tables are numbered up to here.
 constexpr std::size_t mostNumbered = 999;

@@ -13,7 +13,6 @@
 namespace {
 
 constexpr std::int32_t maximumLikelihoodKind = 5;
-constexpr double leastDeviation = 0.001;
 
 // The arrows go up to twice the number that the dialog opens with.
 double mostFactors(const DataSet& data) {

@@ -44,8 +44,6 @@ const OptionField fields[] = {
      .choices = baseNames},
 };
 
-constexpr double leastDeviation = 0.001;
-
 // Arrays of p items, and p x p and samples x p matrices, of which the first `kept` columns are filled.
 struct ComponentWork {
     MomentMatrices moments;
