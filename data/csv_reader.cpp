@@ -72,7 +72,7 @@ private:
     std::FILE* file_;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
-    char buffer_[1 << 16];
+    char buffer_[1 << 16] = {};
 };
 
 enum class Cell { found, tooLong, none };

@@ -23,7 +23,7 @@ constexpr double unestimatedUniqueness = 0.5;
 constexpr double greatestStart = 100.0;
 
 // Completes a point whose uniquenesses are set.
-ErrorCode evaluate(int p, LikelihoodWork& work, LikelihoodPoint& point) {
+ErrorCode evaluate(int p, LikelihoodWork& work, UniquenessPoint& point) {
     const auto n = static_cast<std::size_t>(p);
     composeSymmetric(p, work.inverseRoot.data(), point.uniqueness.data(), work.matrix.data());
     for (double& element : work.matrix) element = -element;
@@ -40,7 +40,7 @@ ErrorCode evaluate(int p, LikelihoodWork& work, LikelihoodPoint& point) {
 
 // First derivatives of the discrepancy by ln s.
 void findGradient(std::size_t n, LikelihoodWork& work) {
-    const LikelihoodPoint& point = work.current;
+    const UniquenessPoint& point = work.current;
     std::fill(work.gradient.begin(), work.gradient.end(), 0.0);
     for (std::size_t j = 0; j < n; ++j) {
         for (auto l = static_cast<std::size_t>(work.factors); l < n; ++l) {
@@ -183,7 +183,7 @@ ErrorCode findLoadings(int p, const double* correlation, LikelihoodWork& work, F
 
 } // namespace
 
-ErrorCode LikelihoodPoint::allocate(std::size_t p) {
+ErrorCode UniquenessPoint::allocate(std::size_t p) {
     return uniqueness.allocate(p) | values.allocate(p) | vectors.allocate(p * p);
 }
 

@@ -8,7 +8,7 @@
 // eigenvalues behind the first m of ln gamma + 1 / gamma - 1 (Joreskog 1967).
 
 // A choice of uniquenesses with what follows from it.
-struct LikelihoodPoint {
+struct UniquenessPoint {
     Block<double> uniqueness; // p, s
     Block<double> values;     // p, mu
     Block<double> vectors;    // p x p, v in columns
@@ -20,7 +20,7 @@ struct LikelihoodPoint {
 struct LikelihoodWork {
     int factors = 0;           // m
     Block<double> inverseRoot; // p x p, R^(-1/2)
-    LikelihoodPoint current, trial;
+    UniquenessPoint current, trial;
     Block<double> w;                // p x p, in columns
     Block<double> weights;          // p
     Block<double> first, second;    // p x p
