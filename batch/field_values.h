@@ -22,7 +22,8 @@ std::int32_t findColumn(const CellTable& cells, std::string_view name);
 std::int32_t findVariable(const DataSet& data, std::string_view name);
 
 // The same with a complaint about the value of an option when there is none.
-std::int32_t requireVariable(const char* option, std::string_view name, const DataSet& data, Complaint& complaint);
+std::int32_t requireVariable(const char* option, std::string_view name, const DataSet& data,
+                             Complaint& complaint);
 
 // Puts a text that can be a value into the options; false and a complaint when a variable is not in the data.
 bool setField(const OptionField& field, const char* text, const DataSet& data, AnalysisOptions& options,

@@ -6,7 +6,8 @@ void useBinaryOutput();
 // Whether a person watches standard error.
 bool isErrorTerminal();
 
-// Whether something stands at `path` that is no ordinary file: a device or a pipe is written to, not replaced.
+// Whether something stands at `path` that is no ordinary file: a device or a pipe is written to, not
+// replaced.
 bool isSpecialFile(const char* path);
 
 // Puts `from` in the place of `to`, which may exist; false when it cannot.

@@ -35,8 +35,8 @@ private:
             newline = findNewline();
         }
         if (newline == nullptr && available() == 0) return Line::none;
-        const std::size_t length = newline != nullptr ? static_cast<std::size_t>(newline - (buffer_ + begin_))
-                                                      : available();
+        const std::size_t length =
+            newline != nullptr ? static_cast<std::size_t>(newline - (buffer_ + begin_)) : available();
         line = {buffer_ + begin_, length};
         begin_ += length + (newline != nullptr ? 1 : 0);
         if (newline != nullptr && !line.empty() && line.back() == '\r') line.remove_suffix(1);
@@ -155,7 +155,8 @@ ErrorCode readCsvStream(std::FILE* file, CellTable& table) {
     table = {};
     ErrorCode code = measure(file, table);
     if (code == success) {
-        code = table.cells.allocate(static_cast<std::size_t>(table.rows) * static_cast<std::size_t>(table.cols));
+        code =
+            table.cells.allocate(static_cast<std::size_t>(table.rows) * static_cast<std::size_t>(table.cols));
     }
     if (code == success && std::fseek(file, 0, SEEK_SET) != 0) code = fileNotOpened;
     if (code == success) code = fill(file, table);

@@ -25,6 +25,7 @@ constexpr std::size_t statusTextCapacity = 1024;
 
 // Three empty texts of these capacities; success or outOfMemory.
 inline ErrorCode allocateReport(Report& report, TextBuffer::Growth growth) {
-    return report.upper.allocate(upperTextCapacity, growth) | report.lower.allocate(lowerTextCapacity, growth) |
+    return report.upper.allocate(upperTextCapacity, growth) |
+           report.lower.allocate(lowerTextCapacity, growth) |
            report.status.allocate(statusTextCapacity, growth);
 }

@@ -29,16 +29,16 @@ void writeNumbered(Report& report, const char* prefix, int count, int width) {
 
 void writeTriangle(Report& report, const TextSlot* names, int count, const double* matrix, int slot) {
     for (int i = 0; i < count; ++i) {
-        WriteValueRow(report, matrix + static_cast<std::size_t>(i) * static_cast<std::size_t>(count), i + 1, slot,
-                      names[i].text, i + 1);
+        WriteValueRow(report, matrix + static_cast<std::size_t>(i) * static_cast<std::size_t>(count), i + 1,
+                      slot, names[i].text, i + 1);
     }
 }
 
 void writeRows(Report& report, int rows, int count, const double* matrix, int stride, const TextSlot* labels,
                int slot) {
     for (int i = 0; i < rows; ++i) {
-        WriteValueRow(report, matrix + static_cast<std::size_t>(i) * static_cast<std::size_t>(stride), count, slot,
-                      labels[i].text, i + 1);
+        WriteValueRow(report, matrix + static_cast<std::size_t>(i) * static_cast<std::size_t>(stride), count,
+                      slot, labels[i].text, i + 1);
     }
 }
 
@@ -59,7 +59,8 @@ void writePairRows(Report& report, int variables, const PairColumn* columns, int
             std::snprintf(label, sizeof label, "var%d & var%d", i, j);
             WriteRowStart(report, pair + 1, label);
             for (int k = 0; k < count; ++k) {
-                WriteWideValue(report, columns[k].values[pair], formats[k]->width, formats[k]->decimals[slots[k]]);
+                WriteWideValue(report, columns[k].values[pair], formats[k]->width,
+                               formats[k]->decimals[slots[k]]);
             }
             WriteRowEnd(report);
         }
@@ -67,8 +68,8 @@ void writePairRows(Report& report, int variables, const PairColumn* columns, int
 }
 
 TableFormats formatsOf(const Report& report, const double* values, int count) {
-    return formatsForMagnitude(largestMagnitude(values, static_cast<std::size_t>(count)), report.formats.nameLength,
-                               report.formats.labelWidth);
+    return formatsForMagnitude(largestMagnitude(values, static_cast<std::size_t>(count)),
+                               report.formats.nameLength, report.formats.labelWidth);
 }
 
 int pairCount(const DataSet& data) {
@@ -195,8 +196,8 @@ void WriteFactorTriangle(Report& report, int count, const double* matrix, int st
     char label[64];
     for (int i = 0; i < count; ++i) {
         std::snprintf(label, sizeof label, "factor %d", i + 1);
-        WriteValueRow(report, matrix + static_cast<std::size_t>(i) * static_cast<std::size_t>(stride), i + 1, 6, label,
-                      i + 1);
+        WriteValueRow(report, matrix + static_cast<std::size_t>(i) * static_cast<std::size_t>(stride), i + 1,
+                      6, label, i + 1);
     }
 }
 

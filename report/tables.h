@@ -4,15 +4,16 @@
 #include "report/report.h"
 
 // The comma-separated tables of every report, appended to the lower text in the formats that are set
-// (report/table_formats.h). Heading rows begin "  n," and an empty label; data rows begin "%3d," with a number
-// that counts from 1. Each cell is preceded by "," and each row ends with a newline. Matrices are row-major.
+// (report/table_formats.h). Heading rows begin "  n," and an empty label; data rows begin "%3d," with a
+// number that counts from 1. Each cell is preceded by "," and each row ends with a newline. Matrices are
+// row-major.
 
 // Pieces of a row, for tables of other shapes.
 void WriteLabel(Report& report, const char* label); // cut to the label width and justified in it
 void WriteEmptyLabel(Report& report);
-void WriteRowStart(Report& report, int number, const char* label); // "%3d," and the label
-void WriteHeaderStart(Report& report);                             // "  n," and an empty label
-void WriteName(Report& report, const char* name);                  // "," and a column heading
+void WriteRowStart(Report& report, int number, const char* label);  // "%3d," and the label
+void WriteHeaderStart(Report& report);                              // "  n," and an empty label
+void WriteName(Report& report, const char* name);                   // "," and a column heading
 void WriteNameOfWidth(Report& report, const char* name, int width); // cut to width and justified in it
 void WriteValue(Report& report, double value, int slot);
 void WriteWideValue(Report& report, double value, int width, int decimals); // "," and a fixed format

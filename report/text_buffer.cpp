@@ -51,8 +51,8 @@ char* TextBuffer::reserve(std::size_t count) {
 
 void TextBuffer::cutAtLineEnd() {
     char notice[64];
-    const int printed =
-        std::snprintf(notice, sizeof notice, "-- cut at %d characters\n", static_cast<int>(characters_.size()));
+    const int printed = std::snprintf(notice, sizeof notice, "-- cut at %d characters\n",
+                                      static_cast<int>(characters_.size()));
     const std::size_t noticeLength = static_cast<std::size_t>(printed);
     cut_ = true;
     if (noticeLength >= characters_.size()) return;

@@ -62,11 +62,9 @@ void writeBasicStatistics(Report& report, const DataSet& data, const BasicStatis
         const char* label;
         const Block<double>& values;
     } rows[BasicStatistics::count] = {
-        {"maximum", basic.maximum},           {"minimum", basic.minimum},
-        {"mean", basic.mean},                 {"median", basic.median},
-        {"std.dev", basic.standardDeviation}, {"ave.dev", basic.averageDeviation},
-        {"skew", basic.skew},                 {"kurtosis", basic.kurtosis},
-        {"variance", basic.variance},
+        {"maximum", basic.maximum}, {"minimum", basic.minimum},           {"mean", basic.mean},
+        {"median", basic.median},   {"std.dev", basic.standardDeviation}, {"ave.dev", basic.averageDeviation},
+        {"skew", basic.skew},       {"kurtosis", basic.kurtosis},         {"variance", basic.variance},
     };
     report.lower.append("\tbasis statistics\n");
     WriteVariableHeader(report, data);

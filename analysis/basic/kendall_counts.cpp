@@ -67,8 +67,8 @@ KendallCounts countAllPairs(const DataMatrix& data, std::int32_t i, std::int32_t
 
 KendallCounts countPairs(const DataMatrix& data, std::int32_t i, std::int32_t j, const RankedColumn& first,
                          const RankedColumn& second, std::int32_t* scratch) {
-    const bool inRange = std::isfinite(first.range) && std::isfinite(second.range) &&
-                         first.leastGap * second.leastGap != 0.0;
+    const bool inRange =
+        std::isfinite(first.range) && std::isfinite(second.range) && first.leastGap * second.leastGap != 0.0;
     if (!inRange) return countAllPairs(data, i, j);
 
     // The runs of the second column, by the first column and then by themselves.

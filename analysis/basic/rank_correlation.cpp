@@ -60,7 +60,8 @@ ErrorCode spearmanOfPair(const RankedColumn& first, const RankedColumn& second, 
 } // namespace
 
 ErrorCode SpearmanTable::allocate(std::size_t pairs) {
-    return d.allocate(pairs) | zd.allocate(pairs) | pd.allocate(pairs) | rs.allocate(pairs) | pr.allocate(pairs);
+    return d.allocate(pairs) | zd.allocate(pairs) | pd.allocate(pairs) | rs.allocate(pairs) |
+           pr.allocate(pairs);
 }
 
 ErrorCode KendallTable::allocate(std::size_t pairs) {

@@ -5,8 +5,8 @@
 #include "data/data_set.h"
 #include "report/screens.h"
 
-// Rank correlations of all pairs of the columns of a samples x variables matrix. The pairs are numbered (1,2),
-// (1,3), ... (2,3), ... and every array below has an item for each.
+// Rank correlations of all pairs of the columns of a samples x variables matrix. The pairs are numbered
+// (1,2), (1,3), ... (2,3), ... and every array below has an item for each.
 
 struct SpearmanTable {
     Block<double> d;  // sum of squared rank differences

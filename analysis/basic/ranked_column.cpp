@@ -8,7 +8,8 @@
 namespace {
 
 // `keys` and `order` are scratch.
-void rankColumn(const DataMatrix& data, std::int32_t index, double* keys, double* order, RankedColumn& column) {
+void rankColumn(const DataMatrix& data, std::int32_t index, double* keys, double* order,
+                RankedColumn& column) {
     const std::int32_t samples = data.samples;
     const double* value = data.values.data() + index;
     for (std::int32_t s = 0; s < samples; ++s, value += data.variables) {

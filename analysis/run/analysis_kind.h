@@ -19,8 +19,8 @@ struct Analysis {
     // The purposes are chosen anew in every dialog, which opens with none; a batch run must name them.
     bool opensWithoutPurpose = false;
 
-    // What a dialog of its own asks before the dialog of the kind. Nothing checks these fields, and the command
-    // line has an option of its own for them.
+    // What a dialog of its own asks before the dialog of the kind. Nothing checks these fields, and the
+    // command line has an option of its own for them.
     OptionFields firstFields = {};
     int firstDialog = 0;
     const char* firstTitle = nullptr;

@@ -30,6 +30,7 @@ void takePurposes(AnalysisRun& run) {
 void selectPurposes(AnalysisRun& run) {
     for (std::int32_t& flag : run.data.selectionFlags) flag = 0;
     for (const std::int32_t v : run.options.purposes) {
-        if (v >= 1 && v <= run.data.loaded.variables) run.data.selectionFlags[static_cast<std::size_t>(v)] = 1;
+        if (v >= 1 && v <= run.data.loaded.variables)
+            run.data.selectionFlags[static_cast<std::size_t>(v)] = 1;
     }
 }

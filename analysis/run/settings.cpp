@@ -22,7 +22,8 @@ bool meets(const Settings& kept, const ScreenArea& screens) {
 }
 
 // Settles one direction; `size` of 0 means that nothing is kept.
-void settle(std::int32_t& first, std::int32_t& last, std::int32_t& size, std::int32_t usual, std::int32_t screen) {
+void settle(std::int32_t& first, std::int32_t& last, std::int32_t& size, std::int32_t usual,
+            std::int32_t screen) {
     if (size != 0) return;
     size = usual;
     if (first == 0) first = (screen - usual) / 2;

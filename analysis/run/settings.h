@@ -14,7 +14,7 @@ struct FundamentalOptions {
 
 // Multiple regression and the curve models.
 struct RegressionOptions {
-    std::int32_t method;    // 0 all variables, 1 forward, 2 backward regression, 3 forward, 4 backward selection
+    std::int32_t method; // 0 all variables, 1 forward, 2 backward regression, 3 forward, 4 backward selection
     std::int32_t criterion; // 0 AIC, 1 F
     double fIn;
     double fOut;

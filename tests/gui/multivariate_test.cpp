@@ -93,7 +93,7 @@ TEST(CategoryDialogs, ChooseAndRefuse) {
         EXPECT_EQ(dialog.entries(list),
                   (std::vector<std::string>{"(none)", "q1", "q2", "q3", "q4", "q5", "y"}));
         EXPECT_EQ(dialog.chosen(list), command == 721 ? 1 : 6); // the purpose is remembered
-        EXPECT_FALSE(dialog.isEnabled(command + 240)); // save as default
+        EXPECT_FALSE(dialog.isEnabled(command + 240));          // save as default
         dialog.choose(list, 0);
         expectRefused(app, dialog, refusal);
         dialog.choose(list, 6);
