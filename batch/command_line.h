@@ -40,7 +40,7 @@ struct Complaint {
 
 // Reads the arguments; false and a complaint when they are wrong. Names of variables are left as they are:
 // they mean nothing before the file is read.
-bool parseCommandLine(int count, char** arguments, CommandLine& line, Complaint& complaint);
+bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Complaint& complaint);
 
 // Sets the exclusion list from `--exclude` and the loaded header.
 bool applyExclude(const char* names, DataSet& data, Complaint& complaint);
