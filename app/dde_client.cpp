@@ -1,23 +1,139 @@
 #include "app/dde_client.h"
 
-#include <ddeml.h>
+#include <cstdlib>
 
 namespace {
+
+struct StartMessage {
+    ErrorCode code;
+    const char* text;
+};
+
+constexpr StartMessage startMessages[] = {
+    {ddeNotInitialized, "failed to initialize dde"}, {ddeNotLinked, "failed to link server(excel file)"},
+    {ddeNoService, "therer is no dde service"},      {ddeNotExited, "failed to exit dde service"},
+    {ddeNotInitiated, "not initiate dde"},           {ddeNoData, "failed to get data of excel file"},
+};
+
+// Of any other code, for each bit that is set.
+constexpr StartMessage startBits[] = {
+    {ddeServiceKept, "failed to terminate dde service"},
+    {ddeTopicKept, "failed to terminate dde connection"},
+    {ddeNotDisconnected, "failed to disconnect dde connection"},
+};
+
+void showError(HWND window, const char* text) {
+    MessageBoxA(window, text, "error", MB_OK | MB_ICONERROR);
+}
+
+void showStartCode(HWND window, ErrorCode code) {
+    for (const StartMessage& message : startMessages) {
+        if (message.code == code) return showError(window, message.text);
+    }
+    for (const StartMessage& bit : startBits) {
+        if ((code & bit.code) != 0) showError(window, bit.text);
+    }
+}
 
 // All transactions are synchronous; there is nothing to call back for.
 HDDEDATA CALLBACK onDde(UINT, UINT, HCONV, HSZ, HSZ, HDDEDATA, ULONG_PTR, ULONG_PTR) {
     return nullptr;
 }
 
+// How long a request may take, in ms. The variable is there for tests, which have less time.
+DWORD timeLimit() {
+    static const DWORD limit = [] {
+        const char* const given = std::getenv("OMBRIVANTEL_DDE_TIMEOUT");
+        const unsigned long shortened = given != nullptr ? std::strtoul(given, nullptr, 10) : 0;
+        return shortened > 0 ? shortened : 10'000;
+    }();
+    return limit;
+}
+
+bool startInstance(DWORD& instance) {
+    instance = 0;
+    return DdeInitializeA(&instance, onDde, APPCMD_CLIENTONLY, 0) == DMLERR_NO_ERROR;
+}
+
+bool freeString(DWORD instance, HSZ& string) {
+    const bool freed = string == nullptr || DdeFreeStringHandle(instance, string) != FALSE;
+    string = nullptr;
+    return freed;
+}
+
+bool isUnderWine() {
+    static const bool found = GetProcAddress(GetModuleHandleA("ntdll.dll"), "wine_get_version") != nullptr;
+    return found;
+}
+
 } // namespace
 
 void startDdeClient(Program& program) {
-    if (DdeInitializeA(&program.dde, onDde, APPCMD_CLIENTONLY, 0) == DMLERR_NO_ERROR) return;
-    program.dde = 0;
-    MessageBoxA(program.window, "failed to initialize dde", "error", MB_OK | MB_ICONERROR);
+    showStartCode(program.window, startInstance(program.dde) ? success : ddeNotInitialized);
 }
 
 void endDdeClient(Program& program) {
     if (program.dde != 0) DdeUninitialize(program.dde);
     program.dde = 0;
+}
+
+ErrorCode DdeWorkbook::connectWorkbook(const char* path) {
+    const DWORD instance = program_.dde;
+    if (instance == 0) return ddeNotInitialized;
+    begun_ = true;
+    EnableWindow(program_.window, FALSE);
+    DdeGetLastError(instance); // forgets an earlier one
+    service_ = DdeCreateStringHandleA(instance, "Excel", CP_WINANSI);
+    topic_ = DdeCreateStringHandleA(instance, path, CP_WINANSI);
+    // A missing string would stand for any.
+    if (service_ != nullptr && topic_ != nullptr) {
+        conversation_ = DdeConnect(instance, service_, topic_, nullptr);
+    }
+    if (conversation_ != nullptr) return success;
+    return DdeGetLastError(instance) == DMLERR_NO_ERROR ? success : ddeNotLinked;
+}
+
+ErrorCode DdeWorkbook::requestCell(const char* item, CellReply& reply) {
+    if (conversation_ == nullptr) return ddeNotInitiated;
+    HSZ name = DdeCreateStringHandleA(program_.dde, item, CP_WINANSI);
+    const HDDEDATA data =
+        DdeClientTransaction(nullptr, 0, conversation_, name, CF_TEXT, XTYP_REQUEST, timeLimit(), nullptr);
+    // Wine counts a use of the name with each reply, and some 16,000 names fill its table.
+    if (data != nullptr && isUnderWine()) DdeFreeStringHandle(program_.dde, name);
+    freeString(program_.dde, name);
+    if (data == nullptr) return isConnected() ? ddeNoData : ddeNotInitiated;
+
+    char bytes[CellReply::size];
+    const DWORD count = DdeGetData(data, reinterpret_cast<BYTE*>(bytes), sizeof bytes, 0);
+    DdeFreeDataHandle(data);
+    putReply(reply, bytes, count);
+    return success;
+}
+
+ErrorCode DdeWorkbook::disconnectWorkbook() {
+    if (!begun_) return ddeNoService;
+    const bool connected = conversation_ != nullptr;
+    const bool lost = connected && !isConnected();
+    ErrorCode code = success;
+    if (!freeString(program_.dde, service_)) code |= ddeServiceKept;
+    if (!freeString(program_.dde, topic_)) code |= ddeTopicKept;
+    if (connected && DdeDisconnect(conversation_) == FALSE) code |= ddeNotDisconnected;
+    // Wine keeps a conversation that the other side has ended and refuses another one about the same
+    // workbook; a new client has none.
+    if (lost) {
+        endDdeClient(program_);
+        startInstance(program_.dde);
+    }
+    conversation_ = nullptr;
+    begun_ = false;
+    EnableWindow(program_.window, TRUE);
+    return connected ? code : ddeNoService;
+}
+
+// A partner that crashed says no word; its window is gone.
+bool DdeWorkbook::isConnected() const {
+    CONVINFO info = {};
+    info.cb = sizeof info;
+    return DdeQueryConvInfo(conversation_, QID_SYNC, &info) != 0 && (info.wStatus & ST_CONNECTED) != 0 &&
+           IsWindow(info.hwndPartner) != FALSE;
 }

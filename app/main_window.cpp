@@ -31,12 +31,16 @@ Program& programOf(HWND window) {
     return *reinterpret_cast<Program*>(GetWindowLongPtrA(window, GWLP_USERDATA));
 }
 
-// The file at the data set's path, of the kept source kind.
-void openFile(Program& program) {
+void loadFile(Program& program) {
     WindowFrontend frontend(program);
     AnalysisRun& run = program.run;
-    forceExtension(run.data.path, run.options.settings.fileType);
     if (loadDataFile(frontend, run) == success) showLoadedData(frontend, run);
+}
+
+// The file at the data set's path, of the kept source kind.
+void openFile(Program& program) {
+    forceExtension(program.run.data.path, program.run.options.settings.fileType);
+    loadFile(program); // its conversation with a spreadsheet is over before the window can have the focus
     SetFocus(program.screens[upperScreen]);
 }
 
@@ -213,11 +217,12 @@ LRESULT CALLBACK onMainWindow(HWND window, UINT message, WPARAM word, LPARAM dat
     case WM_SETFOCUS:
         SetFocus(programOf(window).screens[lowerScreen]);
         return 0;
+    // A command that was posted, while a dialog or a transfer keeps the user out, is dropped.
     case WM_COMMAND:
-        if (runCommand(programOf(window), LOWORD(word))) return 0;
+        if (IsWindowEnabled(window) == 0 || runCommand(programOf(window), LOWORD(word))) return 0;
         break;
     case WM_CLOSE:
-        closeWindow(programOf(window));
+        if (IsWindowEnabled(window) != 0) closeWindow(programOf(window));
         return 0;
     case WM_DESTROY: {
         Program& program = programOf(window);

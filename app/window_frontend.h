@@ -1,12 +1,12 @@
 #pragma once
 
 #include "analysis/run/frontend.h"
-#include "app/program.h"
+#include "app/dde_client.h"
 
 // The run flow in the window: texts into the screens, progress into the status bar, options from dialogs.
 class WindowFrontend : public Frontend {
 public:
-    explicit WindowFrontend(Program& program) : program_(program) {}
+    explicit WindowFrontend(Program& program) : program_(program), workbook_(program) {}
 
     void showUpper(const Report& report) override;
     void showLower(const Report& report) override;
@@ -21,7 +21,9 @@ public:
     void enablePrediction(bool enabled) override;
     void openGraphWindow(const Graph& graph) override;
     void closeGraph() override;
+    Workbook* workbook() override { return &workbook_; }
 
 private:
     Program& program_;
+    DdeWorkbook workbook_;
 };

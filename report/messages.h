@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/spreadsheet.h"
 #include "report/screens.h"
 
 // Turns the result of an analysis into its texts and shows them: nothing for success, the texts as they are
@@ -11,15 +12,6 @@ ErrorCode reportAnalysisCode(Screens& screens, Report& report, ErrorCode code, i
 // The same for opening a data file, in the upper text and the status.
 ErrorCode reportFileCode(Screens& screens, Report& report, ErrorCode code);
 
-// The same for the spreadsheet link. Codes below have a text of their own; of any other the last set bit of
-// ddeServiceKept, ddeTopicKept and ddeNotDisconnected counts, and the status is always the same.
-constexpr ErrorCode ddeNotInitialized = 1;
-constexpr ErrorCode ddeNotLinked = 2;
-constexpr ErrorCode ddeServiceKept = 4;
-constexpr ErrorCode ddeTopicKept = 8;
-constexpr ErrorCode ddeNotDisconnected = 16;
-constexpr ErrorCode ddeNoService = 32;
-constexpr ErrorCode ddeNotExited = 64;
-constexpr ErrorCode ddeNotInitiated = 256;
-constexpr ErrorCode ddeNoData = 512;
+// The same for the spreadsheet link, in all three. Most codes have a text of their own; of any other the last
+// set bit of ddeServiceKept, ddeTopicKept and ddeNotDisconnected counts, and the status is always the same.
 ErrorCode reportDdeCode(Screens& screens, Report& report, ErrorCode code);

@@ -6,25 +6,73 @@
 #include <iterator>
 
 #include "data/csv_reader.h"
+#include "data/spreadsheet.h"
 #include "report/file_summary.h"
 #include "report/messages.h"
 
 namespace {
 
 constexpr std::int32_t csvFile = 0;
+constexpr std::int32_t ddeLink = 0;
+
+void showPercent(void* screens, int percent) {
+    static_cast<Screens*>(screens)->setProgress(percent);
+}
+
+// Fills the cells from the workbook at run.data.path; the first failure ends it and is told. After a failed
+// measurement the conversation is left to its owner.
+ErrorCode loadFromSpreadsheet(Frontend& frontend, Workbook& workbook, AnalysisRun& run) {
+    startProgress(frontend, run.report);
+    SheetSize size;
+    ErrorCode code = workbook.connectWorkbook(run.data.path);
+    if (code == success) code = measureSheet(workbook, size);
+    if (code != success) {
+        frontend.hideProgress();
+        return reportDdeCode(frontend, run.report, code);
+    }
+
+    Block<TextSlot> cells;
+    const ErrorCode memory =
+        cells.allocate(static_cast<std::size_t>(size.rows) * static_cast<std::size_t>(size.cols));
+    if (memory == success) {
+        code = fetchSheet(workbook, size, cells, showPercent, static_cast<Screens*>(&frontend));
+    }
+    frontend.hideProgress();
+    if (code != success) reportDdeCode(frontend, run.report, code);
+    const ErrorCode ending = workbook.disconnectWorkbook();
+    if (memory != success) return reportFileCode(frontend, run.report, memory);
+    if (code != success) return code;
+    if (ending != success) return reportDdeCode(frontend, run.report, ending);
+    run.data.cells = {size.rows, size.cols, std::move(cells)};
+    return success;
+}
+
+ErrorCode loadFromCsv(Frontend& frontend, AnalysisRun& run) {
+    const ErrorCode code = readCsv(run.data.path, run.data.cells);
+    return code == success ? success : reportFileCode(frontend, run.report, code);
+}
+
+// There is no way to a workbook but the one link.
+ErrorCode loadCells(Frontend& frontend, AnalysisRun& run) {
+    const Settings& settings = run.options.settings;
+    if (settings.fileType == csvFile) return loadFromCsv(frontend, run);
+    Workbook* workbook = settings.linkMethod == ddeLink ? frontend.workbook() : nullptr;
+    if (workbook == nullptr) return reportFileCode(frontend, run.report, fileNotOpened);
+    return loadFromSpreadsheet(frontend, *workbook, run);
+}
 
 } // namespace
 
 ErrorCode loadDataFile(Frontend& frontend, AnalysisRun& run) {
     releaseDataSet(run.data);
     frontend.setDataLoaded(false);
-    ErrorCode code = fileNotOpened;
-    if (run.options.settings.fileType == csvFile) code = readCsv(run.data.path, run.data.cells);
-    if (code == success) {
-        code = allocateDataSet(run.data);
-        if (code != success) frontend.showLower(run.report);
+    ErrorCode code = loadCells(frontend, run);
+    if (code != success) return code;
+    code = allocateDataSet(run.data);
+    if (code != success) {
+        frontend.showLower(run.report);
+        return reportFileCode(frontend, run.report, code);
     }
-    if (code != success) return reportFileCode(frontend, run.report, code);
 
     resetSlots(run.options);
     buildDataSet(run.data);
@@ -35,7 +83,8 @@ ErrorCode loadDataFile(Frontend& frontend, AnalysisRun& run) {
 void showLoadedData(Frontend& frontend, AnalysisRun& run) {
     copyLoadedToWorking(run.data);
     const Settings& settings = run.options.settings;
-    writeFileSummary(frontend, run.report, run.data, settings.variableStringLength, settings.sampleStringLength);
+    writeFileSummary(frontend, run.report, run.data, settings.variableStringLength,
+                     settings.sampleStringLength);
 }
 
 void applyExclusion(Frontend& frontend, AnalysisRun& run,

@@ -2,8 +2,9 @@
 
 #include "analysis/run/frontend.h"
 
-// Replaces the data set by the file at run.data.path: csv (source kind 0 of the settings). Tells a failure on
-// the screens. Returns success, fileNotOpened, fileMalformed or outOfMemory; nothing is loaded then.
+// Replaces the data set by the file at run.data.path: csv (source kind 0 of the settings) or the workbook
+// that a spreadsheet program has open there (1). Tells a failure on the screens. Returns success or, with
+// nothing loaded, fileNotOpened, fileMalformed, outOfMemory or a code of the spreadsheet link.
 ErrorCode loadDataFile(Frontend& frontend, AnalysisRun& run);
 
 // After a load: fills the working part and shows the summary of the file.

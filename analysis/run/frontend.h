@@ -3,6 +3,7 @@
 #include "analysis/run/analysis_kind.h"
 #include "report/screens.h"
 
+class Workbook;         // data/spreadsheet.h
 struct PredictionEntry; // analysis/basic/prediction.h
 
 // What the run flow asks of the program around it: the window, the batch runner or a test.
@@ -18,4 +19,6 @@ public:
     // The graph stays as it is until closeGraph or the next analysis.
     virtual void openGraphWindow(const Graph& graph) = 0;
     virtual void closeGraph() = 0;
+    // The workbook to load from, not connected; null where there is no spreadsheet link.
+    virtual Workbook* workbook() { return nullptr; }
 };
