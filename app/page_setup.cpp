@@ -5,8 +5,6 @@
 #include <richedit.h>
 #include <winspool.h>
 
-#include "report/print_pages.h"
-
 namespace {
 
 // Orientation, paper size, length and width, source, quality and colour.
@@ -92,7 +90,7 @@ bool pageSetUp(Program& program) {
     PAGESETUPDLGA dialog = {};
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = program.window;
-    dialog.Flags = PSD_DISABLEMARGINS;
+    dialog.Flags = PSD_DISABLEMARGINS | PSD_NOWARNING;
     if (PageSetupDlgA(&dialog) == 0) {
         if (CommDlgExtendedError() != 0) tell(program, "failed to page setup of printer");
         return false;
@@ -110,16 +108,18 @@ bool pageSetUp(Program& program) {
     return failure == nullptr;
 }
 
+PrinterPage printerPage(HDC printer) {
+    return {GetDeviceCaps(printer, PHYSICALWIDTH), GetDeviceCaps(printer, PHYSICALHEIGHT),
+            GetDeviceCaps(printer, LOGPIXELSX), GetDeviceCaps(printer, LOGPIXELSY)};
+}
+
 void fitScreenToPrinter(Program& program, int screen) {
     // The screen keeps the context for as long as it wraps by it.
     HDC& device = program.targetDevices[screen];
     const HDC printer = defaultPrinter(program.window);
     bool fitted = false;
     if (printer != nullptr) {
-        const PrinterPage page = {GetDeviceCaps(printer, PHYSICALWIDTH),
-                                  GetDeviceCaps(printer, PHYSICALHEIGHT), GetDeviceCaps(printer, LOGPIXELSX),
-                                  GetDeviceCaps(printer, LOGPIXELSY)};
-        const PageArea print = printArea(page);
+        const PageArea print = printArea(printerPage(printer));
         fitted = SendMessageA(program.screens[screen], EM_SETTARGETDEVICE, reinterpret_cast<WPARAM>(printer),
                               print.right - print.left) != 0;
     }

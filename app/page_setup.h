@@ -1,9 +1,12 @@
 #pragma once
 
 #include "app/program.h"
+#include "report/print_pages.h"
 
 // The page set-up dialog; what it chooses becomes the printer's own setting. False when cancelled or failed.
 bool pageSetUp(Program& program);
+
+PrinterPage printerPage(HDC printer);
 
 // Makes a screen wrap its lines as the default printer's page will.
 void fitScreenToPrinter(Program& program, int screen);

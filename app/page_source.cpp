@@ -32,7 +32,7 @@ HFONT printerFont(HWND screen, const PrinterPage& page) {
 // Tabs become blanks up to the next multiple of this many characters, half an inch of the start font.
 constexpr std::size_t tabWidth = 6;
 
-// The text with "\n" line ends and without tabs or other control characters; `to` is null to count only.
+// The text with "\n" for every end of a line or page and blanks for tabs; `to` is null to count only.
 std::size_t plainText(const char* from, char* to) {
     std::size_t length = 0, column = 0;
     const auto put = [&](char c) {
@@ -42,12 +42,13 @@ std::size_t plainText(const char* from, char* to) {
     };
     for (; *from != '\0'; ++from) {
         if (*from == '\r' && from[1] == '\n') continue;
+        const bool isEnd = *from == '\r' || *from == '\v' || *from == '\f';
         if (*from == '\t') {
             do {
                 put(' ');
             } while (column % tabWidth != 0);
         } else {
-            put(*from == '\r' ? '\n' : *from);
+            put(isEnd ? '\n' : *from);
         }
     }
     return length;
@@ -63,7 +64,7 @@ RichEditPages::~RichEditPages() {
 }
 
 LONG RichEditPages::end() {
-    GETTEXTLENGTHEX asked = {GTL_DEFAULT, CP_ACP};
+    GETTEXTLENGTHEX asked = {GTL_NUMCHARS | GTL_PRECISE, 1200}; // characters of UTF-16, as positions are
     return static_cast<LONG>(SendMessageA(screen_, EM_GETTEXTLENGTHEX, reinterpret_cast<WPARAM>(&asked), 0));
 }
 

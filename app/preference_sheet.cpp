@@ -35,8 +35,9 @@ std::int32_t& saveFlagOf(const PreferencePage& page) {
     return saveFlag(page.program.run.options.settings, page.saveBox + boxToFlag);
 }
 
+// A page that is being filled is not to be seen yet, and has not been changed.
 void onChanged(HWND window) {
-    PropSheet_Changed(GetParent(window), window);
+    if (IsWindowVisible(window)) PropSheet_Changed(GetParent(window), window);
 }
 
 // What all pages share: their record, their "save as default" box. True: the message was for the page alone.

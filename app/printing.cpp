@@ -2,6 +2,7 @@
 
 #include <commdlg.h>
 #include <cstdio>
+#include <winspool.h>
 
 #include "app/page_setup.h"
 #include "app/page_source.h"
@@ -11,12 +12,23 @@ namespace {
 
 constexpr const char* documentName = "Kolvintrap documents";
 
+// Asked first, since what the dialog does without a printer differs from system to system.
+bool isAnyPrinter() {
+    DWORD size = 0, count = 0;
+    EnumPrintersA(PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS, nullptr, 4, nullptr, 0, &size, &count);
+    return size > 0;
+}
+
 // The device context that the user chooses; null when cancelled or failed.
 HDC choosePrinter(HWND owner) {
+    if (!isAnyPrinter()) {
+        showSystemError(owner, ERROR_INVALID_PRINTER_NAME);
+        return nullptr;
+    }
     PRINTDLGA dialog = {};
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = owner;
-    dialog.Flags = PD_RETURNDC | PD_USEDEVMODECOPIESANDCOLLATE | PD_NOSELECTION;
+    dialog.Flags = PD_RETURNDC | PD_USEDEVMODECOPIESANDCOLLATE | PD_NOSELECTION | PD_HIDEPRINTTOFILE;
     dialog.nFromPage = dialog.nToPage = 1;
     dialog.nMinPage = 1;
     dialog.nMaxPage = 65535;
@@ -28,11 +40,6 @@ HDC choosePrinter(HWND owner) {
     return chosen ? dialog.hDC : nullptr;
 }
 
-PrinterPage pageOf(HDC printer) {
-    return {GetDeviceCaps(printer, PHYSICALWIDTH), GetDeviceCaps(printer, PHYSICALHEIGHT),
-            GetDeviceCaps(printer, LOGPIXELSX), GetDeviceCaps(printer, LOGPIXELSY)};
-}
-
 void writeFooter(HDC printer, const PrinterPage& page, int number) {
     char footer[32];
     const int length = std::snprintf(footer, sizeof footer, "-- %d --", number);
@@ -41,30 +48,50 @@ void writeFooter(HDC printer, const PrinterPage& page, int number) {
     TextOutA(printer, footerLeft(page, length, metric.tmAveCharWidth), footerTop, footer, length);
 }
 
-// All pages of a source. False when the printer fails.
-bool printPages(HDC printer, const PrinterPage& page, PageSource& source) {
+// The error of a printer function that failed; some drivers tell none.
+DWORD printerError() {
+    const DWORD error = GetLastError();
+    return error != ERROR_SUCCESS ? error : ERROR_WRITE_FAULT;
+}
+
+// All pages of a source; the error of the printer, or 0.
+DWORD printPages(HDC printer, const PrinterPage& page, PageSource& source) {
     const LONG end = source.end();
     int number = 0;
     for (LONG start = 0; start < end;) {
         const LONG next = source.formatPage(start);
         if (next <= start) break;
-        if (StartPage(printer) <= 0) return false;
+        if (StartPage(printer) <= 0) return printerError();
         source.drawPage();
         writeFooter(printer, page, ++number);
-        if (EndPage(printer) <= 0) return false;
+        if (EndPage(printer) <= 0) return printerError();
         start = next;
     }
-    return true;
+    return ERROR_SUCCESS;
 }
 
 // A control that formats nothing at all gives way to plain lines.
-bool printText(HWND screen, HDC printer) {
-    const PrinterPage page = pageOf(printer);
+DWORD printText(HWND screen, HDC printer) {
+    const PrinterPage page = printerPage(printer);
     const PageArea print = printArea(page);
     RichEditPages rich(screen, printer, pageArea(page), print);
     if (rich.end() > 0 && rich.formatPage(0) > 0) return printPages(printer, page, rich);
     TextPages plain(screen, printer, page, print);
     return printPages(printer, page, plain);
+}
+
+DWORD printDocument(HWND screen, HDC printer) {
+    DOCINFOA document = {};
+    document.cbSize = sizeof document;
+    document.lpszDocName = documentName;
+    SetLastError(ERROR_SUCCESS);
+    if (StartDocA(printer, &document) <= 0) return printerError();
+    const DWORD error = printText(screen, printer);
+    if (error != ERROR_SUCCESS) {
+        AbortDoc(printer);
+        return error;
+    }
+    return EndDoc(printer) > 0 ? ERROR_SUCCESS : printerError();
 }
 
 } // namespace
@@ -73,18 +100,9 @@ void printScreen(Program& program, int screen) {
     const HDC printer = choosePrinter(program.window);
     if (printer == nullptr) return;
     fitScreenToPrinter(program, screen);
-    DOCINFOA document = {};
-    document.cbSize = sizeof document;
-    document.lpszDocName = documentName;
-    DWORD error = ERROR_SUCCESS;
-    if (StartDocA(printer, &document) <= 0) {
-        error = GetLastError();
-    } else if (!printText(program.screens[screen], printer)) {
-        error = GetLastError();
-        AbortDoc(printer);
-    } else if (EndDoc(printer) <= 0) {
-        error = GetLastError();
-    }
+    const DWORD error = printDocument(program.screens[screen], printer);
     DeleteDC(printer);
-    if (error != ERROR_SUCCESS) showSystemError(program.window, error);
+    // A printer that asks for a file may be answered by "Cancel", too.
+    const bool cancelled = error == ERROR_CANCELLED || error == ERROR_PRINT_CANCELLED;
+    if (error != ERROR_SUCCESS && !cancelled) showSystemError(program.window, error);
 }

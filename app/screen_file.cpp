@@ -12,6 +12,9 @@ namespace {
 constexpr DWORD richText = 1;
 constexpr DWORD plainText = 2;
 
+// More characters than any file that is opened; the control's own limit would cut rich text.
+constexpr LPARAM mostCharacters = 0x7ffffffe;
+
 // Behind the rich edit's stream callbacks.
 struct Stream {
     HANDLE file;
@@ -35,6 +38,11 @@ DWORD CALLBACK readPiece(DWORD_PTR cookie, LPBYTE bytes, LONG count, LONG* done)
     DWORD read = 0;
     if (ReadFile(stream->file, bytes, static_cast<DWORD>(count), &read, nullptr) == 0)
         stream->error = GetLastError();
+    // Some controls take a line end that two pieces share for two.
+    if (read > 1 && bytes[read - 1] == '\r') {
+        SetFilePointer(stream->file, -1, nullptr, FILE_CURRENT);
+        --read;
+    }
     *done = static_cast<LONG>(read);
     return stream->error;
 }
@@ -78,19 +86,31 @@ OPENFILENAMEA fileDialog(Program& program, DWORD flags) {
     return dialog;
 }
 
-// The file is written beside its place and put there as a whole.
+// The file is written beside its place and put there as a whole; the error of the system, or 0.
+DWORD replaceFile(HWND screen, const char* path, DWORD filter) {
+    const DWORD attributes = GetFileAttributesA(path);
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
+        return ERROR_ACCESS_DENIED; // not every system refuses to move over it
+    }
+    char folder[MAX_PATH], neighbour[MAX_PATH];
+    std::snprintf(folder, sizeof folder, "%s", path);
+    char* const name = std::strrchr(folder, '\\');
+    if (name != nullptr) *name = '\0';
+    if (GetTempFileNameA(folder, "new", 0, neighbour) == 0) return GetLastError();
+    DWORD error = writeFile(screen, neighbour, filter);
+    if (error == ERROR_SUCCESS &&
+        MoveFileExA(neighbour, path, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0) {
+        error = GetLastError();
+    }
+    if (error != ERROR_SUCCESS) DeleteFileA(neighbour);
+    return error;
+}
+
 bool saveToPath(Program& program, int screen) {
     const HWND window = program.screens[screen];
     if (program.screenFilter != richText && program.screenFilter != plainText) return false;
-    char neighbour[sizeof program.screenPath + 8];
-    std::snprintf(neighbour, sizeof neighbour, "%s.new", program.screenPath);
-    DWORD error = writeFile(window, neighbour, program.screenFilter);
-    if (error == ERROR_SUCCESS &&
-        MoveFileExA(neighbour, program.screenPath, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0) {
-        error = GetLastError();
-    }
+    const DWORD error = replaceFile(window, program.screenPath, program.screenFilter);
     if (error != ERROR_SUCCESS) {
-        DeleteFileA(neighbour);
         showSystemError(program.window, error);
         return false;
     }
@@ -145,6 +165,7 @@ void openRichText(Program& program, int screen) {
         stream.error = ERROR_INVALID_DATA;
     } else {
         EDITSTREAM edit = {reinterpret_cast<DWORD_PTR>(&stream), 0, readPiece};
+        SendMessageA(program.screens[screen], EM_EXLIMITTEXT, 0, mostCharacters);
         SendMessageA(program.screens[screen], EM_STREAMIN, streamFormat(program.screenFilter),
                      reinterpret_cast<LPARAM>(&edit));
         SendMessageA(program.screens[screen], EM_SETMODIFY, FALSE, 0);

@@ -55,6 +55,7 @@ void setStartFont(HWND screen) {
 void setUpScreen(HWND screen) {
     SendMessageA(screen, EM_LIMITTEXT, 0, 0); // the control's own maximum
     setStartFont(screen);
+    SendMessageA(screen, EM_SETMODIFY, FALSE, 0); // a font alone is nothing to be saved
 }
 
 RECT progressPlace(HWND status) {

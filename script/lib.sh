@@ -9,6 +9,58 @@ onWindows() {
     esac
 }
 
+# installPackages NAME...: installs the Debian packages that are not there yet, with sudo when it is not root.
+installPackages() {
+    local package status missing=() asRoot=()
+    if ! command -v dpkg-query >/dev/null; then
+        echo "not a Debian system; going on without installing what these packages hold: $*" >&2
+        return 0
+    fi
+    for package in "$@"; do
+        status=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+        [[ $status == installed ]] || missing+=("$package")
+    done
+    [[ ${#missing[@]} -gt 0 ]] || return 0
+
+    echo "installing: ${missing[*]}" >&2
+    if [[ $(id -u) -ne 0 ]]; then
+        command -v sudo >/dev/null || { echo "run $0 as root once: there is no sudo here" >&2; return 1; }
+        asRoot=(sudo)
+    fi
+    local install=("${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y
+        -o DPkg::Lock::Timeout=300 -o Acquire::Retries=3)
+    "${install[@]}" update >&2
+    "${install[@]}" install --no-install-recommends "${missing[@]}" >&2
+}
+
+# What was started beside the work, by process id.
+processes=()
+endProcesses() {
+    [[ ${#processes[@]} -gt 0 ]] || return 0
+    kill "${processes[@]}" 2>/dev/null || true
+    wait "${processes[@]}" 2>/dev/null || true
+    processes=()
+}
+
+# startDisplay FOLDER: a display of our own with a window manager, so that windows have frames and the focus as a
+# user has them. Its number is kept in the folder.
+startDisplay() {
+    local number=$1/display
+    : >"$number"
+    Xvfb -displayfd 3 -screen 0 1280x1024x24 -dpi 96 -nolisten tcp -noreset 3>"$number" >/dev/null 2>&1 &
+    processes+=($!)
+    for _ in {1..100}; do
+        [[ ! -s $number ]] || break
+        sleep 0.1
+    done
+    DISPLAY=:$(<"$number")
+    export DISPLAY
+    unset WAYLAND_DISPLAY
+    xdotool getdisplaygeometry >/dev/null
+    openbox --sm-disable >/dev/null 2>&1 &
+    processes+=($!)
+}
+
 # useWine NAME: the following `wine` commands use the prefix build/wine/NAME, which is made when it is missing.
 # Programs that a user runs and programs under test have one each, since each prefix ends as a whole.
 useWine() {

@@ -1,41 +1,13 @@
 #include "analysis/basic/fundamental_statistics.h"
 
-#include <cmath>
 #include <random>
 
 #include "analysis/basic/basic_statistics.h"
 #include "analysis/basic/kendall_counts.h"
 #include "analysis/basic/rank_correlation.h"
-#include "analysis/run/run_flow.h"
-#include "tests/support/failing_allocations.h"
-#include "tests/support/recording_frontend.h"
+#include "tests/support/analysis_session.h"
 
-namespace {
-
-// Columns given one after the other, as a data matrix.
-DataMatrix matrixOf(const std::vector<std::vector<double>>& columns) {
-    DataMatrix data;
-    data.variables = static_cast<std::int32_t>(columns.size());
-    data.samples = static_cast<std::int32_t>(columns[0].size());
-    EXPECT_EQ(data.values.allocate(data.count()), success);
-    for (std::size_t j = 0; j < columns.size(); ++j) {
-        for (std::size_t s = 0; s < columns[j].size(); ++s) data.values[s * columns.size() + j] = columns[j][s];
-    }
-    return data;
-}
-
-std::string runOn(const std::string& text, const std::function<void(FundamentalOptions&)>& change = [](auto&) {}) {
-    RecordingFrontend frontend;
-    AnalysisRun run;
-    startRun(run);
-    change(run.options.settings.fundamental);
-    EXPECT_EQ(loadText(frontend, run, text), success);
-    Settings defaults = run.options.settings;
-    runAnalysisCommand(frontend, defaults, run, 710);
-    return frontend.lower;
-}
-
-} // namespace
+constexpr int command = 710;
 
 TEST(KendallCounts, FastCountEqualsTheCountOfAllPairs) {
     std::mt19937 random(7);
@@ -45,24 +17,21 @@ TEST(KendallCounts, FastCountEqualsTheCountOfAllPairs) {
         return column;
     };
     std::vector<double> tiny = uniform(50), huge = uniform(50), infinite = uniform(50), constant(101, 3.0);
-    for (double& x : tiny) x *= 1e-200;       // products of differences vanish
+    for (double& x : tiny) x *= 1e-200;          // products of differences vanish
     for (double& x : huge) x = (x - 25) * 7e306; // differences overflow
     infinite[3] = infinite[70] = INFINITY;
-    const DataMatrix data =
-        matrixOf({uniform(1000000), uniform(1000000), uniform(2), uniform(9), tiny, tiny, huge, infinite, constant});
+    const DataMatrix data = matrixOf(
+        {uniform(1000000), uniform(1000000), uniform(2), uniform(9), tiny, tiny, huge, infinite, constant});
     RankedColumns ranked;
-    ASSERT_EQ(ranked.rank(data), success);
     Block<std::int32_t> scratch;
-    ASSERT_EQ(scratch.allocate(3 * 101), success);
-    for (std::int32_t i = 0; i < data.variables; ++i) {
-        for (std::int32_t j = 0; j < data.variables; ++j) {
-            const KendallCounts plain = countAllPairs(data, i, j);
-            const KendallCounts fast = countPairs(data, i, j, ranked.columns[static_cast<std::size_t>(i)],
-                                                  ranked.columns[static_cast<std::size_t>(j)], scratch.data());
-            EXPECT_EQ(plain.s, fast.s) << i << " " << j;
-            EXPECT_EQ(plain.first, fast.first) << i << " " << j;
-            EXPECT_EQ(plain.second, fast.second) << i << " " << j;
-        }
+    ASSERT_EQ(ranked.rank(data) | scratch.allocate(3 * 101), success);
+    for (int pair = 0; pair < 81; ++pair) {
+        const int i = pair / 9, j = pair % 9;
+        const KendallCounts plain = countAllPairs(data, i, j);
+        const KendallCounts fast = countPairs(data, i, j, ranked.columns[static_cast<std::size_t>(i)],
+                                              ranked.columns[static_cast<std::size_t>(j)], scratch.data());
+        EXPECT_TRUE(plain.s == fast.s && plain.first == fast.first && plain.second == fast.second)
+            << i << " " << j;
     }
 }
 
@@ -97,77 +66,57 @@ TEST(BasicStatistics, NineStatisticsByHand) {
     BasicStatistics basic;
     ASSERT_EQ(basic.allocate(3, 5), success);
     basicStatistics(frontend, data, basic);
-    const struct {
-        double maximum, minimum, mean, median, averageDeviation, variance, skew, kurtosis;
-    } expected[] = {{10, 1, 4, 3, 2.4, 12.5, 180 / (5 * 12.5 * std::sqrt(12.5)), 1394 / (5 * 156.25) - 3},
-                    {7, 7, 7, 7, 0, 0, 0, 0},
-                    {2, -2, 0, 0, 0.8, 2, 0, 32 / 20.0 - 3}};
-    for (std::size_t j = 0; j < 3; ++j) {
-        EXPECT_EQ(basic.maximum[j], expected[j].maximum);
-        EXPECT_EQ(basic.minimum[j], expected[j].minimum);
-        EXPECT_DOUBLE_EQ(basic.mean[j], expected[j].mean);
-        EXPECT_DOUBLE_EQ(basic.median[j], expected[j].median);
-        EXPECT_DOUBLE_EQ(basic.averageDeviation[j], expected[j].averageDeviation);
-        EXPECT_DOUBLE_EQ(basic.variance[j], expected[j].variance);
-        EXPECT_DOUBLE_EQ(basic.standardDeviation[j], std::sqrt(expected[j].variance));
-        EXPECT_NEAR(basic.skew[j], expected[j].skew, 1e-14);
-        EXPECT_NEAR(basic.kurtosis[j], expected[j].kurtosis, 1e-14);
-    }
+    const auto near = [](const Block<double>& values, const std::vector<double>& expected) {
+        expectNear({values.begin(), values.begin() + 3}, expected, 1e-14);
+    };
+    near(basic.maximum, {10, 7, 2});
+    near(basic.minimum, {1, 7, -2});
+    near(basic.mean, {4, 7, 0});
+    near(basic.median, {3, 7, 0});
+    near(basic.averageDeviation, {2.4, 0, 0.8});
+    near(basic.variance, {12.5, 0, 2});
+    near(basic.standardDeviation, {std::sqrt(12.5), 0, std::sqrt(2)});
+    near(basic.skew, {180 / (5 * 12.5 * std::sqrt(12.5)), 0, 0});
+    near(basic.kurtosis, {1394 / (5 * 156.25) - 3, 0, 32 / 20.0 - 3});
 }
 
 TEST(FundamentalStatistics, OptionsChooseTheTables) {
-    const std::string data = "l,x,y\na,1,5\nb,2,5\nc,4,7\nd,3,9\ne,5,8\n";
-    const struct {
-        FundamentalOptions options;
-        bool covariance, correlation, spearman, kendall;
-        const char* end;
-    } cases[] = {
-        {{1, 1, 1, 1}, true, true, true, true, "\n\n"},
-        {{0, 1, 0, 0}, false, true, false, false, "1.000000\n\n"},
-        {{1, 0, 1, 0}, true, false, true, false, "\n\n"},
-        {{0, 0, 0, 1}, false, false, false, true, "\n\n"},
-    };
-    for (const auto& one : cases) {
-        const std::string report = runOn(data, [&](FundamentalOptions& options) { options = one.options; });
-        const auto has = [&](const char* title) { return report.find(title) != std::string::npos; };
-        EXPECT_EQ(has("\tcovariance matrix\n"), one.covariance);
-        EXPECT_EQ(has("\tcorrelation matrix\n"), one.correlation);
-        EXPECT_EQ(has("\tspeaman's ranking correlation coefficients\n"), one.spearman);
-        EXPECT_EQ(has("\tkendall's ranking correlation coefficients\n"), one.kendall);
-        EXPECT_TRUE(report.ends_with(one.end));
+    const char* const titles[] = {"\tcovariance matrix\n", "\tcorrelation matrix\n",
+                                  "\tspeaman's ranking correlation coefficients\n",
+                                  "\tkendall's ranking correlation coefficients\n"};
+    AnalysisSession session(fileOf({{1, 2, 4, 3, 5}, {5, 5, 7, 9, 8}}));
+    for (int chosen = 0; chosen < 16; ++chosen) {
+        session.run.options.settings.fundamental = {chosen & 1, chosen >> 1 & 1, chosen >> 2 & 1,
+                                                    chosen >> 3};
+        ASSERT_EQ(session.analyse(command), success);
+        for (int k = 0; k < 4; ++k) EXPECT_EQ(session.shows(titles[k]), (chosen >> k & 1) == 1) << chosen;
+        EXPECT_TRUE(session.frontend.lower.ends_with(chosen == 2 ? "1.000000\n\n" : "\n\n"));
     }
-}
-
-TEST(FundamentalStatistics, OneVariableHasRankTablesOfHeadingsOnly) {
-    const std::string report = runOn("l,x\na,1\nb,2\nc,4\nd,3\n");
-    EXPECT_NE(report.find("\tspeaman's ranking correlation coefficients\n"
-                          "  n,         r.item,          D,         zd,         pd,         rs,         pr\n\n"
-                          "\tkendall's ranking correlation coefficients\n"
-                          "  n,         r.item,        tau,          z,       prob\n\n"),
-              std::string::npos);
+    AnalysisSession single(fileOf({{1, 2, 4, 3}})); // rank tables of headings only
+    ASSERT_EQ(single.analyse(command), success);
+    EXPECT_TRUE(
+        single.shows("\tspeaman's ranking correlation coefficients\n"
+                     "  n,         r.item,          D,         zd,         pd,         rs,         pr\n\n"
+                     "\tkendall's ranking correlation coefficients\n"
+                     "  n,         r.item,        tau,          z,       prob\n\n"));
 }
 
 // Six allocations rank the columns and one counts: without them the rank tables print zeros and the run
 // succeeds. Every other one ends the run.
 TEST(FundamentalStatistics, FailingAllocations) {
-    RecordingFrontend frontend;
-    AnalysisRun run;
-    startRun(run);
-    ASSERT_EQ(loadText(frontend, run, "l,x,y\na,1,5\nb,2,5\nc,4,7\nd,3,9\ne,5,8\n"), success);
-    Settings defaults = run.options.settings;
+    AnalysisSession session(fileOf({{1, 2, 4, 3, 5}, {5, 5, 7, 9, 8}}));
     ErrorCode code = success;
     int zeroTables = 0;
-    const long long count = failEachAllocation(
-        [&] { code = runAnalysisCommand(frontend, defaults, run, 710); },
-        [&] {
-            if (code == outOfMemory) {
-                EXPECT_EQ(frontend.status, "error : failed to allocate memory for data.");
-                return;
-            }
-            EXPECT_EQ(code, success);
-            EXPECT_NE(frontend.lower.find("var1 & var2,   0.000000,   0.000000,   0.000000\n"), std::string::npos);
-            ++zeroTables;
-        });
+    const auto analyse = [&] { code = session.analyse(command); };
+    const long long count = failEachAllocation(analyse, [&] {
+        if (code == outOfMemory) {
+            EXPECT_EQ(session.frontend.status, "error : failed to allocate memory for data.");
+            return;
+        }
+        EXPECT_EQ(code, success);
+        EXPECT_TRUE(session.shows("var1 & var2,   0.000000,   0.000000,   0.000000\n"));
+        ++zeroTables;
+    });
     EXPECT_EQ(count, 4 + 10 + 8 + 7);
     EXPECT_EQ(zeroTables, 7);
 }

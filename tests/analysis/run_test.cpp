@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstring>
 
 #include "analysis/run/run_flow.h"
 #include "analysis/run/saved_defaults.h"
@@ -7,42 +6,59 @@
 #include "tests/support/failing_allocations.h"
 #include "tests/support/recording_frontend.h"
 
+namespace {
+
+constexpr int fundamental = 710;
+constexpr const char* fourSamples = "id,x\na,1\nb,2\nc,4\nd,3\n";
+
+// The first byte that is not as expected, or the size of all.
+std::ptrdiff_t firstDifference(const Settings& settings, const std::string& expected) {
+    const char* const bytes = reinterpret_cast<const char*>(&settings);
+    return std::mismatch(expected.begin(), expected.end(), bytes).first - expected.begin();
+}
+
+struct RunFlowOnData : testing::Test {
+    RecordingFrontend frontend;
+    AnalysisRun run;
+    Settings defaults = {};
+    void SetUp() override { startRun(run); }
+
+    ErrorCode analyse(int command) { return runAnalysisCommand(frontend, defaults, run, command); }
+};
+
+} // namespace
+
 TEST(Settings, HaveTheirFirstValuesAtFixedOffsets) {
-    char expected[1400] = {};
+    std::string expected(1400, '\0');
     for (const Case& test : readCases("analysis/run/defaults.tsv")) {
-        char* target = expected + std::stoi(test[0]);
-        if (test[1] == "text") std::memcpy(target, test[2].data(), test[2].size());
+        std::string bytes = test[1] == "text" ? test[2] : "";
         std::istringstream values(test[1] == "text" ? "" : test[2]);
         for (double value = 0.0; values >> value;) {
             const auto whole = static_cast<std::int32_t>(value);
-            const std::size_t size = test[1] == "int" ? sizeof whole : sizeof value;
-            std::memcpy(target, test[1] == "int" ? static_cast<const void*>(&whole) : &value, size);
-            target += size;
+            bytes += test[1] == "int" ? std::string(reinterpret_cast<const char*>(&whole), sizeof whole)
+                                      : std::string(reinterpret_cast<const char*>(&value), sizeof value);
         }
+        expected.replace(std::stoul(test[0]), bytes.size(), bytes);
     }
     Settings settings;
     std::fill_n(reinterpret_cast<char*>(&settings), sizeof settings, '\x55');
     setDefaultSettings(settings);
-    const char* bytes = reinterpret_cast<const char*>(&settings);
-    EXPECT_EQ(std::mismatch(expected, expected + 1400, bytes).first - expected, 1400);
+    EXPECT_EQ(firstDifference(settings, expected), 1400);
 }
 
 TEST(Settings, SettleTheWindowWhereItCanBeSeen) {
     for (const Case& test : readCases("analysis/run/windows.tsv")) {
-        Settings settings = {};
-        std::int32_t* const fields[] = {&settings.windowLeft,  &settings.windowTop,
-                                        &settings.windowRight, &settings.windowBottom,
-                                        &settings.windowWidth, &settings.windowHeight};
+        Settings s = {};
         std::istringstream kept(test[0]), area(test[1]);
-        for (std::int32_t* field : fields) kept >> *field;
+        kept >> s.windowLeft >> s.windowTop >> s.windowRight >> s.windowBottom >> s.windowWidth >>
+            s.windowHeight;
         ScreenArea screens = {};
         area >> screens.left >> screens.top >> screens.right >> screens.bottom;
-        settleWindowRectangle(settings, 1920, 1080, screens);
-        std::string settled;
-        for (const std::int32_t* field : fields)
-            settled += (settled.empty() ? "" : " ") + std::to_string(*field);
-        EXPECT_EQ(settled, test[2]) << test[0];
-        EXPECT_EQ(std::to_string(settings.screenWidth), test[3]) << test[0];
+        settleWindowRectangle(s, 1920, 1080, screens);
+        std::ostringstream settled;
+        settled << s.windowLeft << ' ' << s.windowTop << ' ' << s.windowRight << ' ' << s.windowBottom << ' '
+                << s.windowWidth << ' ' << s.windowHeight << '\t' << s.screenWidth;
+        EXPECT_EQ(settled.str(), test[2] + "\t" + test[3]) << test[0];
     }
 }
 
@@ -53,10 +69,9 @@ TEST(SavedDefaults, AreTheOptionsOfTheBoxThatWasChecked) {
         std::fill_n(reinterpret_cast<char*>(&settings), sizeof settings, '\x55');
         for (int box = 940; box <= 990; ++box) saveFlag(settings, box) = std::to_string(box) == test[0];
         commitSavedDefaults(defaults, run);
-        char expected[1400] = {};
-        std::fill(expected + std::stoi(test[1]), expected + std::stoi(test[2]), 0x55);
-        const char* bytes = reinterpret_cast<const char*>(&defaults);
-        EXPECT_EQ(std::mismatch(expected, expected + 1400, bytes).first - expected, 1400) << test[0];
+        std::string expected(1400, '\0');
+        std::fill(expected.begin() + std::stoi(test[1]), expected.begin() + std::stoi(test[2]), '\x55');
+        EXPECT_EQ(firstDifference(defaults, expected), 1400) << test[0];
         for (int box = 940; box <= 990; ++box) EXPECT_EQ(saveFlag(settings, box), 0);
     }
 }
@@ -71,36 +86,20 @@ TEST(DataFile, HasTheExtensionOfItsKind) {
 }
 
 TEST(RunFlow, EnablesCommandsByTheData) {
-    std::string loaded, unloaded;
-    for (int command = 700; command < 810; ++command) {
-        if (isCommandEnabled(command, true)) loaded += " " + std::to_string(command);
-        if (isCommandEnabled(command, false)) unloaded += " " + std::to_string(command);
-    }
-    EXPECT_EQ(loaded, " 702 703 710 711 712 713 714 715 716 717 720 721 722 723 724 731 732 740 741 742"
-                      " 751 752 753 754 755 756");
-    EXPECT_EQ(unloaded, " 701");
+    std::string enabled;
+    for (const bool loaded : {false, true})
+        for (int command = 700; command < 810; ++command)
+            if (isCommandEnabled(command, loaded)) enabled += " " + std::to_string(command);
+    EXPECT_EQ(enabled, " 701 702 703 710 711 712 713 714 715 716 717 720 721 722 723 724 731 732 740 741 742"
+                       " 751 752 753 754 755 756");
 }
-
-namespace {
-
-constexpr int fundamental = 710;
-constexpr const char* fourSamples = "id,x\na,1\nb,2\nc,4\nd,3\n";
-
-struct RunFlowOnData : testing::Test {
-    RecordingFrontend frontend;
-    AnalysisRun run;
-    Settings defaults = {};
-    void SetUp() override { startRun(run); }
-};
-
-} // namespace
 
 TEST_F(RunFlowOnData, ChecksTheDataAndRuns) {
     for (const Case& test : readCases("analysis/run/runs.tsv")) {
         SCOPED_TRACE(test[0] + test[1]);
         ASSERT_EQ(loadText(frontend, run, test[0]), success);
         frontend.takeLog();
-        EXPECT_EQ(std::to_string(runAnalysisCommand(frontend, defaults, run, std::stoi(test[1]))), test[2]);
+        EXPECT_EQ(std::to_string(analyse(std::stoi(test[1]))), test[2]);
         EXPECT_EQ(frontend.log, test[3]);
         EXPECT_NE(frontend.lower.find(test[4]), std::string::npos) << frontend.lower;
     }
@@ -110,15 +109,14 @@ TEST_F(RunFlowOnData, LeavesTheOptionsToTheUser) {
     ASSERT_EQ(loadText(frontend, run, fourSamples), success);
     EXPECT_EQ(frontend.takeLog(), "unloaded loaded upper status");
     frontend.choose = [](AnalysisRun&) { return false; };
-    EXPECT_EQ(runAnalysisCommand(frontend, defaults, run, fundamental), success);
+    EXPECT_EQ(analyse(fundamental), success);
     EXPECT_EQ(frontend.takeLog(), "graph-closed no-prediction dialog");
     run.data.working.values[0] = 9.0; // every run starts from what is loaded
     frontend.choose = [](AnalysisRun& chosen) {
         chosen.options.settings.fundamental = {1, 0, 0, 0};
-        saveFlag(chosen.options.settings, 950) = 1;
-        return true;
+        return saveFlag(chosen.options.settings, 950) = 1, true;
     };
-    EXPECT_EQ(runAnalysisCommand(frontend, defaults, run, fundamental), success);
+    EXPECT_EQ(analyse(fundamental), success);
     EXPECT_EQ(defaults.fundamental.covarianceMatrix, 1);
     EXPECT_EQ(run.data.working.values[0], 1.0);
     EXPECT_NE(frontend.lower.find("covariance matrix"), std::string::npos);
@@ -146,16 +144,16 @@ TEST_F(RunFlowOnData, LoadsNothingWhenMemoryRunsOutOrTheFileIsBad) {
         EXPECT_EQ(frontend.takeLog(), shown);
         shown = "unloaded lower alert(/alert) upper status";
         EXPECT_EQ(frontend.upper, "\n\tfailed to allocate memory for data.\n");
-        EXPECT_EQ(run.data.cells.rows + run.data.loaded.samples + run.data.working.samples, 0);
-        EXPECT_EQ(run.data.cells.cells.size() + run.data.loaded.values.size() +
-                      run.data.working.labels.size() + run.data.selectionFlags.size() +
-                      run.data.useFlags.size() + run.data.model.inverse.size(),
+        const auto& data = run.data;
+        EXPECT_EQ(data.cells.rows + data.loaded.samples + data.working.samples, 0);
+        EXPECT_EQ(data.cells.cells.size() + data.loaded.values.size() + data.working.labels.size() +
+                      data.selectionFlags.size() + data.useFlags.size() + data.model.inverse.size(),
                   0u);
     });
     EXPECT_GT(failures, 2);
     EXPECT_EQ(code, success);
     EXPECT_EQ(run.options.slotDegrees[9], 1.0);
-    EXPECT_EQ(runAnalysisCommand(frontend, defaults, run, fundamental), success);
+    EXPECT_EQ(analyse(fundamental), success);
 
     EXPECT_EQ(loadText(frontend, run, "id,x\na\n"), fileMalformed);
     EXPECT_EQ(frontend.status, "error : illegal data nor data structure.");

@@ -31,26 +31,14 @@ void damage(std::string& input, const std::vector<std::string>& seeds) {
                                                   "1e9", ".",  " ",    "-0.0", "\t", "1e-999", "99999999999"};
     const std::size_t at = below(input.size() + 1);
     const std::size_t length = below(std::min<std::size_t>(input.size() - at, 80) + 1);
-    switch (below(7)) {
-    case 0:
-        input.insert(at, 1, static_cast<char>(below(256)));
-        break;
-    case 1:
-        input.insert(at, tokens[below(std::size(tokens))]);
-        break;
-    case 2:
-        input.insert(at, input.substr(at, length));
-        break;
-    case 3:
-        input.erase(at, length);
-        break;
-    case 4:
-        input.resize(at);
-        break;
-    case 5:
-        if (at < input.size()) input[at] = static_cast<char>(input[at] ^ (1 << below(8)));
-        break;
-    default:
+    const std::size_t way = below(7);
+    if (way == 0) input.insert(at, 1, static_cast<char>(below(256)));
+    if (way == 1) input.insert(at, tokens[below(std::size(tokens))]);
+    if (way == 2) input.insert(at, input.substr(at, length));
+    if (way == 3) input.erase(at, length);
+    if (way == 4) input.resize(at);
+    if (way == 5 && at < input.size()) input[at] = static_cast<char>(input[at] ^ (1 << below(8)));
+    if (way == 6) {
         const std::string& other = seeds[below(seeds.size())];
         input.insert(at, other.substr(below(other.size() + 1), 1 + below(200)));
     }
@@ -85,5 +73,5 @@ int main(int argumentCount, char** arguments) {
         tryInput(input);
     }
     std::remove(trialName.c_str());
-    std::printf("%ld inputs made from %zu\n", runs, seeds.size());
+    std::printf("figure: random files and settings read %ld\n", runs + static_cast<long>(seeds.size()));
 }

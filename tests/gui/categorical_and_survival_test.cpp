@@ -1,34 +1,10 @@
-#include <gtest/gtest.h>
-#include <windows.h>
-
-#include "tests/gui/driver.h"
-
-namespace {
-
-void start(App& app, const std::string& data) {
-    app.write("data.csv", readFile(projectFile("tests/reference/data/" + data)));
-    Settings settings;
-    setDefaultSettings(settings);
-    settings.expressGraph = 0;
-    app.writeSettings(settings);
-    app.start("data.csv");
-}
-
-// "Okay" is answered by this alert, and the dialog stays.
-void expectRefused(const App& app, const Dialog& dialog, const std::string& text) {
-    dialog.click(IDOK);
-    const Dialog alert = app.waitForDialog("alert");
-    EXPECT_EQ(alert.text(0xffff), text);
-    alert.press(IDOK);
-}
-
-} // namespace
+#include "tests/gui/analysis_dialogs.h"
 
 TEST(LogLinearDialog, ComparesNestedModelsOfATable) {
     constexpr int variables = 3401, table = 3402, first = 3403, second = 3404, a = 3405, b = 3406, c = 3407,
                   arrows = 3408;
     App app;
-    start(app, "haireye-table.csv");
+    startWith(app, "haireye-table.csv");
     const Dialog dialog = app.runCommand(724, "three-way log linear analysis");
     EXPECT_EQ(dialog.entries(first), dialog.entries(second));
     EXPECT_EQ(dialog.entries(first).size(), 18u);
@@ -59,7 +35,7 @@ TEST(LogLinearDialog, ComparesNestedModelsOfATable) {
 TEST(SimilarityDialog, ChoosesTheKindAndItsDimensions) {
     constexpr int scaling = 4001, quantification = 4002, coordinates = 4003, dimensions = 4004, arrows = 4005;
     App app;
-    start(app, "five.csv");
+    startWith(app, "five.csv");
     Dialog dialog = app.runCommand(732, "similarity data analysis");
     EXPECT_TRUE(dialog.isChecked(coordinates));
     for (int click = 0; click < 5; ++click) dialog.spin(arrows, true);
@@ -85,7 +61,7 @@ TEST(EventDialogs, AskForTheirVariables) {
                  {741, "exponential weibull model", {5101, 5102}, 5103},
                  {742, "propotional hazard model", {5201, 5202}, 5203}};
     App app;
-    start(app, "ovarian.csv");
+    startWith(app, "ovarian.csv");
     for (const auto& c : cases) {
         const Dialog dialog = app.runCommand(c.command, c.caption);
         EXPECT_EQ(dialog.entries(c.lists[0])[0], "(none)");

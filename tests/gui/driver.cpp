@@ -50,28 +50,16 @@ bool isListBox(HWND list) {
 }
 
 // A menu's own items first, then those of its menus.
-void listMenu(const Inside& inside, std::uint64_t menu, const std::string& caption,
-              std::vector<MenuItem>& items) {
-    struct {
-        MENUITEMINFOA info;
-        char text[256];
-    } item;
-    std::vector<std::pair<std::uint64_t, std::string>> menus;
-    const auto count = static_cast<int>(inside.call(GetMenuItemCount, menu));
-    for (int k = 0; k < count; ++k) {
-        item = {};
-        item.info.cbSize = sizeof item.info;
-        item.info.fMask = MIIM_ID | MIIM_STRING | MIIM_SUBMENU;
-        item.info.dwTypeData = reinterpret_cast<char*>(inside.address(offsetof(decltype(item), text)));
-        item.info.cch = sizeof item.text;
-        inside.put(item);
-        require(inside.call(GetMenuItemInfoA, menu, k, TRUE, inside.address()) != 0, "no menu item");
-        item = inside.get<decltype(item)>();
-        const auto popup = reinterpret_cast<std::uint64_t>(item.info.hSubMenu);
-        items.push_back({caption, popup != 0 ? 0 : item.info.wID, item.text});
-        if (popup != 0) menus.emplace_back(popup, item.text);
+void listMenu(HMENU menu, const std::string& caption, std::vector<MenuItem>& items) {
+    std::vector<std::pair<HMENU, std::string>> menus;
+    for (int k = 0; k < GetMenuItemCount(menu); ++k) {
+        char text[256] = "";
+        GetMenuStringA(menu, static_cast<UINT>(k), text, sizeof text, MF_BYPOSITION);
+        const HMENU popup = GetSubMenu(menu, k);
+        items.push_back({caption, popup != nullptr ? 0 : GetMenuItemID(menu, k), text});
+        if (popup != nullptr) menus.emplace_back(popup, text);
     }
-    for (const auto& [popup, text] : menus) listMenu(inside, popup, text, items);
+    for (const auto& [popup, text] : menus) listMenu(popup, text, items);
 }
 
 } // namespace
@@ -149,8 +137,11 @@ void Dialog::choose(int list, int index) const {
     const bool isBox = isListBox(window);
     require(send(window, isBox ? LB_SETCURSEL : CB_SETCURSEL, static_cast<WPARAM>(index)) == index,
             "no such entry");
-    send(window_, WM_COMMAND, MAKEWPARAM(list, isBox ? LBN_SELCHANGE : CBN_SELCHANGE),
-         reinterpret_cast<LPARAM>(window));
+    const auto notify = [&](int code) {
+        send(window_, WM_COMMAND, MAKEWPARAM(list, code), reinterpret_cast<LPARAM>(window));
+    };
+    if (!isBox) notify(CBN_SELENDOK);
+    notify(isBox ? LBN_SELCHANGE : CBN_SELCHANGE);
 }
 
 void Dialog::type(int edit, const std::string& text) const {
@@ -197,10 +188,6 @@ std::string App::write(const std::string& name, const std::string& contents) con
     return path(name);
 }
 
-std::string App::read(const std::string& name) const {
-    return readFile(path(name));
-}
-
 void App::writeSettings(const Settings& settings) const {
     unsigned char bytes[settingsFileSize];
     encodeSettings({{}, settings}, bytes);
@@ -245,12 +232,6 @@ int App::close() {
     return waitForEnd();
 }
 
-HWND App::child(int identifier) const {
-    const HWND found = GetDlgItem(window_, identifier);
-    require(found != nullptr, "no child " + std::to_string(identifier));
-    return found;
-}
-
 HWND App::focus() const {
     GUITHREADINFO info = {};
     info.cbSize = sizeof info;
@@ -258,16 +239,12 @@ HWND App::focus() const {
     return info.hwndFocus;
 }
 
-std::string App::text(int identifier) const {
-    return textOf(child(identifier));
-}
-
-std::string App::startFont(int screen) const {
+std::string App::startFont(int screen, WPARAM scope) const {
     const Inside inside(process_.hProcess);
     CHARFORMATA format = {};
     format.cbSize = sizeof format;
     inside.put(format);
-    send(child(screen), EM_GETCHARFORMAT, SCF_DEFAULT, static_cast<LPARAM>(inside.address()));
+    send(child(screen), EM_GETCHARFORMAT, scope, static_cast<LPARAM>(inside.address()));
     format = inside.get<CHARFORMATA>();
     const DWORD effects = format.dwEffects & ~static_cast<DWORD>(CFE_AUTOCOLOR);
     return std::string(format.szFaceName) + " " + std::to_string(format.yHeight) + " " +
@@ -275,9 +252,13 @@ std::string App::startFont(int screen) const {
 }
 
 std::vector<MenuItem> App::menuItems() const {
-    const Inside inside(process_.hProcess);
     std::vector<MenuItem> items;
-    listMenu(inside, inside.call(GetMenu, window_), "", items);
+    const HMODULE program =
+        LoadLibraryExA(path("Ombrivantel.exe").c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    const HMENU menu = LoadMenuA(program, MAKEINTRESOURCEA(MENU_MAIN));
+    listMenu(menu, "", items);
+    DestroyMenu(menu);
+    FreeLibrary(program);
     return items;
 }
 

@@ -12,6 +12,11 @@
 // time or cannot be done throws std::runtime_error, which fails the test that runs, and App cleans up behind
 // it.
 
+std::string readFile(const std::string& path);
+
+// The path of a file below the project's folder.
+std::string projectFile(const std::string& path);
+
 class App;
 
 // A modal dialog or message box of the program; controls go by their identifiers.
@@ -19,6 +24,7 @@ class Dialog {
 public:
     Dialog(const App& app, HWND window) : app_(&app), window_(window) {}
 
+    HWND window() const { return window_; }
     HWND control(int identifier) const;
     bool isEnabled(int identifier) const { return IsWindowEnabled(control(identifier)) != 0; }
     bool isChecked(int button) const;
@@ -58,7 +64,7 @@ public:
     // Files of the program's folder, by their bare names.
     std::string path(const std::string& name) const { return folder_ + "\\" + name; }
     std::string write(const std::string& name, const std::string& contents) const; // returns the path
-    std::string read(const std::string& name) const;
+    std::string read(const std::string& name) const { return readFile(path(name)); }
     void writeSettings(const Settings& settings) const;
 
     // `launch` only starts the process; `start` waits for the window and until what the arguments ask for is
@@ -70,13 +76,14 @@ public:
     int close();      // by the close box, then waits for the end
 
     HWND window() const { return window_; }
-    HWND child(int identifier) const;
+    HWND child(int identifier) const { return Dialog(*this, window_).control(identifier); }
     HWND focus() const;
-    std::string text(int identifier) const; // of a child
+    std::string text(int child) const { return Dialog(*this, window_).text(child); }
     std::string upperText() const { return text(CONTROL_UPPER_SCREEN); }
     std::string lowerText() const { return text(CONTROL_LOWER_SCREEN); }
     std::string statusText() const { return text(CONTROL_STATUS_BAR); }
-    std::string startFont(int screen) const; // face, twips and effects
+    // Face, twips and effects of what is typed next, or of another SCF_ scope.
+    std::string startFont(int screen, WPARAM scope = 0) const;
     std::vector<MenuItem> menuItems() const; // menu by menu
     bool isItemEnabled(int command) const;
 
@@ -98,11 +105,6 @@ private:
     PROCESS_INFORMATION process_ = {};
     HWND window_ = nullptr;
 };
-
-std::string readFile(const std::string& path);
-
-// The path of a file below the project's folder.
-std::string projectFile(const std::string& path);
 
 // Waits until condition() holds; throws when the time is over.
 void waitUntil(const std::string& what, const std::function<bool()>& condition);

@@ -7,7 +7,7 @@
 #include <random>
 #include <vector>
 
-#include "numeric/block.h"
+#include "tests/support/failing_allocations.h"
 
 TEST(SymmetricEigen, ReconstructsTheMatrixFromItsLowerTriangle) {
     std::mt19937 random(7);
@@ -36,14 +36,9 @@ TEST(SymmetricEigen, ReconstructsTheMatrixFromItsLowerTriangle) {
 // The eigenvalues of second differences are 2 - 2 cos(k pi / (n + 1)).
 TEST(SymmetricEigen, GivesKnownValuesAndAllocatesOneVector) {
     constexpr std::size_t n = 10;
-    double source[n * n] = {}, vectors[n * n], values[n];
-    for (std::size_t i = 0; i < n; ++i) source[i * n + i] = 2.0;
-    for (std::size_t i = 1; i < n; ++i) source[i * n + i - 1] = -1.0;
-    failAllocation(1);
-    EXPECT_EQ(SymmetricEigen(n, n, vectors, values, source), outOfMemory);
-    failAllocation(0);
-    EXPECT_EQ(SymmetricEigen(n, n, vectors, values, source), success);
-    EXPECT_EQ(allocationCount(), 1);
+    double source[n * n] = {2.0}, vectors[n * n], values[n];
+    for (std::size_t i = 1; i < n; ++i) source[i * n + i] = 2.0, source[i * n + i - 1] = -1.0;
+    EXPECT_EQ(failEachAllocation([&] { return SymmetricEigen(n, n, vectors, values, source); }), 1);
     for (std::size_t k = 0; k < n; ++k)
         EXPECT_NEAR(values[k], 2.0 - 2.0 * std::cos(static_cast<double>(n - k) * std::numbers::pi / 11),
                     1e-14);

@@ -4,26 +4,25 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <vector>
 
 // The orders of ties follow the heap by hand.
 TEST(SortKeysWithCompanion, SortsAndCarriesTheCompanions) {
-    struct Case {
-        std::vector<double> keys, companion;
-    };
-    for (Case item : {Case{{}, {}},
-                      {{5}, {0}},
-                      {{3, 1, 2, 9, -4}, {4, 1, 2, 0, 3}},
-                      {{1, 1, 1}, {1, 2, 0}},
-                      {{1, 2, 2}, {0, 2, 1}},
-                      {{2, 1, 2, 1}, {1, 3, 2, 0}}}) {
-        std::vector<double> sorted = item.keys, companion;
-        for (std::size_t i = 0; i < sorted.size(); ++i) companion.push_back(static_cast<double>(i));
-        EXPECT_EQ(SortKeysWithCompanion(static_cast<int>(sorted.size()), sorted.data(), companion.data()),
-                  success);
-        std::sort(item.keys.begin(), item.keys.end());
-        EXPECT_EQ(sorted, item.keys);
-        EXPECT_EQ(companion, item.companion);
+    // clang-format off
+    const std::pair<std::vector<double>, std::vector<double>> cases[] = {
+        {{}, {}}, {{5}, {0}}, {{3, 1, 2, 9, -4}, {4, 1, 2, 0, 3}}, {{1, 1, 1}, {1, 2, 0}},
+        {{1, 2, 2}, {0, 2, 1}}, {{2, 1, 2, 1}, {1, 3, 2, 0}}};
+    // clang-format on
+    for (const auto& [given, expected] : cases) {
+        std::vector<double> sorted = given, companion(given.size());
+        std::iota(companion.begin(), companion.end(), 0.0);
+        const int count = static_cast<int>(given.size());
+        EXPECT_EQ(SortKeysWithCompanion(count, sorted.data(), companion.data()), success);
+        EXPECT_EQ(companion, expected);
+        for (std::size_t i = 0; i < given.size(); ++i)
+            EXPECT_EQ(sorted[i], given[static_cast<std::size_t>(expected[i])]);
+        EXPECT_TRUE(std::is_sorted(sorted.begin(), sorted.end()));
     }
     double keys[] = {3, NAN, 1, NAN, INFINITY, 2}, companion[] = {0, 1, 2, 3, 4, 5};
     SortKeysWithCompanion(6, keys, companion); // ends, and loses nothing

@@ -26,8 +26,7 @@ TEST(Tables, LookAsExpected) {
     DataSet data;
     ASSERT_EQ(loadDataSet("id,alpha,b,much_too_long\ns1,1.5,-2,0.25\nlong_label,9.25,0,0\n", data), success);
     double* const values = data.working.values.data();
-    values[4] = NAN;
-    values[5] = -INFINITY;
+    values[4] = NAN, values[5] = -INFINITY;
     data.otherCount = 2;
     const TextSlot* const labels = data.working.labels.data();
     const double two[] = {1, 9, 2, 3}, three[] = {1, 9, 9, 2, 3, 9, 4, 5, 6};
@@ -38,30 +37,25 @@ TEST(Tables, LookAsExpected) {
     Report report;
     ASSERT_EQ(allocateReport(report, TextBuffer::Growth::fixed), success);
     SetFormatsFromData(report, data, 9, 6);
-    WriteVariableHeader(report, data);
-    WriteExplanatoryHeader(report, data);
     WriteNamedHeader(report, names, 2, 4);
     WriteFactorHeader(report, 2, 12);
-    WriteVectorHeader(report, 1, 4);
     WritePrefixedHeader(report, 2, "axis", "total", 8);
     WriteValueRow(report, values, 3, 6, "label_x", 12);
     WriteIntegerRow(report, &whole, 5, "n", 1000);
     WriteLowerTriangle(report, data, three, 6);
     WriteExplanatoryMatrix(report, data, two);
-    WriteDataTable(report, data, values);
-    WriteFactorTable(report, 2, 2, three, 3, labels);
-    WriteVectorTable(report, 2, 1, two, 1, labels);
     WriteFactorTriangle(report, 2, three, 3);
-    WritePairTable5(report, data, {{"D", d}, {"zd", zd}, {"pd", pd}, {"rs", rs}, {"pr", pd}});
-    WritePairTable3(report, data, {{"tau", d}, {"z", zd}, {"prob", pd}});
-    // A value that needs more than the variable string length.
-    values[3] = 12345.6;
-    SetFormatsFromValues(report, values, 6, 4, 6);
-    WriteDataTable(report, data, values);
-    WriteFactorTable(report, 2, 2, three, 3, labels);
-    WriteVectorTable(report, 2, 1, two, 1, labels);
-    WritePairTable3(report, data, {{"tau", d}, {"z", zd}, {"prob", pd}});
-    WritePairTable5(report, data, {{"D", values + 3}, {"zd", zd}, {"pd", pd}, {"rs", rs}, {"pr", pd}});
+    for (const bool wide : {false, true}) {
+        if (wide) { // a value that needs more than the variable string length
+            values[3] = 12345.6;
+            SetFormatsFromValues(report, values, 6, 4, 6);
+        }
+        WriteDataTable(report, data, values);
+        WriteFactorTable(report, 2, 2, three, 3, labels);
+        WriteVectorTable(report, 2, 1, two, 1, labels);
+        WritePairTable3(report, data, {{"tau", d}, {"z", zd}, {"prob", pd}});
+        WritePairTable5(report, data, {{"D", values + 3}, {"zd", zd}, {"pd", pd}, {"rs", rs}, {"pr", pd}});
+    }
     EXPECT_EQ(report.lower.text(), readTextFile("report/tables.txt"));
 }
 
@@ -69,9 +63,8 @@ TEST(FileSummary, ShowsTheFileAndItsData) {
     RecordingFrontend frontend;
     DataSet data;
     Report report;
-    ASSERT_EQ(loadDataSet("id,x,y\na,1,2\nb,10.5,3\n", data) |
-                  allocateReport(report, TextBuffer::Growth::fixed),
-              success);
+    ASSERT_EQ(allocateReport(report, TextBuffer::Growth::fixed), success);
+    ASSERT_EQ(loadDataSet("id,x,y\na,1,2\nb,10.5,3\n", data), success);
     std::snprintf(data.path, sizeof data.path, "C:\\data\\my file.csv");
     writeFileSummary(frontend, report, data, 7, 4);
     EXPECT_EQ(frontend.upper, readTextFile("report/summary.txt"));
@@ -79,7 +72,7 @@ TEST(FileSummary, ShowsTheFileAndItsData) {
     EXPECT_EQ(frontend.log, "upper status");
 
     std::string text = "id,x\n";
-    for (int i = 0; i < 2000; ++i) text += "s,1\n";
+    while (text.size() < 8000) text += "s,1\n";
     ASSERT_EQ(loadDataSet(text, data), success);
     writeFileSummary(frontend, report, data, 7, 4);
     EXPECT_TRUE(frontend.upper.ends_with(",   s,  1.000\n-- cut at 32768 characters\n"));

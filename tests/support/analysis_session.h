@@ -27,6 +27,11 @@ struct AnalysisSession {
         EXPECT_TRUE(shown == 0 || shown < hidden) << frontend.log;
         return code;
     }
+    // The same with this done in the dialog.
+    template <class Choice> ErrorCode analyse(int command, Choice choice) {
+        frontend.choose = [choice](AnalysisRun& chosen) { return choice(chosen.options), true; };
+        return analyse(command);
+    }
     // Runs the command with each of its allocations failing, which is to end in one of these codes. Returns
     // how many allocations there were.
     long long failAllocations(int command, const std::vector<ErrorCode>& codes = {outOfMemory}) {

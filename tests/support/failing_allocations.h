@@ -1,6 +1,16 @@
 #pragma once
 
+#include <cstdio>
+#include <gtest/gtest.h>
+
 #include "numeric/block.h"
+
+// Counts what failEachAllocation made fail, for the figures that script/test prints.
+struct AllocationFailures {
+    long long count = 0;
+    ~AllocationFailures() { std::printf("figure: allocation failures tried %lld\n", count); }
+};
+inline AllocationFailures allocationFailures;
 
 // Calls `action` with its first, its second, ... allocation failing, and `check` after each of these calls,
 // until none is left that could fail. Returns how many there were.
@@ -11,6 +21,13 @@ template <class Action, class Check> long long failEachAllocation(Action action,
         const bool failed = allocationCount() >= n;
         failAllocation(0);
         if (!failed) return n - 1;
+        ++allocationFailures.count;
         check();
     }
+}
+
+// The same for an action that then returns outOfMemory.
+template <class Action> long long failEachAllocation(Action action) {
+    ErrorCode code = success;
+    return failEachAllocation([&] { code = action(); }, [&] { EXPECT_EQ(code, outOfMemory); });
 }

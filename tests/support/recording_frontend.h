@@ -19,6 +19,7 @@ public:
     std::string upper, lower, status; // as last shown
     std::string log;
     std::vector<int> percentages;
+    Workbook* book = nullptr;
     // The user at the option dialog.
     std::function<bool(AnalysisRun&)> choose = [](AnalysisRun&) { return true; };
     // And at a prediction page.
@@ -48,6 +49,7 @@ public:
     void enablePrediction(bool enabled) override { note(enabled ? "prediction" : "no-prediction"); }
     void openGraphWindow(const Graph&) override { note("graph"); }
     void closeGraph() override { note("graph-closed"); }
+    Workbook* workbook() override { return book; }
 
 private:
     void keep(std::string& shown, const TextBuffer& text, const char* word) {
