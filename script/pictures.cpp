@@ -4,6 +4,7 @@
 //   start PROGRAM FILE    starts the program with a data file; both without blanks
 //   command N             a menu command
 //   choose LIST INDEX     in the dialog in front, or in the graph window
+//   type EDIT TEXT        without blanks
 //   check BUTTON          clicks a button that leaves the dialog open
 //   press BUTTON          clicks a button that closes it
 //   page INDEX            of the property sheet in front
@@ -109,6 +110,9 @@ bool act(std::istream& words) {
     if (action == "command")
         return PostMessageA(mainWindow(), WM_COMMAND, static_cast<WPARAM>(identifier), 0) && rest();
     if (action == "choose") return words >> index && choose(identifier, index);
+    if (action == "type")
+        return words >> file && SetWindowTextA(GetDlgItem(dialogInFront(), identifier), file.c_str()) &&
+               rest();
     if (action == "check") return press(identifier, false);
     if (action == "press") return press(identifier, true);
     if (action == "page")

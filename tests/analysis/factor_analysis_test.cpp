@@ -83,41 +83,6 @@ TEST(PrincipalFactors, OnePassFromOneIsComponents) {
     EXPECT_NEAR(model.communality[0], 0.8 / 3, 1e-14);
 }
 
-// The covariance of a standardised variable with a regression score is the variable's loading, rotated or
-// not. Without an oblique rotation the squares of the loadings add up to the communality; Kaiser's division
-// does not show in it.
-TEST(FactorAnalysis, ScoresGiveTheLoadingsBack) {
-    FactorSession session(readTextFile("reference/data/mtcars.csv"));
-    const GraphSpec& spec = session.run.graph.spec;
-    for (int trial = 0; trial < 18; ++trial) {
-        const int rotation = trial / 3 % 3, criterion = trial % 3;
-        const FactorOptions options = {2, criterion != 1, 1, 1, rotation, criterion, criterion};
-        session.frontend.percentages.clear();
-        ASSERT_EQ(session.analyse(trial < 9 ? principal : likelihood, options), success);
-        const std::vector<double> common = session.communalities();
-        const DataMatrix& data = session.run.data.working;
-        const std::size_t p = common.size(), n = data.values.size() / p;
-        for (std::size_t j = 0; j < p; ++j) {
-            double sum = 0, squares = 0, products[2] = {};
-            for (std::size_t i = 0; i < n; ++i) {
-                const double x = data.values[i * p + j];
-                sum += x, squares += x * x;
-                products[0] += x * spec.values[2 * i], products[1] += x * spec.values[2 * i + 1];
-            }
-            const double scale = std::sqrt(static_cast<double>(n) * squares - sum * sum);
-            const double* const loading = spec.vectorValues.data() + 2 * j;
-            for (std::size_t k = 0; k < 2; ++k) EXPECT_NEAR(products[k] / scale, loading[k], 1e-9);
-            const double length = std::hypot(loading[0], loading[1]);
-            EXPECT_NEAR(rotation == 1 ? common[j] : length * length, common[j], 1e-9);
-        }
-    }
-    EXPECT_TRUE(session.shows("due to quartimax criterion, use SMC, repetition, standardized\n\n"));
-    EXPECT_EQ(session.frontend.percentages, (std::vector<int>{0, 15, 25, 30, 40, 60, 80, 100}));
-    EXPECT_STREQ(spec.seriesNames[1].text, "factor 2");
-    EXPECT_STREQ(spec.vectorNames[1].text, "cyl");
-    EXPECT_STREQ(spec.itemLabels[1].text, "Mazda RX4 Wag");
-}
-
 TEST(FactorAnalysis, Codes) {
     const std::vector<double> c = {5, 1, 2, 8, 1, 9, 2, 4}, level(8, 3.0),
                               huge = {1e200, 2, -1e200, 4, 5, 6, 7, 8};

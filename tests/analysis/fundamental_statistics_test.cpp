@@ -60,26 +60,6 @@ TEST(RankCorrelation, TiesHaveMeanRanksAndCorrectTheMoments) {
     EXPECT_EQ(frontend.percentages, (std::vector<int>{85, 100}));
 }
 
-TEST(BasicStatistics, NineStatisticsByHand) {
-    RecordingFrontend frontend;
-    const DataMatrix data = matrixOf({{4, 1, 2, 3, 10}, {7, 7, 7, 7, 7}, {-2, 0, 2, 0, 0}});
-    BasicStatistics basic;
-    ASSERT_EQ(basic.allocate(3, 5), success);
-    basicStatistics(frontend, data, basic);
-    const auto near = [](const Block<double>& values, const std::vector<double>& expected) {
-        expectNear({values.begin(), values.begin() + 3}, expected, 1e-14);
-    };
-    near(basic.maximum, {10, 7, 2});
-    near(basic.minimum, {1, 7, -2});
-    near(basic.mean, {4, 7, 0});
-    near(basic.median, {3, 7, 0});
-    near(basic.averageDeviation, {2.4, 0, 0.8});
-    near(basic.variance, {12.5, 0, 2});
-    near(basic.standardDeviation, {std::sqrt(12.5), 0, std::sqrt(2)});
-    near(basic.skew, {180 / (5 * 12.5 * std::sqrt(12.5)), 0, 0});
-    near(basic.kurtosis, {1394 / (5 * 156.25) - 3, 0, 32 / 20.0 - 3});
-}
-
 TEST(FundamentalStatistics, OptionsChooseTheTables) {
     const char* const titles[] = {"\tcovariance matrix\n", "\tcorrelation matrix\n",
                                   "\tspeaman's ranking correlation coefficients\n",

@@ -114,38 +114,3 @@ TEST(Prediction, PagesHaveTenPlaces) {
     const PredictionPlace category = predictionPlace(quantification.run, entry, 0, 5);
     EXPECT_TRUE(category.isEnabled && *category.value == 1.0);
 }
-
-TEST(Prediction, CommandAsksPageByPage) {
-    RegressionRun run("mtcars.csv", "mpg");
-    const auto logOfPrediction = [&](ErrorCode expected) {
-        run.frontend.takeLog();
-        EXPECT_EQ(runPrediction(run.frontend, run.run), expected);
-        return run.frontend.takeLog();
-    };
-    EXPECT_EQ(logOfPrediction(success), ""); // nothing is fitted
-    run.options(1) = {0, 0, 2.0, 1.0, 0.0};
-    ASSERT_EQ(run.runKind(1), success);
-    double first = 100.0;
-    bool agrees = false;
-    run.frontend.enter = [&](const AnalysisRun&, PredictionEntry& entry, int page) {
-        entry.values[static_cast<std::size_t>(page)] = first + page;
-        return agrees || page == 0;
-    };
-    EXPECT_EQ(logOfPrediction(success), "page page");
-    EXPECT_EQ(run.run.report.lower.text(), run.frontend.lower);
-    agrees = true;
-    EXPECT_EQ(logOfPrediction(success), "page page lower status");
-    EXPECT_EQ(run.row("value of explanatory", "disp"), (std::vector<double>{101}));
-    EXPECT_TRUE(run.shows("\n  2,        infimum,           \n"));
-    first = INFINITY;
-    EXPECT_EQ(logOfPrediction(notFinite), "page page lower status");
-
-    // An analysis that fails and an exclusion make the model invalid.
-    run.options(1) = {3, 1, 1e9, 1.0, 0.0};
-    EXPECT_EQ(run.runKind(1), noEffectiveVariable);
-    EXPECT_EQ(logOfPrediction(success), "");
-    run.options(1).method = 0;
-    ASSERT_EQ(run.runKind(1), success);
-    applyExclusion(run.frontend, run.run, {3});
-    EXPECT_EQ(logOfPrediction(success), "");
-}

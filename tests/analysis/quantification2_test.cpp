@@ -26,35 +26,6 @@ TEST(Quantification2, TwoGroups) {
     EXPECT_FALSE(session.run.graph.present);
 }
 
-// Identities: variance 1, centroids are mean scores, and the squared correlation is the share of the variance
-// between the groups. Here the first group alone has category 2 of v2, and nothing else separates the others.
-TEST(Quantification2, ThreeGroups) {
-    AnalysisSession session(fileOf({{1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3},
-                                    {2, 2, 2, 2, 1, 1, 1, 1, 1, 1, 1, 1},
-                                    {1, 2, 3, 1, 1, 2, 3, 3, 1, 2, 2, 3}}));
-    ASSERT_EQ(session.analyse(command), success);
-    const std::vector<double> squared = session.row("canonical correlation", "coef.square");
-    EXPECT_NEAR(squared[0], 1, 1e-6);
-    for (std::size_t d = 0; d < 2; ++d) {
-        double sums[4] = {}, squares = 0, between = 0; // sums[0] is of all
-        for (std::size_t s = 0; s < 12; ++s) {
-            const double score = session.row("score of sample", "s" + std::to_string(s + 1))[d];
-            sums[0] += score, sums[1 + s / 4] += score, squares += score * score;
-        }
-        EXPECT_NEAR(squares / 12 - sums[0] * sums[0] / 144, 1, 1e-5);
-        for (std::size_t k = 1; k <= 3; ++k) {
-            EXPECT_NEAR(session.row("centroid of group", "group " + std::to_string(k))[d], sums[k] / 4, 1e-6);
-            between += std::pow(sums[k] / 4 - sums[0] / 12, 2) / 3;
-        }
-        EXPECT_NEAR(between, squared[d], 1e-5);
-    }
-    const GraphSpec& spec = session.run.graph.spec;
-    ASSERT_TRUE(session.run.graph.present);
-    EXPECT_STREQ(spec.seriesNames[1].text, "vector 2");
-    EXPECT_NEAR(spec.values[9], session.row("score of sample", "s5")[1], 1e-6);
-    EXPECT_EQ(session.frontend.percentages, (std::vector<int>{0, 10, 30, 65, 100}));
-}
-
 TEST(Quantification2, NoDifferenceBetweenTwoGroupsHasNoScores) {
     AnalysisSession session(fileOf({{1, 1, 1, 1, 2, 2}, {1, 1, 2, 2, 1, 2}}));
     ASSERT_EQ(session.analyse(command), success);

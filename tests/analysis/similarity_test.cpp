@@ -35,50 +35,6 @@ TEST(PrincipalCoordinates, FindThePointsBehindInnerProducts) {
     }
 }
 
-// Neither symmetric nor with a diagonal that counts.
-TEST(Quantification4, TakesEigenvectorsOfTheMatrixWhoseRowsSumTo0) {
-    const Columns columns = {{9, 1, 4, 0}, {3, -5, 2, 2}, {0, 6, 7, 1}, {5, 2, 0, 100}};
-    double h[4][4] = {};
-    for (std::size_t i = 0; i < 4; ++i) {
-        for (std::size_t j = 0; j < 4; ++j) {
-            if (i == j) continue;
-            h[i][j] = columns[i][j] + columns[j][i];
-            h[i][i] -= h[i][j];
-        }
-    }
-    AnalysisSession session(fileOf(columns));
-    std::int32_t& dimensions = session.run.options.settings.similarity.dimensions;
-    dimensions = 9;
-    ASSERT_EQ(session.analyse(quantification4), success);
-    const std::vector<double> eigenvalues = session.row("eigen value", "eigen");
-    ASSERT_EQ(eigenvalues.size(), 4u);
-    EXPECT_TRUE(std::is_sorted(eigenvalues.rbegin(), eigenvalues.rend()));
-    EXPECT_NEAR(eigenvalues[0], 0.0, 1e-6);
-    for (std::size_t k = 0; k < 4; ++k) {
-        double length = 0.0;
-        for (std::size_t i = 0; i < 4; ++i) {
-            double product = 0.0;
-            for (std::size_t j = 0; j < 4; ++j) product += h[i][j] * graphValue(session, j, k);
-            EXPECT_NEAR(product, eigenvalues[k] * graphValue(session, i, k), 1e-6);
-            length += graphValue(session, i, k) * graphValue(session, i, k);
-        }
-        EXPECT_NEAR(length, 1.0, 1e-12);
-    }
-    for (const auto& [option, columnCount] : {std::pair{2, 2U}, {0, 1U}, {-7, 1U}, {99, 4U}}) {
-        dimensions = option; // limits the report only
-        ASSERT_EQ(session.analyse(quantification4), success);
-        EXPECT_EQ(session.row("eigen value", "eigen").size(), columnCount);
-        EXPECT_EQ(session.row("eigen vector", "s1").size(), columnCount);
-        EXPECT_EQ(session.run.graph.spec.seriesCount, 4);
-    }
-    for (const auto& [up, end] : {std::pair{false, 1}, {true, 3}}) {
-        for (int click = 0; click < 200; ++click) {
-            spinOption(session.run.options, similarityAnalysis.fields[1], session.run.data, up);
-        }
-        EXPECT_EQ(dimensions, end);
-    }
-}
-
 // The dialog chooses the kind; only square whole numbers pass, and three objects have a graph.
 TEST(Similarity, ChecksTheMatrixForEachKind) {
     constexpr ErrorCode illegal = illegalSimilarityData;

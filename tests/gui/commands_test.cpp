@@ -130,31 +130,6 @@ TEST(FundamentalStatistics, ReportsWhatAnIndependentComputationGives) {
         IsWindowVisible(FindWindowExA(app.child(CONTROL_STATUS_BAR), nullptr, PROGRESS_CLASSA, nullptr)));
 }
 
-TEST(FundamentalStatistics, EachOptionRemovesItsTable) {
-    const std::pair<int, const char*> options[] = {{2001, "\tcovariance matrix\n"},
-                                                   {2002, "\tcorrelation matrix\n"},
-                                                   {2003, "\tspeaman's "},
-                                                   {2004, "\tkendall's "}};
-    App app;
-    startWithSmallFile(app);
-    for (const auto& off : options) {
-        const Dialog dialog = app.runCommand(fundamental, fundamentalCaption);
-        for (const auto& option : options) dialog.check(option.first, option != off);
-        dialog.press(IDOK);
-        for (const auto& option : options) {
-            EXPECT_EQ(app.lowerText().find(option.second) != std::string::npos, option != off)
-                << option.second;
-        }
-    }
-    const std::string before = app.lowerText();
-    const Dialog dialog = app.runCommand(fundamental, fundamentalCaption);
-    EXPECT_FALSE(dialog.isChecked(2004));
-    dialog.check(2001, false);
-    dialog.press(IDCANCEL);
-    EXPECT_EQ(app.lowerText(), before);
-    EXPECT_TRUE(app.runCommand(fundamental, fundamentalCaption).isChecked(2001));
-}
-
 TEST(FundamentalStatistics, OnlySavedDefaultsOutliveTheProgram) {
     const int save = 950;
     App app;
