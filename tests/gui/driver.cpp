@@ -8,8 +8,6 @@
 #include <richedit.h>
 #include <stdexcept>
 
-#include "tests/gui/inside.h"
-
 namespace {
 
 constexpr DWORD timeLimit = 20'000; // ms
@@ -164,6 +162,7 @@ App::App() {
     static int count = 0;
     std::string name = "ombrivantel-" + std::to_string(GetCurrentProcessId()) + "-";
     folder_ = (std::filesystem::temp_directory_path() / name.append(std::to_string(++count))).string();
+    std::filesystem::remove_all(folder_); // of a run that was killed; process numbers come again
     require(CreateDirectoryA(folder_.c_str(), nullptr) != 0, "cannot make " + folder_);
     const char* const programs = std::getenv("OMBRIVANTEL_BIN");
     require(programs != nullptr, "OMBRIVANTEL_BIN is not set");
@@ -171,10 +170,7 @@ App::App() {
 }
 
 App::~App() {
-    if (isRunning()) {
-        TerminateProcess(process_.hProcess, 99);
-        WaitForSingleObject(process_.hProcess, timeLimit);
-    }
+    kill();
     CloseHandle(process_.hThread);
     CloseHandle(process_.hProcess);
     std::error_code ignored;
@@ -205,9 +201,11 @@ void App::launch(const std::string& arguments) {
     window_ = nullptr;
     // Under load Wine refuses now and then.
     waitUntil("the start of the program", [&] {
-        return CreateProcessA(path("Ombrivantel.exe").c_str(), line.data(), nullptr, nullptr, FALSE, 0,
-                              nullptr, folder_.c_str(), &startUp, &process_) != 0;
+        return CreateProcessA(path("Ombrivantel.exe").c_str(), line.data(), nullptr, nullptr, FALSE,
+                              CREATE_SUSPENDED, nullptr, folder_.c_str(), &startUp, &process_) != 0;
     });
+    inside_ = std::make_unique<Inside>(process_.hProcess);
+    ResumeThread(process_.hThread);
 }
 
 void App::start(const std::string& arguments) {
@@ -232,6 +230,12 @@ int App::close() {
     return waitForEnd();
 }
 
+void App::kill() {
+    if (!isRunning()) return;
+    TerminateProcess(process_.hProcess, 99);
+    WaitForSingleObject(process_.hProcess, timeLimit);
+}
+
 HWND App::focus() const {
     GUITHREADINFO info = {};
     info.cbSize = sizeof info;
@@ -240,12 +244,11 @@ HWND App::focus() const {
 }
 
 std::string App::startFont(int screen, WPARAM scope) const {
-    const Inside inside(process_.hProcess);
     CHARFORMATA format = {};
     format.cbSize = sizeof format;
-    inside.put(format);
-    send(child(screen), EM_GETCHARFORMAT, scope, static_cast<LPARAM>(inside.address()));
-    format = inside.get<CHARFORMATA>();
+    inside_->put(format);
+    send(child(screen), EM_GETCHARFORMAT, scope, static_cast<LPARAM>(inside_->address()));
+    format = inside_->get<CHARFORMATA>();
     const DWORD effects = format.dwEffects & ~static_cast<DWORD>(CFE_AUTOCOLOR);
     return std::string(format.szFaceName) + " " + std::to_string(format.yHeight) + " " +
            std::to_string(effects);
@@ -263,9 +266,8 @@ std::vector<MenuItem> App::menuItems() const {
 }
 
 bool App::isItemEnabled(int command) const {
-    const Inside inside(process_.hProcess);
-    const auto state =
-        static_cast<UINT>(inside.call(GetMenuState, inside.call(GetMenu, window_), command, MF_BYCOMMAND));
+    const auto state = static_cast<UINT>(
+        inside_->call(GetMenuState, inside_->call(GetMenu, window_), command, MF_BYCOMMAND));
     require(state != UINT_MAX, "no menu item " + std::to_string(command));
     return (state & (MF_GRAYED | MF_DISABLED)) == 0;
 }

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 #include <windows.h>
 
 #include "analysis/run/settings_file.h"
 #include "app/resource_ids.h"
+#include "tests/gui/inside.h"
 
 // Drives the real program from outside, as its user does. Every wait has a time limit; what does not come in
 // time or cannot be done throws std::runtime_error, which fails the test that runs, and App cleans up behind
@@ -74,6 +76,7 @@ public:
     bool isRunning() const;
     int waitForEnd(); // returns the exit code
     int close();      // by the close box, then waits for the end
+    void kill();
 
     HWND window() const { return window_; }
     HWND child(int identifier) const { return Dialog(*this, window_).control(identifier); }
@@ -104,6 +107,7 @@ private:
     std::string folder_;
     PROCESS_INFORMATION process_ = {};
     HWND window_ = nullptr;
+    std::unique_ptr<Inside> inside_;
 };
 
 // Waits until condition() holds; throws when the time is over.
