@@ -1,5 +1,7 @@
 #include "batch/help.h"
 
+#include <cstring>
+
 #include "batch/assignments.h"
 #include "batch/field_values.h"
 
@@ -36,12 +38,19 @@ void printField(std::FILE* file, const OptionField& field, AnalysisOptions& opti
     char usage[480];
     std::snprintf(usage, sizeof usage, "--%s%s %s", field.type == OptionType::flag ? "[no-]" : "", field.name,
                   value);
-    std::fprintf(file, "  %-25s %s", usage, field.help);
+    printOption(file, usage, field.help);
     printDefault(file, field, options);
     std::fprintf(file, "\n");
 }
 
 } // namespace
+
+void printOption(std::FILE* file, const char* usage, const char* help) {
+    constexpr int width = 25;
+    const bool isLong = std::strlen(usage) > static_cast<std::size_t>(width);
+    std::fprintf(file, "  %-*s%s%*s", width, usage, isLong ? "\n" : " ", isLong ? width + 3 : 0, "");
+    std::fprintf(file, "%s", help);
+}
 
 void printHelp(std::FILE* file, const AnalysisKind* kind) {
     if (kind != nullptr) {
@@ -54,7 +63,10 @@ void printHelp(std::FILE* file, const AnalysisKind* kind) {
         for (const OptionField& field : kind->analysis->fields) printField(file, field, options);
         for (const AssignmentOption& option : assignmentOptions()) {
             if (!option.isTakenBy(*kind)) continue;
-            std::fprintf(file, "  --%s %s  %s; may be repeated\n", option.name, assignmentUsage, option.help);
+            char usage[80];
+            std::snprintf(usage, sizeof usage, "--%s %s", option.name, assignmentUsage);
+            printOption(file, usage, option.help);
+            std::fprintf(file, "; may be repeated\n");
         }
         if (kind->graph != GraphRule::never) {
             std::fprintf(file, "\noptions of its picture:\n");

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "batch/command_line.h"
+#include "batch/help.h"
 #include "report/graph_painter.h"
 #include "report/svg_canvas.h"
 
@@ -115,7 +116,8 @@ void printPictureHelp(std::FILE* file) {
     for (const auto& option : pictureOptions) {
         char usage[64];
         std::snprintf(usage, sizeof usage, "%s %s", option.name, option.value != nullptr ? option.value : "");
-        std::fprintf(file, "  %-25s %s\n", usage, option.help);
+        printOption(file, usage, option.help);
+        std::fprintf(file, "\n");
     }
 }
 

@@ -21,7 +21,7 @@ def plain(text):
 
 
 def options(help_text):
-    for name, value, meaning in re.findall(r"^  (--\S+)(?: (\S+(?: \(\d[^)]*\))?))? +(.*)", help_text, re.MULTILINE):
+    for name, value, meaning in re.findall(r"^  (--\S+)(?: (\S+(?: \(\d[^)]*\))?))?\s+(.*)", help_text, re.MULTILINE):
         print(".TP\n\\fB%s\\fR%s\n%s" % (plain(name), value and " " + plain(value), plain(meaning)))
 
 
