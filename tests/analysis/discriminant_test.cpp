@@ -151,18 +151,3 @@ TEST(Discriminant, Codes) {
     EXPECT_EQ(lone.analyse(2, plain), graphNotBuilt);
     EXPECT_TRUE(lone.shows("\n  4,        group 4,               nan\n")); // no covariance of one sample
 }
-
-TEST(Discriminant, OptionsOfTheSelection) {
-    AnalysisOptions options = {};
-    EXPECT_STREQ(discriminantAnalysis.refuse(options, 0), "please select at least one purpose variable");
-    options.purposes[0] = 1;
-    EXPECT_EQ(discriminantAnalysis.refuse(options, 0), nullptr);
-    for (const int selection : {0, 1}) {
-        options.settings.discriminant.forwardSelection = selection;
-        std::string enabled;
-        for (const OptionField& field : discriminantAnalysis.fields)
-            if (discriminantAnalysis.isEnabled(options, field)) enabled += std::string(field.name) + " ";
-        EXPECT_EQ(enabled, std::string("group box-m forward-selection canon-alpha ") +
-                               (selection != 0 ? "f-in f-in-prob " : ""));
-    }
-}

@@ -132,12 +132,6 @@ TEST(FactorAnalysis, OptionsDependOnTheRotation) {
         EXPECT_EQ(factorAnalysis.refuse(options, 1U << 6) != nullptr, rotation == 1);
         EXPECT_EQ(factorAnalysis.refuse(options, 0), nullptr);
     }
-    // Ten variables open with 2 factors, and the arrows reach twice that.
-    DataSet data;
-    data.working.variables = 10;
-    options.settings.factor.factorNumber = 3;
-    for (int click = 0; click < 2; ++click) spinOption(options, fields[0], data, true);
-    EXPECT_EQ(options.settings.factor.factorNumber, 4);
 }
 
 TEST(FactorAnalysis, FailingAllocations) {

@@ -12,30 +12,6 @@ const Columns samples = {{1, 0, 1, 1, 1, 0, 1, 1, 0, 1, 1, 1},
                          {2, 3, 5, 1, 4, 2, 3, 1, 5, 4, 1, 2},
                          {10, 14, 9, 12, 15, 11, 8, 13, 10, 12, 9, 14}};
 
-// Independent maximisation of Breslow's partial likelihood, written as sums over the risk sets; times are
-// tied among events and with censored samples.
-TEST(Hazard, AgreesWithAnIndependentMaximisation) {
-    AnalysisSession session(fileOf(samples));
-    ASSERT_EQ(session.analyse(command), success);
-    for (const auto& [label, value, error] :
-         {std::tuple{"v3", 0.23675916466386, 0.26056192908044}, {"v4", 0.13708359234837, 0.19498464348426}}) {
-        const double root = value / error, tail = std::erfc(root / std::sqrt(2.0));
-        expectNear(session.row("coefficient", label), {value, error, root * root, tail, std::exp(value)},
-                   1e-10);
-    }
-    const double null = -16.77279302114, fitted = -16.25488144752;
-    expectNear(session.row("log partial", "null model"), {null, -2 * null}, 1e-9);
-    expectNear(session.row("log partial", "fitted model"), {fitted, 4 - 2 * fitted}, 1e-9);
-    expectNear(session.row("ratio", "model"), {2 * (fitted - null), 2, std::exp(null - fitted)}, 1e-9);
-    const double h4 = 0.49235992088777, h8 = 2.18512042892050;
-    expectNear(session.row("baseline", "event 4"), {8, 9, 2, h4, std::exp(-h4)}, 1e-6);
-    expectNear(session.row("baseline", "event 8"), {20, 2, 1, h8, std::exp(-h8)}, 1e-6);
-    expectNear(session.row("risk score", "s8"), {15, 1, 0.8209611286955, -0.14505160984394}, 1e-6);
-    double sum = 0.0; // of the martingale residuals, at the maximum
-    for (int s = 1; s <= 12; ++s) sum += session.row("risk score", "s" + std::to_string(s))[3];
-    EXPECT_NEAR(sum, 0.0, 1e-10);
-}
-
 // The sums over the risk sets are kept relative to their largest term, so that predictors in the thousands
 // pass.
 TEST(Hazard, StrongEffectsDoNotOverflow) {

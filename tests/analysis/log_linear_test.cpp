@@ -92,19 +92,6 @@ TEST(LogLinear, OptionRules) {
     refusals({{5, 5}, {99, 99}}, "first model and second one must be different");
     refusals({{9, 10}, {2, 7}, {7, 2}, {2, 3}, {16, 15}, {14, 13}, {0, 3}, {3, 19}, {-8, 2000000000}},
              "first model and second one must be implicated relation");
-    DataSet data;
-    for (const OptionField& field : logLinearAnalysis.fields) {
-        const bool size = field.type == OptionType::wholeNumber;
-        chosen.dataMode = 0;
-        EXPECT_EQ(logLinearAnalysis.isEnabled(options, field), !size);
-        chosen.dataMode = 1;
-        EXPECT_TRUE(logLinearAnalysis.isEnabled(options, field));
-        if (!size) continue;
-        for (const auto& [up, end] : {std::pair{true, 64}, {false, 2}}) {
-            for (int click = 0; click < 100; ++click) spinOption(options, field, data, up);
-            EXPECT_EQ(wholeOption(options, field), end);
-        }
-    }
 }
 
 TEST(LogLinear, CodesOfUnfitData) {

@@ -7,31 +7,6 @@ namespace {
 constexpr int command = 740;
 using Columns = std::vector<std::vector<double>>;
 
-// The state as 2 and 3 with a division between them.
-const Columns samples = {{2, 2, 3, 2, 3, 3, 2, 3, 3, 2, 2, 3},
-                         {2, 3, 5, 1, 4, 6, 3, 2, 5, 4, 1, 6},
-                         {10, 14, 9, 12, 15, 11, 8, 13, 10, 12, 9, 14}};
-
-// Independent fit by iteratively reweighted least squares to the last digit.
-TEST(Logistic, AgreesWithAGeneralizedLinearModel) {
-    AnalysisSession session(fileOf(samples));
-    session.run.options.settings.logisticDivision = 2.5;
-    ASSERT_EQ(session.analyse(command), success);
-    const std::tuple<const char*, double, double, double> coefficients[] = {
-        {"v2", 1.253055423949, 0.678211859376, 0.0646621097679},
-        {"v3", 0.291043524643, 0.380893108423, 0.4448028018172},
-        {"constant", -7.773460485427, 5.567904067976, 0.1626784562715},
-    };
-    for (const auto& [label, value, error, probability] : coefficients) {
-        expectNear(session.row("coefficient", label),
-                   {value, error, value * value / error / error, probability, std::exp(value)}, 3e-9);
-    }
-    const double null = -12 * std::log(2.0), fitted = -4.62447570615;
-    expectNear(session.row("log likelihood", "null model"), {null, -2 * null, 2 - 2 * null}, 1e-10);
-    expectNear(session.row("log likelihood", "fitted model"), {fitted, -2 * fitted, 6 - 2 * fitted}, 1e-10);
-    expectNear(session.row("state, prob", "s3"), {1, 0.7523543177307, 0.573725524091}, 1e-11);
-}
-
 // One covariate of two values: the slope is the log odds ratio of the fourfold table, its variance the sum of
 // the reciprocal counts; a shift and a scale of the covariate change nothing else.
 TEST(Logistic, FourfoldTableByHand) {
@@ -83,21 +58,6 @@ TEST(Logistic, CodesInTheirOrder) {
     EXPECT_EQ(session.analyse(command), success);
     session.run.options.settings.logisticState = 3; // a column that is not there
     EXPECT_EQ(session.analyse(command), noEffectiveVariable);
-}
-
-TEST(Logistic, OptionRules) {
-    AnalysisSession session(fileOf(samples));
-    AnalysisOptions& options = session.run.options;
-    EXPECT_EQ(logisticModel.refuse(options, 0), nullptr);
-    options.settings.logisticState = 0;
-    EXPECT_STREQ(logisticModel.refuse(options, 0), "please select one state variable");
-    for (int click = 0; click < 10000; ++click) {
-        for (const OptionField& field : logisticModel.fields.subspan(1)) {
-            spinOption(options, field, session.run.data, field.type == OptionType::wholeNumber);
-        }
-    }
-    EXPECT_EQ(options.settings.logisticIterations, 9999);
-    EXPECT_NEAR(options.settings.logisticDivision, -999.5, 1e-6); // without bounds
 }
 
 } // namespace

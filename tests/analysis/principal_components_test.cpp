@@ -76,24 +76,6 @@ TEST(PrincipalComponents, NumberOfComponents) {
     }
 }
 
-TEST(PrincipalComponents, Spins) {
-    ArrestsSession session;
-    AnalysisOptions& options = session.run.options;
-    // clang-format off
-    const std::tuple<std::size_t, double, bool, double> clicks[] = {
-        {0, 3, true, 4}, {0, 4, true, 4}, {0, 2, false, 1}, {0, 1, false, 1}, {1, 0.05, false, -0.05},
-        {1, -0.05, false, -0.05}, {1, 999.85, true, 999.95}, {1, 999.9, true, 999.9}};
-    // clang-format on
-    for (const auto& [field, from, up, to] : clicks) {
-        options.settings.factor.factorNumber = static_cast<int>(from);
-        options.settings.componentMinimum = from;
-        spinOption(options, principalComponents.fields[field], session.run.data, up);
-        const double spun =
-            field == 0 ? options.settings.factor.factorNumber : options.settings.componentMinimum;
-        EXPECT_NEAR(spun, to, 1e-12);
-    }
-}
-
 TEST(PrincipalComponents, Codes) {
     const std::vector<double> x = {1, 2, 4, 8, 5, 7}, constant(6, 3.0), huge = {0, 1e200, 0, 0, 1, 2};
     const std::pair<std::vector<std::vector<double>>, ErrorCode> cases[] = {

@@ -85,15 +85,6 @@ TEST(DataFile, HasTheExtensionOfItsKind) {
     }
 }
 
-TEST(RunFlow, EnablesCommandsByTheData) {
-    std::string enabled;
-    for (const bool loaded : {false, true})
-        for (int command = 700; command < 810; ++command)
-            if (isCommandEnabled(command, loaded)) enabled += " " + std::to_string(command);
-    EXPECT_EQ(enabled, " 701 702 703 710 711 712 713 714 715 716 717 720 721 722 723 724 731 732 740 741 742"
-                       " 751 752 753 754 755 756");
-}
-
 TEST_F(RunFlowOnData, ChecksTheDataAndRuns) {
     for (const Case& test : readCases("analysis/run/runs.tsv")) {
         SCOPED_TRACE(test[0] + test[1]);

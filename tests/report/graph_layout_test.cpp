@@ -91,16 +91,6 @@ TEST(GraphLayout, MarginsPensAndBandFollowFromSizeAndKind) {
     }
 }
 
-TEST(GraphLayout, OriginAndScales) {
-    // Across -2..2 in 384 pixels, up -3..4 in 364.
-    const GraphLayout layout = layOut(7, {{-2, -3}, {2, 4}}, 480, 480);
-    EXPECT_DOUBLE_EQ(layout.horizontal.scale, 96);
-    EXPECT_DOUBLE_EQ(layout.vertical.scale, 52);
-    EXPECT_EQ(layout.origin, (Point{240, 276}));
-    // Positive values begin at 0.
-    EXPECT_EQ(layOut(4, {{5, 1}, {9, 2}}, 480, 480).origin, (Point{48, 432}));
-}
-
 TEST(GraphLayout, ZeroLinesOfTwoVerticalAxesMeet) {
     // A quarter and three quarters of 384 pixels below zero: 1.5 ranges in all, 64 pixels a unit.
     for (const double sign : {1.0, -1.0}) {

@@ -42,33 +42,17 @@ inline void describeSample(GraphSpec& spec, std::uint32_t kind) {
     if (kind == 2) nameSlots(spec.seriesNames, {"hours", "temperature", "pressure"});
     spec.numbering = kind == 4 || kind == 8;
     spec.vectorOption = kind == 5;
-    const double turn = 0.2 * kind;
+    const bool isLine = kind >= 1 && kind <= 3;
+    const double turn = 0.2 * kind, scale = kind == 6 ? 1e-4 : 1.0; // long numbers at the axes
+    double* value = spec.values.data();
     for (std::size_t i = 0; i < items; ++i) {
-        const double t = static_cast<double>(i) / 10;
-        double* const row = spec.values.data() + i * series[kind];
-        switch (kind) {
-        case 0:
-            row[0] = 4 * std::sin(t * 3) + t - 0.5;
-            break;
-        case 1:
-            row[0] = t, row[1] = std::exp(t / 2) * 1e5;
-            break;
-        case 2:
-            row[0] = t, row[1] = 20 * std::sin(t), row[2] = 1000 + 15 * std::cos(3 * t);
-            break;
-        case 3:
-            row[0] = t - 2, row[1] = std::cos(t) - 0.7, row[2] = -0.002 * std::sin(2 * t);
-            break;
-        default:
-            for (std::size_t k = 0; k < series[kind]; ++k) {
-                row[k] = (1.8 - 0.4 * static_cast<double>(k)) *
-                             std::sin(t * (3.7 + static_cast<double>(k)) + turn) +
-                         0.3 * std::cos(t * 11);
-            }
+        for (std::size_t k = 0; k < series[kind]; ++k) {
+            const double t = static_cast<double>(i) / 10, s = static_cast<double>(k);
+            *value++ = isLine && k == 0
+                           ? t
+                           : scale * ((1.8 - 0.4 * s) * std::sin(t * (isLine ? s : 3.7 + s) + turn) +
+                                      0.3 * std::cos(t * 11));
         }
-    }
-    if (kind == 6) {
-        for (double& value : spec.values) value *= 1e-4; // long numbers at the axes
     }
     for (std::size_t v = 0; v < spec.vectorNames.size(); ++v) {
         const double angle = 0.3 + static_cast<double>(v * v) * 0.35 + turn;
