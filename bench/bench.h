@@ -8,7 +8,6 @@ void benchLoading();
 void benchKendall();
 void benchMerging();
 void benchEigen();
-void benchKinds();
 
 inline double secondsSince(std::chrono::steady_clock::time_point start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();

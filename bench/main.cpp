@@ -5,6 +5,5 @@ int main() {
     benchKendall();
     benchMerging();
     benchEigen();
-    benchKinds();
     return 0;
 }
