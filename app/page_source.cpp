@@ -1,7 +1,6 @@
 #include "app/page_source.h"
 
-#include <cstdio>
-#include <richedit.h>
+#include "app/screen_font.h"
 
 namespace {
 
@@ -17,15 +16,8 @@ HFONT printerFont(HWND screen, const PrinterPage& page) {
     CHARFORMATA format = {};
     format.cbSize = sizeof format;
     SendMessageA(screen, EM_GETCHARFORMAT, SCF_DEFAULT, reinterpret_cast<LPARAM>(&format));
-    LOGFONTA font = {};
-    font.lfHeight = -MulDiv(format.yHeight > 0 ? format.yHeight : 200, page.verticalPerInch, twipsPerInch);
-    font.lfWeight = (format.dwEffects & CFE_BOLD) != 0 ? FW_BOLD : FW_NORMAL;
-    font.lfItalic = (format.dwEffects & CFE_ITALIC) != 0;
-    font.lfUnderline = (format.dwEffects & CFE_UNDERLINE) != 0;
-    font.lfStrikeOut = (format.dwEffects & CFE_STRIKEOUT) != 0;
-    font.lfCharSet = format.bCharSet;
-    font.lfPitchAndFamily = format.bPitchAndFamily;
-    std::snprintf(font.lfFaceName, sizeof font.lfFaceName, "%s", format.szFaceName);
+    if (format.yHeight <= 0) format.yHeight = 200;
+    const LOGFONTA font = logicalFont(format, page.verticalPerInch);
     return CreateFontIndirectA(&font);
 }
 

@@ -10,22 +10,6 @@ namespace {
 
 constexpr int boldWeight = 700;
 
-// The logical font of a character format.
-LOGFONTA fontOf(const CHARFORMATA& format, HWND screen) {
-    LOGFONTA font = {};
-    const HDC device = GetDC(screen);
-    font.lfHeight = -MulDiv(format.yHeight, GetDeviceCaps(device, LOGPIXELSY), twipsPerInch);
-    ReleaseDC(screen, device);
-    font.lfWeight = (format.dwEffects & CFE_BOLD) != 0 ? boldWeight : FW_NORMAL;
-    font.lfItalic = (format.dwEffects & CFE_ITALIC) != 0;
-    font.lfUnderline = (format.dwEffects & CFE_UNDERLINE) != 0;
-    font.lfStrikeOut = (format.dwEffects & CFE_STRIKEOUT) != 0;
-    font.lfCharSet = format.bCharSet;
-    font.lfPitchAndFamily = format.bPitchAndFamily;
-    std::snprintf(font.lfFaceName, sizeof font.lfFaceName, "%s", format.szFaceName);
-    return font;
-}
-
 CHARFORMATA formatOf(const CHOOSEFONTA& dialog) {
     const LOGFONTA& font = *dialog.lpLogFont;
     CHARFORMATA format = {};
@@ -45,12 +29,27 @@ CHARFORMATA formatOf(const CHOOSEFONTA& dialog) {
 
 } // namespace
 
+LOGFONTA logicalFont(const CHARFORMATA& format, int perInch) {
+    LOGFONTA font = {};
+    font.lfHeight = -MulDiv(format.yHeight, perInch, twipsPerInch);
+    font.lfWeight = (format.dwEffects & CFE_BOLD) != 0 ? boldWeight : FW_NORMAL;
+    font.lfItalic = (format.dwEffects & CFE_ITALIC) != 0;
+    font.lfUnderline = (format.dwEffects & CFE_UNDERLINE) != 0;
+    font.lfStrikeOut = (format.dwEffects & CFE_STRIKEOUT) != 0;
+    font.lfCharSet = format.bCharSet;
+    font.lfPitchAndFamily = format.bPitchAndFamily;
+    std::snprintf(font.lfFaceName, sizeof font.lfFaceName, "%s", format.szFaceName);
+    return font;
+}
+
 void chooseScreenFont(Program& program, int screen, bool selectionOnly) {
     const HWND window = program.screens[screen];
     CHARFORMATA format = {};
     format.cbSize = sizeof format;
     SendMessageA(window, EM_GETCHARFORMAT, SCF_SELECTION, reinterpret_cast<LPARAM>(&format));
-    LOGFONTA font = fontOf(format, window);
+    const HDC device = GetDC(window);
+    LOGFONTA font = logicalFont(format, GetDeviceCaps(device, LOGPIXELSY));
+    ReleaseDC(window, device);
     CHOOSEFONTA dialog = {};
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = program.window;
