@@ -47,6 +47,7 @@ int runMessageLoop() {
 
 } // namespace
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): its declaration is not ours
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int showCommand) {
     program.instance = instance;
     readSettingsFile(program);

@@ -8,7 +8,7 @@ namespace {
 
 constexpr int command = 713;
 
-void choosePurposes(AnalysisSession& session, std::vector<int> purposes) {
+void choosePurposes(AnalysisSession& session, const std::vector<int>& purposes) {
     session.frontend.choose = [purposes](AnalysisRun& run) {
         for (const std::int32_t shown : run.options.purposes) EXPECT_EQ(shown, 0); // opens with none
         std::copy(purposes.begin(), purposes.end(), run.options.purposes);

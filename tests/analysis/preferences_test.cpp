@@ -35,7 +35,7 @@ TEST(Preferences, SavedPagesBecomeDefaults) {
         Settings settings, defaults = {};
         std::memcpy(&settings, bytes.data(), sizeof settings);
         commitPreferenceDefaults(defaults, settings);
-        EXPECT_EQ(std::memcmp(&defaults, saved.data(), sizeof defaults), 0) << flag;
+        EXPECT_TRUE(saved == std::string(reinterpret_cast<const char*>(&defaults), sizeof defaults)) << flag;
         EXPECT_EQ(settings.saveFlags[6] + settings.saveFlags[7] + settings.saveFlags[8], 0);
     }
 }

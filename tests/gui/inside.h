@@ -12,6 +12,7 @@
 class Inside {
 public:
     explicit Inside(HANDLE process) : process_(process) {
+        // cppcheck-suppress[noCopyConstructor, noOperatorEq, noDestructor]
         page_ = VirtualAllocEx(process, nullptr, 4096, MEM_COMMIT | MEM_RESERVE, PAGE_EXECUTE_READWRITE);
         write(0, caller);
         write(callOffset, Call{0, {}, 0, reinterpret_cast<std::uint64_t>(&Sleep)});

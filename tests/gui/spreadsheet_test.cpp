@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <future>
 #include <gtest/gtest.h>
 #include <optional>
@@ -60,13 +61,14 @@ struct Spreadsheet {
     void answer(ATOM item) const {
         int row = 0, col = 0;
         std::sscanf(nameOf(item).c_str(), "R%dC%d", &row, &col);
-        const std::optional<std::string> text = cells(*this, row, col);
+        std::optional<std::string> text = cells(*this, row, col);
         if (!text) return;
-        const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(DDEDATA) + text->size() + 2);
+        *text += "\r\n";
+        const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(DDEDATA) + text->size());
         auto* const reply = static_cast<DDEDATA*>(GlobalLock(block));
         reply->fResponse = reply->fRelease = 1;
         reply->cfFormat = CF_TEXT;
-        strcat(strcpy(reinterpret_cast<char*>(reply->Value), text->c_str()), "\r\n");
+        std::copy(text->begin(), text->end(), reply->Value);
         GlobalUnlock(block);
         PostMessageA(client, WM_DDE_DATA, reinterpret_cast<WPARAM>(window),
                      PackDDElParam(WM_DDE_DATA, reinterpret_cast<UINT_PTR>(block), item));

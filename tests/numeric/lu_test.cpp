@@ -11,7 +11,8 @@
 TEST(MatrixInverse, InvertsAHilbertMatrixInsideALargerBlock) {
     constexpr int n = 6, stride = 8;
     double a[n * stride], inverse[n * stride] = {}, determinant = 5.0;
-    for (int i = 0; i < n * stride; ++i) a[i] = i % stride < n ? 1.0 / (i / stride + i % stride + 1) : NAN;
+    for (int i = 0; i < n; ++i)
+        for (int j = 0; j < stride; ++j) a[i * stride + j] = j < n ? 1.0 / (i + j + 1) : NAN;
     ASSERT_EQ(MatrixInverse(n, stride, a, inverse, determinant), success);
     EXPECT_NEAR(determinant * 186313420339200000.0, 1.0, 1e-9);
     EXPECT_NEAR(inverse[2 * stride + 4], 1512000.0, 0.01);
