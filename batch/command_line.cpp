@@ -253,6 +253,8 @@ bool applyFields(const CommandLine& line, const DataSet& data, AnalysisOptions& 
         }
     }
     if (!applyDegrees(line, data, options, complaint)) return false;
+    // Without variables there is nothing to choose, which the run tells.
+    if (data.loaded.variables == 0) options.purposes[0] = 1;
     const char* refusal = analysis.refuse != nullptr ? analysis.refuse(options, given) : nullptr;
     if (refusal != nullptr) complaint.say("%s", refusal);
     return refusal == nullptr;

@@ -71,6 +71,8 @@ ErrorCode decompose(const GroupStatistics& statistics, const VariableSelection& 
         value = 1.0 / std::sqrt(value);
     }
     composeSymmetric(k, work.vectors.data(), work.weights.data(), work.root.data());
+    multiply(k, k, k, work.root.data(), work.root.data(), work.product.data()); // the inverse of W
+    if (isSingular(k, k, work.within.data(), k, work.product.data())) return singularMatrix;
     multiply(k, k, k, work.root.data(), work.between.data(), work.product.data());
     multiply(k, k, k, work.product.data(), work.root.data(), work.between.data());
     return SymmetricEigen(k, k, work.vectors.data(), eigenvalues, work.between.data());

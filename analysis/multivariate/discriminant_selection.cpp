@@ -9,17 +9,22 @@
 
 namespace {
 
+// What the entered variables leave of a variable; below it the variable depends on them.
+constexpr double leastTolerance = 1e-10;
+
 struct Candidate {
     std::size_t position; // in the order; its size when there is none
     double f;
 };
 
+// `all` are the within-group sums before anything entered.
 Candidate findLargestF(std::size_t entered, double ratio, const double* total, const double* within,
-                       const Block<std::int32_t>& order) {
+                       const double* all, const Block<std::int32_t>& order) {
     const std::size_t q = order.size();
     Candidate best = {q, 0.0};
     for (std::size_t position = entered; position < q; ++position) {
         const std::size_t diagonal = static_cast<std::size_t>(order[position]) * (q + 1);
+        if (within[diagonal] < leastTolerance * all[diagonal]) continue;
         const double f = (total[diagonal] / within[diagonal] - 1.0) * ratio;
         if (std::isnan(f) || (best.position < q && f <= best.f)) continue;
         best = {position, f};
@@ -65,8 +70,8 @@ ErrorCode selectForward(const GroupStatistics& statistics, double fIn, double fI
     const double first = statistics.groups - 1;
     while (entered < selection.order.size()) {
         const double second = statistics.samples - statistics.groups - static_cast<double>(entered);
-        const Candidate best =
-            findLargestF(entered, second / first, total.data(), within.data(), selection.order);
+        const Candidate best = findLargestF(entered, second / first, total.data(), within.data(),
+                                            statistics.within.data(), selection.order);
         if (best.position == selection.order.size()) break;
         double probability = 0.0;
         FUpperProbability(1, &best.f, &first, &second, &probability);

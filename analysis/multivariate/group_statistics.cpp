@@ -11,7 +11,9 @@ namespace {
 
 // Adds sample number n (from 1) to means (q) and a packed triangle.
 void addSample(const double* x, std::size_t q, double n, double* means, double* packed) {
-    for (std::size_t i = 0; i < q; ++i) means[i] = ((n - 1.0) * means[i] + x[i]) / n;
+    // A mean that the sample equals stays: rounding would make a constant variable vary.
+    for (std::size_t i = 0; i < q; ++i)
+        if (x[i] != means[i]) means[i] = ((n - 1.0) * means[i] + x[i]) / n;
     if (n < 2.0) return;
     const double correction = n / (n - 1.0);
     for (std::size_t i = 0; i < q; ++i) {
@@ -31,13 +33,25 @@ void addPacked(std::size_t q, const double* packed, double* full) {
     }
 }
 
-// The determinant of the covariance matrix whose sums are given. Returns 0, outOfMemory or singularMatrix.
-ErrorCode covarianceDeterminant(int q, double divisor, double* sums, double& determinant) {
-    const std::size_t count = static_cast<std::size_t>(q) * static_cast<std::size_t>(q);
-    for (std::size_t i = 0; i < count; ++i) sums[i] /= divisor;
-    const ErrorCode code = MatrixDeterminant(q, q, sums, determinant);
+// Room for the determinant of a covariance matrix, q x q each.
+struct DeterminantWork {
+    Block<double> covariance, decomposed, inverse;
+
+    ErrorCode allocate(std::size_t count) {
+        return covariance.allocate(count) | decomposed.allocate(count) | inverse.allocate(count);
+    }
+};
+
+// The determinant of the matrix whose sums stand for the covariances. Returns 0, outOfMemory or
+// singularMatrix.
+ErrorCode covarianceDeterminant(int q, double divisor, DeterminantWork& work, double& determinant) {
+    for (double& value : work.covariance) value /= divisor;
+    std::copy(work.covariance.begin(), work.covariance.end(), work.decomposed.begin());
+    const ErrorCode code = MatrixInverse(q, q, work.decomposed.data(), work.inverse.data(), determinant);
     if (code != success) return code;
-    return determinant > 0.0 ? success : singularMatrix;
+    // By rounding alone a singular matrix has a determinant above 0 as often as not.
+    const bool singular = isSingular(q, q, work.covariance.data(), q, work.inverse.data());
+    return determinant > 0.0 && !singular ? success : singularMatrix;
 }
 
 } // namespace
@@ -74,21 +88,21 @@ ErrorCode BoxTest::allocate(int groups) {
 }
 
 ErrorCode testBoxM(const GroupStatistics& statistics, BoxTest& test) {
-    Block<double> sums;
-    if (sums.allocate(statistics.within.size()) != success) return outOfMemory;
+    DeterminantWork work;
+    if (work.allocate(statistics.within.size()) != success) return outOfMemory;
     const double within = statistics.samples - statistics.groups;
-    std::copy(statistics.within.begin(), statistics.within.end(), sums.begin());
-    ErrorCode code = covarianceDeterminant(statistics.variables, within, sums.data(), test.determinants[0]);
+    std::copy(statistics.within.begin(), statistics.within.end(), work.covariance.begin());
+    ErrorCode code = covarianceDeterminant(statistics.variables, within, work, test.determinants[0]);
     if (code != success) return code;
 
     double m = within * std::log(test.determinants[0]);
     double reciprocals = -1.0 / within;
     for (std::size_t g = 0; g < statistics.counts.size(); ++g) {
         const double degrees = statistics.counts[g] - 1;
-        std::fill(sums.begin(), sums.end(), 0.0);
+        std::fill(work.covariance.begin(), work.covariance.end(), 0.0);
         addPacked(static_cast<std::size_t>(statistics.variables),
-                  statistics.groupSums.data() + g * statistics.packedSize(), sums.data());
-        code = covarianceDeterminant(statistics.variables, degrees, sums.data(), test.determinants[g + 1]);
+                  statistics.groupSums.data() + g * statistics.packedSize(), work.covariance.data());
+        code = covarianceDeterminant(statistics.variables, degrees, work, test.determinants[g + 1]);
         if (code != success) return code;
         m -= degrees * std::log(test.determinants[g + 1]);
         reciprocals += 1.0 / degrees;

@@ -132,6 +132,8 @@ TEST(VariableSelection, TiesAndConstants) {
 
 TEST(Discriminant, Codes) {
     const std::vector<double> y = {3, 1, 4, 1, 5, 9, 2, 6, 5, 3}, two = {1, 2, 1, 2, 1, 2, 1, 2, 1, 2};
+    std::vector<double> sum(10);
+    for (std::size_t i = 0; i < 10; ++i) sum[i] = 0.1 * x[i] + 0.7 * y[i];
     const DiscriminantOptions all = {1, 1, 0.05, 0, 0.1}, box = {1, 0, 0.05, 0, 0.1};
     const std::tuple<std::vector<std::vector<double>>, DiscriminantOptions, ErrorCode> cases[] = {
         {{x, threeGroupsBut(1.5)}, all, illegalGroupVariable},
@@ -140,7 +142,9 @@ TEST(Discriminant, Codes) {
         {{threeGroups}, all, noEffectiveVariable},
         {{x, threeGroupsBut(4)}, box, singularMatrix}, // Box: a group of one sample
         {{x, x, two}, plain, singularMatrix},
-        {{x, std::vector<double>(10, 3.0), threeGroups}, plain, singularMatrix},
+        {{x, std::vector<double>(10, 0.1), threeGroups}, plain, singularMatrix},
+        {{x, y, {1, 1, 2, 2, 2, 2, 2, 2, 2, 2}}, box, singularMatrix}, // two samples of two variables
+        {{x, y, sum, threeGroups}, plain, singularMatrix},
         {{x, y, two}, box, success},
     };
     for (const auto& [columns, options, code] : cases) {

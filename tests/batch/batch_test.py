@@ -60,10 +60,11 @@ def check_predictions():
 
 
 def check_files():
-    for text, *arguments in (("failed to open the file or no data.", "summary", "missing.csv"),
+    for text, *arguments in [("failed to open the file or no data.", "summary", "missing.csv"),
                              ("illegal data nor data structure.", "fundamental", bad),
-                             ("no effective variable.", "fundamental", "--exclude", "#1,#2,#3,#4", small)):
-        check(text, run(*arguments) == (1, "\n\t%s\n" % text, "error : %s\n" % text))
+                             *(("no effective variable.", kind, "--exclude", "#1,#2,#3,#4", small)
+                               for kind in ("fundamental", "regression", "discriminant", "quant2", "hazard"))]:
+        check("%s: %s" % (arguments[0], text), run(*arguments) == (1, "\n\t%s\n" % text, "error : %s\n" % text))
 
     warning = "warning : 3 cells are not numbers, the first is row 2, column d\n"
     code, out, err = run("summary", small)
