@@ -57,7 +57,7 @@ const AnalysisKind kinds[] = {
     {14, "Three-Way Log-Linear Analysis", "loglinear", 1024, "three-way log linear analysis", 964, true, false, never, false,
      &logLinearAnalysis},
     // Reached through the dialog of the next two.
-    {20, "Multidimentional Scaling Analysis", "mds", 1030, "similarity data analysis", 970, false, false, threeVariables, false,
+    {20, "Multidimentional Scaling Analysis", "mds", 1030, "similarity data analysis", 970, false, false, never, false,
      &similarityAnalysis},
     {21, "Quantification-4 Analysis", "quant4", 1030, "similarity data analysis", 970, true, false, threeVariables, false,
      &similarityAnalysis},

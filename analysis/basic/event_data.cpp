@@ -86,6 +86,10 @@ ErrorCode takeEventData(const DataMatrix& data, const EventColumns& columns, std
 
     copySamples(data, columns, events);
     centre(events);
+    if (!allFinite(events.means.data(), events.covariates) ||
+        !allFinite(events.deviations.data(), events.covariates)) {
+        return notFinite;
+    }
     if (anyDeviationBelow(events.deviations.data(), static_cast<int>(events.covariates), leastDeviation)) {
         return illegalData;
     }

@@ -50,36 +50,38 @@ void sortByTime(const EventData& events, RiskOrder& risk) {
     }
 }
 
-// Sums over those at risk of exp(predictor), once by itself, once with the covariates and once with their
-// products (lower triangle). All are divided by exp(shift), the largest of them, so that none overflows.
+// Over those at risk: the sum of exp(predictor), the covariates' means with these weights, and the sums of
+// products of their deviations from the means (lower triangle), so that a covariate that is the same for all
+// at risk has none at all. The weights are divided by exp(shift), the largest of them: none overflows.
 struct RiskSums {
     double shift = 0.0;
     double total = 0.0;
-    Block<double> covariates; // covariates
-    Block<double> products;   // covariates x covariates
+    Block<double> means;    // covariates
+    Block<double> products; // covariates x covariates
 
-    ErrorCode allocate(std::size_t count) {
-        return covariates.allocate(count) | products.allocate(count * count);
-    }
+    ErrorCode allocate(std::size_t count) { return means.allocate(count) | products.allocate(count * count); }
 
     void clear() {
         shift = -std::numeric_limits<double>::infinity();
         total = 0.0;
-        std::fill(covariates.begin(), covariates.end(), 0.0);
+        std::fill(means.begin(), means.end(), 0.0);
         std::fill(products.begin(), products.end(), 0.0);
     }
 
     void add(double predictor, const double* row) {
         if (predictor > shift) rescale(predictor);
         const double weight = std::exp(predictor - shift);
-        const std::size_t count = covariates.size();
+        const double before = total;
+        const std::size_t count = means.size();
         total += weight;
+        const double share = weight / total;
         for (std::size_t i = 0; i < count; ++i) {
-            const double weighted = weight * row[i];
-            covariates[i] += weighted;
+            const double weighted = share * before * (row[i] - means[i]);
             double* line = products.data() + i * count;
-            for (std::size_t j = 0; j <= i; ++j) line[j] += weighted * row[j];
+            for (std::size_t j = 0; j <= i; ++j) line[j] += weighted * (row[j] - means[j]);
         }
+        for (std::size_t i = 0; i < count; ++i)
+            means[i] = before > 0.0 ? means[i] + share * (row[i] - means[i]) : row[i];
     }
 
 private:
@@ -87,7 +89,6 @@ private:
         const double factor = std::exp(shift - predictor);
         shift = predictor;
         total *= factor;
-        for (double& sum : covariates) sum *= factor;
         for (double& sum : products) sum *= factor;
     }
 };
@@ -161,11 +162,9 @@ private:
     void addRisk(double events, LikelihoodPoint& point) const {
         point.value -= events * (sums_.shift + std::log(sums_.total));
         for (std::size_t i = 0; i < count_; ++i) {
-            const double mean = sums_.covariates[i] / sums_.total;
-            point.gradient[i] -= events * mean;
+            point.gradient[i] -= events * sums_.means[i];
             for (std::size_t j = 0; j <= i; ++j) {
-                point.information[i * count_ + j] +=
-                    events * (sums_.products[i * count_ + j] - mean * sums_.covariates[j]) / sums_.total;
+                point.information[i * count_ + j] += events * sums_.products[i * count_ + j] / sums_.total;
             }
         }
     }

@@ -21,9 +21,8 @@ void writeModel(Report& report, const LogLinearResult& result, int model) {
     report.lower.appendFormat("%3d,%46s", model + 1, logLinearModelTexts()[static_cast<std::size_t>(model)]);
     WriteValue(report, result.aic[model], 6);
     WriteValue(report, result.chiSquares[model], 6);
-    char freedom[16];
-    std::snprintf(freedom, sizeof freedom, "%d", result.freedom[model]);
-    writeLabelCell(report, freedom);
+    report.lower.append(",");
+    report.lower.appendInteger(result.freedom[model], report.formats.labelWidth);
     WriteRowEnd(report);
 }
 

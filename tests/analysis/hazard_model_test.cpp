@@ -28,6 +28,14 @@ TEST(Hazard, StrongEffectsDoNotOverflow) {
     for (const double value : row) EXPECT_TRUE(std::isfinite(value));
 }
 
+// Alike in every risk set of an event, at which nothing but rounding could tell its effect.
+TEST(Hazard, CovariateOfTheSamplesThatLeftEarlyIsSingular) {
+    const std::vector<double> x = {0.07, -0.18, 0.34, 0.83, -0.09, -0.55, 0.7, -0.51};
+    AnalysisSession session(
+        fileOf({{0, 0, 1, 0, 1, 0, 0, 0}, {9, 1, 3, 2, 8, 5, 6, 10}, x, {0, 4, 0, 2, 0, 0, 0, 0}}));
+    EXPECT_EQ(session.analyse(command), newtonRaphsonSingular);
+}
+
 TEST(Hazard, GraphShowsTheSurvival) {
     AnalysisSession session(fileOf(samples));
     ASSERT_EQ(session.analyse(command), success);
