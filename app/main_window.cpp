@@ -227,6 +227,7 @@ LRESULT CALLBACK onMainWindow(HWND window, UINT message, WPARAM word, LPARAM dat
     case WM_DESTROY: {
         Program& program = programOf(window);
         endDdeClient(program);
+        destroyScreens(program); // before their library goes
         if (program.richEdit != nullptr) FreeLibrary(program.richEdit);
         program.richEdit = nullptr;
         PostQuitMessage(0);

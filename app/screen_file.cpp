@@ -95,7 +95,7 @@ DWORD replaceFile(HWND screen, const char* path, DWORD filter) {
     char folder[MAX_PATH], neighbour[MAX_PATH];
     std::snprintf(folder, sizeof folder, "%s", path);
     char* const name = std::strrchr(folder, '\\');
-    if (name != nullptr) *name = '\0';
+    if (name != nullptr) name[1] = '\0'; // a drive without its backslash is another folder
     if (GetTempFileNameA(folder, "new", 0, neighbour) == 0) return GetLastError();
     DWORD error = writeFile(screen, neighbour, filter);
     if (error == ERROR_SUCCESS &&

@@ -38,8 +38,7 @@ void setUp(const CommandLine& line, AnalysisRun& run) {
 
 // Whether the options of the analysis fit the data; told before any work.
 bool checkOptions(const CommandLine& line, AnalysisRun& run, Complaint& complaint) {
-    takePurposes(run);
-    if (line.kind->analysis->opensWithoutPurpose) clearPurposes(run.options);
+    takePurposes(run, line.kind->analysis->ownPurposes);
     AnalysisOptions trial = run.options;
     if (!applyFields(line, run.data, trial, complaint)) return false;
     if (!checkPredictions(line, run.data, trial, complaint)) return false;

@@ -136,4 +136,4 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
 } // namespace
 
 const Analysis canonicalCorrelation = {
-    .fields = fields, .driver = run, .refuse = refuse, .opensWithoutPurpose = true};
+    .fields = fields, .driver = run, .refuse = refuse, .ownPurposes = &AnalysisRun::canonicalPurposes};

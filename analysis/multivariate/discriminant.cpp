@@ -118,5 +118,8 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis discriminantAnalysis = {
-    .fields = fields, .driver = run, .isEnabled = isEnabled, .refuse = refuse, .opensWithoutPurpose = true};
+const Analysis discriminantAnalysis = {.fields = fields,
+                                       .driver = run,
+                                       .isEnabled = isEnabled,
+                                       .refuse = refuse,
+                                       .ownPurposes = &AnalysisRun::discriminantGroup};

@@ -16,8 +16,9 @@ struct Analysis {
     // The alert that refuses these values, or null. `given` has a bit for each field that the command line
     // sets, and is 0 in the dialog.
     const char* (*refuse)(const AnalysisOptions& options, std::uint32_t given) = nullptr;
-    // The purposes are chosen anew in every dialog, which opens with none; a batch run must name them.
-    bool opensWithoutPurpose = false;
+    // Where purposes stand that are not the selected variables: none after a load, so that a batch run must
+    // name them.
+    OwnPurposes ownPurposes = nullptr;
 
     // What a dialog of its own asks before the dialog of the kind. Nothing checks these fields, and the
     // command line has an option of its own for them.

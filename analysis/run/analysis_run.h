@@ -22,6 +22,8 @@ struct AnalysisOptions {
     std::int32_t quantification3Count; // of factors expected
 };
 
+using PurposeList = std::int32_t[AnalysisOptions::purposeCount];
+
 // The one run context: what the analyses read and write.
 struct AnalysisRun {
     AnalysisOptions options = {};
@@ -29,6 +31,10 @@ struct AnalysisRun {
     Report report;
     DataSet data;
     Graph graph; // of the last analysis that has one
+    // What the dialogs that do not show the selected variables were last told; forgotten when the variables
+    // change.
+    PurposeList canonicalPurposes = {};
+    PurposeList discriminantGroup = {};
     // "scatter numbering" and "vector sizing" count for all graphs, not only those of components and factors.
     bool everyGraphTakesPreferences = false;
 };
@@ -38,7 +44,9 @@ void startOptions(AnalysisOptions& options, const Settings& settings);
 
 void resetSlots(AnalysisOptions& options);
 
-// Copies the selected variables into the purposes, and back.
-void clearPurposes(AnalysisOptions& options);
-void takePurposes(AnalysisRun& run);
-void selectPurposes(AnalysisRun& run);
+// Copies the purposes that an analysis keeps for itself, or else the selected variables, into the options.
+// Then what was chosen back, into the selection in any case.
+using OwnPurposes = PurposeList AnalysisRun::*;
+void takePurposes(AnalysisRun& run, OwnPurposes own);
+void selectPurposes(AnalysisRun& run, OwnPurposes own);
+void forgetPurposes(AnalysisRun& run);

@@ -61,6 +61,12 @@ ErrorCode loadCells(Frontend& frontend, AnalysisRun& run) {
     return loadFromSpreadsheet(frontend, *workbook, run);
 }
 
+// The variables are counted anew.
+void rebuild(AnalysisRun& run) {
+    buildDataSet(run.data);
+    forgetPurposes(run);
+}
+
 } // namespace
 
 ErrorCode loadDataFile(Frontend& frontend, AnalysisRun& run) {
@@ -75,7 +81,7 @@ ErrorCode loadDataFile(Frontend& frontend, AnalysisRun& run) {
     }
 
     resetSlots(run.options);
-    buildDataSet(run.data);
+    rebuild(run);
     frontend.setDataLoaded(true);
     return success;
 }
@@ -90,7 +96,7 @@ void showLoadedData(Frontend& frontend, AnalysisRun& run) {
 void applyExclusion(Frontend& frontend, AnalysisRun& run,
                     const std::int32_t (&slots)[ExclusionList::slotCount]) {
     std::copy(std::begin(slots), std::end(slots), run.data.exclusion.slots);
-    buildDataSet(run.data);
+    rebuild(run);
     showLoadedData(frontend, run);
     frontend.enablePrediction(false);
 }

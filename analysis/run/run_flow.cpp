@@ -48,12 +48,11 @@ ErrorCode dispatchAnalysis(Frontend& frontend, Settings& defaults, AnalysisRun& 
         run.options.settings.factor.factorNumber = DefaultFactorCount(run.data.working.variables);
     }
     if (isSimilarity(run.kind)) run.options.similarityModel = run.kind - similarityKind;
-    takePurposes(run);
     const AnalysisKind& asked = *findKind(run.kind);
-    if (asked.analysis->opensWithoutPurpose) clearPurposes(run.options);
+    takePurposes(run, asked.analysis->ownPurposes);
     dropPurposes(run.options, asked.analysis->fields);
     if (!frontend.chooseOptions(run, asked)) return success;
-    selectPurposes(run);
+    selectPurposes(run, asked.analysis->ownPurposes);
     if (isSimilarity(run.kind)) run.kind = similarityKind + run.options.similarityModel;
     commitSavedDefaults(defaults, run);
 

@@ -85,7 +85,9 @@ TEST(MainWindow, AnySettingsFileIsTaken) {
         app.start("data.csv");
         if (bytes.size() < 1412) expectPlace(app, centred());
         EXPECT_NE(MonitorFromWindow(app.window(), MONITOR_DEFAULTTONULL), nullptr);
-        app.runCommand(710, "fundamental statistics analysis").press(IDOK);
+        const Dialog dialog = app.runCommand(710, "fundamental statistics analysis");
+        EXPECT_FALSE(dialog.isChecked(950)); // whatever stood in the file
+        dialog.press(IDOK);
         EXPECT_EQ(app.statusText(), "status : fundamental analysis statistics");
         EXPECT_EQ(app.close(), 0);
         EXPECT_EQ(app.read("Ombrivantel.par").size(), 1412U);

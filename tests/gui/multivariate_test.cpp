@@ -81,6 +81,10 @@ TEST(CanonicalAndDiscriminantDialogs, OpenWithoutAPurpose) {
     discriminant.press(IDOK);
     EXPECT_EQ(app.statusText(), "status : discriminant analysis statistics");
     EXPECT_EQ(app.lowerText().find("stepwise"), std::string::npos);
+    const Dialog again = app.runCommand(716, "discriminant analysis");
+    EXPECT_EQ(again.chosen(group), 5);
+    again.press(IDCANCEL);
+    EXPECT_EQ(app.runCommand(713, "canonical correlation analysis").chosen(2303), 2);
 }
 
 TEST(CategoryDialogs, ChooseAndRefuse) {
