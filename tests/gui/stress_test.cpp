@@ -65,11 +65,13 @@ void answer(const App& app, UINT command) {
         for (const HWND dialog : windowsOf(app)) {
             if (!isOfClass(dialog, "#32770") || GetAncestor(dialog, GA_ROOT) != dialog) continue;
             if (IsWindowVisible(dialog) == 0 || IsWindowEnabled(dialog) == 0) continue;
-            for (int k = 0; isOwn && k < 6; ++k) {
+            // No hand reaches a dialog below an alert.
+            for (int k = 0; isOwn && k < 6 && IsWindowEnabled(dialog); ++k) {
                 const std::vector<HWND> controls = windowsOf(app, dialog);
                 if (!controls.empty()) touch(anyOf(controls));
+                app.settle();
             }
-            app.settle();
+            if (IsWindowEnabled(dialog) == 0) continue;
             PostMessageA(dialog, WM_COMMAND, isOwn && round < 20 && chance() % 4 != 0 ? IDOK : IDCANCEL, 0);
             app.settle();
         }
