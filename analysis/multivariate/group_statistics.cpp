@@ -42,16 +42,17 @@ struct DeterminantWork {
     }
 };
 
-// The determinant of the matrix whose sums stand for the covariances. Returns 0, outOfMemory or
-// singularMatrix.
+// The determinant of the covariance matrix, whose sums of products stand in its place and are destroyed.
+// Returns 0, outOfMemory or singularMatrix.
 ErrorCode covarianceDeterminant(int q, double divisor, DeterminantWork& work, double& determinant) {
     for (double& value : work.covariance) value /= divisor;
     std::copy(work.covariance.begin(), work.covariance.end(), work.decomposed.begin());
-    const ErrorCode code = MatrixInverse(q, q, work.decomposed.data(), work.inverse.data(), determinant);
+    ErrorCode code = MatrixInverse(q, q, work.decomposed.data(), work.inverse.data(), determinant);
     if (code != success) return code;
     // By rounding alone a singular matrix has a determinant above 0 as often as not.
-    const bool singular = isSingular(q, q, work.covariance.data(), q, work.inverse.data());
-    return determinant > 0.0 && !singular ? success : singularMatrix;
+    if (isSingular(q, q, work.covariance.data(), q, work.inverse.data())) return singularMatrix;
+    code = MatrixDeterminant(q, q, work.covariance.data(), determinant);
+    return code == success && !(determinant > 0.0) ? singularMatrix : code;
 }
 
 } // namespace
