@@ -29,7 +29,8 @@ constexpr GraphRule threeVariables = GraphRule::threeVariables;
 
 // clang-format off
 const AnalysisKind kinds[] = {
-    // number, menu text, batch name, dialog, title, save box, on menu, size check, graph, prediction
+    // number, menu text, batch name, dialog, title, save box, on menu, size check, graph, prediction,
+    // analysis, heading control, heading
     {0, "Fundamental Statistics", "fundamental", 1010, "fundamental statistics analysis", 950, true, true, never, false,
      &fundamentalStatistics},
     {1, "Multiple Regression Analysis", "regression", 1011, "multiple regression analysis", 951, true, true, always, true,
@@ -47,7 +48,7 @@ const AnalysisKind kinds[] = {
     {7, "Cluster Analysis", "cluster", 1017, "cluster analysis", 957, true, true, never, false,
      &clusterAnalysis},
     {10, "Association Measures Analysis", "association", 1020, "association mesures analysis", 960, true, true, never, false,
-     &association},
+     &associationAnalysis},
     {11, "Quantification-1 Analysis", "quant1", 1021, "quantification 1 analysis", 961, true, true, always, true,
      &quantification1},
     {12, "Quantification-2 Analysis", "quant2", 1022, "quantification 2 analysis", 962, true, true, threeGroups, false,

@@ -129,3 +129,12 @@ bool isSingular(int n, int stride, const double* a, int inverseStride, const dou
     }
     return false;
 }
+
+ErrorCode invertRegular(int n, const double* a, double* scratch, double* inverse) {
+    const auto order = static_cast<std::size_t>(n);
+    std::copy_n(a, order * order, scratch);
+    double determinant = 0.0;
+    const ErrorCode code = MatrixInverse(n, n, scratch, inverse, determinant);
+    if (code != success) return code;
+    return isSingular(n, n, a, n, inverse) ? singularMatrix : success;
+}

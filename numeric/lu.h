@@ -21,6 +21,10 @@ ErrorCode LuSolve(int n, int stride, const double* factors, const std::int32_t* 
 // its inverse is not finite. Whoever needs to know asks isSingular.
 ErrorCode MatrixInverse(int n, int stride, double* a, double* inverse, double& determinant);
 
+// The inverse of a (n x n, without padding), which is kept: scratch takes its copy. Returns 0, outOfMemory,
+// or singularMatrix where isSingular says so.
+ErrorCode invertRegular(int n, const double* a, double* scratch, double* inverse);
+
 // Determinant of a, which is destroyed: 0 where it cannot be factored. Returns 0 or outOfMemory.
 ErrorCode MatrixDeterminant(int n, int stride, double* a, double& determinant);
 

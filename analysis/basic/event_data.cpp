@@ -33,13 +33,13 @@ ErrorCode allocate(bool timed, EventData& events) {
 void copySamples(const DataMatrix& data, const EventColumns& columns, EventData& events) {
     std::size_t count = 0;
     for (std::int32_t column = 1; column <= data.variables; ++column) {
-        if (column != columns.state && column != columns.time) events.columns[count++] = column - 1;
+        if (column != columns.state && column != columns.time) events.columns[count++] = column;
     }
     for (std::size_t s = 0; s < events.samples; ++s) {
         events.states[s] = valueAt(data, s, columns.state) > columns.division ? 1 : 0;
         if (columns.time != 0) events.times[s] = valueAt(data, s, columns.time);
         double* row = events.design.data() + s * events.width;
-        for (std::size_t j = 0; j < events.covariates; ++j) row[j] = valueAt(data, s, events.columns[j] + 1);
+        for (std::size_t j = 0; j < events.covariates; ++j) row[j] = valueAt(data, s, events.columns[j]);
     }
 }
 
@@ -60,7 +60,7 @@ void centre(EventData& events) {
     for (double& deviation : events.deviations) deviation = std::sqrt(deviation / count);
 }
 
-void standardise(EventData& events) {
+void standardize(EventData& events) {
     for (std::size_t s = 0; s < events.samples; ++s) {
         double* row = events.design.data() + s * events.width;
         for (std::size_t j = 0; j < events.covariates; ++j) row[j] /= events.deviations[j];
@@ -93,6 +93,6 @@ ErrorCode takeEventData(const DataMatrix& data, const EventColumns& columns, std
     if (anyDeviationBelow(events.deviations.data(), static_cast<int>(events.covariates), leastDeviation)) {
         return illegalData;
     }
-    standardise(events);
+    standardize(events);
     return success;
 }

@@ -16,12 +16,12 @@ struct EventData {
     std::size_t covariates = 0;
     std::size_t width = 0; // of a row of the design
     std::int32_t events = 0;
-    Block<std::int32_t> columns; // of the covariates in the working part, from 0
+    Block<std::int32_t> columns; // of the covariates in the working part, from 1
     Block<std::int32_t> states;  // samples: 1 with the event, 0 without
     Block<double> times;         // samples, or none
     Block<double> means;         // covariates
     Block<double> deviations;    // covariates, divisor N
-    Block<double> design; // samples x width: the standardised covariates, then what a model adds (zeros)
+    Block<double> design; // samples x width: the standardized covariates, then what a model adds (zeros)
 };
 
 // `added` counts the other parameters of the model, each of which has a column in the design. Returns, in

@@ -47,7 +47,7 @@ void writeCoefficients(Report& report, const DataSet& data, const EventData& eve
     writeEventHeader(report, std::span(names, ratio != nullptr ? 5 : 4));
     for (std::size_t j = 0; j < coefficients.values.size(); ++j) {
         const bool constant = j == events.covariates;
-        const char* name = constant ? "constant" : columnName(data, events.columns[j] + 1);
+        const char* name = constant ? "constant" : columnName(data, events.columns[j]);
         const double value = coefficients.values[j];
         const double root = value / coefficients.errors[j];
         WriteRowStart(report, constant ? 0 : static_cast<int>(j) + 1, name);
@@ -59,6 +59,19 @@ void writeCoefficients(Report& report, const DataSet& data, const EventData& eve
         WriteRowEnd(report);
     }
     report.lower.append("\n");
+}
+
+void writeLikelihoodHeader(Report& report) {
+    constexpr const char* names[] = {"log.likelihood", "AIC"};
+    writeEventHeader(report, names);
+}
+
+void writeLikelihoodRow(Report& report, int number, const char* label, double likelihood,
+                        std::size_t parameters) {
+    WriteRowStart(report, number, label);
+    writeEventValue(report, likelihood);
+    writeEventValue(report, -2.0 * likelihood + 2.0 * static_cast<double>(parameters));
+    WriteRowEnd(report);
 }
 
 void writeLikelihoodRatio(Report& report, double null, double fitted, std::size_t covariates) {

@@ -30,5 +30,10 @@ void writeEventCount(Report& report, double value); // a whole number
 void writeCoefficients(Report& report, const DataSet& data, const EventData& events,
                        const EventCoefficients& coefficients, const char* ratio);
 
+// A table of log-likelihoods and AIC: the heading and the row of one model.
+void writeLikelihoodHeader(Report& report);
+void writeLikelihoodRow(Report& report, int number, const char* label, double likelihood,
+                        std::size_t parameters);
+
 // The test of all covariates together, from both log-likelihoods.
 void writeLikelihoodRatio(Report& report, double null, double fitted, std::size_t covariates);

@@ -24,7 +24,7 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t) {
 // the same time after it, are at risk at its time.
 struct RiskOrder {
     Block<std::int32_t> order;  // samples
-    Block<double> covariates;   // samples x covariates, standardised
+    Block<double> covariates;   // samples x covariates, standardized
     Block<double> times;        // samples
     Block<std::int32_t> states; // samples
 
@@ -212,18 +212,9 @@ void takeCoefficients(const EventData& events, HazardWork& work) {
     }
 }
 
-void writeLikelihoodRow(Report& report, int number, const char* label, double likelihood,
-                        std::size_t parameters) {
-    WriteRowStart(report, number, label);
-    writeEventValue(report, likelihood);
-    writeEventValue(report, -2.0 * likelihood + 2.0 * static_cast<double>(parameters));
-    WriteRowEnd(report);
-}
-
 void writeFit(Report& report, const NewtonRaphsonFit& fit) {
-    constexpr const char* names[] = {"log.likelihood", "AIC"};
     report.lower.append("\tlog partial likelihood, AIC\n");
-    writeEventHeader(report, names);
+    writeLikelihoodHeader(report);
     writeLikelihoodRow(report, 1, "null model", fit.startLikelihood, 0);
     writeLikelihoodRow(report, 2, "fitted model", fit.likelihood, fit.parameters.size());
     report.lower.append("\n");

@@ -54,7 +54,7 @@ Odds oddsOf(double predictor) {
     return predictor > 0.0 ? Odds{large, small * large} : Odds{small * large, large};
 }
 
-// Parameters: the slopes of the standardised covariates, then the constant.
+// Parameters: the slopes of the standardized covariates, then the constant.
 class LogisticLikelihood : public LikelihoodModel {
 public:
     explicit LogisticLikelihood(const EventData& events) : events_(events) {}
@@ -126,8 +126,8 @@ void classify(const EventData& events, const LogisticLikelihood& model, Logistic
     }
 }
 
-void writeLikelihoodRow(Report& report, int number, const char* label, double likelihood,
-                        std::size_t parameters) {
+void writeDevianceRow(Report& report, int number, const char* label, double likelihood,
+                      std::size_t parameters) {
     WriteRowStart(report, number, label);
     writeEventValue(report, likelihood);
     writeEventValue(report, -2.0 * likelihood);
@@ -139,8 +139,8 @@ void writeFit(Report& report, const EventData& events, const NewtonRaphsonFit& f
     constexpr const char* names[] = {"log.likelihood", "deviance", "AIC"};
     report.lower.append("\tlog likelihood, deviance, AIC\n");
     writeEventHeader(report, names);
-    writeLikelihoodRow(report, 1, "null model", fit.startLikelihood, 1);
-    writeLikelihoodRow(report, 2, "fitted model", fit.likelihood, events.covariates + 1);
+    writeDevianceRow(report, 1, "null model", fit.startLikelihood, 1);
+    writeDevianceRow(report, 2, "fitted model", fit.likelihood, events.covariates + 1);
     report.lower.append("\n");
     writeLikelihoodRatio(report, fit.startLikelihood, fit.likelihood, events.covariates);
 }

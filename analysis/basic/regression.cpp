@@ -48,8 +48,8 @@ void computeDeterminations(std::int32_t samples, RegressionFit& fit) {
     fit.determinations[1] = ((n - 1.0) * determination - k) / (n - k - 1.0);
     fit.determinations[2] =
         ((k + 1.0 + n) * (n - 1.0) * determination - 2.0 * k * n) / ((n + 1.0) * (n - k - 1.0));
-    for (double& adjusted : fit.determinations) {
-        if (&adjusted != fit.determinations && adjusted < 0.0) adjusted = 0.0;
+    for (const int adjusted : {1, 2}) {
+        if (fit.determinations[adjusted] < 0.0) fit.determinations[adjusted] = 0.0;
     }
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "analysis/run/settings.h"
 #include "numeric/moments.h"
 #include "report/screens.h"
 
@@ -53,9 +52,9 @@ struct RegressionFit {
 void copyMinor(const double* matrix, std::int32_t stride, const std::int32_t* variables, std::int32_t count,
                double factor, double* out);
 
-// The half-width of the prediction interval at a point: t sqrt((1/N + 1 + d' M d) s2) with the two-sided t of
-// alpha, d the deviations of the model's variables from their means and s2 the residual variance. An alpha
-// outside 0..1 gives 0.
+// The half-width of the prediction interval at a point: t sqrt((1/N + 1 + d' M d) s2) with t from TInverse of
+// alpha, which is 0 for an alpha outside 0..1, d the deviations of the model's variables from their means and
+// s2 the residual variance.
 double intervalHalfWidth(const double* deviations, std::int32_t count, const double* intervalMatrix, double t,
                          std::int32_t samples, double residualVariance);
 

@@ -21,5 +21,5 @@ const char* refuseRegression(const AnalysisOptions& options, const RegressionOpt
 // prediction, writes the report and builds the graph. Codes in order: invalidDegree, noEffectiveVariable,
 // invalidInvolutionVariable, invalidPurposeVariable, outOfMemory, notFinite (a value or moment), illegalData
 // (a deviation below 0.001 in the data or none after the transformation), singularMatrix; noEffectiveVariable
-// again when no variable is selected.
+// again when no variable is selected; graphNotBuilt.
 ErrorCode runRegression(Screens& screens, AnalysisRun& run, const RegressionOptions& options);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/basic/regression.h"
+#include "analysis/run/settings.h"
 
 enum class StepMark { none, in, out };
 

@@ -18,7 +18,7 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t) {
     return refuseSurvival(options.settings.weibull);
 }
 
-// The cumulative hazard of a sample is exp(a z + a0 + k u), z its standardised covariates and u the logarithm
+// The cumulative hazard of a sample is exp(a z + a0 + k u), z its standardized covariates and u the logarithm
 // of its time less the mean of these. The parameters are (a, a0, k), in which the likelihood is concave; the
 // exponential model has k = 1 and the parameters (a, a0).
 class WeibullLikelihood : public LikelihoodModel {
@@ -157,19 +157,13 @@ void writeShape(Report& report, const WeibullWork& work) {
     report.lower.append("\n");
 }
 
-void writeFitRow(Report& report, int number, const char* label, const NewtonRaphsonFit& fitted) {
-    WriteRowStart(report, number, label);
-    writeEventValue(report, fitted.likelihood);
-    writeEventValue(report, -2.0 * fitted.likelihood + 2.0 * static_cast<double>(fitted.parameters.size()));
-    WriteRowEnd(report);
-}
-
 void writeFits(Report& report, const WeibullWork& work) {
-    constexpr const char* names[] = {"log.likelihood", "AIC"};
+    const NewtonRaphsonFit& exponential = work.exponential.fit;
+    const NewtonRaphsonFit& weibull = work.weibull.fit;
     report.lower.append("\tlog likelihood, AIC\n");
-    writeEventHeader(report, names);
-    writeFitRow(report, 1, "exponential", work.exponential.fit);
-    writeFitRow(report, 2, "weibull", work.weibull.fit);
+    writeLikelihoodHeader(report);
+    writeLikelihoodRow(report, 1, "exponential", exponential.likelihood, exponential.parameters.size());
+    writeLikelihoodRow(report, 2, "weibull", weibull.likelihood, weibull.parameters.size());
     report.lower.append("\n");
 }
 

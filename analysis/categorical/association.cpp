@@ -46,7 +46,7 @@ struct AssociationWork {
 };
 
 void count(const DataMatrix& data, AssociationWork& work) {
-    countCategories(data, work.layout, work.crossTable);
+    fillCrossTable(data, work.layout, work.crossTable);
     for (std::int32_t g = 0; g < work.layout.totalCategories; ++g) {
         work.marginal[static_cast<std::size_t>(g)] = work.crossTable.at(g, g);
     }
@@ -192,4 +192,4 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis association = {.fields = fields, .driver = run};
+const Analysis associationAnalysis = {.fields = fields, .driver = run};

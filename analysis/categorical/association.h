@@ -5,4 +5,4 @@
 // Kind 10: every variable holds categories; the cross table of all categories, and for every pair of
 // variables chi-square, five coefficients of association and, for ordered categories, gamma and twice tau-b.
 // Codes: illegalCategoricalData, outOfMemory.
-extern const Analysis association;
+extern const Analysis associationAnalysis;

@@ -18,7 +18,7 @@ ErrorCode CategoryCrossTable::allocate(const CategoryLayout& layout) {
     return counts.allocate(count * count) | sample.allocate(layout.first.size());
 }
 
-void countCategories(const DataMatrix& data, const CategoryLayout& layout, CategoryCrossTable& table) {
+void fillCrossTable(const DataMatrix& data, const CategoryLayout& layout, CategoryCrossTable& table) {
     const std::size_t variables = layout.first.size();
     const std::size_t stride = static_cast<std::size_t>(table.categories);
     for (std::int32_t s = 0; s < data.samples; ++s) {

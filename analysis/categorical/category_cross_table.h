@@ -18,4 +18,4 @@ struct CategoryCrossTable {
 };
 
 // Fills a zero table from the columns of the layout, in one pass over the samples.
-void countCategories(const DataMatrix& data, const CategoryLayout& layout, CategoryCrossTable& table);
+void fillCrossTable(const DataMatrix& data, const CategoryLayout& layout, CategoryCrossTable& table);

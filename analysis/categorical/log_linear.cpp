@@ -126,7 +126,7 @@ ErrorCode readCells(const DataMatrix& data, LogLinearWork& work) {
     return success;
 }
 
-// From the cells' counts, which become variances.
+// The logarithms of the cells' counts, and their variances into work.corrected, where the counts may stand.
 void takeLogarithms(const double* counts, LogLinearWork& work) {
     for (std::size_t m = 0; m < work.table.size(); ++m) {
         work.table[m] = std::log(counts[m]);

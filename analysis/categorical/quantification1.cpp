@@ -238,7 +238,7 @@ void predictSamples(const DataMatrix& data, Quantification1Work& work) {
 
 ErrorCode compute(Screens& screens, const DataMatrix& data, Quantification1Work& work) {
     screens.setProgress(5);
-    countCategories(data, work.layout, work.crossTable);
+    fillCrossTable(data, work.layout, work.crossTable);
     if (!sumPurpose(data, work)) return singularMatrix;
     fillProducts(data, work);
     keepPositions(work);
@@ -336,7 +336,7 @@ void writeReport(Screens& screens, AnalysisRun& run, const Quantification1Work& 
 }
 
 // A graph that cannot be shown has told so and leaves the result as it is.
-ErrorCode drawGraph(Screens& screens, AnalysisRun& run, const Quantification1Work& work) {
+ErrorCode buildQuantification1Graph(Screens& screens, AnalysisRun& run, const Quantification1Work& work) {
     const char* const series[] = {"theoretic score", "standard resudial", "measure value"};
     const ErrorCode code = buildScoreGraph(
         screens, run,
@@ -361,7 +361,7 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
         code = keepQuantificationModel(run, work.constant, work.layout, work.quantities.data());
     if (code != success) return code;
     writeReport(screens, run, work);
-    return drawGraph(screens, run, work);
+    return buildQuantification1Graph(screens, run, work);
 }
 
 } // namespace

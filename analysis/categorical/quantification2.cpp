@@ -151,11 +151,8 @@ ErrorCode solveCanonical(Quantification2Work& work) {
 // Two groups: total^-1 times the difference of the groups' relative frequencies.
 ErrorCode solveTwoGroups(Quantification2Work& work) {
     const int order = static_cast<int>(work.kept.size());
-    double determinant = 0.0;
-    std::copy(work.total.begin(), work.total.end(), work.product.begin());
-    const ErrorCode code = MatrixInverse(order, order, work.product.data(), work.root.data(), determinant);
+    const ErrorCode code = invertRegular(order, work.total.data(), work.product.data(), work.root.data());
     if (code != success) return code;
-    if (isSingular(order, order, work.total.data(), order, work.root.data())) return singularMatrix;
     const double* const first = work.frequencies.data();
     const double* const second = first + work.categories();
     for (std::size_t r = 0; r < work.kept.size(); ++r) {
@@ -228,7 +225,7 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, Quantification2Work&
     listKeptCategories(work.layout, work.kept.data());
     screens.setProgress(10);
     countGroups(data, work);
-    countCategories(data, work.layout, work.crossTable);
+    fillCrossTable(data, work.layout, work.crossTable);
     screens.setProgress(30);
     fillTotal(work);
     const ErrorCode code = work.groups > 2 ? solveCanonical(work) : solveTwoGroups(work);
@@ -309,7 +306,7 @@ void writeReport(Screens& screens, AnalysisRun& run, const Quantification2Work& 
     screens.showStatus(report);
 }
 
-ErrorCode drawGraph(Screens& screens, AnalysisRun& run, const Quantification2Work& work) {
+ErrorCode buildQuantification2Graph(Screens& screens, AnalysisRun& run, const Quantification2Work& work) {
     if (work.groups < 3) return success;
     const int vectors = static_cast<int>(work.vectors);
     return buildScoreGraph(screens, run,
@@ -336,7 +333,7 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
     screens.hideProgress();
     if (code != success) return code;
     writeReport(screens, run, work);
-    return drawGraph(screens, run, work);
+    return buildQuantification2Graph(screens, run, work);
 }
 
 } // namespace

@@ -175,11 +175,8 @@ ErrorCode findCanonicalVariates(Screens& screens, const DataMatrix& data, Canoni
     copyPart(variates.moments.correlation, p, 0, q1, q1, q2, variates.r12);
     screens.setProgress(20);
 
-    std::copy(variates.r11.begin(), variates.r11.end(), variates.scratch.begin());
-    double determinant = 0.0;
-    ErrorCode code = MatrixInverse(q1, q1, variates.scratch.data(), variates.inverse.data(), determinant);
+    ErrorCode code = invertRegular(q1, variates.r11.data(), variates.scratch.data(), variates.inverse.data());
     if (code != success) return code;
-    if (isSingular(q1, q1, variates.r11.data(), q1, variates.inverse.data())) return singularMatrix;
     screens.setProgress(30);
 
     multiply(q1, q1, q2, variates.inverse.data(), variates.r12.data(), variates.regression.data());

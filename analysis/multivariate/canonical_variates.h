@@ -22,15 +22,16 @@ struct CanonicalVariates {
     Block<double> scratch;              // the larger of q1 x q1 and q2 x q2
     Block<double> squares;              // q2: squared canonical correlations, descending; m are of use
     Block<double> correlations;         // m
-    Block<double> explanatoryWeights;   // q1 x m, for standardised variables; each variate has variance 1
+    Block<double> explanatoryWeights;   // q1 x m, for standardized variables; each variate has variance 1
     Block<double> purposeWeights;       // q2 x m
     Block<double> explanatoryStructure; // q1 x m: correlations of the variables with their variates
     Block<double> purposeStructure;     // q2 x m
     Block<double> redundancy;           // 2 x (m + 1): explanatory, purpose; the last column is the total
-    double meanSquare = 0.0;            // of the canonical correlations
-    double generalisedSquare = 0.0;     // 1 - product of 1 - square
-    double harmonicSquare = 0.0;        // 1 - harmonic mean of 1 - square
-    Block<double> wilks;                // m
+    // Of all pairs; no report shows them.
+    double meanSquare = 0.0;        // of the canonical correlations
+    double generalisedSquare = 0.0; // 1 - product of 1 - square
+    double harmonicSquare = 0.0;    // 1 - harmonic mean of 1 - square
+    Block<double> wilks;            // m
     Block<double> chiSquare;
     Block<double> chiProbability;
     Block<double> freedom;

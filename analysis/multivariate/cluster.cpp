@@ -50,24 +50,22 @@ constexpr std::size_t mostNumbered = 999;
 // The options as indices of the texts above, whatever a settings file holds.
 struct ClusterChoice {
     bool ofVariables;
-    bool mahalanobis;
-    bool raw;
     int distance;
     int criterion;
+
+    bool mahalanobis() const { return distance == 0; }
+    bool raw() const { return distance == 2; }
 };
 
 ClusterChoice choiceOf(const ClusterOptions& options) {
-    const int distance = std::clamp(options.distance, 0, 2);
     return {.ofVariables = options.division != 0,
-            .mahalanobis = distance == 0,
-            .raw = distance == 2,
-            .distance = distance,
+            .distance = std::clamp(options.distance, 0, 2),
             .criterion = std::clamp(options.criterion, 0, 5)};
 }
 
 struct ClusterWork {
     MomentMatrices moments;
-    Block<double> standardised; // samples x variables
+    Block<double> standardized; // samples x variables
     Block<double> factors;      // p x p, scratch of the inversion
     Block<double> inverse;      // p x p: of the correlation matrix
     Block<double> difference;   // p, scratch
@@ -79,21 +77,21 @@ struct ClusterWork {
         const std::size_t p = static_cast<std::size_t>(data.variables);
         const std::size_t items = choice.ofVariables ? p : static_cast<std::size_t>(data.samples);
         ErrorCode code = merging.allocate(items) | row.allocate(dendrogramWidth(items));
-        if (choice.ofVariables || choice.raw) return code;
-        code |= moments.allocate(data.variables) | standardised.allocate(data.count());
-        if (!choice.mahalanobis) return code;
+        if (choice.ofVariables || choice.raw()) return code;
+        code |= moments.allocate(data.variables) | standardized.allocate(data.count());
+        if (!choice.mahalanobis()) return code;
         return code | factors.allocate(p * p) | inverse.allocate(p * p) | difference.allocate(p) |
                product.allocate(p);
     }
 };
 
-void standardise(const DataMatrix& data, ClusterWork& work) {
+void standardize(const DataMatrix& data, ClusterWork& work) {
     const std::size_t p = static_cast<std::size_t>(data.variables);
     const double* means = work.moments.means.data();
     const double* sds = work.moments.sds.data();
-    for (std::size_t at = 0; at < work.standardised.size(); at += p) {
+    for (std::size_t at = 0; at < work.standardized.size(); at += p) {
         for (std::size_t j = 0; j < p; ++j) {
-            work.standardised[at + j] = (data.values[at + j] - means[j]) / sds[j];
+            work.standardized[at + j] = (data.values[at + j] - means[j]) / sds[j];
         }
     }
 }
@@ -101,15 +99,10 @@ void standardise(const DataMatrix& data, ClusterWork& work) {
 // The inverse is left transposed: products with it run along its rows then.
 ErrorCode invertCorrelation(int variables, ClusterWork& work) {
     const std::size_t p = static_cast<std::size_t>(variables);
-    const Block<double>& correlation = work.moments.correlation;
     Block<double>& inverse = work.inverse;
-    std::copy(correlation.begin(), correlation.end(), work.factors.begin());
-    double determinant = 0.0;
     const ErrorCode code =
-        MatrixInverse(variables, variables, work.factors.data(), inverse.data(), determinant);
+        invertRegular(variables, work.moments.correlation.data(), work.factors.data(), inverse.data());
     if (code != success) return code;
-    if (isSingular(variables, variables, correlation.data(), variables, inverse.data()))
-        return singularMatrix;
     for (std::size_t i = 0; i < p; ++i) {
         for (std::size_t j = 0; j < i; ++j) std::swap(inverse[i * p + j], inverse[j * p + i]);
     }
@@ -160,22 +153,22 @@ void measureVariables(ClusterMerging& merging) {
 
 ErrorCode compute(Screens& screens, const DataMatrix& data, const ClusterChoice& choice, ClusterWork& work) {
     const int p = data.variables;
-    const bool usesMoments = !choice.ofVariables && !choice.raw;
+    const bool usesMoments = !choice.ofVariables && !choice.raw();
     if (usesMoments) {
         MeanCovarianceCorrelation(data.values.data(), data.samples, p, work.moments);
         if (anyDeviationBelow(work.moments.sds.data(), p, leastDeviation)) return illegalData;
-        standardise(data, work);
+        standardize(data, work);
     }
     screens.setProgress(15);
     if (choice.ofVariables) {
         measureVariables(work.merging);
     } else {
-        if (choice.mahalanobis) {
+        if (choice.mahalanobis()) {
             const ErrorCode code = invertCorrelation(p, work);
             if (code != success) return code;
         }
-        const double* values = usesMoments ? work.standardised.data() : data.values.data();
-        measureSamples(values, static_cast<std::size_t>(p), choice.mahalanobis, work);
+        const double* values = usesMoments ? work.standardized.data() : data.values.data();
+        measureSamples(values, static_cast<std::size_t>(p), choice.mahalanobis(), work);
     }
     screens.setProgress(30);
     if (choice.criterion == median) {

@@ -162,11 +162,8 @@ ErrorCode findFisher(const GroupStatistics& statistics, const VariableSelection&
                      inverse.allocate(count * count) | differences.allocate(count);
     if (code != success) return code;
     takeSelected(selection, statistics.within, 1.0 / (statistics.samples - 2), pooled.data());
-    std::copy(pooled.begin(), pooled.end(), scratch.begin());
-    double determinant = 0.0;
-    code = MatrixInverse(k, k, scratch.data(), inverse.data(), determinant);
+    code = invertRegular(k, pooled.data(), scratch.data(), inverse.data());
     if (code != success) return code;
-    if (isSingular(k, k, pooled.data(), k, inverse.data())) return singularMatrix;
 
     for (std::size_t i = 0; i < count; ++i) {
         differences[i] = groupMean(statistics, selection, 0, i) - groupMean(statistics, selection, 1, i);

@@ -16,7 +16,7 @@ constexpr std::int32_t maximumLikelihoodKind = 5;
 
 // The arrows go up to twice the number that the dialog opens with.
 double mostFactors(const DataSet& data) {
-    return 2.0 * DefaultFactorCount(data.working.variables);
+    return 2.0 * DefaultFactorCount(data.loaded.variables);
 }
 
 constexpr const char* rotations[] = {"none", "oblique", "orthogonal"};
@@ -127,12 +127,7 @@ ErrorCode findMoments(const DataMatrix& data, MomentMatrices& moments) {
 }
 
 ErrorCode invertCorrelations(int p, FactorWork& work) {
-    const Block<double>& correlation = work.moments.correlation;
-    std::copy(correlation.begin(), correlation.end(), work.scratch.begin());
-    double determinant = 0.0;
-    const ErrorCode code = MatrixInverse(p, p, work.scratch.data(), work.inverse.data(), determinant);
-    if (code != success) return code;
-    return isSingular(p, p, correlation.data(), p, work.inverse.data()) ? singularMatrix : success;
+    return invertRegular(p, work.moments.correlation.data(), work.scratch.data(), work.inverse.data());
 }
 
 // Squared multiple correlations (Guttman 1956).
@@ -203,7 +198,7 @@ ErrorCode rotate(int p, const FactorOptions& options, FactorWork& work) {
     return success;
 }
 
-// Regression scores (Thomson 1939) of the standardised samples.
+// Regression scores (Thomson 1939) of the standardized samples.
 void findScores(const DataMatrix& data, FactorWork& work) {
     const std::size_t variables = work.standardized.size();
     const int kept = work.result.model.kept;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "analysis/multivariate/factor_extraction.h"
 #include "numeric/eigen.h"
@@ -14,7 +15,7 @@ constexpr double smallestChange = 1e-5;
 constexpr int mostSweeps = 10000;
 // Of the diagonal of the inverse factor correlations: a factor that the others explain.
 constexpr double greatestInflation = 1e6;
-constexpr double pi = 3.14159265358979323846;
+using std::numbers::pi;
 
 // The angle that turns columns k and l to the greatest criterion.
 double bestAngle(std::size_t p, std::size_t factors, std::size_t k, std::size_t l, double gamma,

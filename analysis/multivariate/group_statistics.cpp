@@ -46,11 +46,9 @@ struct DeterminantWork {
 // Returns 0, outOfMemory or singularMatrix.
 ErrorCode covarianceDeterminant(int q, double divisor, DeterminantWork& work, double& determinant) {
     for (double& value : work.covariance) value /= divisor;
-    std::copy(work.covariance.begin(), work.covariance.end(), work.decomposed.begin());
-    ErrorCode code = MatrixInverse(q, q, work.decomposed.data(), work.inverse.data(), determinant);
-    if (code != success) return code;
     // By rounding alone a singular matrix has a determinant above 0 as often as not.
-    if (isSingular(q, q, work.covariance.data(), q, work.inverse.data())) return singularMatrix;
+    ErrorCode code = invertRegular(q, work.covariance.data(), work.decomposed.data(), work.inverse.data());
+    if (code != success) return code;
     code = MatrixDeterminant(q, q, work.covariance.data(), determinant);
     return code == success && !(determinant > 0.0) ? singularMatrix : code;
 }

@@ -37,5 +37,5 @@ struct BoxTest {
     ErrorCode allocate(int groups);
 };
 
-// Returns 0, outOfMemory, or singularMatrix when a determinant is not above 0.
+// Returns 0, outOfMemory, or singularMatrix when a covariance matrix is singular.
 ErrorCode testBoxM(const GroupStatistics& statistics, BoxTest& test);

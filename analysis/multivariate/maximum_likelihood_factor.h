@@ -33,7 +33,7 @@ struct LikelihoodWork {
 
 // Chooses the first uniquenesses, (1 - m / 2p) (1 - communality), or half of the factor's place where no
 // communality was estimated, and takes the inverse root of R. Returns 0, outOfMemory, or singularFactorMatrix
-// when m factors leave no degree of freedom.
+// when m factors leave no degree of freedom or a first uniqueness is not above 0.
 ErrorCode startLikelihood(int p, const double* correlation, bool estimated, const FactorModel& model,
                           LikelihoodWork& work);
 

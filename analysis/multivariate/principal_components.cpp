@@ -15,7 +15,7 @@ namespace {
 const char* const baseNames[] = {"correlation", "covariance"};
 
 double variableCount(const DataSet& data) {
-    return data.working.variables;
+    return data.loaded.variables;
 }
 
 const OptionField fields[] = {
@@ -56,7 +56,6 @@ struct ComponentWork {
     Block<double> freedom;
     Block<double> loadings;
     Block<double> scores;
-    Block<double> standardised; // scratch: one sample
     Block<double> scoreMeans;
     Block<double> scoreDeviations;
     int kept = 0;
@@ -66,8 +65,7 @@ struct ComponentWork {
         return moments.allocate(data.variables) | eigenvalues.allocate(p) | eigenvectors.allocate(p * p) |
                ratio.allocate(p) | cumulativeRatio.allocate(p) | chiSquare.allocate(p) |
                chiProbability.allocate(p) | freedom.allocate(p) | loadings.allocate(p * p) |
-               scores.allocate(data.count()) | standardised.allocate(p) | scoreMeans.allocate(p) |
-               scoreDeviations.allocate(p);
+               scores.allocate(data.count()) | scoreMeans.allocate(p) | scoreDeviations.allocate(p);
     }
 };
 
@@ -137,7 +135,7 @@ void findLoadings(ComponentWork& work) {
     }
 }
 
-// Scores from the standardised values, for a covariance base too.
+// Scores from the standardized values, for a covariance base too.
 void findScores(const DataMatrix& data, ComponentWork& work) {
     const std::size_t p = work.eigenvalues.size();
     const std::size_t kept = static_cast<std::size_t>(work.kept);
@@ -154,7 +152,7 @@ void findScores(const DataMatrix& data, ComponentWork& work) {
 }
 
 // To mean 0 and variance 1, divisor n.
-void standardiseScores(int samples, ComponentWork& work) {
+void standardizeScores(int samples, ComponentWork& work) {
     const std::size_t p = work.eigenvalues.size();
     const std::size_t kept = static_cast<std::size_t>(work.kept);
     const std::size_t rows = static_cast<std::size_t>(samples);
@@ -201,7 +199,7 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, const Settings& sett
     findLoadings(work);
     screens.setProgress(80);
     findScores(data, work);
-    standardiseScores(data.samples, work);
+    standardizeScores(data.samples, work);
     screens.setProgress(100);
     return success;
 }
@@ -256,7 +254,7 @@ void writeReport(Screens& screens, AnalysisRun& run, const ComponentWork& work) 
     screens.showStatus(report);
 }
 
-ErrorCode buildScores(Screens& screens, AnalysisRun& run, const ComponentWork& work) {
+ErrorCode buildComponentGraph(Screens& screens, AnalysisRun& run, const ComponentWork& work) {
     const DataMatrix& data = run.data.working;
     return buildScoreGraph(screens, run,
                            {.seriesPrefix = "factor",
@@ -280,7 +278,7 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
     screens.hideProgress();
     if (code != success) return code;
     writeReport(screens, run, work);
-    return buildScores(screens, run, work);
+    return buildComponentGraph(screens, run, work);
 }
 
 } // namespace

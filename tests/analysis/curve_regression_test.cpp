@@ -49,7 +49,8 @@ TEST(CurveRegression, IsTheRegressionOnTransformedColumns) {
         }
         actual.options(curve.kind) = curve.options;
         actual.run.options.slotDegrees[9] = 2.0;
-        RegressionRun linear(fileOf(columns), "v" + std::to_string(actual.variable(curve.purpose)));
+        RegressionRun linear(fileOf(columns),
+                             std::string("v").append(std::to_string(actual.variable(curve.purpose))));
         linear.options(1) = curve.options;
         ASSERT_EQ(actual.runKind(curve.kind), success);
         ASSERT_EQ(linear.runKind(1), success);

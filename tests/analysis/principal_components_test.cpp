@@ -37,7 +37,7 @@ TEST(PrincipalComponents, StatisticsOfTheCovarianceBase) {
     EXPECT_NEAR(std::fabs(session.row("score", "Alabama")[0]), 0.74477773, 0.6e-6);
 }
 
-// With all components the loadings give the correlations back (1 on the diagonal), and the standardised
+// With all components the loadings give the correlations back (1 on the diagonal), and the standardized
 // scores are uncorrelated; the graph holds both in full precision.
 TEST(PrincipalComponents, GraphAndIdentities) {
     ArrestsSession session;
