@@ -108,7 +108,7 @@ bool writeTo(const char* path, const TextBuffer& text) {
 bool writeWhole(const char* path, const TextBuffer& text) {
     if (isSpecialFile(path)) return writeTo(path, text);
     char neighbour[4096];
-    const int length = std::snprintf(neighbour, sizeof neighbour, "%s.new", path);
+    const int length = std::snprintf(neighbour, sizeof neighbour, "%s.%lu.new", path, processNumber());
     if (length < 0 || static_cast<std::size_t>(length) >= sizeof neighbour) return false;
     if (writeTo(neighbour, text) && replaceFile(neighbour, path)) return true;
     std::remove(neighbour);
@@ -127,7 +127,7 @@ ErrorCode print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& r
         printed = writeWhole(line.output, *frontend.shown());
         if (!printed) code = reportFileCode(frontend, run.report, fileNotCreated);
     }
-    if (!printed || code != success || line.output == nullptr) {
+    if (code != success || line.output == nullptr) {
         printed = write(stdout, *frontend.shown()) && std::fflush(stdout) == 0;
         if (!printed) code = reportFileCode(frontend, run.report, fileNotCreated);
     }
@@ -155,16 +155,13 @@ int runBatch(int count, char** arguments) {
     CommandLine line;
     Complaint complaint;
     if (!parseCommandLine(count, arguments, line, complaint)) return refuse(complaint, line.kind);
-    if (line.task == CommandLine::Task::help) {
-        printHelp(stdout, line.kind);
-        return exitSuccess;
-    }
-    if (line.task == CommandLine::Task::version) {
-        std::printf("%s %s\n", programName, OMBRIVANTEL_VERSION);
-        return exitSuccess;
+    useBinaryOutput();
+    if (line.task == CommandLine::Task::help) printHelp(stdout, line.kind);
+    if (line.task == CommandLine::Task::version) std::printf("%s %s\n", programName, OMBRIVANTEL_VERSION);
+    if (line.task != CommandLine::Task::run) {
+        return std::fflush(stdout) == 0 && std::ferror(stdout) == 0 ? exitSuccess : exitFailure;
     }
 
-    useBinaryOutput();
     AnalysisRun run;
     BatchFrontend frontend(line);
     setUp(line, run);

@@ -191,7 +191,7 @@ bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Compla
             continue;
         }
         const Option option = splitOption(argument);
-        if (option.name == "--") {
+        if (std::strcmp(argument, "--") == 0) {
             optionsEnded = true;
         } else if (option.name == "--help") {
             line.task = CommandLine::Task::help;

@@ -1,7 +1,6 @@
 #include "batch/picture.h"
 
 #include <cstdlib>
-#include <iterator>
 
 #include "batch/command_line.h"
 #include "batch/help.h"

@@ -26,6 +26,10 @@ bool isSpecialFile(const char*) {
     return false;
 }
 
+unsigned long processNumber() {
+    return GetCurrentProcessId();
+}
+
 bool replaceFile(const char* from, const char* to) {
     return MoveFileExA(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
@@ -40,7 +44,11 @@ bool isErrorTerminal() {
 
 bool isSpecialFile(const char* path) {
     struct stat found = {};
-    return stat(path, &found) == 0 && !S_ISREG(found.st_mode);
+    return lstat(path, &found) == 0 && !S_ISREG(found.st_mode);
+}
+
+unsigned long processNumber() {
+    return static_cast<unsigned long>(getpid());
 }
 
 bool replaceFile(const char* from, const char* to) {

@@ -160,6 +160,8 @@ ErrorCode readCsvStream(std::FILE* file, CellTable& table) {
     }
     if (code == success && std::fseek(file, 0, SEEK_SET) != 0) code = fileNotOpened;
     if (code == success) code = fill(file, table);
+    // A read that failed looks like the end of the file.
+    if (code == success && std::ferror(file) != 0) code = fileNotOpened;
     if (code != success) table = {};
     return code;
 }

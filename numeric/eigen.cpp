@@ -134,8 +134,8 @@ double makeReflection(std::size_t count, double* u, double& offDiagonal) {
 // Applies the reflection 1 - u u' / h from both sides to the leading block of order count, lower triangle
 // only. work (count) is scratch.
 void reflectBlock(std::size_t count, std::size_t width, double* a, const double* u, double h, double* work) {
-    for (std::size_t j = 0; j < count;
-         ++j) { // work = A u, each row serving as the column that mirrors it too
+    // work = A u, each row serving as the column that mirrors it too
+    for (std::size_t j = 0; j < count; ++j) {
         const double* row = a + j * width;
         work[j] = dot(j + 1, row, u);
         addMultiple(j, work, u[j], row);

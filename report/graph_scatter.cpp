@@ -1,6 +1,5 @@
 #include "report/graph_scatter.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "report/graph_axes.h"

@@ -10,7 +10,8 @@ constexpr std::uint32_t mostSeries = 64;
 struct GraphSpec {
     std::uint32_t width = 480;
     std::uint32_t height = 480;
-    std::uint32_t kind = 7; // 0 bars, 1..3 lines, 4..8 scatter; with vectors 5, 7 and 8
+    std::uint32_t kind =
+        7; // 0 bars, 1..3 lines, 4..8 scatter; with vectors 5, 7 and 8; every analysis uses 7
     Block<TextSlot> seriesNames;
     Block<TextSlot> itemLabels;
     Block<double> values; // items x series

@@ -34,7 +34,8 @@ int footerLeft(const PrinterPage& page, int characters, int averageCharacterWidt
 constexpr int footerTop = 40;
 
 // The characters of the line that begins `text`: up to its line end, or as many as fit into the width, which
-// `fits(text, count)` tells, cut behind the last blank or comma when there is one. At least one character.
+// `fits(text, count)` tells, cut behind the last blank or comma when there is one. At least one
+// character of a line that is not empty.
 template <class Fits> std::size_t lineLength(const char* text, std::size_t count, Fits fits) {
     std::size_t length = 0;
     while (length < count && text[length] != '\n') ++length;

@@ -80,8 +80,11 @@ void SvgCanvas::drawLine(std::span<const Point> points, const Pen& pen) {
 }
 
 void SvgCanvas::fillBox(const Box& box, Color color) {
-    document_.appendFormat("<rect x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\"", box.left, box.top,
-                           box.right - box.left, box.bottom - box.top);
+    document_.append("<rect x=\"");
+    document_.appendNumber(box.left - 0.5, 0, 1);
+    document_.append("\" y=\"");
+    document_.appendNumber(box.top - 0.5, 0, 1);
+    document_.appendFormat("\" width=\"%d\" height=\"%d\"", box.right - box.left, box.bottom - box.top);
     appendColor(document_, "fill", color);
     document_.append("/>\n");
 }

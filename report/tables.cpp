@@ -1,7 +1,6 @@
 #include "report/tables.h"
 
 #include <cstdio>
-#include <cstring>
 #include <string_view>
 
 #include "report/table_formats.h"

@@ -39,7 +39,7 @@ struct AnalysisKind {
     bool sizeCheck; // needs at least three samples more than variables
     GraphRule graph;
     bool enablesPrediction;
-    const Analysis* analysis = nullptr; // null: not built yet
+    const Analysis* analysis = nullptr; // null: there is no such model
     // A dialog of several kinds says in this control which one it is for.
     int headingControl = 0;
     const char* heading = nullptr;

@@ -44,9 +44,14 @@ void startOptions(AnalysisOptions& options, const Settings& settings);
 
 void resetSlots(AnalysisOptions& options);
 
-// Copies the purposes that an analysis keeps for itself, or else the selected variables, into the options.
-// Then what was chosen back, into the selection in any case.
 using OwnPurposes = PurposeList AnalysisRun::*;
+
+// Before the dialog: copies the purposes that the analysis keeps for itself, or else (own is null) the
+// selected variables, into the options.
 void takePurposes(AnalysisRun& run, OwnPurposes own);
+
+// After it: selects the variables that the options name, and keeps them where `own` says.
 void selectPurposes(AnalysisRun& run, OwnPurposes own);
+
+// Clears what analyses keep for themselves.
 void forgetPurposes(AnalysisRun& run);

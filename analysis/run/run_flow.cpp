@@ -11,8 +11,10 @@ namespace {
 
 constexpr int leastExcess = 3; // of samples over variables
 
-bool asksFactorNumber(std::int32_t kind) {
-    return kind == 2 || kind == 4 || kind == 5;
+bool asksFactorNumber(OptionFields fields) {
+    return std::any_of(fields.begin(), fields.end(), [](const OptionField& field) {
+        return field.offset == offsetof(AnalysisOptions, settings.factor.factorNumber);
+    });
 }
 
 // Another analysis may have had more purposes than the lists of these fields can show.
@@ -44,11 +46,11 @@ ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun
 }
 
 ErrorCode dispatchAnalysis(Frontend& frontend, Settings& defaults, AnalysisRun& run) {
-    if (asksFactorNumber(run.kind)) {
+    const AnalysisKind& asked = *findKind(run.kind);
+    if (asksFactorNumber(asked.analysis->fields)) {
         run.options.settings.factor.factorNumber = DefaultFactorCount(run.data.working.variables);
     }
     if (isSimilarity(run.kind)) run.options.similarityModel = run.kind - similarityKind;
-    const AnalysisKind& asked = *findKind(run.kind);
     takePurposes(run, asked.analysis->ownPurposes);
     dropPurposes(run.options, asked.analysis->fields);
     if (!frontend.chooseOptions(run, asked)) return success;

@@ -3,7 +3,7 @@
 #include "analysis/run/frontend.h"
 
 // Runs the analysis of a menu command, 710..756: every run starts from the loaded column order. Commands that
-// are never run and kinds without a driver do nothing. Returns the reported code.
+// are never run and kinds without an analysis do nothing. Returns the reported code.
 ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun& run, int command);
 
 // Shows the option dialog of the run's kind and runs it; ends by reporting the code.

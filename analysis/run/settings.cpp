@@ -6,7 +6,7 @@
 namespace {
 
 constexpr RegressionOptions defaultRegression = {2, 0, 2.0, 1.5, 0.05};
-constexpr SurvivalOptions defaultSurvival = {2, 1, 100, 0.5};
+constexpr SurvivalOptions defaultSurvival = {2, 1, 100, {}, 0.5};
 
 // More than any arrangement of screens; keeps the sums below within 32 bits.
 constexpr std::int32_t farthest = 1 << 20;

@@ -65,6 +65,7 @@ struct SurvivalOptions {
     std::int32_t timeColumn;
     std::int32_t stateColumn;
     std::int32_t iterations;
+    char reserved12[4];
     double division;
 };
 

@@ -8,7 +8,7 @@ struct SettingsFile {
     Settings settings;
 };
 
-constexpr std::size_t settingsFileSize = 1412;
+constexpr std::size_t settingsFileSize = sizeof(SettingsFile::head) + sizeof(SettingsFile::settings);
 
 // Takes the contents of a file over. False, with `file` all zero, when there are fewer than settingsFileSize
 // bytes: such a file counts as missing. Numbers are taken as they are; texts get their end.

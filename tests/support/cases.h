@@ -15,8 +15,7 @@ inline std::string readTextFile(const std::string& name) {
 }
 
 // The rows of a tab-separated file of test cases; empty cells at the end can be left out, and a line that
-// begins
-// "#" is a comment. "\n", "\r", "\t", "\0" and "\\" are those characters, "{5}" is five letters.
+// begins "#" is a comment. "\n", "\r", "\t", "\0" and "\\" are those characters, "{5}" is five letters.
 using Case = std::vector<std::string>;
 inline std::vector<Case> readCases(const std::string& name) {
     const std::string letters = "nrt0\\", meant("\n\r\t\0\\", 5);

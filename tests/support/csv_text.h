@@ -6,6 +6,7 @@
 #include "data/csv_reader.h"
 #include "data/data_set.h"
 
+// Reads a text as a data file.
 inline ErrorCode readText(const std::string& text, CellTable& table) {
     std::FILE* file = fmemopen(const_cast<char*>(text.data()), text.size(), "r");
     const ErrorCode code = readCsvStream(file, table);
@@ -13,6 +14,7 @@ inline ErrorCode readText(const std::string& text, CellTable& table) {
     return code;
 }
 
+// The same, built into a data set with its working part filled.
 inline ErrorCode loadDataSet(const std::string& text, DataSet& data) {
     ErrorCode code = readText(text, data.cells);
     if (code == success) code = allocateDataSet(data);

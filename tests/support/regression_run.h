@@ -1,17 +1,17 @@
 #pragma once
 
+#include <cmath>
+
 #include "tests/support/analysis_session.h"
+#include "tests/support/cases.h"
 
 // The program for kinds 1, 11 and 41..46 with a file of the reference data, or with a text that has line
 // ends.
 struct RegressionRun : AnalysisSession {
     explicit RegressionRun(const std::string& source, const std::string& purpose = "")
-        : AnalysisSession(source.find('\n') != std::string::npos ? source : read(source)) {
+        : AnalysisSession(source.find('\n') != std::string::npos ? source
+                                                                 : readTextFile("reference/data/" + source)) {
         if (!purpose.empty()) choosePurpose(purpose);
-    }
-    static std::string read(const std::string& name) {
-        std::ifstream file(OMBRIVANTEL_SOURCE_DIR "/tests/reference/data/" + name);
-        return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
     }
     // The number of a variable of the loaded part, from 1.
     std::int32_t variable(const std::string& name) const {
