@@ -237,8 +237,9 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
     startProgress(screens, run.report);
     code = compute(screens, data, mode, work);
     screens.hideProgress();
-    if (code == success) writeReport(screens, run, mode, work.result);
-    return code;
+    if (code != success) return code;
+    writeReport(screens, run, mode, work.result);
+    return success;
 }
 
 } // namespace

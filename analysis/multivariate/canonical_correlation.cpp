@@ -129,8 +129,9 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
     startProgress(screens, run.report);
     code = findCanonicalVariates(screens, run.data.working, variates);
     screens.hideProgress();
-    if (code == success) writeReport(screens, run, variates);
-    return code;
+    if (code != success) return code;
+    writeReport(screens, run, variates);
+    return success;
 }
 
 } // namespace

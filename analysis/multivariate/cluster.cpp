@@ -252,8 +252,9 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
     startProgress(screens, run.report);
     code = compute(screens, run.data.working, choice, work);
     screens.hideProgress();
-    if (code == success) writeReport(screens, run, choice, work);
-    return code;
+    if (code != success) return code;
+    writeReport(screens, run, choice, work);
+    return success;
 }
 
 } // namespace

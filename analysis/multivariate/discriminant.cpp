@@ -110,9 +110,7 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
     code = compute(screens, data, run.options.settings.discriminant, result);
     screens.hideProgress();
     if (code != success) return code;
-    writeDiscriminantReport(run, result);
-    screens.showLower(run.report);
-    screens.showStatus(run.report);
+    writeDiscriminantReport(screens, run, result);
     return groups >= 3 ? buildDiscriminantGraph(screens, run, result.functions) : success;
 }
 

@@ -251,7 +251,7 @@ ErrorCode DiscriminantResult::allocate(const DataMatrix& data, int groups) {
     return code | selection.allocate(statistics.variables) | functions.allocate(statistics);
 }
 
-void writeDiscriminantReport(AnalysisRun& run, const DiscriminantResult& result) {
+void writeDiscriminantReport(Screens& screens, AnalysisRun& run, const DiscriminantResult& result) {
     const Settings& settings = run.options.settings;
     const DataMatrix& data = run.data.working;
     const bool isFisher = result.statistics.groups == 2;
@@ -276,4 +276,6 @@ void writeDiscriminantReport(AnalysisRun& run, const DiscriminantResult& result)
     }
     writeClassification(report, result.functions, result.statistics.counts.size());
     writeScores(report, data, result.functions);
+    screens.showLower(report);
+    screens.showStatus(report);
 }

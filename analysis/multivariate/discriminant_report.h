@@ -2,6 +2,7 @@
 
 #include "analysis/multivariate/discriminant_function.h"
 #include "analysis/run/analysis_run.h"
+#include "report/screens.h"
 
 // What a discriminant analysis found.
 struct DiscriminantResult {
@@ -13,5 +14,5 @@ struct DiscriminantResult {
     ErrorCode allocate(const DataMatrix& data, int groups);
 };
 
-// Replaces the lower text and the status.
-void writeDiscriminantReport(AnalysisRun& run, const DiscriminantResult& result);
+// Replaces the lower text and the status, and shows them.
+void writeDiscriminantReport(Screens& screens, AnalysisRun& run, const DiscriminantResult& result);

@@ -262,11 +262,10 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
     code = compute(screens, data, options, byLikelihood, work);
     screens.hideProgress();
     if (code != success) return code;
-    writeFactorReport(
-        run, byLikelihood ? "maximum likelihood analysis statistics" : "principal factor analysis statistics",
-        work.result);
-    screens.showLower(run.report);
-    screens.showStatus(run.report);
+    writeFactorReport(screens, run,
+                      byLikelihood ? "maximum likelihood analysis statistics"
+                                   : "principal factor analysis statistics",
+                      work.result);
     return buildFactorGraph(screens, run, work.result);
 }
 

@@ -71,7 +71,7 @@ ErrorCode FactorResult::allocate(int p, int samples, int requested) {
            rotatedSumsOfSquares.allocate(room) | scores.allocate(static_cast<std::size_t>(samples) * room);
 }
 
-void writeFactorReport(AnalysisRun& run, const char* title, const FactorResult& result) {
+void writeFactorReport(Screens& screens, AnalysisRun& run, const char* title, const FactorResult& result) {
     const Settings& settings = run.options.settings;
     const DataMatrix& data = run.data.working;
     const FactorModel& model = result.model;
@@ -101,4 +101,6 @@ void writeFactorReport(AnalysisRun& run, const char* title, const FactorResult& 
     if (result.rotation == Rotation::oblique) writeOblique(report, data, factors, result.oblique);
     writeTable(report, "factor score", "", data.samples, factors, result.scores.data(), data.labels.data());
     report.lower.append("\n");
+    screens.showLower(report);
+    screens.showStatus(report);
 }

@@ -3,6 +3,7 @@
 #include "analysis/multivariate/factor_extraction.h"
 #include "analysis/multivariate/factor_rotation.h"
 #include "analysis/run/analysis_run.h"
+#include "report/screens.h"
 
 enum class Rotation { none, oblique, orthogonal };
 
@@ -30,5 +31,5 @@ struct FactorResult {
     }
 };
 
-// Replaces the lower text and the status.
-void writeFactorReport(AnalysisRun& run, const char* title, const FactorResult& result);
+// Replaces the lower text and the status, and shows them.
+void writeFactorReport(Screens& screens, AnalysisRun& run, const char* title, const FactorResult& result);

@@ -10,7 +10,7 @@ TEST(CsvReader, ReadsAnyText) {
         std::string cells;
         for (int row = 0; row < table.rows; ++row) {
             for (int col = 0; col < table.cols; ++col) {
-                cells += (col > 0 ? "|" : row > 0 ? "/" : "") + std::string(table.cell(row, col));
+                cells.append(col > 0 ? "|" : row > 0 ? "/" : "").append(table.cell(row, col));
             }
         }
         EXPECT_EQ(cells, test[2]);
