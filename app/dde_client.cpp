@@ -4,37 +4,6 @@
 
 namespace {
 
-struct StartMessage {
-    ErrorCode code;
-    const char* text;
-};
-
-constexpr StartMessage startMessages[] = {
-    {ddeNotInitialized, "failed to initialize dde"}, {ddeNotLinked, "failed to link server(excel file)"},
-    {ddeNoService, "therer is no dde service"},      {ddeNotExited, "failed to exit dde service"},
-    {ddeNotInitiated, "not initiate dde"},           {ddeNoData, "failed to get data of excel file"},
-};
-
-// Of any other code, for each bit that is set.
-constexpr StartMessage startBits[] = {
-    {ddeServiceKept, "failed to terminate dde service"},
-    {ddeTopicKept, "failed to terminate dde connection"},
-    {ddeNotDisconnected, "failed to disconnect dde connection"},
-};
-
-void showError(HWND window, const char* text) {
-    MessageBoxA(window, text, "error", MB_OK | MB_ICONERROR);
-}
-
-void showStartCode(HWND window, ErrorCode code) {
-    for (const StartMessage& message : startMessages) {
-        if (message.code == code) return showError(window, message.text);
-    }
-    for (const StartMessage& bit : startBits) {
-        if ((code & bit.code) != 0) showError(window, bit.text);
-    }
-}
-
 // All transactions are synchronous; there is nothing to call back for.
 HDDEDATA CALLBACK onDde(UINT, UINT, HCONV, HSZ, HSZ, HDDEDATA, ULONG_PTR, ULONG_PTR) {
     return nullptr;
@@ -69,7 +38,8 @@ bool isUnderWine() {
 } // namespace
 
 void startDdeClient(Program& program) {
-    showStartCode(program.window, startInstance(program.dde) ? success : ddeNotInitialized);
+    if (startInstance(program.dde)) return;
+    MessageBoxA(program.window, "failed to initialize dde", "error", MB_OK | MB_ICONERROR);
 }
 
 void endDdeClient(Program& program) {

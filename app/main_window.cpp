@@ -158,7 +158,7 @@ bool runCommand(Program& program, int command) {
 }
 
 bool createContents(Program& program) {
-    if (writeSettingsFile(program) != 0) return false;
+    if (!writeSettingsFile(program)) return false;
     startOptions(program.run.options, program.defaults());
     SetWindowTextA(program.window, className);
     InitCommonControls();
@@ -227,7 +227,7 @@ LRESULT CALLBACK onMainWindow(HWND window, UINT message, WPARAM word, LPARAM dat
     case WM_DESTROY: {
         Program& program = programOf(window);
         endDdeClient(program);
-        destroyScreens(program); // before their library goes
+        destroyScreens(program); // of a creation that failed: before their library goes
         if (program.richEdit != nullptr) FreeLibrary(program.richEdit);
         program.richEdit = nullptr;
         PostQuitMessage(0);
@@ -248,7 +248,7 @@ bool registerClass(const Program& program) {
     windowClass.hIcon = LoadIconA(nullptr, IDI_APPLICATION);
     windowClass.hIconSm = LoadIconA(nullptr, IDI_APPLICATION);
     windowClass.hCursor = LoadCursorA(nullptr, IDC_ARROW);
-    windowClass.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(12));
+    windowClass.hbrBackground = reinterpret_cast<HBRUSH>(static_cast<INT_PTR>(COLOR_INACTIVEBORDER + 1));
     windowClass.lpszMenuName = MAKEINTRESOURCEA(MENU_MAIN);
     windowClass.lpszClassName = className;
     return RegisterClassExA(&windowClass) != 0;

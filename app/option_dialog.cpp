@@ -69,8 +69,6 @@ void showField(HWND window, OptionDialog& dialog, const OptionField& field) {
         dialog.showing = true;
         SetDlgItemTextA(window, field.control, text);
         dialog.showing = false;
-        SendDlgItemMessageA(window, field.arrows, UDM_SETBUDDY,
-                            reinterpret_cast<WPARAM>(GetDlgItem(window, field.control)), 0);
         return;
     }
     case OptionType::variable:
@@ -108,7 +106,13 @@ void showOptions(HWND window, OptionDialog& dialog) {
     SetWindowTextA(window, dialog.isFirst ? dialog.kind.analysis->firstTitle : dialog.kind.dialogTitle);
     if (dialog.kind.heading != nullptr)
         SetDlgItemTextA(window, dialog.kind.headingControl, dialog.kind.heading);
-    for (const OptionField& field : dialog.fields()) showField(window, dialog, field);
+    for (const OptionField& field : dialog.fields()) {
+        showField(window, dialog, field);
+        // Once: each time takes the width of the arrows from the edit.
+        if (isNumber(field))
+            SendDlgItemMessageA(window, field.arrows, UDM_SETBUDDY,
+                                reinterpret_cast<WPARAM>(GetDlgItem(window, field.control)), 0);
+    }
     const bool save = saveFlag(dialog.options.settings, dialog.kind.saveBox) != 0;
     CheckDlgButton(window, dialog.kind.saveBox, save ? BST_CHECKED : BST_UNCHECKED);
     applyEnabling(window, dialog);
@@ -214,7 +218,8 @@ bool show(Program& program, OptionDialog& dialog) {
 
 } // namespace
 
-bool showOptionDialog(Program& program, AnalysisRun& run, const AnalysisKind& kind) {
+bool showOptionDialog(Program& program, const AnalysisKind& kind) {
+    AnalysisRun& run = program.run;
     OptionDialog dialog = {run, kind, run.options, kind.analysis->firstDialog != 0, false};
     if (dialog.isFirst && !show(program, dialog)) return false;
     dialog.isFirst = false;

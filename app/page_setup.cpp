@@ -68,11 +68,6 @@ const char* storePaper(HWND owner, char* name, const DEVMODEA& chosen) {
     return failure;
 }
 
-void releaseDialogMemory(HGLOBAL mode, HGLOBAL names) {
-    if (mode != nullptr) GlobalFree(mode);
-    if (names != nullptr) GlobalFree(names);
-}
-
 // The default printer's device context without a dialog, or null.
 HDC defaultPrinter(HWND owner) {
     PRINTDLGA dialog = {};
@@ -85,6 +80,11 @@ HDC defaultPrinter(HWND owner) {
 }
 
 } // namespace
+
+void releaseDialogMemory(HGLOBAL mode, HGLOBAL names) {
+    if (mode != nullptr) GlobalFree(mode);
+    if (names != nullptr) GlobalFree(names);
+}
 
 bool pageSetUp(Program& program) {
     PAGESETUPDLGA dialog = {};

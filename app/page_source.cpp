@@ -107,13 +107,21 @@ std::size_t TextPages::fitting(const char* text, std::size_t count) const {
     return static_cast<std::size_t>(fits);
 }
 
+std::size_t TextPages::lineLengthAt(std::size_t start) const {
+    return lineLength(text_.data() + start, length_ - start,
+                      [this](const char* text, std::size_t count) { return fitting(text, count); });
+}
+
+// Where the next line begins.
+std::size_t TextPages::behindLine(std::size_t end) const {
+    return end < length_ && text_[end] == '\n' ? end + 1 : end;
+}
+
 LONG TextPages::formatPage(LONG start) {
     pageStart_ = start;
     std::size_t at = static_cast<std::size_t>(start);
     for (int y = area_.top; y + lineHeight_ <= area_.bottom && at < length_; y += lineHeight_) {
-        at += lineLength(text_.data() + at, length_ - at,
-                         [this](const char* text, std::size_t count) { return fitting(text, count); });
-        if (at < length_ && text_[at] == '\n') ++at;
+        at = behindLine(at + lineLengthAt(at));
     }
     pageEnd_ = static_cast<LONG>(at);
     return pageEnd_;
@@ -124,11 +132,8 @@ void TextPages::drawPage() {
     const std::size_t end = static_cast<std::size_t>(pageEnd_);
     if (font_ != nullptr) SelectObject(printer_, font_);
     for (int y = area_.top; at < end; y += lineHeight_) {
-        const std::size_t count =
-            lineLength(text_.data() + at, length_ - at,
-                       [this](const char* text, std::size_t most) { return fitting(text, most); });
+        const std::size_t count = lineLengthAt(at);
         TextOutA(printer_, area_.left, y, text_.data() + at, static_cast<int>(count));
-        at += count;
-        if (at < length_ && text_[at] == '\n') ++at;
+        at = behindLine(at + count);
     }
 }

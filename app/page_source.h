@@ -49,6 +49,8 @@ public:
 
 private:
     std::size_t fitting(const char* text, std::size_t count) const;
+    std::size_t lineLengthAt(std::size_t start) const;
+    std::size_t behindLine(std::size_t end) const;
 
     HDC printer_;
     HFONT font_ = nullptr;

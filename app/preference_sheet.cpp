@@ -40,7 +40,7 @@ void onChanged(HWND window) {
     if (IsWindowVisible(window)) PropSheet_Changed(GetParent(window), window);
 }
 
-// What all pages share: their record, their "save as default" box. True: the message was for the page alone.
+// What all pages share: their record, their "save as default" box. False: the page has no record yet.
 bool onAnyPage(HWND window, UINT message, LPARAM data) {
     if (message != WM_INITDIALOG) return pageOf(window) != nullptr;
     auto* page = reinterpret_cast<PreferencePage*>(reinterpret_cast<PROPSHEETPAGEA*>(data)->lParam);
@@ -50,7 +50,7 @@ bool onAnyPage(HWND window, UINT message, LPARAM data) {
 }
 
 bool isApply(UINT message, LPARAM data) {
-    return message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(data)->code == static_cast<UINT>(PSN_APPLY);
+    return message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(data)->code == PSN_APPLY;
 }
 
 void confirmApply(HWND window) {
@@ -125,8 +125,7 @@ INT_PTR CALLBACK onLengthPage(HWND window, UINT message, WPARAM word, LPARAM dat
         confirmApply(window);
         return TRUE;
     }
-    if (message == WM_NOTIFY &&
-        reinterpret_cast<const NMHDR*>(data)->code == static_cast<UINT>(UDN_DELTAPOS)) {
+    if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(data)->code == UDN_DELTAPOS) {
         const auto& step = *reinterpret_cast<const NMUPDOWN*>(data);
         for (const LengthControls& each : lengths) {
             if (step.hdr.idFrom != static_cast<UINT_PTR>(each.arrows)) continue;

@@ -34,8 +34,7 @@ HDC choosePrinter(HWND owner) {
     dialog.nMaxPage = 65535;
     dialog.nCopies = 1;
     const bool chosen = PrintDlgA(&dialog) != 0;
-    if (dialog.hDevMode != nullptr) GlobalFree(dialog.hDevMode);
-    if (dialog.hDevNames != nullptr) GlobalFree(dialog.hDevNames);
+    releaseDialogMemory(dialog.hDevMode, dialog.hDevNames);
     if (!chosen && CommDlgExtendedError() != 0) showSystemError(owner, ERROR_INVALID_PRINTER_NAME);
     return chosen ? dialog.hDC : nullptr;
 }

@@ -21,8 +21,8 @@ struct GraphWindow {
     GraphView view;
 };
 
-// All that the one window keeps while the program runs. Each handle is closed where it was opened:
-// single_instance, main_window, dde_client, graph_window.
+// All that the one window keeps while the program runs. main_window ends what screens_window, page_setup and
+// dde_client have opened; graph_window ends its own.
 struct Program {
     HINSTANCE instance = nullptr;
     char settingsPath[MAX_PATH] = "";

@@ -59,6 +59,8 @@ DWORD writeFile(HWND screen, const char* path, DWORD filter) {
     if (stream.file == INVALID_HANDLE_VALUE) return GetLastError();
     EDITSTREAM edit = {reinterpret_cast<DWORD_PTR>(&stream), 0, writePiece};
     SendMessageA(screen, EM_STREAMOUT, streamFormat(filter), reinterpret_cast<LPARAM>(&edit));
+    if (stream.error == ERROR_SUCCESS && edit.dwError != 0)
+        stream.error = ERROR_WRITE_FAULT; // of the control
     if (CloseHandle(stream.file) == 0 && stream.error == ERROR_SUCCESS) stream.error = GetLastError();
     return stream.error;
 }
@@ -73,17 +75,24 @@ bool isRichText(HANDLE file) {
     return is;
 }
 
-OPENFILENAMEA fileDialog(Program& program, DWORD flags) {
+// Asks for a path by a dialog of Windows, and keeps it and the file type. False when cancelled, nothing
+// changed.
+bool choosePath(Program& program, BOOL(WINAPI* ask)(OPENFILENAMEA*), DWORD flags) {
+    char path[sizeof program.screenPath]; // a dialog that fails may leave anything there
+    std::memcpy(path, program.screenPath, sizeof path);
     OPENFILENAMEA dialog = {};
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = program.window;
     dialog.lpstrFilter = "rich text format (*.rtf)\0 *.rtf\0plane text (*.txt)\0 *.txt\0";
     dialog.nFilterIndex = program.screenFilter;
     dialog.lpstrDefExt = "rtf";
-    dialog.lpstrFile = program.screenPath;
-    dialog.nMaxFile = sizeof program.screenPath;
+    dialog.lpstrFile = path;
+    dialog.nMaxFile = sizeof path;
     dialog.Flags = OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | flags;
-    return dialog;
+    if (ask(&dialog) == 0) return false;
+    std::memcpy(program.screenPath, path, sizeof path);
+    program.screenFilter = dialog.nFilterIndex;
+    return true;
 }
 
 // The file is written beside its place and put there as a whole; the error of the system, or 0.
@@ -118,12 +127,8 @@ bool saveToPath(Program& program, int screen) {
     return true;
 }
 
-// Asks for the path; false when cancelled.
 bool chooseSavePath(Program& program) {
-    OPENFILENAMEA dialog = fileDialog(program, OFN_OVERWRITEPROMPT);
-    if (GetSaveFileNameA(&dialog) == 0) return false;
-    program.screenFilter = dialog.nFilterIndex;
-    return true;
+    return choosePath(program, GetSaveFileNameA, OFN_OVERWRITEPROMPT);
 }
 
 // False: the contents must stay.
@@ -151,9 +156,7 @@ void saveScreenAs(Program& program, int screen) {
 
 void openRichText(Program& program, int screen) {
     if (!offerToSave(program, screen)) return;
-    OPENFILENAMEA dialog = fileDialog(program, 0);
-    if (GetOpenFileNameA(&dialog) == 0) return;
-    program.screenFilter = dialog.nFilterIndex;
+    if (!choosePath(program, GetOpenFileNameA, 0)) return;
     Stream stream = {CreateFileA(program.screenPath, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING,
                                  FILE_ATTRIBUTE_NORMAL, nullptr),
                      ERROR_SUCCESS};

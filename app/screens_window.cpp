@@ -14,11 +14,11 @@ constexpr int statusHeight = 18;
 constexpr int progressTop = 3;
 constexpr int progressHeight = 14;
 
-// Child, visible, scroll bars, multi-line, automatic scrolling both ways, return key; the upper screen has
-// bit 0x200 besides.
-constexpr DWORD lowerStyle = 0x507010c4;
-constexpr DWORD upperStyle = 0x507012c4;
-constexpr DWORD statusStyle = 0x50000103;
+constexpr DWORD lowerStyle = WS_CHILD | WS_VISIBLE | WS_DLGFRAME | WS_VSCROLL | WS_HSCROLL | ES_MULTILINE |
+                             ES_AUTOVSCROLL | ES_AUTOHSCROLL | ES_WANTRETURN;
+constexpr DWORD upperStyle = lowerStyle | 0x200; // a bit without a name that the control ignores
+constexpr DWORD statusStyle = WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP | CCS_BOTTOM;
+static_assert(lowerStyle == 0x507010c4 && upperStyle == 0x507012c4 && statusStyle == 0x50000103);
 
 HMODULE loadRichEdit() {
     char directory[MAX_PATH] = "";

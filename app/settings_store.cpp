@@ -40,7 +40,7 @@ void readSettingsFile(Program& program) {
     if (!decodeSettings(bytes, count, program.settingsFile)) setDefaultSettings(program.defaults());
 }
 
-int writeSettingsFile(Program& program) {
+bool writeSettingsFile(Program& program) {
     unsigned char bytes[settingsFileSize];
     encodeSettings(program.settingsFile, bytes);
     char neighbour[MAX_PATH + 8];
@@ -48,9 +48,9 @@ int writeSettingsFile(Program& program) {
     if (writeAll(neighbour, bytes, sizeof bytes) &&
         MoveFileExA(neighbour, program.settingsPath, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) !=
             0) {
-        return 0;
+        return true;
     }
     DeleteFileA(neighbour);
     MessageBoxA(program.window, "failed to open .par file", "alert", MB_OK | MB_ICONEXCLAMATION);
-    return -1;
+    return false;
 }

@@ -6,5 +6,5 @@
 void readSettingsFile(Program& program);
 
 // Writes the settings file to a neighbour and puts it in place at once, so that it is never half-written.
-// 0, or -1 after a message box when it cannot be written.
-int writeSettingsFile(Program& program);
+// False after a message box when it cannot be written.
+bool writeSettingsFile(Program& program);

@@ -49,8 +49,8 @@ void WindowFrontend::alert(const char* text, const char* caption) {
     MessageBoxA(program_.window, text, caption, MB_OK | MB_ICONEXCLAMATION);
 }
 
-bool WindowFrontend::chooseOptions(AnalysisRun& run, const AnalysisKind& kind) {
-    return showOptionDialog(program_, run, kind);
+bool WindowFrontend::chooseOptions(AnalysisRun&, const AnalysisKind& kind) {
+    return showOptionDialog(program_, kind);
 }
 
 bool WindowFrontend::enterPrediction(const AnalysisRun&, PredictionEntry& entry, int page) {

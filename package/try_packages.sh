@@ -124,7 +124,7 @@ tryInstaller() {
 }
 
 tryDeb() {
-    local unpacked=$trial/deb program=usr/bin/ombrivantel-batch asRoot=()
+    local unpacked=$trial/deb program=usr/bin/ombrivantel-batch
     dpkg-deb --contents "$deb" >"$trial/contents"
     try "the .deb's contents" grep -E "^-rwxr-xr-x root/root .* \./$program\$" "$trial/contents"
     dpkg-deb -x "$deb" "$unpacked"

@@ -89,6 +89,7 @@ useWine() {
 
 # Ends what still runs in the prefix of useWine, and nothing else.
 endWine() {
+    [[ ${WINEPREFIX:-} == "$root"/build/wine/* ]] || return 0
     /usr/lib/wine/wineserver64 -k || true
 }
 

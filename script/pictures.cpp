@@ -24,6 +24,11 @@ constexpr DWORD pause = 50;
 
 PROCESS_INFORMATION program = {};
 
+// A null window would mean our own thread.
+bool post(HWND window, UINT message, WPARAM word, LPARAM data) {
+    return window != nullptr && PostMessageA(window, message, word, data) != 0;
+}
+
 HWND mainWindow() {
     return FindWindowA("Ombrivantel", nullptr);
 }
@@ -67,8 +72,9 @@ bool choose(int list, WPARAM index) {
     const bool isListBox = lstrcmpiA(className, "ListBox") == 0;
     SendMessageA(control, isListBox ? LB_SETCURSEL : CB_SETCURSEL, index, 0);
     const int changed = isListBox ? LBN_SELCHANGE : CBN_SELCHANGE;
-    return PostMessageA(parent, WM_COMMAND, static_cast<WPARAM>(MAKELONG(list, changed)),
-                        reinterpret_cast<LPARAM>(control)) != 0 &&
+    return control != nullptr &&
+           post(parent, WM_COMMAND, static_cast<WPARAM>(MAKELONG(list, changed)),
+                reinterpret_cast<LPARAM>(control)) &&
            rest();
 }
 
@@ -85,14 +91,14 @@ HWND findButton(HWND dialog, int button) {
 
 bool press(int button, bool closes) {
     const HWND dialog = dialogInFront();
-    if (!PostMessageA(findButton(dialog, button), BM_CLICK, 0, 0)) return false;
+    if (!post(findButton(dialog, button), BM_CLICK, 0, 0)) return false;
     for (DWORD waited = 0; closes && IsWindow(dialog) && waited < timeLimit; waited += pause) Sleep(pause);
-    return rest();
+    return !(closes && IsWindow(dialog)) && rest();
 }
 
 bool closeProgram() {
-    PostMessageA(mainWindow(), WM_CLOSE, 0, 0);
-    const bool gone = WaitForSingleObject(program.hProcess, timeLimit) == WAIT_OBJECT_0;
+    const bool gone = post(mainWindow(), WM_CLOSE, 0, 0) &&
+                      WaitForSingleObject(program.hProcess, timeLimit) == WAIT_OBJECT_0;
     CloseHandle(program.hProcess);
     return gone;
 }
@@ -108,7 +114,7 @@ bool act(std::istream& words) {
     if (action == "close") return closeProgram();
     words >> identifier;
     if (action == "command")
-        return PostMessageA(mainWindow(), WM_COMMAND, static_cast<WPARAM>(identifier), 0) && rest();
+        return post(mainWindow(), WM_COMMAND, static_cast<WPARAM>(identifier), 0) && rest();
     if (action == "choose") return words >> index && choose(identifier, index);
     if (action == "type")
         return words >> file && SetWindowTextA(GetDlgItem(dialogInFront(), identifier), file.c_str()) &&
@@ -116,7 +122,7 @@ bool act(std::istream& words) {
     if (action == "check") return press(identifier, false);
     if (action == "press") return press(identifier, true);
     if (action == "page")
-        return PostMessageA(dialogInFront(), PSM_SETCURSEL, static_cast<WPARAM>(identifier), 0) && rest();
+        return post(dialogInFront(), PSM_SETCURSEL, static_cast<WPARAM>(identifier), 0) && rest();
     return false;
 }
 

@@ -20,6 +20,6 @@ inline void startWith(App& app, const std::string& data) {
 inline void expectRefused(const App& app, const Dialog& dialog, const std::string& text) {
     dialog.click(IDOK);
     const Dialog alert = app.waitForDialog("alert");
-    EXPECT_EQ(alert.text(0xffff), text);
+    EXPECT_EQ(alert.text(messageText), text);
     alert.press(IDOK);
 }

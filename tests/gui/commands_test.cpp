@@ -33,7 +33,6 @@ void startWithSmallFile(App& app) {
 } // namespace
 
 TEST(OpenFile, ByItsDialog) {
-    const int fileName = 0x47c; // in the dialog of Windows
     App app;
     const std::string path = app.write("small.csv", smallFile);
     app.start();

@@ -14,6 +14,9 @@
 // time or cannot be done throws std::runtime_error, which fails the test that runs, and App cleans up behind
 // it.
 
+// Controls of the boxes and file dialogs of Windows.
+constexpr int messageText = 0xffff, fileName = 0x47c, fileType = 0x470;
+
 std::string readFile(const std::string& path);
 
 // The path of a file below the project's folder.

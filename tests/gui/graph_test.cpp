@@ -40,7 +40,7 @@ TEST(GraphWindow, ShowsTheLastPictureUntilTheNextAnalysis) {
     dialog.type(2201, "1");
     dialog.click(IDOK);
     const Dialog alert = app.waitForDialog("alert");
-    EXPECT_EQ(alert.text(0xffff), "failed to initialize and graph struct cause too few vector number");
+    EXPECT_EQ(alert.text(messageText), "failed to initialize and graph struct cause too few vector number");
     alert.press(IDOK);
     EXPECT_EQ(graphWindow(), nullptr);
     EXPECT_EQ(app.statusText(),

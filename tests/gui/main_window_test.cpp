@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
+#include <tuple>
 
 #include "analysis/run/commands.h"
 #include "tests/gui/driver.h"
@@ -111,7 +112,7 @@ TEST(MainWindow, TellsThatTheSettingsCannotBeWritten) {
     const std::string settings = app.path("Ombrivantel.par");
     const auto expectAlert = [&] {
         const Dialog alert = app.waitForDialog("alert");
-        EXPECT_EQ(alert.text(0xffff), "failed to open .par file");
+        EXPECT_EQ(alert.text(messageText), "failed to open .par file");
         alert.press(IDOK);
         EXPECT_EQ(app.waitForEnd(), 0);
     };

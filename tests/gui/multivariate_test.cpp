@@ -11,8 +11,12 @@ TEST(ComponentDialog, StepsWithinItsLimitsAndCancels) {
     EXPECT_EQ(app.lowerText(), "");
     const Dialog dialog = app.runCommand(712, "principal component analysis");
     EXPECT_FALSE(dialog.isChecked(covariance));
+    RECT before = {}, after = {};
+    GetWindowRect(dialog.control(number), &before);
     for (int click = 0; click < 3; ++click) dialog.spin(2203, false);
     EXPECT_EQ(dialog.text(number), "    1");
+    GetWindowRect(dialog.control(number), &after);
+    EXPECT_TRUE(EqualRect(&before, &after)); // the arrows take their place from it once
     dialog.type(number, "10");
     for (int click = 0; click < 3; ++click) dialog.spin(2203, true);
     EXPECT_EQ(dialog.text(number), "   11"); // as many as there are variables

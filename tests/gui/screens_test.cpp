@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr int messageText = 0xffff;
-constexpr int fileName = 0x47c, fileType = 0x470;
 constexpr int fontFace = 0x470, fontStyle = 0x471, fontSize = 0x472, fontUnderline = 0x411;
 
 // Data that gives the upper screen so many lines, with a report below it.

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdio>
 #include <future>
 #include <gtest/gtest.h>
 #include <optional>
@@ -85,9 +86,9 @@ struct SpreadsheetLink : testing::Test {
     // Returns the kind that the dialog begins with.
     int open(int kind, const std::string& path) const {
         const Dialog dialog = app.runCommand(commandOpenFile, "Open");
-        const int filters = 0x470, name = 0x47c, kept = dialog.chosen(filters);
-        dialog.choose(filters, kind);
-        dialog.type(name, path);
+        const int kept = dialog.chosen(fileType);
+        dialog.choose(fileType, kind);
+        dialog.type(fileName, path);
         dialog.press(IDOK);
         waitUntil("the file", [&] {
             return IsWindowEnabled(app.window()) != 0 && app.statusText().find(" : ") != std::string::npos;

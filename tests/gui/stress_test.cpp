@@ -125,8 +125,8 @@ TEST(Stress, RandomCommandsLeaveNothingBehind) {
         UINT command = commandOpenFile;
         if (app.isItemEnabled(commandOpenFile)) {
             const Dialog dialog = app.runCommand(commandOpenFile, "Open");
-            dialog.choose(0x470, 0);
-            dialog.type(0x47c, projectFile("samples\\" + anyOf(files) + ".csv"));
+            dialog.choose(fileType, 0);
+            dialog.type(fileName, projectFile("samples\\" + anyOf(files) + ".csv"));
             dialog.press(IDOK);
             ++opened;
         } else {
