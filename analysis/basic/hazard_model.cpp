@@ -7,8 +7,8 @@
 
 #include "analysis/basic/event_data.h"
 #include "analysis/basic/event_model_report.h"
+#include "analysis/basic/event_options.h"
 #include "analysis/basic/newton_raphson.h"
-#include "analysis/basic/survival_options.h"
 #include "analysis/run/score_graph.h"
 #include "report/tables.h"
 

@@ -1,41 +1,19 @@
 #include "analysis/basic/logistic_model.h"
 
 #include <cmath>
-#include <limits>
 
 #include "analysis/basic/event_data.h"
 #include "analysis/basic/event_model_report.h"
+#include "analysis/basic/event_options.h"
 #include "analysis/basic/newton_raphson.h"
 #include "report/tables.h"
 
 namespace {
 
-constexpr double boundless = std::numeric_limits<double>::infinity();
-
-const OptionField fields[] = {
-    {.type = OptionType::variable,
-     .name = "state",
-     .help = "the variable that tells which samples have the event",
-     .offset = offsetof(AnalysisOptions, settings.logisticState),
-     .control = 5001},
-    {.type = OptionType::wholeNumber,
-     .name = "iterations",
-     .help = "give up after N iterations",
-     .offset = offsetof(AnalysisOptions, settings.logisticIterations),
-     .control = 5002,
-     .arrows = 5004,
-     .least = 1.0,
-     .most = 9999.0,
-     .bounded = true},
-    {.type = OptionType::real,
-     .name = "division",
-     .help = "a sample has the event when its state is above X",
-     .offset = offsetof(AnalysisOptions, settings.logisticDivision),
-     .control = 5003,
-     .arrows = 5005,
-     .step = 0.1,
-     .least = -boundless,
-     .most = boundless},
+constexpr OptionField fields[] = {
+    stateField(offsetof(AnalysisOptions, settings.logisticState), 5001),
+    iterationsField(offsetof(AnalysisOptions, settings.logisticIterations), 5002, 5004),
+    divisionField(offsetof(AnalysisOptions, settings.logisticDivision), 5003, 5005),
 };
 
 const char* refuse(const AnalysisOptions& options, std::uint32_t) {

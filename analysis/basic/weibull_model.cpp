@@ -5,8 +5,8 @@
 
 #include "analysis/basic/event_data.h"
 #include "analysis/basic/event_model_report.h"
+#include "analysis/basic/event_options.h"
 #include "analysis/basic/newton_raphson.h"
-#include "analysis/basic/survival_options.h"
 #include "numeric/incomplete_gamma.h"
 #include "report/tables.h"
 

@@ -19,10 +19,6 @@ constexpr double negligible = 1e-10;    // of an eigenvalue, and of its distance
 
 constexpr const char* dataModes[] = {"variable", "cross"};
 
-double variableCount(const DataSet& data) {
-    return data.loaded.variables;
-}
-
 const OptionField fields[] = {
     {.type = OptionType::choice,
      .name = "data",

@@ -14,10 +14,6 @@ namespace {
 
 const char* const baseNames[] = {"correlation", "covariance"};
 
-double variableCount(const DataSet& data) {
-    return data.loaded.variables;
-}
-
 const OptionField fields[] = {
     {.type = OptionType::wholeNumber,
      .name = "components",

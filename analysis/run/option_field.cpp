@@ -35,6 +35,10 @@ double& realOption(AnalysisOptions& options, const OptionField& field) {
     return *static_cast<double*>(valueOf(options, field));
 }
 
+double variableCount(const DataSet& data) {
+    return data.loaded.variables;
+}
+
 void showReal(double value, char (&text)[optionTextSize]) {
     std::snprintf(text, sizeof text, "%5.3lf", value);
 }

@@ -38,6 +38,9 @@ using OptionFields = std::span<const OptionField>;
 std::int32_t& wholeOption(AnalysisOptions& options, const OptionField& field, int index = 0);
 double& realOption(AnalysisOptions& options, const OptionField& field);
 
+// A `mostOfData`: as many as there are variables.
+double variableCount(const DataSet& data);
+
 // What the edit of a number shows.
 constexpr std::size_t optionTextSize = 340;
 void showReal(double value, char (&text)[optionTextSize]);
