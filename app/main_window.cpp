@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "analysis/basic/prediction.h"
+#include "analysis/basic/regression/prediction.h"
 #include "analysis/run/commands.h"
 #include "analysis/run/data_file.h"
 #include "analysis/run/run_flow.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "analysis/basic/prediction.h"
+#include "analysis/basic/regression/prediction.h"
 #include "app/program.h"
 
 // Lets the user enter the values of one page, from 0. True: go on; false: cancelled.

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "analysis/basic/prediction.h"
+#include "analysis/run/prediction_entry.h"
 #include "batch/command_line.h"
+#include "batch/complaint.h"
 
 // Options whose value is "NAME=X[,NAME=X...]" and that can be given again and again.
 struct AssignmentOption {

@@ -3,11 +3,13 @@
 #include <cstdio>
 #include <cstring>
 
+#include "analysis/basic/regression/prediction.h"
 #include "analysis/run/data_file.h"
 #include "analysis/run/run_flow.h"
+#include "batch/applied_options.h"
+#include "batch/arguments.h"
 #include "batch/assignments.h"
 #include "batch/batch_frontend.h"
-#include "batch/command_line.h"
 #include "batch/help.h"
 #include "batch/terminal.h"
 #include "report/messages.h"
@@ -137,7 +139,7 @@ ErrorCode print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& r
 
 // The picture of a run that succeeded; false when there is none, which one line tells.
 bool writePicture(const BatchFrontend& frontend, const CommandLine& line, const Graph& graph) {
-    const char* refusal = refusePicture(line, graph);
+    const char* refusal = refusePicture(line.picture, *line.kind, graph);
     if (refusal != nullptr) {
         if (graph.present || !frontend.hasAlerted()) std::fprintf(stderr, "%s: %s\n", programName, refusal);
         return false;

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "batch/applied_options.h"
 #include "batch/terminal.h"
 
 namespace {

@@ -2,7 +2,8 @@
 
 #include <string_view>
 
-#include "batch/command_line.h"
+#include "analysis/run/option_field.h"
+#include "batch/complaint.h"
 
 // The values of option fields as texts of the command line.
 

@@ -1,9 +1,8 @@
 #include "batch/help.h"
 
-#include <cstring>
-
 #include "batch/assignments.h"
 #include "batch/field_values.h"
+#include "batch/usage_line.h"
 
 namespace {
 
@@ -38,19 +37,12 @@ void printField(std::FILE* file, const OptionField& field, AnalysisOptions& opti
     char usage[480];
     std::snprintf(usage, sizeof usage, "--%s%s %s", field.type == OptionType::flag ? "[no-]" : "", field.name,
                   value);
-    printOption(file, usage, field.help);
+    printUsageLine(file, usage, field.help);
     printDefault(file, field, options);
     std::fprintf(file, "\n");
 }
 
 } // namespace
-
-void printOption(std::FILE* file, const char* usage, const char* help) {
-    constexpr int width = 25;
-    const bool isLong = std::strlen(usage) > static_cast<std::size_t>(width);
-    std::fprintf(file, "  %-*s%s%*s", width, usage, isLong ? "\n" : " ", isLong ? width + 3 : 0, "");
-    std::fprintf(file, "%s", help);
-}
 
 void printHelp(std::FILE* file, const AnalysisKind* kind) {
     if (kind != nullptr) {
@@ -65,7 +57,7 @@ void printHelp(std::FILE* file, const AnalysisKind* kind) {
             if (!option.isTakenBy(*kind)) continue;
             char usage[80];
             std::snprintf(usage, sizeof usage, "--%s %s", option.name, assignmentUsage);
-            printOption(file, usage, option.help);
+            printUsageLine(file, usage, option.help);
             std::fprintf(file, "; may be repeated\n");
         }
         if (kind->graph != GraphRule::never) {

@@ -2,8 +2,7 @@
 
 #include <cstdlib>
 
-#include "batch/command_line.h"
-#include "batch/help.h"
+#include "batch/usage_line.h"
 #include "report/graph_painter.h"
 #include "report/svg_canvas.h"
 
@@ -99,12 +98,11 @@ bool setPictureOption(std::string_view name, const char* value, PictureOptions& 
     return false;
 }
 
-bool checkPictureOptions(const CommandLine& line, Complaint& complaint) {
-    const PictureOptions& options = line.picture;
+bool checkPictureOptions(const PictureOptions& options, const AnalysisKind* kind, Complaint& complaint) {
     if (options.given == nullptr) return true;
-    if (line.kind == nullptr || line.kind->graph == GraphRule::never) {
+    if (kind == nullptr || kind->graph == GraphRule::never) {
         complaint.say("%s: there is no picture of '%s'", options.given,
-                      line.kind == nullptr ? "summary" : line.kind->batchName);
+                      kind == nullptr ? "summary" : kind->batchName);
     } else if (options.file == nullptr) {
         complaint.say("%s needs --graph FILE.svg", options.given);
     }
@@ -115,24 +113,24 @@ void printPictureHelp(std::FILE* file) {
     for (const auto& option : pictureOptions) {
         char usage[64];
         std::snprintf(usage, sizeof usage, "%s %s", option.name, option.value != nullptr ? option.value : "");
-        printOption(file, usage, option.help);
+        printUsageLine(file, usage, option.help);
         std::fprintf(file, "\n");
     }
 }
 
-const char* refusePicture(const CommandLine& line, const Graph& graph) {
+const char* refusePicture(const PictureOptions& options, const AnalysisKind& kind, const Graph& graph) {
     if (!graph.present) {
-        switch (line.kind->graph) {
+        switch (kind.graph) {
         case GraphRule::threeGroups:
             return "there is no picture of fewer than 3 groups";
         case GraphRule::threeVariables:
-            return line.kind->number == similarityKind ? "there is no picture of this analysis"
-                                                       : "there is no picture of fewer than 3 variables";
+            return kind.number == similarityKind ? "there is no picture of this analysis"
+                                                 : "there is no picture of fewer than 3 variables";
         default:
             return "there is no picture of this run";
         }
     }
-    const GraphView& view = line.picture.view;
+    const GraphView& view = options.view;
     for (const int series : {view.series[0], view.series[1]}) {
         if (series >= graph.spec.seriesCount) return "--axes: the picture has fewer series";
     }

@@ -3,11 +3,10 @@
 #include <cstdio>
 #include <string_view>
 
+#include "analysis/run/analysis_kind.h"
+#include "batch/complaint.h"
 #include "report/graph_layout.h"
 #include "report/text_buffer.h"
-
-struct CommandLine;
-struct Complaint;
 
 // What the command line asks of the picture of an analysis.
 struct PictureOptions {
@@ -27,13 +26,13 @@ PictureOption findPictureOption(std::string_view name);
 bool setPictureOption(std::string_view name, const char* value, PictureOptions& options,
                       Complaint& complaint);
 
-// False and a complaint when the analysis has no picture, or there is none to write.
-bool checkPictureOptions(const CommandLine& line, Complaint& complaint);
+// False and a complaint when the analysis (null: the summary) has no picture, or there is none to write.
+bool checkPictureOptions(const PictureOptions& options, const AnalysisKind* kind, Complaint& complaint);
 
 void printPictureHelp(std::FILE* file);
 
 // Why the run has no picture that meets the options, or null.
-const char* refusePicture(const CommandLine& line, const Graph& graph);
+const char* refusePicture(const PictureOptions& options, const AnalysisKind& kind, const Graph& graph);
 
 // The picture as an SVG document; success or outOfMemory.
 ErrorCode drawPicture(const PictureOptions& options, const Graph& graph, TextBuffer& document);

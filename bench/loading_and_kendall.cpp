@@ -1,7 +1,7 @@
 #include <cstdio>
 #include <random>
 
-#include "analysis/basic/kendall_counts.h"
+#include "analysis/basic/descriptive/kendall_counts.h"
 #include "bench/bench.h"
 #include "data/csv_reader.h"
 

@@ -2,7 +2,7 @@
 #include <random>
 
 #include "bench/bench.h"
-#include "tests/analysis/plain_merging.h"
+#include "tests/analysis/multivariate/cluster/plain_merging.h"
 
 namespace {
 

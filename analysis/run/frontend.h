@@ -1,10 +1,9 @@
 #pragma once
 
 #include "analysis/run/analysis_kind.h"
+#include "analysis/run/prediction_entry.h"
+#include "data/spreadsheet.h"
 #include "report/screens.h"
-
-class Workbook;         // data/spreadsheet.h
-struct PredictionEntry; // analysis/basic/prediction.h
 
 // What the run flow asks of the program around it: the window, the batch runner or a test.
 class Frontend : public Screens {

@@ -1,0 +1,74 @@
+#include "analysis/basic/descriptive/basic_statistics.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// The middle value, or the mean of the two in the middle. Reorders the values.
+double medianOf(double* values, std::size_t count) {
+    double* const middle = values + count / 2;
+    std::nth_element(values, middle, values + count);
+    if (count % 2 == 1) return *middle;
+    return 0.5 * (*std::max_element(values, middle) + *middle);
+}
+
+// A value replaces the first one only when it is strictly beyond it.
+void extremes(const double* values, std::size_t count, double& maximum, double& minimum) {
+    maximum = minimum = values[0];
+    for (std::size_t s = 1; s < count; ++s) {
+        if (values[s] > maximum) maximum = values[s];
+        if (values[s] < minimum) minimum = values[s];
+    }
+}
+
+void moments(const double* values, std::size_t count, BasicStatistics& statistics, std::size_t j) {
+    const double n = static_cast<double>(count);
+    double sum = 0.0;
+    for (std::size_t s = 0; s < count; ++s) sum += values[s];
+    const double mean = sum / n;
+
+    double absolute = 0.0, second = 0.0, third = 0.0, fourth = 0.0;
+    for (std::size_t s = 0; s < count; ++s) {
+        const double deviation = values[s] - mean;
+        const double square = deviation * deviation;
+        absolute += std::fabs(deviation);
+        second += square;
+        third += square * deviation;
+        fourth += square * square;
+    }
+    const double variance = second / (n - 1.0);
+    const double standardDeviation = std::sqrt(variance);
+    statistics.mean[j] = mean;
+    statistics.averageDeviation[j] = absolute / n;
+    statistics.variance[j] = variance;
+    statistics.standardDeviation[j] = standardDeviation;
+    if (variance != 0.0) {
+        statistics.skew[j] = third / (n * variance * standardDeviation);
+        statistics.kurtosis[j] = fourth / (n * variance * variance) - 3.0;
+    }
+}
+
+} // namespace
+
+ErrorCode BasicStatistics::allocate(std::size_t variables, std::size_t samples) {
+    return maximum.allocate(variables) | minimum.allocate(variables) | mean.allocate(variables) |
+           median.allocate(variables) | standardDeviation.allocate(variables) |
+           averageDeviation.allocate(variables) | skew.allocate(variables) | kurtosis.allocate(variables) |
+           variance.allocate(variables) | column.allocate(samples);
+}
+
+void basicStatistics(Screens& screens, const DataMatrix& data, BasicStatistics& statistics) {
+    const std::size_t variables = static_cast<std::size_t>(data.variables);
+    const std::size_t samples = static_cast<std::size_t>(data.samples);
+    if (samples == 0) return;
+    double* const column = statistics.column.data();
+    for (std::size_t j = 0; j < variables; ++j) {
+        for (std::size_t s = 0; s < samples; ++s) column[s] = data.values[s * variables + j];
+        extremes(column, samples, statistics.maximum[j], statistics.minimum[j]);
+        moments(column, samples, statistics, j);
+        const bool varies = statistics.maximum[j] > statistics.minimum[j];
+        statistics.median[j] = varies ? medianOf(column, samples) : statistics.maximum[j];
+        screens.setProgress(static_cast<int>(70 * (j + 1) / variables));
+    }
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "analysis/basic/descriptive/ranked_column.h"
+
+// The pairs of samples as Kendall's tau counts them.
+struct KendallCounts {
+    double s;      // concordant pairs less discordant ones
+    double first;  // pairs that differ in the first column
+    double second; // pairs that differ in the second column
+};
+
+// Counts by the sign of the product of both differences, over all pairs: O(N^2).
+KendallCounts countAllPairs(const DataMatrix& data, std::int32_t i, std::int32_t j);
+
+// The same counts in O(N log N): the discordant pairs are the exchanges of a merge sort (Knight, 1966).
+// `scratch` holds 3 N integers. Where a product of differences may leave the range of a double, all pairs are
+// counted.
+KendallCounts countPairs(const DataMatrix& data, std::int32_t i, std::int32_t j, const RankedColumn& first,
+                         const RankedColumn& second, std::int32_t* scratch);

@@ -1,0 +1,91 @@
+#include "analysis/basic/descriptive/rank_correlation.h"
+
+#include <cmath>
+#include <numbers>
+
+#include "analysis/basic/descriptive/kendall_counts.h"
+#include "numeric/beta.h"
+#include "numeric/distributions.h"
+
+namespace {
+
+double twoSidedNormal(double z) {
+    return ComplementaryErrorFunction(std::fabs(z) / std::numbers::sqrt2);
+}
+
+void kendallOfPair(const KendallCounts& counts, double n, KendallTable& table, std::size_t pair) {
+    const double tau = counts.s / (std::sqrt(counts.first) * std::sqrt(counts.second));
+    const double z = tau / std::sqrt((4.0 * n + 10.0) / (9.0 * n * (n - 1.0)));
+    table.tau[pair] = tau;
+    table.z[pair] = z;
+    table.prob[pair] = twoSidedNormal(z);
+}
+
+double squaredDifferences(const double* first, const double* second, std::int32_t samples) {
+    double sum = 0.0;
+    for (std::int32_t s = 0; s < samples; ++s) {
+        const double difference = first[s] - second[s];
+        sum += difference * difference;
+    }
+    return sum;
+}
+
+// Returns the error flag of IncompleteBeta.
+ErrorCode spearmanOfPair(const RankedColumn& first, const RankedColumn& second, std::int32_t samples,
+                         SpearmanTable& table, std::size_t pair) {
+    const double n = samples;
+    const double d = squaredDifferences(first.ranks, second.ranks, samples);
+    const double e = n * n * n - n;
+    const double ties = first.tieSum + second.tieSum;
+    const double meanOfD = e / 6.0 - ties / 12.0;
+    const double fac = (1.0 - first.tieSum / e) * (1.0 - second.tieSum / e);
+    const double zd = (d - meanOfD) / std::sqrt((n - 1.0) * n * n * (n + 1.0) * (n + 1.0) / 36.0 * fac);
+    const double rs = (1.0 - 6.0 / e * (d + ties / 12.0)) / std::sqrt(fac);
+    std::uint32_t flag = 0;
+    double pr = 0.0;
+    if (fac > 0.0) {
+        // Divided by the tie factor, not by (1 + rs)(1 - rs): reports depend on this value.
+        const double df = n - 2.0;
+        const double t2 = rs * rs * df / fac;
+        pr = IncompleteBeta(0.5 * df, 0.5, df / (df + t2), flag);
+    }
+    table.d[pair] = d;
+    table.zd[pair] = zd;
+    table.pd[pair] = twoSidedNormal(zd);
+    table.rs[pair] = rs;
+    table.pr[pair] = pr;
+    return static_cast<ErrorCode>(flag);
+}
+
+} // namespace
+
+ErrorCode SpearmanTable::allocate(std::size_t pairs) {
+    return d.allocate(pairs) | zd.allocate(pairs) | pd.allocate(pairs) | rs.allocate(pairs) |
+           pr.allocate(pairs);
+}
+
+ErrorCode KendallTable::allocate(std::size_t pairs) {
+    return tau.allocate(pairs) | z.allocate(pairs) | prob.allocate(pairs);
+}
+
+ErrorCode rankCorrelations(Screens& screens, const DataMatrix& data, SpearmanTable& spearman,
+                           KendallTable& kendall) {
+    RankedColumns ranked;
+    Block<std::int32_t> scratch;
+    const ErrorCode code = ranked.rank(data) | scratch.allocate(3 * static_cast<std::size_t>(data.samples));
+    if (code != success) return code;
+
+    std::size_t pair = 0;
+    for (std::int32_t i = 0; i + 1 < data.variables; ++i) {
+        const RankedColumn& first = ranked.columns[static_cast<std::size_t>(i)];
+        for (std::int32_t j = i + 1; j < data.variables; ++j, ++pair) {
+            const RankedColumn& second = ranked.columns[static_cast<std::size_t>(j)];
+            const KendallCounts counts = countPairs(data, i, j, first, second, scratch.data());
+            kendallOfPair(counts, data.samples, kendall, pair);
+            const ErrorCode flag = spearmanOfPair(first, second, data.samples, spearman, pair);
+            if (flag != success) return flag;
+        }
+        screens.setProgress(70 + static_cast<int>(30LL * (i + 1) / (data.variables - 1)));
+    }
+    return success;
+}

@@ -1,0 +1,62 @@
+#include "analysis/basic/descriptive/ranked_column.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "numeric/sort.h"
+
+namespace {
+
+// `keys` and `order` are scratch.
+void rankColumn(const DataMatrix& data, std::int32_t index, double* keys, double* order,
+                RankedColumn& column) {
+    const std::int32_t samples = data.samples;
+    const double* value = data.values.data() + index;
+    for (std::int32_t s = 0; s < samples; ++s, value += data.variables) {
+        keys[s] = *value;
+        order[s] = s;
+    }
+    SortKeysWithCompanion(samples, keys, order);
+
+    column.runCount = 0;
+    column.tieSum = 0.0;
+    column.tiedPairs = 0.0;
+    column.leastGap = std::numeric_limits<double>::infinity();
+    column.range = samples > 0 ? keys[samples - 1] - keys[0] : 0.0;
+    for (std::int32_t first = 0, next = 0; first < samples; first = next) {
+        next = first + 1;
+        while (next < samples && keys[next] == keys[first]) ++next;
+        const double length = next - first;
+        column.tieSum += length * length * length - length;
+        column.tiedPairs += 0.5 * length * (length - 1.0);
+        if (next < samples) column.leastGap = std::min(column.leastGap, keys[next] - keys[first]);
+        for (std::int32_t at = first; at < next; ++at) {
+            const std::int32_t sample = static_cast<std::int32_t>(order[at]);
+            column.sorted[at] = sample;
+            column.runs[sample] = column.runCount;
+            column.ranks[sample] = 0.5 * (first + 1.0 + next);
+        }
+        ++column.runCount;
+    }
+}
+
+} // namespace
+
+ErrorCode RankedColumns::rank(const DataMatrix& data) {
+    const std::size_t samples = static_cast<std::size_t>(data.samples);
+    const std::size_t variables = static_cast<std::size_t>(data.variables);
+    Block<double> keys;
+    Block<double> order;
+    const ErrorCode code = columns.allocate(variables) | ranks.allocate(variables * samples) |
+                           runs.allocate(variables * samples) | sorted.allocate(variables * samples) |
+                           keys.allocate(samples) | order.allocate(samples);
+    if (code != success) return code;
+    for (std::size_t j = 0; j < variables; ++j) {
+        RankedColumn& column = columns[j];
+        column.ranks = ranks.data() + j * samples;
+        column.runs = runs.data() + j * samples;
+        column.sorted = sorted.data() + j * samples;
+        rankColumn(data, static_cast<std::int32_t>(j), keys.data(), order.data(), column);
+    }
+    return success;
+}

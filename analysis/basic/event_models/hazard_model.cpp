@@ -1,0 +1,325 @@
+#include "analysis/basic/event_models/hazard_model.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+#include "analysis/basic/event_models/event_data.h"
+#include "analysis/basic/event_models/event_model_report.h"
+#include "analysis/basic/event_models/event_options.h"
+#include "analysis/basic/event_models/newton_raphson.h"
+#include "analysis/run/score_graph.h"
+#include "report/tables.h"
+
+namespace {
+
+constexpr auto fields = survivalFields(offsetof(AnalysisOptions, settings.hazard), 5201);
+
+const char* refuse(const AnalysisOptions& options, std::uint32_t) {
+    return refuseSurvival(options.settings.hazard);
+}
+
+// The samples from the latest time to the earliest, so that the sample at i and all before it, and those of
+// the same time after it, are at risk at its time.
+struct RiskOrder {
+    Block<std::int32_t> order;  // samples
+    Block<double> covariates;   // samples x covariates, standardized
+    Block<double> times;        // samples
+    Block<std::int32_t> states; // samples
+
+    ErrorCode allocate(const EventData& events) {
+        return order.allocate(events.samples) | covariates.allocate(events.samples * events.covariates) |
+               times.allocate(events.samples) | states.allocate(events.samples);
+    }
+};
+
+void sortByTime(const EventData& events, RiskOrder& risk) {
+    for (std::size_t i = 0; i < events.samples; ++i) risk.order[i] = static_cast<std::int32_t>(i);
+    const double* times = events.times.data();
+    std::sort(risk.order.begin(), risk.order.end(), [times](std::int32_t a, std::int32_t b) {
+        if (times[a] != times[b]) return times[a] > times[b];
+        return a < b;
+    });
+    for (std::size_t i = 0; i < events.samples; ++i) {
+        const std::size_t s = static_cast<std::size_t>(risk.order[i]);
+        std::copy_n(events.design.data() + s * events.width, events.covariates,
+                    risk.covariates.data() + i * events.covariates);
+        risk.times[i] = events.times[s];
+        risk.states[i] = events.states[s];
+    }
+}
+
+// Over those at risk: the sum of exp(predictor), the covariates' means with these weights, and the sums of
+// products of their deviations from the means (lower triangle), so that a covariate that is the same for all
+// at risk has none at all. The weights are divided by exp(shift), the largest of them: none overflows.
+struct RiskSums {
+    double shift = 0.0;
+    double total = 0.0;
+    Block<double> means;    // covariates
+    Block<double> products; // covariates x covariates
+
+    ErrorCode allocate(std::size_t count) { return means.allocate(count) | products.allocate(count * count); }
+
+    void clear() {
+        shift = -std::numeric_limits<double>::infinity();
+        total = 0.0;
+        std::fill(means.begin(), means.end(), 0.0);
+        std::fill(products.begin(), products.end(), 0.0);
+    }
+
+    void add(double predictor, const double* row) {
+        if (predictor > shift) rescale(predictor);
+        const double weight = std::exp(predictor - shift);
+        const double before = total;
+        const std::size_t count = means.size();
+        total += weight;
+        const double share = weight / total;
+        for (std::size_t i = 0; i < count; ++i) {
+            const double weighted = share * before * (row[i] - means[i]);
+            double* line = products.data() + i * count;
+            for (std::size_t j = 0; j <= i; ++j) line[j] += weighted * (row[j] - means[j]);
+        }
+        for (std::size_t i = 0; i < count; ++i)
+            means[i] = before > 0.0 ? means[i] + share * (row[i] - means[i]) : row[i];
+    }
+
+private:
+    void rescale(double predictor) {
+        const double factor = std::exp(shift - predictor);
+        shift = predictor;
+        total *= factor;
+        for (double& sum : products) sum *= factor;
+    }
+};
+
+// One distinct time with events.
+struct EventTime {
+    double time;
+    double atRisk;
+    double events;
+    double cumulativeHazard;
+};
+
+double predictorOf(const double* parameters, const double* row, std::size_t count) {
+    double sum = 0.0;
+    for (std::size_t j = 0; j < count; ++j) sum += parameters[j] * row[j];
+    return sum;
+}
+
+class PartialLikelihood : public LikelihoodModel {
+public:
+    PartialLikelihood(const RiskOrder& risk, std::size_t covariates) : risk_(risk), count_(covariates) {}
+
+    ErrorCode allocate() { return sums_.allocate(count_); }
+
+    void evaluate(const double* parameters, LikelihoodPoint& point) override {
+        point.clear();
+        visitTimes(parameters, [&](std::size_t first, std::size_t end) {
+            double events = 0.0;
+            for (std::size_t i = first; i < end; ++i) {
+                if (risk_.states[i] == 0) continue;
+                const double* row = risk_.covariates.data() + i * count_;
+                events += 1.0;
+                point.value += predictorOf(parameters, row, count_);
+                for (std::size_t j = 0; j < count_; ++j) point.gradient[j] += row[j];
+            }
+            if (events > 0.0) addRisk(events, point);
+        });
+    }
+
+    // The baseline hazard of each event time, from the latest to the earliest: events over those at risk
+    // (Breslow 1974). Returns how many there are.
+    std::size_t findEventTimes(const double* parameters, EventTime* found) {
+        std::size_t count = 0;
+        visitTimes(parameters, [&](std::size_t first, std::size_t end) {
+            double events = 0.0;
+            for (std::size_t i = first; i < end; ++i) events += risk_.states[i];
+            if (events == 0.0) return;
+            const double hazard = events * std::exp(-sums_.shift) / sums_.total;
+            found[count++] = {risk_.times[first], static_cast<double>(end), events, hazard};
+        });
+        return count;
+    }
+
+private:
+    // Calls `visit` with the samples of each distinct time once all who are at risk then are in the sums.
+    template <class Visit> void visitTimes(const double* parameters, Visit visit) {
+        sums_.clear();
+        const std::size_t samples = risk_.times.size();
+        for (std::size_t first = 0; first < samples;) {
+            std::size_t end = first;
+            for (; end < samples && risk_.times[end] == risk_.times[first]; ++end) {
+                const double* row = risk_.covariates.data() + end * count_;
+                sums_.add(predictorOf(parameters, row, count_), row);
+            }
+            visit(first, end);
+            first = end;
+        }
+    }
+
+    // What so many events at a time take from the likelihood, its gradient and information.
+    void addRisk(double events, LikelihoodPoint& point) const {
+        point.value -= events * (sums_.shift + std::log(sums_.total));
+        for (std::size_t i = 0; i < count_; ++i) {
+            point.gradient[i] -= events * sums_.means[i];
+            for (std::size_t j = 0; j <= i; ++j) {
+                point.information[i * count_ + j] += events * sums_.products[i * count_ + j] / sums_.total;
+            }
+        }
+    }
+
+    const RiskOrder& risk_;
+    std::size_t count_;
+    RiskSums sums_;
+};
+
+struct HazardWork {
+    RiskOrder risk;
+    NewtonRaphsonFit fit;
+    EventCoefficients coefficients;
+    Block<EventTime> eventTimes; // as many as events, from the earliest on
+    std::size_t timeCount = 0;   // distinct ones
+    Block<double> hazards;       // samples: the cumulative baseline hazard at their time
+
+    ErrorCode allocate(const EventData& events) {
+        return risk.allocate(events) | fit.allocate(events.covariates) |
+               coefficients.allocate(events.covariates) |
+               eventTimes.allocate(static_cast<std::size_t>(events.events)) |
+               hazards.allocate(events.samples);
+    }
+};
+
+void findBaseline(PartialLikelihood& likelihood, HazardWork& work) {
+    work.timeCount = likelihood.findEventTimes(work.fit.parameters.data(), work.eventTimes.data());
+    EventTime* times = work.eventTimes.data();
+    std::reverse(times, times + work.timeCount);
+    for (std::size_t e = 1; e < work.timeCount; ++e)
+        times[e].cumulativeHazard += times[e - 1].cumulativeHazard;
+    std::size_t passed = 0;
+    for (std::size_t i = work.risk.times.size(); i-- > 0;) {
+        while (passed < work.timeCount && times[passed].time <= work.risk.times[i]) ++passed;
+        work.hazards[static_cast<std::size_t>(work.risk.order[i])] =
+            passed > 0 ? times[passed - 1].cumulativeHazard : 0.0;
+    }
+}
+
+void takeCoefficients(const EventData& events, HazardWork& work) {
+    for (std::size_t j = 0; j < events.covariates; ++j) {
+        const double variance = work.fit.covariance[j * events.covariates + j];
+        work.coefficients.values[j] = work.fit.parameters[j] / events.deviations[j];
+        work.coefficients.errors[j] = std::sqrt(variance) / events.deviations[j];
+    }
+}
+
+void writeFit(Report& report, const NewtonRaphsonFit& fit) {
+    report.lower.append("\tlog partial likelihood, AIC\n");
+    writeLikelihoodHeader(report);
+    writeLikelihoodRow(report, 1, "null model", fit.startLikelihood, 0);
+    writeLikelihoodRow(report, 2, "fitted model", fit.likelihood, fit.parameters.size());
+    report.lower.append("\n");
+    writeLikelihoodRatio(report, fit.startLikelihood, fit.likelihood, fit.parameters.size());
+}
+
+void writeBaseline(Report& report, const HazardWork& work) {
+    constexpr const char* names[] = {"time", "at.risk", "events", "cum.hazard", "survival"};
+    report.lower.append("\tbaseline survival\n");
+    writeEventHeader(report, names);
+    char label[32];
+    for (std::size_t e = 0; e < work.timeCount; ++e) {
+        const EventTime& at = work.eventTimes[e];
+        const int number = static_cast<int>(e) + 1;
+        std::snprintf(label, sizeof label, "event %d", number);
+        WriteRowStart(report, number, label);
+        writeEventValue(report, at.time);
+        writeEventCount(report, at.atRisk);
+        writeEventCount(report, at.events);
+        writeEventValue(report, at.cumulativeHazard);
+        writeEventValue(report, std::exp(-at.cumulativeHazard));
+        WriteRowEnd(report);
+    }
+    report.lower.append("\n");
+}
+
+void writeSamples(Report& report, const DataMatrix& data, const EventData& events, const HazardWork& work) {
+    constexpr const char* names[] = {"time", "state", "risk.score", "m.residual"};
+    report.lower.append("\ttime, state, risk score, martingale residual\n");
+    writeEventHeader(report, names);
+    for (std::size_t s = 0; s < events.samples; ++s) {
+        const double* row = events.design.data() + s * events.width;
+        const double score = std::exp(predictorOf(work.fit.parameters.data(), row, events.covariates));
+        WriteRowStart(report, static_cast<int>(s) + 1, data.labels[s].text);
+        writeEventValue(report, events.times[s]);
+        writeEventCount(report, events.states[s]);
+        writeEventValue(report, score);
+        writeEventValue(report, events.states[s] - work.hazards[s] * score);
+        WriteRowEnd(report);
+    }
+    report.lower.append("\n");
+}
+
+void writeReport(Screens& screens, AnalysisRun& run, const EventColumns& columns, const EventData& events,
+                 const HazardWork& work) {
+    Report& report = run.report;
+    writeEventStart(run, "propotional hazard model statistics", columns);
+    report.lower.appendFormat(", %d iterations\n\n", work.fit.iterations);
+    report.lower.append("\tcoefficient, standard error, wald chi square, chi prob, hazard ratio\n");
+    writeCoefficients(report, run.data, events, work.coefficients, "hazard.ratio");
+    writeFit(report, work.fit);
+    writeBaseline(report, work);
+    writeSamples(report, run.data.working, events, work);
+    screens.showLower(report);
+    screens.showStatus(report);
+}
+
+// The event times in three series, with one empty vector.
+ErrorCode buildSurvivalGraph(Screens& screens, AnalysisRun& run, const HazardWork& work) {
+    if (run.options.settings.expressGraph == 0) return success;
+    constexpr const char* names[] = {"time", "survival", "cumulative hazard"};
+    GraphSpec spec;
+    const ErrorCode code = spec.allocate(std::size(names), work.timeCount, 1);
+    if (code != success) return code;
+    for (std::size_t k = 0; k < std::size(names); ++k) {
+        std::snprintf(spec.seriesNames[k].text, textSlotSize, "%s", names[k]);
+    }
+    for (std::size_t e = 0; e < work.timeCount; ++e) {
+        const EventTime& at = work.eventTimes[e];
+        const int number = static_cast<int>(e) + 1;
+        std::snprintf(spec.itemLabels[e].text, textSlotSize, "event %d", number);
+        std::snprintf(spec.numberLabels[e].text, textSlotSize, "%d", number);
+        double* values = spec.values.data() + e * std::size(names);
+        values[0] = at.time;
+        values[1] = std::exp(-at.cumulativeHazard);
+        values[2] = at.cumulativeHazard;
+    }
+    if (run.everyGraphTakesPreferences) takeGraphPreferences(run.options.settings, spec);
+    return buildGraph(screens, spec, run.graph);
+}
+
+ErrorCode run(Screens& screens, AnalysisRun& run) {
+    const SurvivalOptions& options = run.options.settings.hazard;
+    const EventColumns columns = {options.stateColumn, options.timeColumn, options.division};
+    EventData events;
+    ErrorCode code = takeEventData(run.data.working, columns, 0, events);
+    if (code != success) return code;
+    HazardWork work;
+    PartialLikelihood likelihood(work.risk, events.covariates);
+    code = work.allocate(events) | likelihood.allocate();
+    if (code != success) return code;
+
+    startProgress(screens, run.report);
+    sortByTime(events, work.risk);
+    screens.setProgress(10);
+    code = newtonRaphson(likelihood, events.covariates, options.iterations, work.fit);
+    screens.setProgress(100);
+    screens.hideProgress();
+    if (code != success) return code;
+    takeCoefficients(events, work);
+    findBaseline(likelihood, work);
+    writeReport(screens, run, columns, events, work);
+    return buildSurvivalGraph(screens, run, work);
+}
+
+} // namespace
+
+const Analysis hazardModel = {.fields = fields, .driver = run, .refuse = refuse};

@@ -1,0 +1,146 @@
+#include "analysis/basic/event_models/newton_raphson.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "numeric/lu.h"
+#include "numeric/moments.h"
+
+namespace {
+
+constexpr int mostHalvings = 20;
+constexpr double allowedLoss = 1e-12;   // of the log-likelihood in a step
+constexpr double convergence = 1e-8;    // change of a parameter
+constexpr double runawayVariance = 1e8; // over that at the start
+
+// Inverts the information, scaled to a unit diagonal, into the covariance: success, singularMatrix or
+// outOfMemory.
+ErrorCode invertInformation(NewtonRaphsonFit& fit) {
+    const std::size_t count = fit.parameters.size();
+    const int order = static_cast<int>(count);
+    Block<double>& information = fit.point.information;
+    for (std::size_t i = 0; i < count; ++i) {
+        fit.scales[i] = std::sqrt(information[i * count + i]);
+        if (!(fit.scales[i] > 0.0) || !std::isfinite(fit.scales[i])) return singularMatrix;
+        for (std::size_t j = 0; j < i; ++j) information[j * count + i] = information[i * count + j];
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        for (std::size_t j = 0; j < count; ++j) {
+            fit.scaled[i * count + j] = information[i * count + j] / fit.scales[i] / fit.scales[j];
+        }
+    }
+    std::copy(fit.scaled.begin(), fit.scaled.end(), fit.covariance.begin());
+    double determinant = 0.0;
+    const ErrorCode code =
+        MatrixInverse(order, order, fit.covariance.data(), fit.inverse.data(), determinant);
+    if (code != success) return code;
+    if (!allFinite(fit.inverse.data(), fit.inverse.size()) ||
+        isSingular(order, order, fit.scaled.data(), order, fit.inverse.data())) {
+        return singularMatrix;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        for (std::size_t j = 0; j < count; ++j) {
+            fit.covariance[i * count + j] = fit.inverse[i * count + j] / fit.scales[i] / fit.scales[j];
+        }
+    }
+    return success;
+}
+
+void findStep(NewtonRaphsonFit& fit) {
+    const std::size_t count = fit.parameters.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        fit.step[i] = 0.0;
+        for (std::size_t j = 0; j < count; ++j) {
+            fit.step[i] += fit.covariance[i * count + j] * fit.point.gradient[j];
+        }
+    }
+}
+
+// Takes the step, as much of it as keeps the likelihood. False when nothing finite is left of it.
+bool takeStep(LikelihoodModel& model, NewtonRaphsonFit& fit) {
+    const std::size_t count = fit.parameters.size();
+    const double least = fit.likelihood - allowedLoss * (1.0 + std::fabs(fit.likelihood));
+    for (int halvings = 0;; ++halvings) {
+        for (std::size_t i = 0; i < count; ++i) fit.trial[i] = fit.parameters[i] + fit.step[i];
+        model.evaluate(fit.trial.data(), fit.point);
+        const bool finite = std::isfinite(fit.point.value);
+        if ((finite && fit.point.value >= least) || halvings == mostHalvings) {
+            std::copy(fit.trial.begin(), fit.trial.end(), fit.parameters.begin());
+            fit.likelihood = fit.point.value;
+            return finite;
+        }
+        for (double& change : fit.step) change *= 0.5;
+    }
+}
+
+bool runsAway(std::size_t slopes, const NewtonRaphsonFit& fit) {
+    const std::size_t count = fit.parameters.size();
+    for (std::size_t j = 0; j < slopes; ++j) {
+        if (fit.covariance[j * count + j] > runawayVariance * fit.start[j]) return true;
+    }
+    return false;
+}
+
+bool hasConverged(const NewtonRaphsonFit& fit) {
+    for (std::size_t i = 0; i < fit.parameters.size(); ++i) {
+        if (!(std::fabs(fit.step[i]) <= convergence * (1.0 + std::fabs(fit.parameters[i])))) return false;
+    }
+    return true;
+}
+
+} // namespace
+
+void LikelihoodPoint::clear() {
+    value = 0.0;
+    std::fill(gradient.begin(), gradient.end(), 0.0);
+    std::fill(information.begin(), information.end(), 0.0);
+}
+
+void LikelihoodPoint::add(const double* row, double first, double second) {
+    const std::size_t count = gradient.size();
+    double* line = information.data();
+    for (std::size_t i = 0; i < count; ++i, line += count) {
+        gradient[i] += first * row[i];
+        const double weight = second * row[i];
+        for (std::size_t j = 0; j <= i; ++j) line[j] += weight * row[j];
+    }
+}
+
+ErrorCode NewtonRaphsonFit::allocate(std::size_t count) {
+    const std::size_t square = count * count;
+    return parameters.allocate(count) | covariance.allocate(square) | point.gradient.allocate(count) |
+           point.information.allocate(square) | start.allocate(count) | trial.allocate(count) |
+           step.allocate(count) | scales.allocate(count) | scaled.allocate(square) | inverse.allocate(square);
+}
+
+double NewtonRaphsonFit::standardError(const double* weights) const {
+    const std::size_t count = parameters.size();
+    double variance = 0.0;
+    for (std::size_t i = 0; i < count; ++i) {
+        for (std::size_t j = 0; j < count; ++j)
+            variance += weights[i] * weights[j] * covariance[i * count + j];
+    }
+    return std::sqrt(variance);
+}
+
+ErrorCode newtonRaphson(LikelihoodModel& model, std::size_t slopes, std::int32_t limit,
+                        NewtonRaphsonFit& fit) {
+    model.evaluate(fit.parameters.data(), fit.point);
+    fit.startLikelihood = fit.likelihood = fit.point.value;
+    fit.iterations = 0;
+    if (!std::isfinite(fit.likelihood)) return notFinite;
+    ErrorCode code = invertInformation(fit);
+    if (code != success) return code == singularMatrix ? newtonRaphsonSingular : code;
+    for (std::size_t j = 0; j < slopes; ++j) fit.start[j] = fit.covariance[j * fit.parameters.size() + j];
+
+    while (fit.iterations < limit) {
+        findStep(fit);
+        if (!takeStep(model, fit)) return notFinite;
+        ++fit.iterations;
+        code = invertInformation(fit);
+        if (code != success) return code == singularMatrix ? newtonRaphsonNotConvergent : code;
+        if (runsAway(slopes, fit)) return newtonRaphsonNotConvergent;
+        if (hasConverged(fit)) return success;
+    }
+    return newtonRaphsonNotConvergent;
+}

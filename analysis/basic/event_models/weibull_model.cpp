@@ -1,0 +1,237 @@
+#include "analysis/basic/event_models/weibull_model.h"
+
+#include <cmath>
+#include <numbers>
+
+#include "analysis/basic/event_models/event_data.h"
+#include "analysis/basic/event_models/event_model_report.h"
+#include "analysis/basic/event_models/event_options.h"
+#include "analysis/basic/event_models/newton_raphson.h"
+#include "numeric/incomplete_gamma.h"
+#include "report/tables.h"
+
+namespace {
+
+constexpr auto fields = survivalFields(offsetof(AnalysisOptions, settings.weibull), 5101);
+
+const char* refuse(const AnalysisOptions& options, std::uint32_t) {
+    return refuseSurvival(options.settings.weibull);
+}
+
+// The cumulative hazard of a sample is exp(a z + a0 + k u), z its standardized covariates and u the logarithm
+// of its time less the mean of these. The parameters are (a, a0, k), in which the likelihood is concave; the
+// exponential model has k = 1 and the parameters (a, a0).
+class WeibullLikelihood : public LikelihoodModel {
+public:
+    WeibullLikelihood(const EventData& events, bool shaped) : events_(events), shaped_(shaped) {
+        for (std::size_t s = 0; s < events.samples; ++s) {
+            if (events.states[s] != 0) logTimes_ += std::log(events.times[s]);
+        }
+    }
+
+    double logHazard(const double* parameters, std::size_t sample) const {
+        const double* row = events_.design.data() + sample * events_.width;
+        const std::size_t linear = events_.width - 1;
+        double sum = shaped_ ? parameters[linear] * row[linear] : row[linear];
+        for (std::size_t j = 0; j < linear; ++j) sum += parameters[j] * row[j];
+        return sum;
+    }
+
+    void evaluate(const double* parameters, LikelihoodPoint& point) override {
+        point.clear();
+        for (std::size_t s = 0; s < events_.samples; ++s) {
+            const double logarithm = logHazard(parameters, s);
+            const double hazard = std::exp(logarithm);
+            const double event = events_.states[s];
+            point.value += event * logarithm - hazard;
+            point.add(events_.design.data() + s * events_.width, event - hazard, hazard);
+        }
+        point.value -= logTimes_;
+        if (!shaped_) return;
+        const std::size_t last = events_.width - 1;
+        const double shape = parameters[last];
+        point.value += events_.events * std::log(shape);
+        point.gradient[last] += events_.events / shape;
+        point.information[last * events_.width + last] += events_.events / (shape * shape);
+    }
+
+private:
+    const EventData& events_;
+    bool shaped_;
+    double logTimes_ = 0.0; // of the events
+};
+
+// One of the two models.
+struct SurvivalFit {
+    WeibullLikelihood likelihood;
+    NewtonRaphsonFit fit;
+    EventCoefficients coefficients;
+    double shape = 1.0;
+
+    ErrorCode allocate(std::size_t parameters, std::size_t count) {
+        return fit.allocate(parameters) | coefficients.allocate(count);
+    }
+};
+
+struct WeibullWork {
+    SurvivalFit exponential, weibull;
+    Block<double> weights; // of the parameters in a coefficient
+    double meanLogTime = 0.0;
+
+    explicit WeibullWork(const EventData& events)
+        : exponential{.likelihood = {events, false}, .fit = {}, .coefficients = {}},
+          weibull{.likelihood = {events, true}, .fit = {}, .coefficients = {}} {}
+
+    ErrorCode allocate(const EventData& events) {
+        const std::size_t count = events.covariates + 1;
+        return exponential.allocate(count, count) | weibull.allocate(count + 1, count) |
+               weights.allocate(count + 1);
+    }
+};
+
+// Completes the design by the constant and u, and starts the exponential model without covariates.
+void start(EventData& events, WeibullWork& work) {
+    for (const double time : events.times) work.meanLogTime += std::log(time);
+    work.meanLogTime /= static_cast<double>(events.samples);
+    double sum = 0.0;
+    for (std::size_t s = 0; s < events.samples; ++s) {
+        double* added = events.design.data() + s * events.width + events.covariates;
+        added[0] = 1.0;
+        added[1] = std::log(events.times[s]) - work.meanLogTime;
+        sum += std::exp(added[1]);
+    }
+    work.exponential.fit.parameters[events.covariates] = std::log(events.events / sum);
+}
+
+ErrorCode fit(const EventData& events, std::int32_t limit, WeibullWork& work) {
+    SurvivalFit& exponential = work.exponential;
+    SurvivalFit& weibull = work.weibull;
+    const ErrorCode code = newtonRaphson(exponential.likelihood, events.covariates, limit, exponential.fit);
+    if (code != success) return code;
+    const std::size_t shape = events.covariates + 1;
+    for (std::size_t j = 0; j < shape; ++j) weibull.fit.parameters[j] = exponential.fit.parameters[j];
+    weibull.fit.parameters[shape] = 1.0;
+    return newtonRaphson(weibull.likelihood, events.covariates, limit, weibull.fit);
+}
+
+// ln s on the scale of the data; its weights are the derivatives by the parameters, k included.
+void takeCoefficients(const EventData& events, WeibullWork& work, SurvivalFit& model) {
+    const std::size_t covariates = events.covariates;
+    const NewtonRaphsonFit& fitted = model.fit;
+    const bool shaped = fitted.parameters.size() > covariates + 1;
+    if (shaped) model.shape = fitted.parameters[covariates + 1];
+    const double k = model.shape;
+    double* weights = work.weights.data();
+    double constant = work.meanLogTime - fitted.parameters[covariates] / k;
+    double byShape = fitted.parameters[covariates] / (k * k);
+    for (std::size_t j = 0; j < covariates; ++j) {
+        const double unit = -1.0 / (k * events.deviations[j]);
+        const double slope = fitted.parameters[j] * unit;
+        for (double& weight : work.weights) weight = 0.0;
+        weights[j] = unit;
+        if (shaped) weights[covariates + 1] = -slope / k;
+        model.coefficients.values[j] = slope;
+        model.coefficients.errors[j] = fitted.standardError(weights);
+        constant -= slope * events.means[j];
+        byShape += slope * events.means[j] / k;
+    }
+    for (std::size_t j = 0; j < covariates; ++j) weights[j] = events.means[j] / (k * events.deviations[j]);
+    weights[covariates] = -1.0 / k;
+    weights[covariates + 1] = byShape;
+    model.coefficients.values[covariates] = constant;
+    model.coefficients.errors[covariates] = fitted.standardError(weights);
+}
+
+void writeShape(Report& report, const WeibullWork& work) {
+    constexpr const char* names[] = {"shape", "s.error", "chi.square", "chi.prob"};
+    const NewtonRaphsonFit& fitted = work.weibull.fit;
+    const double chiSquare = 2.0 * (fitted.likelihood - work.exponential.fit.likelihood);
+    report.lower.append("\tshape of weibull model, standard error, likelihood ratio chi square, chi prob\n");
+    writeEventHeader(report, names);
+    WriteRowStart(report, 1, "shape");
+    writeEventValue(report, work.weibull.shape);
+    writeEventValue(report, std::sqrt(fitted.covariance[fitted.covariance.size() - 1]));
+    writeEventValue(report, chiSquare);
+    writeEventValue(report, ChiSquareUpperTail(chiSquare, 1.0));
+    WriteRowEnd(report);
+    report.lower.append("\n");
+}
+
+void writeFits(Report& report, const WeibullWork& work) {
+    const NewtonRaphsonFit& exponential = work.exponential.fit;
+    const NewtonRaphsonFit& weibull = work.weibull.fit;
+    report.lower.append("\tlog likelihood, AIC\n");
+    writeLikelihoodHeader(report);
+    writeLikelihoodRow(report, 1, "exponential", exponential.likelihood, exponential.parameters.size());
+    writeLikelihoodRow(report, 2, "weibull", weibull.likelihood, weibull.parameters.size());
+    report.lower.append("\n");
+}
+
+// The time that half survive, and the probability to survive the sample's own.
+void writeSurvival(Report& report, const SurvivalFit& model, double time, std::size_t sample) {
+    const double logHazard = model.likelihood.logHazard(model.fit.parameters.data(), sample);
+    const double logHalf = std::log(std::numbers::ln2); // of the cumulative hazard at the median
+    writeEventValue(report, std::exp(std::log(time) - (logHazard - logHalf) / model.shape));
+    writeEventValue(report, std::exp(-std::exp(logHazard)));
+}
+
+void writeSamples(Report& report, const DataMatrix& data, const EventData& events, const WeibullWork& work) {
+    constexpr const char* names[] = {"time", "state", "e.median", "e.survival", "w.median", "w.survival"};
+    report.lower.append(
+        "\ttime, state, median survival time and survival probability of exponential and weibull "
+        "model\n");
+    writeEventHeader(report, names);
+    for (std::size_t s = 0; s < events.samples; ++s) {
+        WriteRowStart(report, static_cast<int>(s) + 1, data.labels[s].text);
+        writeEventValue(report, events.times[s]);
+        writeEventCount(report, events.states[s]);
+        writeSurvival(report, work.exponential, events.times[s], s);
+        writeSurvival(report, work.weibull, events.times[s], s);
+        WriteRowEnd(report);
+    }
+    report.lower.append("\n");
+}
+
+void writeReport(Screens& screens, AnalysisRun& run, const EventColumns& columns, const EventData& events,
+                 const WeibullWork& work) {
+    Report& report = run.report;
+    writeEventStart(run, "exponential weibull model statistics", columns);
+    report.lower.appendFormat(", %d and %d iterations\n\n", work.exponential.fit.iterations,
+                              work.weibull.fit.iterations);
+    report.lower.append("\texponential model : coefficient, standard error, wald chi square, chi prob\n");
+    writeCoefficients(report, run.data, events, work.exponential.coefficients, nullptr);
+    report.lower.append("\tweibull model : coefficient, standard error, wald chi square, chi prob\n");
+    writeCoefficients(report, run.data, events, work.weibull.coefficients, nullptr);
+    writeShape(report, work);
+    writeFits(report, work);
+    writeSamples(report, run.data.working, events, work);
+    screens.showLower(report);
+    screens.showStatus(report);
+}
+
+ErrorCode run(Screens& screens, AnalysisRun& run) {
+    const SurvivalOptions& options = run.options.settings.weibull;
+    const EventColumns columns = {options.stateColumn, options.timeColumn, options.division};
+    EventData events;
+    ErrorCode code = takeEventData(run.data.working, columns, 2, events);
+    if (code != success) return code;
+    WeibullWork work(events);
+    code = work.allocate(events);
+    if (code != success) return code;
+
+    startProgress(screens, run.report);
+    start(events, work);
+    screens.setProgress(10);
+    code = fit(events, options.iterations, work);
+    screens.setProgress(100);
+    screens.hideProgress();
+    if (code != success) return code;
+    takeCoefficients(events, work, work.exponential);
+    takeCoefficients(events, work, work.weibull);
+    writeReport(screens, run, columns, events, work);
+    return success;
+}
+
+} // namespace
+
+const Analysis weibullModel = {.fields = fields, .driver = run, .refuse = refuse};

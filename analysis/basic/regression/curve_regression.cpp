@@ -1,0 +1,59 @@
+#include "analysis/basic/regression/curve_regression.h"
+
+#include "analysis/basic/regression/regression_analysis.h"
+
+namespace {
+
+const std::array fields = regressionFields(offsetof(AnalysisOptions, settings.curve));
+
+constexpr int degreesDialog = 1051;
+constexpr int firstColumnList = 2201;
+constexpr int firstDegreeEdit = 2211;
+constexpr int firstDegreeArrows = 2221;
+
+// Ten columns, then the degree of each.
+constexpr std::size_t firstFieldCount = 1 + AnalysisOptions::slotCount;
+std::array<OptionField, firstFieldCount> degreeFields() {
+    std::array<OptionField, firstFieldCount> all = {};
+    all[0] = {.type = OptionType::variables,
+              .offset = offsetof(AnalysisOptions, slotColumns),
+              .control = firstColumnList,
+              .count = AnalysisOptions::slotCount};
+    for (std::size_t k = 1; k < firstFieldCount; ++k) {
+        const int slot = static_cast<int>(k) - 1;
+        all[k] = {.type = OptionType::real,
+                  .offset = offsetof(AnalysisOptions, slotDegrees) + (k - 1) * sizeof(double),
+                  .control = firstDegreeEdit + slot,
+                  .arrows = firstDegreeArrows + slot,
+                  .step = 0.1,
+                  .least = 0.1,
+                  .most = 99.0};
+    }
+    return all;
+}
+
+const std::array firstFields = degreeFields();
+
+bool isEnabled(const AnalysisOptions& options, const OptionField& field) {
+    return isRegressionFieldEnabled(options.settings.curve, field);
+}
+
+const char* refuse(const AnalysisOptions& options, std::uint32_t) {
+    return refuseRegression(options, options.settings.curve);
+}
+
+ErrorCode run(Screens& screens, AnalysisRun& run) {
+    return runRegression(screens, run, run.options.settings.curve);
+}
+
+} // namespace
+
+const Analysis curveRegression = {.fields = fields, .driver = run, .isEnabled = isEnabled, .refuse = refuse};
+
+const Analysis polynomialRegression = {.fields = fields,
+                                       .driver = run,
+                                       .isEnabled = isEnabled,
+                                       .refuse = refuse,
+                                       .firstFields = firstFields,
+                                       .firstDialog = degreesDialog,
+                                       .firstTitle = "convert degrees of polynomial terms"};

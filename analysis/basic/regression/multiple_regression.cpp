@@ -1,0 +1,24 @@
+#include "analysis/basic/regression/multiple_regression.h"
+
+#include "analysis/basic/regression/regression_analysis.h"
+
+namespace {
+
+const std::array fields = regressionFields(offsetof(AnalysisOptions, settings.regression));
+
+bool isEnabled(const AnalysisOptions& options, const OptionField& field) {
+    return isRegressionFieldEnabled(options.settings.regression, field);
+}
+
+const char* refuse(const AnalysisOptions& options, std::uint32_t) {
+    return refuseRegression(options, options.settings.regression);
+}
+
+ErrorCode run(Screens& screens, AnalysisRun& run) {
+    return runRegression(screens, run, run.options.settings.regression);
+}
+
+} // namespace
+
+const Analysis multipleRegression = {
+    .fields = fields, .driver = run, .isEnabled = isEnabled, .refuse = refuse};

@@ -1,0 +1,192 @@
+#include "analysis/basic/regression/prediction.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "analysis/basic/regression/curve_model.h"
+#include "analysis/basic/regression/regression.h"
+#include "analysis/run/run_flow.h"
+#include "numeric/distributions.h"
+#include "numeric/lu.h"
+#include "report/table_formats.h"
+#include "report/tables.h"
+
+namespace {
+
+std::size_t explanatoryCount(const AnalysisRun& run) {
+    return static_cast<std::size_t>(std::max(run.data.working.variables - 1, 0));
+}
+
+bool isQuantification(const FittedModel& model) {
+    return model.kind == quantificationKind;
+}
+
+// Makes the interval matrix of a run that had no interval.
+ErrorCode invertIntervalMatrix(FittedModel& model) {
+    if (model.inverted) return success;
+    const std::size_t size = static_cast<std::size_t>(model.count) * static_cast<std::size_t>(model.count);
+    Block<double> matrix;
+    const ErrorCode code = matrix.allocate(size);
+    if (code != success) return code;
+    std::copy_n(model.inverse.data(), size, matrix.data());
+    double determinant = 0.0;
+    const ErrorCode inversion =
+        MatrixInverse(model.count, model.count, matrix.data(), model.inverse.data(), determinant);
+    model.inverted = inversion == success;
+    return inversion;
+}
+
+ErrorCode predictFromQuantities(const FittedModel& model, const PredictionEntry& entry,
+                                Prediction& prediction) {
+    double sum = model.constant;
+    std::size_t first = 0;
+    for (std::size_t v = 0; v < static_cast<std::size_t>(model.count); ++v) {
+        const double value = entry.values[v];
+        if (!(value >= 1.0 && value <= model.terms[v]) || value != std::trunc(value))
+            return illegalCategoricalData;
+        sum += model.quantities[first + static_cast<std::size_t>(value) - 1];
+        first += static_cast<std::size_t>(model.terms[v]);
+    }
+    prediction = {};
+    prediction.median = sum;
+    return success;
+}
+
+ErrorCode predictFromRegression(AnalysisRun& run, const PredictionEntry& entry, Prediction& prediction) {
+    FittedModel& model = run.data.model;
+    const CurveModel& curve = *findCurveModel(model.kind);
+    const std::size_t count = static_cast<std::size_t>(model.count);
+    Block<double> deviations;
+    ErrorCode code = deviations.allocate(count);
+    if (code != success) return code;
+    double sum = model.constant;
+    for (std::size_t j = 0; j < count; ++j) {
+        const std::size_t column = static_cast<std::size_t>(model.variables[j]);
+        const double value = curve.explanatory(entry.values[column], model.degrees[column]);
+        if (!std::isfinite(value)) return notFinite;
+        sum += model.coefficients[j] * value;
+        deviations[j] = value - model.means[j];
+    }
+    prediction = {};
+    prediction.median = curve.response(sum);
+    prediction.hasLimits = entry.alpha != 0.0;
+    if (!prediction.hasLimits) return success;
+
+    code = invertIntervalMatrix(model);
+    if (code != success) return code;
+    const std::int32_t samples = run.data.working.samples;
+    const double t = TInverse(samples - model.count - 1, entry.alpha);
+    const double halfWidth = intervalHalfWidth(deviations.data(), model.count, model.inverse.data(), t,
+                                               samples, model.residualVariance);
+    prediction.infimum = curve.response(sum - halfWidth);
+    prediction.supremum = curve.response(sum + halfWidth);
+    if (prediction.infimum > prediction.supremum) std::swap(prediction.infimum, prediction.supremum);
+    return success;
+}
+
+void writeValues(AnalysisRun& run, const PredictionEntry& entry, const Block<double>& values) {
+    Report& report = run.report;
+    const Settings& settings = run.options.settings;
+    const FittedModel& model = run.data.model;
+    SetFormatsFromValues(report, values.data(), values.size(), settings.variableStringLength,
+                         settings.sampleStringLength);
+    report.lower.append("\tvalue of explanatory variables\n");
+    const char* const header[] = {"value"};
+    WriteNamedHeader(report, header, 1, settings.variableStringLength);
+    for (std::int32_t j = 0; j < model.count; ++j) {
+        const std::size_t column = static_cast<std::size_t>(model.variables[static_cast<std::size_t>(j)]);
+        WriteValueRow(report, &entry.values[column], 1, 6, run.data.working.names[column].text, j + 1);
+    }
+    report.lower.append("\n");
+}
+
+void writeResponse(AnalysisRun& run, const PredictionEntry& entry, const Prediction& prediction) {
+    Report& report = run.report;
+    const Settings& settings = run.options.settings;
+    const double values[] = {prediction.median, prediction.infimum, prediction.supremum};
+    constexpr const char* labels[] = {"median", "infimum", "supremum"};
+    SetFormatsFromValues(report, values, prediction.hasLimits ? 3 : 1, settings.variableStringLength,
+                         settings.sampleStringLength);
+    report.lower.append("\tprediction, infimum and supremum as effective coverage\n");
+    if (!isQuantification(run.data.model)) {
+        report.lower.append("\t-- effective coverage due to alpha is ");
+        report.lower.appendNumber(entry.alpha, 0, 6);
+        report.lower.append("\n");
+    }
+    const char* const header[] = {"prediction"};
+    WriteNamedHeader(report, header, 1, settings.variableStringLength);
+    for (int k = 0; k < 3; ++k) {
+        WriteRowStart(report, k + 1, labels[k]);
+        if (k == 0 || prediction.hasLimits) {
+            WriteValue(report, values[k], 6);
+        } else {
+            WriteName(report, "");
+        }
+        WriteRowEnd(report);
+    }
+    report.lower.append("\n");
+}
+
+} // namespace
+
+ErrorCode startPrediction(const AnalysisRun& run, PredictionEntry& entry) {
+    const std::size_t count = explanatoryCount(run);
+    entry.alpha = run.data.model.alpha;
+    const ErrorCode code = entry.values.allocate(count);
+    if (code == success) std::copy_n(run.data.model.startValues.data(), count, entry.values.data());
+    return code;
+}
+
+ErrorCode computePrediction(AnalysisRun& run, const PredictionEntry& entry, Prediction& prediction) {
+    if (isQuantification(run.data.model)) return predictFromQuantities(run.data.model, entry, prediction);
+    return predictFromRegression(run, entry, prediction);
+}
+
+ErrorCode writePrediction(AnalysisRun& run, const PredictionEntry& entry, PredictionReport where) {
+    const FittedModel& model = run.data.model;
+    Prediction prediction;
+    Block<double> values; // of the model's variables
+    ErrorCode code = computePrediction(run, entry, prediction);
+    if (code == success) code = values.allocate(static_cast<std::size_t>(model.count));
+    if (code != success) return code;
+    for (std::size_t j = 0; j < values.size(); ++j) {
+        values[j] = entry.values[static_cast<std::size_t>(model.variables[j])];
+    }
+    if (where == PredictionReport::replacing) run.report.lower.clear();
+    run.report.lower.append("\nprediction statistics\n");
+    run.report.lower.appendFormat("-- due to %s\n\n", model.title.data());
+    run.report.status.clear();
+    run.report.status.append("status : prediction statistics");
+    writeValues(run, entry, values);
+    writeResponse(run, entry, prediction);
+    return success;
+}
+
+ErrorCode runPrediction(Frontend& frontend, AnalysisRun& run) {
+    if (run.data.model.kind == FittedModel::none) return success;
+    PredictionEntry entry;
+    ErrorCode code = startPrediction(run, entry);
+    if (code != success) return reportResult(frontend, run, code);
+    for (int page = 0; page < predictionPageCount(run); ++page) {
+        if (!frontend.enterPrediction(run, entry, page)) return success;
+    }
+    code = writePrediction(run, entry, PredictionReport::replacing);
+    if (code == success) {
+        frontend.showLower(run.report);
+        frontend.showStatus(run.report);
+    }
+    return reportResult(frontend, run, code);
+}
+
+int predictionPageCount(const AnalysisRun& run) {
+    return static_cast<int>(explanatoryCount(run) / predictionPlaces) + 1;
+}
+
+PredictionPlace predictionPlace(const AnalysisRun& run, PredictionEntry& entry, int page, int place) {
+    const FittedModel& model = run.data.model;
+    const std::size_t at =
+        static_cast<std::size_t>(page) * predictionPlaces + static_cast<std::size_t>(place);
+    if (at == 0) return {"alpha", !isQuantification(model), &entry.alpha};
+    if (at > entry.values.size()) return {};
+    return {run.data.working.names[at - 1].text, model.terms[at - 1] != 0, &entry.values[at - 1]};
+}

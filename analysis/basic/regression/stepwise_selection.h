@@ -1,0 +1,40 @@
+#pragma once
+
+#include "analysis/basic/regression/regression.h"
+#include "analysis/run/settings.h"
+
+enum class StepMark { none, in, out };
+
+// One test of the selection: determination and AIC of the model after it, and the F that it computed.
+struct SelectionStep {
+    std::int32_t variable;
+    StepMark mark; // none: the test failed, and the model stays as it is
+    double determination;
+    double f;
+    double aic;
+};
+
+// The model that a stepwise method ends with, its steps and its scratch. A run that fills the list of 2P + 1
+// steps ends there.
+struct StepwiseSelection {
+    Block<std::int32_t> variables; // in model order
+    std::int32_t count = 0;
+    Block<SelectionStep> steps;
+    std::int32_t stepCount = 0;
+
+    Block<std::int32_t> inModel; // by column
+    Block<double> matrix;
+    Block<double> inverse; // of the correlations of the model's variables
+    Block<double> weights; // their standardized coefficients
+
+    ErrorCode allocate(std::int32_t allVariables);
+};
+
+// Selects variables by options.method 1..4 with the criterion, fIn and fOut of the options:
+// 1 enters while it can, and after each entry removes while it can; 2 starts from the full model, removes
+// while it can and after each removal enters while it can; 3 enters only; 4 removes only. By F a variable
+// enters when F is not below fIn and stays when F is above fOut; by AIC it moves when that makes the AIC
+// smaller. Returns success (the model may be empty), outOfMemory, or singularMatrix when the full model of 2
+// or 4 has a negative determinant.
+ErrorCode selectVariables(const RegressionData& data, const RegressionOptions& options,
+                          StepwiseSelection& selection);

@@ -1,0 +1,259 @@
+#include "analysis/categorical/log_linear/log_linear_models.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double largestChange = 0.001; // of a cell in the last cycle of the iterative fitting
+
+constexpr const char* texts[logLinearModelCount] = {
+    "u+uA(i)+uB(j)+uC(k)+uAB(ij)+uAC(ik)+uBC(jk)", "u+uA(i)+uB(j)+uC(k)+uAB(ij)+uAC(ik)        ",
+    "u+uA(i)+uB(j)+uC(k)+uAB(ij)        +uBC(jk)", "u+uA(i)+uB(j)+uC(k)        +uAC(ik)+uBC(jk)",
+    "u+uA(i)+uB(j)+uC(k)+uAB(ij)                ", "u+uA(i)+uB(j)+uC(k)        +uAC(ik)        ",
+    "u+uA(i)+uB(j)+uC(k)                +uBC(jk)", "u+uA(i)+uB(j)+uC(k)                        ",
+    "u+uA(i)+uB(j)      +uAB(ij)                ", "u+uA(i)      +uC(k)        +uAC(ik)        ",
+    "u      +uB(j)+uC(k)                +uBC(jk)", "u+uA(i)+uB(j)                              ",
+    "u+uA(i)      +uC(k)                        ", "u      +uB(j)+uC(k)                        ",
+    "u+uA(i)                                    ", "u      +uB(j)                              ",
+    "u            +uC(k)                        ", "u                                          ",
+};
+
+// The effects of each model, a bit for each of uTerms from A = 0x40 on.
+constexpr unsigned effects[logLinearModelCount] = {0x7e, 0x7c, 0x7a, 0x76, 0x78, 0x74, 0x72, 0x70, 0x68,
+                                                   0x54, 0x32, 0x60, 0x50, 0x30, 0x40, 0x20, 0x10, 0x00};
+
+bool hasEffect(int model, int term) {
+    return (effects[model] & (0x40U >> term)) != 0;
+}
+
+// The terms of a model that are part of no other one: their margins settle its expected table.
+struct Generators {
+    FactorSet sets[3];
+    int count = 0;
+};
+
+Generators generatorsOf(int model) {
+    Generators generators;
+    for (int term = 0; term < uTermCount; ++term) {
+        if (!hasEffect(model, term)) continue;
+        bool maximal = true;
+        for (int other = term + 1; other < uTermCount; ++other) {
+            if (hasEffect(model, other) && (uTerms[term] & ~uTerms[other]) == 0) maximal = false;
+        }
+        if (maximal) generators.sets[generators.count++] = uTerms[term];
+    }
+    return generators;
+}
+
+double quotient(double numerator, double denominator) {
+    return denominator == 0.0 ? 0.0 : numerator / denominator;
+}
+
+template <class Visit> void visitCells(const ThreeWaySizes& sizes, Visit visit) {
+    for (std::size_t i = 0; i < sizes.levels[0]; ++i) {
+        for (std::size_t j = 0; j < sizes.levels[1]; ++j) {
+            for (std::size_t k = 0; k < sizes.levels[2]; ++k) visit(i, j, k);
+        }
+    }
+}
+
+// A decomposable model: the product of the generators' margins over that of what each shares with those
+// before it, spread evenly over the factors that have no effect (Goodman 1971).
+void fitClosedForm(const Margins& observed, const Generators& generators, double* expected) {
+    MarginView numerators[3], denominators[3];
+    FactorSet seen = 0;
+    for (int g = 0; g < generators.count; ++g) {
+        numerators[g] = observed.view(generators.sets[g]);
+        denominators[g] = observed.view(generators.sets[g] & seen);
+        seen |= generators.sets[g];
+    }
+    const double spread = static_cast<double>(observed.sizes.cells(allFactors & ~seen));
+    const double total = observed.sums[0][0];
+    visitCells(observed.sizes, [&](std::size_t i, std::size_t j, std::size_t k) {
+        double numerator = generators.count == 0 ? total : numerators[0].at(i, j, k);
+        double denominator = spread;
+        for (int g = 1; g < generators.count; ++g) {
+            numerator *= numerators[g].at(i, j, k);
+            denominator *= denominators[g].at(i, j, k);
+        }
+        *expected++ = quotient(numerator, denominator);
+    });
+}
+
+// Scales a table to one of the observed margins.
+void scaleToMargin(const Margins& observed, FactorSet factors, double* table, double* fitted) {
+    const std::size_t count = observed.sizes.cells(factors);
+    std::fill_n(fitted, count, 0.0);
+    const MarginView at = observed.view(factors);
+    const auto cell = [&](std::size_t i, std::size_t j, std::size_t k) {
+        return i * at.steps[0] + j * at.steps[1] + k * at.steps[2];
+    };
+    const double* value = table;
+    visitCells(observed.sizes,
+               [&](std::size_t i, std::size_t j, std::size_t k) { fitted[cell(i, j, k)] += *value++; });
+    for (std::size_t m = 0; m < count; ++m) fitted[m] = quotient(at.values[m], fitted[m]);
+    visitCells(observed.sizes,
+               [&](std::size_t i, std::size_t j, std::size_t k) { *table++ *= fitted[cell(i, j, k)]; });
+}
+
+// Whether a cell changed by more than the fitting allows; a change that is not a number ends it.
+bool isChanging(const double* previous, const double* table, std::size_t cells) {
+    bool changing = false;
+    for (std::size_t m = 0; m < cells; ++m) {
+        const double change = std::fabs(table[m] - previous[m]);
+        if (std::isnan(change)) return false;
+        changing = changing || change > largestChange;
+    }
+    return changing;
+}
+
+double squared(double x) {
+    return x * x;
+}
+
+double meanOf(const Margins& margins, FactorSet factors, std::size_t i, std::size_t j, std::size_t k) {
+    const double summed = static_cast<double>(margins.sizes.cells(allFactors & ~factors));
+    return margins.view(factors).at(i, j, k) / summed;
+}
+
+// The squares of a weight's factors are d (1 - 2 / levels) + 1 / levels^2 and 1 / levels^2: the variance is a
+// sum over margins with coefficients that are not negative, so that nothing cancels.
+double termVariance(const Margins& variances, FactorSet term, std::size_t i, std::size_t j, std::size_t k) {
+    double sum = 0.0;
+    for (FactorSet part = 0; part <= allFactors; ++part) {
+        if ((part & ~term) != 0) continue;
+        double weight = 1.0;
+        for (int f = 0; f < 3; ++f) {
+            const double levels = static_cast<double>(variances.sizes.levels[f]);
+            const FactorSet factor = 1U << f;
+            weight *= (part & factor) != 0 ? 1.0 - 2.0 / levels : 1.0 / squared(levels);
+        }
+        // A variance that is infinite counts only where it has a weight.
+        if (weight != 0.0) sum += weight * variances.view(part).at(i, j, k);
+    }
+    return sum;
+}
+
+} // namespace
+
+std::size_t ThreeWaySizes::cells(FactorSet factors) const {
+    std::size_t count = 1;
+    for (int f = 0; f < 3; ++f) {
+        if ((factors >> f & 1U) != 0) count *= levels[f];
+    }
+    return count;
+}
+
+ErrorCode Margins::allocate(const ThreeWaySizes& tableSizes) {
+    sizes = tableSizes;
+    ErrorCode code = success;
+    for (FactorSet factors = 0; factors < allFactors; ++factors)
+        code |= sums[factors].allocate(sizes.cells(factors));
+    return code;
+}
+
+void Margins::sum(const double* cells) {
+    table = cells;
+    for (Block<double>& margin : sums) std::fill(margin.begin(), margin.end(), 0.0);
+    const auto [a, b, c] = sizes.levels;
+    for (std::size_t i = 0; i < a; ++i) {
+        for (std::size_t j = 0; j < b; ++j) {
+            for (std::size_t k = 0; k < c; ++k, ++cells) {
+                sums[factorA | factorB][i * b + j] += *cells;
+                sums[factorA | factorC][i * c + k] += *cells;
+                sums[factorB | factorC][j * c + k] += *cells;
+            }
+            sums[factorA][i] += sums[factorA | factorB][i * b + j];
+            sums[factorB][j] += sums[factorA | factorB][i * b + j];
+        }
+        for (std::size_t k = 0; k < c; ++k) sums[factorC][k] += sums[factorA | factorC][i * c + k];
+        sums[0][0] += sums[factorA][i];
+    }
+}
+
+MarginView Margins::view(FactorSet factors) const {
+    MarginView margin = {factors == allFactors ? table : sums[factors].data(), {}};
+    std::size_t step = 1;
+    for (int f = 2; f >= 0; --f) {
+        if ((factors >> f & 1U) == 0) continue;
+        margin.steps[f] = step;
+        step *= sizes.levels[f];
+    }
+    return margin;
+}
+
+std::span<const char* const> logLinearModelTexts() {
+    return texts;
+}
+
+bool areNested(int first, int second) {
+    const int smaller = std::max(first, second), larger = std::min(first, second);
+    return larger >= 0 && smaller < logLinearModelCount && (effects[smaller] & ~effects[larger]) == 0;
+}
+
+std::int32_t degreesOfFreedom(const ThreeWaySizes& sizes, int model) {
+    std::size_t parameters = 1;
+    for (int term = 0; term < uTermCount; ++term) {
+        if (!hasEffect(model, term)) continue;
+        std::size_t count = 1;
+        for (int f = 0; f < 3; ++f) {
+            if ((uTerms[term] >> f & 1U) != 0) count *= sizes.levels[f] - 1;
+        }
+        parameters += count;
+    }
+    return static_cast<std::int32_t>(sizes.cells() - parameters);
+}
+
+ErrorCode ModelFitter::allocate(const ThreeWaySizes& sizes) {
+    std::size_t largest = 0;
+    for (const FactorSet pair : {uTerms[3], uTerms[4], uTerms[5]})
+        largest = std::max(largest, sizes.cells(pair));
+    return previous.allocate(sizes.cells()) | fitted.allocate(largest);
+}
+
+void ModelFitter::fit(const Margins& observed, int model, double* expected) {
+    const Generators generators = generatorsOf(model);
+    if (model != 0) return fitClosedForm(observed, generators, expected);
+    const std::size_t cells = observed.sizes.cells();
+    std::fill_n(expected, cells, 1.0);
+    do {
+        std::copy_n(expected, cells, previous.data());
+        for (const FactorSet pair : generators.sets) scaleToMargin(observed, pair, expected, fitted.data());
+    } while (isChanging(previous.data(), expected, cells));
+}
+
+double likelihoodRatio(const std::int32_t* observed, const double* expected, std::size_t cells) {
+    double sum = 0.0;
+    for (std::size_t m = 0; m < cells; ++m) {
+        if (observed[m] > 0) sum += observed[m] * std::log(observed[m] / expected[m]);
+    }
+    return 2.0 * sum;
+}
+
+ErrorCode UTermEstimates::allocate(const ThreeWaySizes& sizes, bool interaction) {
+    ErrorCode code = success;
+    for (FactorSet term = 1; term < allFactors + (interaction ? 1U : 0U); ++term) {
+        code |= estimates[term].allocate(sizes.cells(term)) | errors[term].allocate(sizes.cells(term));
+    }
+    return code;
+}
+
+void estimateUTerm(const Margins& logarithms, const Margins& variances, FactorSet term,
+                   UTermEstimates& result) {
+    const ThreeWaySizes& sizes = logarithms.sizes;
+    const auto levelsOf = [&](int f) { return (term >> f & 1U) != 0 ? sizes.levels[f] : 1; };
+    const ThreeWaySizes levels = {{levelsOf(0), levelsOf(1), levelsOf(2)}};
+    std::size_t at = 0;
+    visitCells(levels, [&](std::size_t i, std::size_t j, std::size_t k) {
+        double estimate = meanOf(logarithms, term, i, j, k);
+        for (int t = 0; uTerms[t] != term; ++t) { // less the terms that are part of it
+            if ((uTerms[t] & ~term) != 0) continue;
+            const double* lower = result.estimates[uTerms[t]].data();
+            const MarginView place = logarithms.view(uTerms[t]);
+            estimate -= lower[i * place.steps[0] + j * place.steps[1] + k * place.steps[2]];
+        }
+        result.estimates[term][at] = estimate - logarithms.sums[0][0] / static_cast<double>(sizes.cells());
+        result.errors[term][at++] = std::sqrt(termVariance(variances, term, i, j, k));
+    });
+}

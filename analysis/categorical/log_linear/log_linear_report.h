@@ -1,0 +1,27 @@
+#pragma once
+
+#include "analysis/categorical/log_linear/log_linear_models.h"
+#include "report/report.h"
+
+struct SelectedModel {
+    int model; // list index
+    Block<double> expected;
+    UTermEstimates terms; // without the three-factor term
+};
+
+// What the analysis finds.
+struct LogLinearResult {
+    ThreeWaySizes sizes = {};
+    Block<std::int32_t> observed; // cells
+    UTermEstimates saturated;
+    SelectedModel selected[2]; // the smaller model first
+    std::int32_t freedom[logLinearModelCount];
+    double chiSquares[logLinearModelCount];
+    double aic[logLinearModelCount];
+    double ranking[logLinearModelCount]; // list indices by AIC
+
+    ErrorCode allocate(const ThreeWaySizes& tableSizes);
+};
+
+// Appends all tables, in the formats that are set.
+void writeLogLinearTables(Report& report, const LogLinearResult& result);

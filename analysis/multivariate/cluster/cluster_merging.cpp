@@ -1,0 +1,173 @@
+#include "analysis/multivariate/cluster/cluster_merging.h"
+
+#include <algorithm>
+#include <cmath>
+
+// Each cluster remembers the nearest of those after it, so that finding the closest pair is one pass over the
+// clusters, and only those whose nearest one was merged or moved away look for another.
+
+namespace {
+
+constexpr double farthest = 1e300;
+constexpr std::int32_t none = -1;
+
+// Coefficients by integer arithmetic from the number of the criterion.
+struct Combination {
+    double beta;
+    double gamma;
+    double e;
+    int t;
+    int u;
+    int w;
+};
+
+Combination combinationOf(int criterion) {
+    const int u = (criterion + 1) % 6;
+    return {.beta = criterion == 2 ? -0.25 : 0.0,
+            .gamma = (criterion - 0.5) * ((5 - criterion) % 4),
+            .e = (5 - criterion) % 3 * 0.5,
+            .t = (criterion + 1) % 4,
+            .u = u,
+            .w = (criterion + 1) % 5 - u};
+}
+
+struct Agglomeration {
+    ClusterMerging& work;
+    Combination rule;
+    std::size_t activeCount;
+
+    std::size_t cluster(std::size_t place) const { return static_cast<std::size_t>(work.active[place]); }
+};
+
+// Scans the clusters after the one at `place`.
+void findNearest(Agglomeration& state, std::size_t place) {
+    ClusterMerging& work = state.work;
+    const std::size_t k = state.cluster(place);
+    const std::size_t row = work.rowStart(k);
+    double least = farthest;
+    std::int32_t nearest = none;
+    for (std::size_t at = place + 1; at < state.activeCount; ++at) {
+        const double distance = work.distances[row + state.cluster(at)];
+        if (distance < least) {
+            least = distance;
+            nearest = work.active[at];
+        }
+    }
+    work.nearest[k] = nearest;
+    work.nearestDistance[k] = least;
+}
+
+// The place of the first member of the closest pair, or activeCount when there is none.
+std::size_t findClosest(const Agglomeration& state) {
+    double least = farthest;
+    std::size_t place = state.activeCount;
+    for (std::size_t at = 0; at < state.activeCount; ++at) {
+        const double distance = state.work.nearestDistance[state.cluster(at)];
+        if (distance < least) {
+            least = distance;
+            place = at;
+        }
+    }
+    return place;
+}
+
+// The distances of all active clusters to cluster c; any value for c itself.
+void gatherDistances(const Agglomeration& state, std::size_t c, Block<double>& out) {
+    const ClusterMerging& work = state.work;
+    std::size_t at = 0;
+    for (; at < state.activeCount && state.cluster(at) < c; ++at) {
+        out[at] = work.distances[work.rowStart(state.cluster(at)) + c];
+    }
+    if (at < state.activeCount && state.cluster(at) == c) ++at;
+    const std::size_t row = work.rowStart(c);
+    for (; at < state.activeCount; ++at) out[at] = work.distances[row + state.cluster(at)];
+}
+
+// Replaces toSecond by the distances to the union of i and j, which are x apart.
+void combineDistances(Agglomeration& state, std::size_t i, std::size_t j, double x) {
+    ClusterMerging& work = state.work;
+    const Combination& rule = state.rule;
+    const int addedFirst = work.added[i];
+    const int addedSecond = work.added[j];
+    for (std::size_t at = 0; at < state.activeCount; ++at) {
+        const int added = work.added[state.cluster(at)];
+        const double q = rule.t / static_cast<double>((added + 1) * rule.u + (addedFirst + addedSecond + 2));
+        const double alphaFirst = (addedFirst + 1 + added * rule.u) * q + rule.e;
+        const double alphaSecond = (addedSecond + 1 + added * rule.u) * q + rule.e;
+        const double beta = rule.beta - rule.w * alphaFirst * alphaSecond - rule.u * q * added;
+        const double first = work.toFirst[at];
+        const double second = work.toSecond[at];
+        work.toSecond[at] =
+            beta * x + alphaFirst * first + alphaSecond * second + rule.gamma * std::fabs(first - second);
+    }
+}
+
+// Keeps the nearest of the cluster at `place`, which is before j: i is gone and j now stands at `distance`.
+void refreshNearest(Agglomeration& state, std::size_t place, std::int32_t i, std::int32_t j,
+                    double distance) {
+    ClusterMerging& work = state.work;
+    std::int32_t& nearest = work.nearest[state.cluster(place)];
+    double& least = work.nearestDistance[state.cluster(place)];
+    if (distance < least || (distance == least && j <= nearest)) {
+        nearest = j;
+        least = distance;
+    } else if (nearest == i || nearest == j) {
+        findNearest(state, place);
+    }
+}
+
+// Puts cluster i into j. Distances across the rows are fetched and stored in loops of their own, where memory
+// answers many at a time.
+void unite(Agglomeration& state, const ClusterMerge& merge) {
+    ClusterMerging& work = state.work;
+    const std::size_t i = static_cast<std::size_t>(merge.first);
+    const std::size_t j = static_cast<std::size_t>(merge.second);
+    gatherDistances(state, i, work.toFirst);
+    gatherDistances(state, j, work.toSecond);
+    combineDistances(state, i, j, merge.level);
+    std::size_t place = 0;
+    for (; state.cluster(place) < j; ++place) {
+        work.distances[work.rowStart(state.cluster(place)) + j] = work.toSecond[place];
+    }
+    const std::size_t row = work.rowStart(j);
+    for (std::size_t at = place + 1; at < state.activeCount; ++at) {
+        work.distances[row + state.cluster(at)] = work.toSecond[at];
+    }
+    for (std::size_t at = 0; at < place; ++at) {
+        refreshNearest(state, at, merge.first, merge.second, work.toSecond[at]);
+    }
+    findNearest(state, place);
+    work.added[j] += work.added[i] + 1;
+}
+
+void removeActive(Agglomeration& state, std::size_t place) {
+    std::int32_t* active = state.work.active.data();
+    std::copy(active + place + 1, active + state.activeCount, active + place);
+    --state.activeCount;
+}
+
+} // namespace
+
+ErrorCode ClusterMerging::allocate(std::size_t items) {
+    count = items;
+    return distances.allocate(items * (items - 1) / 2) | merges.allocate(items - 1) | active.allocate(items) |
+           added.allocate(items) | nearest.allocate(items) | nearestDistance.allocate(items) |
+           toFirst.allocate(items) | toSecond.allocate(items);
+}
+
+ErrorCode mergeClusters(int criterion, ClusterMerging& merging) {
+    Agglomeration state = {merging, combinationOf(criterion), merging.count};
+    for (std::size_t k = 0; k < merging.count; ++k) merging.active[k] = static_cast<std::int32_t>(k);
+    for (std::size_t at = 0; at < merging.count; ++at) findNearest(state, at);
+    for (ClusterMerge& merge : merging.merges) {
+        const std::size_t place = findClosest(state);
+        if (place == state.activeCount) return illegalData;
+        const std::int32_t first = merging.active[place];
+        const std::size_t i = static_cast<std::size_t>(first);
+        // All clusters have the same rank, so it is always the first of the pair that gives its number up.
+        merge = {first, merging.nearest[i], merging.nearestDistance[i]};
+        removeActive(state, place);
+        unite(state, merge);
+    }
+    return success;
+}

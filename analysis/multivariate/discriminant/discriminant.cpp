@@ -1,0 +1,123 @@
+#include "analysis/multivariate/discriminant/discriminant.h"
+
+#include "analysis/multivariate/discriminant/discriminant_report.h"
+#include "analysis/run/score_graph.h"
+#include "data/categories.h"
+
+namespace {
+
+constexpr int fInControl = 2605;
+constexpr int fInProbabilityControl = 2606;
+
+const OptionField fields[] = {
+    {.type = OptionType::variable,
+     .name = "group",
+     .help = "variable with the number of each sample's group",
+     .offset = offsetof(AnalysisOptions, purposes),
+     .control = 2601},
+    {.type = OptionType::flag,
+     .name = "box-m",
+     .help = "test the equality of the groups' covariance matrices",
+     .offset = offsetof(AnalysisOptions, settings.discriminant.testBoxM),
+     .control = 2602},
+    {.type = OptionType::flag,
+     .name = "forward-selection",
+     .help = "select variables step by step",
+     .offset = offsetof(AnalysisOptions, settings.discriminant.forwardSelection),
+     .control = 2603},
+    {.type = OptionType::real,
+     .name = "canon-alpha",
+     .help = "significance level of a canonical function",
+     .offset = offsetof(AnalysisOptions, settings.discriminant.canonAlpha),
+     .control = 2604,
+     .arrows = 2607,
+     .step = 0.01,
+     .least = 0.01,
+     .most = 0.5},
+    {.type = OptionType::real,
+     .name = "f-in",
+     .help = "least F of a variable that enters",
+     .offset = offsetof(AnalysisOptions, settings.discriminant.fIn),
+     .control = fInControl,
+     .arrows = 2608,
+     .step = 0.1,
+     .least = 0.01,
+     .most = 99.0},
+    {.type = OptionType::real,
+     .name = "f-in-prob",
+     .help = "greatest probability of that F",
+     .offset = offsetof(AnalysisOptions, settings.discriminant.fInProbability),
+     .control = fInProbabilityControl,
+     .arrows = 2609,
+     .step = 0.01,
+     .least = 0.01,
+     .most = 0.5},
+};
+
+bool isEnabled(const AnalysisOptions& options, const OptionField& field) {
+    const bool ofSelection = field.control == fInControl || field.control == fInProbabilityControl;
+    return !ofSelection || options.settings.discriminant.forwardSelection != 0;
+}
+
+const char* refuse(const AnalysisOptions& options, std::uint32_t) {
+    return options.purposes[0] == 0 ? "please select at least one purpose variable" : nullptr;
+}
+
+ErrorCode compute(Screens& screens, const DataMatrix& data, const DiscriminantOptions& options,
+                  DiscriminantResult& result) {
+    const GroupStatistics& statistics = result.statistics;
+    gatherGroups(data, result.statistics);
+    screens.setProgress(15);
+    ErrorCode code = options.testBoxM != 0 ? testBoxM(statistics, result.box) : success;
+    if (code != success) return code;
+    screens.setProgress(30);
+    if (options.forwardSelection != 0) {
+        code = selectForward(statistics, options.fIn, options.fInProbability, result.selection);
+    }
+    if (code != success) return code;
+    screens.setProgress(50);
+    code = statistics.groups == 2
+               ? findFisher(statistics, result.selection, result.functions)
+               : findCanonical(statistics, result.selection, options.canonAlpha, result.functions);
+    if (code != success) return code;
+    screens.setProgress(80);
+    classifySamples(data, statistics, result.selection, result.functions);
+    screens.setProgress(100);
+    return success;
+}
+
+ErrorCode buildDiscriminantGraph(Screens& screens, AnalysisRun& run, const DiscriminantFunctions& functions) {
+    return buildScoreGraph(screens, run,
+                           {.seriesPrefix = "vector",
+                            .seriesCount = functions.vectors,
+                            .scores = functions.scores.data(),
+                            .scoreStride = functions.vectors});
+}
+
+ErrorCode run(Screens& screens, AnalysisRun& run) {
+    reorderWorkingBySelection(run.data);
+    const DataMatrix& data = run.data.working;
+    if (run.data.selectedCount == 0) return illegalGroupVariable;
+    std::int32_t groups = 0;
+    ErrorCode code = checkGroupVariable(data, data.variables - 1, groups);
+    if (code != success) return code;
+    if (run.data.otherCount == 0) return noEffectiveVariable;
+    DiscriminantResult result;
+    code = result.allocate(data, groups);
+    if (code != success) return code;
+
+    startProgress(screens, run.report);
+    code = compute(screens, data, run.options.settings.discriminant, result);
+    screens.hideProgress();
+    if (code != success) return code;
+    writeDiscriminantReport(screens, run, result);
+    return groups >= 3 ? buildDiscriminantGraph(screens, run, result.functions) : success;
+}
+
+} // namespace
+
+const Analysis discriminantAnalysis = {.fields = fields,
+                                       .driver = run,
+                                       .isEnabled = isEnabled,
+                                       .refuse = refuse,
+                                       .ownPurposes = &AnalysisRun::discriminantGroup};

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "analysis/multivariate/discriminant/discriminant_selection.h"
+
+// Scores that discriminate the groups: one of Fisher's linear function for two groups, the canonical ones for
+// more. k is the number of selected variables, D = min(G - 1, k) for canonical functions and 1 for Fisher's,
+// of which the first `vectors` are used.
+struct DiscriminantFunctions {
+    int dimensions = 0; // D
+    int vectors = 0;
+    Block<double> coefficients;   // k x vectors, for the variables as they are
+    Block<double> constants;      // vectors
+    Block<double> centroids;      // G x vectors: the scores of the groups' means
+    Block<double> scores;         // samples x vectors
+    Block<std::int32_t> assigned; // samples: the group that a sample is put into, from 0
+    Block<std::int32_t> crossed;  // G x G: samples of each group (row) that are put into each group
+
+    // Fisher's function.
+    double mahalanobis = 0.0; // squared distance D2 of the two groups
+    double errorRate = 0.0;   // of the normal groups with that distance
+    double hotellingF = 0.0;
+    double hotellingProbability = 0.0;
+    double hotellingDegrees[2] = {};
+
+    // Canonical functions.
+    Block<double> standardized;                    // k x vectors, for variables with a pooled variance of 1
+    Block<double> eigenvalues;                     // q, of W^-1 (T - W); the first D count
+    Block<double> chiSquare, probability, degrees; // D: Bartlett's tests that this root and all behind are 0
+
+    ErrorCode allocate(const GroupStatistics& statistics);
+};
+
+// Two groups: coefficients S^-1 (m1 - m2) with the pooled covariance matrix S (Fisher 1936), the constant so
+// that 0 is in the middle between the groups. Returns 0, outOfMemory or singularMatrix.
+ErrorCode findFisher(const GroupStatistics& statistics, const VariableSelection& selection,
+                     DiscriminantFunctions& functions);
+
+// Three or more groups: the eigenvectors of W^-1/2 (T - W) W^-1/2 (Rao 1952), the number of used ones by
+// Bartlett's tests at the level alpha, one at least. Returns 0, outOfMemory or singularMatrix.
+ErrorCode findCanonical(const GroupStatistics& statistics, const VariableSelection& selection, double alpha,
+                        DiscriminantFunctions& functions);
+
+// Scores every sample and puts it into a group: of two by the sign of the score, 0 counting for the first; of
+// more by the nearest centroid, the first of equals.
+void classifySamples(const DataMatrix& data, const GroupStatistics& statistics,
+                     const VariableSelection& selection, DiscriminantFunctions& functions);

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "analysis/multivariate/factor/factor_extraction.h"
+
+// Maximum likelihood factors (Lawley 1940) of the p x p correlation matrix R. With uniquenesses s, the mu and
+// v are the eigenvalues (descending) and eigenvectors of I - R^(-1/2) diag(s) R^(-1/2), gamma = 1 - mu and
+// w = R^(-1/2) v. For the best loadings of m factors, what remains to be minimised is the sum over the
+// eigenvalues behind the first m of ln gamma + 1 / gamma - 1 (Joreskog 1967).
+
+// A choice of uniquenesses with what follows from it.
+struct UniquenessPoint {
+    Block<double> uniqueness; // p, s
+    Block<double> values;     // p, mu
+    Block<double> vectors;    // p x p, v in columns
+    double discrepancy = 0.0; // the sum to be minimised
+
+    ErrorCode allocate(std::size_t p);
+};
+
+struct LikelihoodWork {
+    int factors = 0;           // m
+    Block<double> inverseRoot; // p x p, R^(-1/2)
+    UniquenessPoint current, trial;
+    Block<double> w;                // p x p, in columns
+    Block<double> weights;          // p
+    Block<double> first, second;    // p x p
+    Block<double> hessian, inverse; // p x p
+    Block<double> gradient, step;   // p, for ln s
+    Block<double> matrix;           // p x p
+
+    ErrorCode allocate(int p);
+};
+
+// Chooses the first uniquenesses, (1 - m / 2p) (1 - communality), or half of the factor's place where no
+// communality was estimated, and takes the inverse root of R. Returns 0, outOfMemory, or singularFactorMatrix
+// when m factors leave no degree of freedom or a first uniqueness is not above 0.
+ErrorCode startLikelihood(int p, const double* correlation, bool estimated, const FactorModel& model,
+                          LikelihoodWork& work);
+
+// Newton's method on ln s from there, 50 rounds at most, until no uniqueness moves by 1e-5; then the
+// communalities and loadings. Returns 0, outOfMemory, or singularFactorMatrix when the iteration diverges.
+ErrorCode fitLikelihood(int p, const double* correlation, LikelihoodWork& work, FactorModel& model);

@@ -1,0 +1,49 @@
+#include "batch/applied_options.h"
+
+#include <string_view>
+
+#include "batch/assignments.h"
+#include "batch/field_values.h"
+
+bool applyExclude(const char* names, DataSet& data, Complaint& complaint) {
+    std::string_view rest = names;
+    for (int slot = 0;; ++slot) {
+        const std::size_t comma = rest.find(',');
+        const std::string_view name = rest.substr(0, comma);
+        const std::int32_t column = findColumn(data.cells, name);
+        if (column == 0) {
+            complaint.say("--exclude: there is no variable '%.*s' in the file", static_cast<int>(name.size()),
+                          name.data());
+            return false;
+        }
+        if (slot == ExclusionList::slotCount) {
+            complaint.say("--exclude takes at most %d variables", ExclusionList::slotCount);
+            return false;
+        }
+        data.exclusion.slots[slot] = column;
+        if (comma == std::string_view::npos) return true;
+        rest.remove_prefix(comma + 1);
+    }
+}
+
+bool applyFields(const CommandLine& line, const DataSet& data, AnalysisOptions& options,
+                 Complaint& complaint) {
+    const Analysis& analysis = *line.kind->analysis;
+    std::uint32_t given = 0;
+    for (std::size_t index = 0; index < analysis.fields.size(); ++index) {
+        const OptionField& field = analysis.fields[index];
+        if (line.values[index] != nullptr) {
+            given |= 1U << index;
+            if (!setField(field, line.values[index], data, options, complaint)) return false;
+        } else if (!isChosen(field, data, options)) {
+            complainOfMissing(field, data, complaint);
+            return false;
+        }
+    }
+    if (!applyDegrees(line, data, options, complaint)) return false;
+    // Without variables there is nothing to choose, which the run tells.
+    if (data.loaded.variables == 0) options.purposes[0] = 1;
+    const char* refusal = analysis.refuse != nullptr ? analysis.refuse(options, given) : nullptr;
+    if (refusal != nullptr) complaint.say("%s", refusal);
+    return refusal == nullptr;
+}

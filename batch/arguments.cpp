@@ -1,0 +1,209 @@
+#include "batch/arguments.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+#include "batch/assignments.h"
+#include "batch/field_values.h"
+
+namespace {
+
+// Wider cells than any spreadsheet takes.
+constexpr int greatestWidth = 1000;
+
+// An argument split into the name of an option and the value that follows its "=", if one does.
+struct Option {
+    std::string_view name;
+    const char* value;
+};
+
+Option splitOption(const char* argument) {
+    const char* equals = std::strchr(argument, '=');
+    if (equals == nullptr) return {argument, nullptr};
+    return {{argument, static_cast<std::size_t>(equals - argument)}, equals + 1};
+}
+
+bool parseWidth(const Option& option, int& width, Complaint& complaint) {
+    char* end = nullptr;
+    const long value = std::strtol(option.value, &end, 10);
+    if (end == option.value || *end != '\0' || value < 1 || value > greatestWidth) {
+        complaint.say("%.*s takes a whole number from 1 to %d, not '%s'",
+                      static_cast<int>(option.name.size()), option.name.data(), greatestWidth, option.value);
+        return false;
+    }
+    width = static_cast<int>(value);
+    return true;
+}
+
+// The arguments one after the other; an option's value stands behind "=" or is the next argument.
+class Arguments {
+public:
+    Arguments(int count, char** arguments) : count_(count), arguments_(arguments) {}
+
+    const char* next() { return at_ < count_ ? arguments_[at_++] : nullptr; }
+
+    bool takeValue(Option& option, Complaint& complaint) {
+        if (option.value == nullptr) option.value = next();
+        if (option.value != nullptr) return true;
+        complaint.say("%.*s needs a value", static_cast<int>(option.name.size()), option.name.data());
+        return false;
+    }
+
+private:
+    int count_;
+    char** arguments_;
+    int at_ = 1;
+};
+
+bool refuseValue(const Option& option, Complaint& complaint) {
+    if (option.value == nullptr) return true;
+    complaint.say("%.*s takes no value", static_cast<int>(option.name.size()), option.name.data());
+    return false;
+}
+
+enum class Match { none, taken, wrong };
+
+Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+    const struct {
+        const char* name;
+        const char*& target;
+    } texts[] = {{"--exclude", line.exclude}, {"--output", line.output}, {"--path", line.shownPath}};
+    for (const auto& text : texts) {
+        if (option.name != text.name) continue;
+        if (!arguments.takeValue(option, complaint)) return Match::wrong;
+        text.target = option.value;
+        return Match::taken;
+    }
+
+    const bool variable = option.name == "--variable-width";
+    if (variable || option.name == "--label-width") {
+        if (!arguments.takeValue(option, complaint)) return Match::wrong;
+        return parseWidth(option, variable ? line.variableWidth : line.labelWidth, complaint) ? Match::taken
+                                                                                              : Match::wrong;
+    }
+    if (option.name == "--strict") {
+        line.strict = true;
+        return refuseValue(option, complaint) ? Match::taken : Match::wrong;
+    }
+    return Match::none;
+}
+
+// Fields may share a name, each with its own words.
+Match parseFieldOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+    if (line.kind == nullptr) return Match::none;
+    std::string_view name = option.name.substr(2);
+    const bool negated = name.substr(0, 3) == "no-";
+    const OptionFields fields = line.kind->analysis->fields;
+    bool known = false;
+    for (std::size_t index = 0; index < fields.size(); ++index) {
+        const OptionField& field = fields[index];
+        if (field.name == nullptr) continue;
+        if (field.type == OptionType::flag) {
+            if (name != field.name && !(negated && name.substr(3) == field.name)) continue;
+            if (!refuseValue(option, complaint)) return Match::wrong;
+            line.values[index] = negated ? flagOff : flagOn;
+            return Match::taken;
+        }
+        if (name != field.name) continue;
+        known = true;
+        if (!arguments.takeValue(option, complaint)) return Match::wrong;
+        if (!isFieldValue(field, option.value)) continue;
+        line.values[index] = option.value;
+        return Match::taken;
+    }
+    if (!known) return Match::none;
+    complainOfValue(fields, name, option.value, complaint);
+    return Match::wrong;
+}
+
+Match parseAssignmentOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+    if (line.kind == nullptr) return Match::none;
+    for (const AssignmentOption& each : assignmentOptions()) {
+        if (option.name.substr(2) != each.name || !each.isTakenBy(*line.kind)) continue;
+        if (!arguments.takeValue(option, complaint)) return Match::wrong;
+        Block<const char*>& texts = line.*each.texts;
+        if (!isAssignmentList(option.value)) {
+            complaint.say("--%s takes %s, not '%.200s'", each.name, assignmentUsage, option.value);
+        } else if (texts.grow(texts.size() + 1) != success) {
+            complaint.say("no memory for --%s", each.name);
+        } else {
+            texts[texts.size() - 1] = option.value;
+        }
+        return complaint.any() ? Match::wrong : Match::taken;
+    }
+    return Match::none;
+}
+
+Match parsePictureOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+    const PictureOption known = findPictureOption(option.name);
+    if (known == PictureOption::none) return Match::none;
+    const bool taken = known == PictureOption::value ? arguments.takeValue(option, complaint)
+                                                     : refuseValue(option, complaint);
+    return taken && setPictureOption(option.name, option.value, line.picture, complaint) ? Match::taken
+                                                                                         : Match::wrong;
+}
+
+// The first argument: an analysis, or a question about the program.
+bool parseKind(const char* word, CommandLine& line, Complaint& complaint) {
+    if (word == nullptr) {
+        complaint.say("which analysis of which file?");
+        return false;
+    }
+    if (std::strcmp(word, "--help") == 0) {
+        line.task = CommandLine::Task::help;
+    } else if (std::strcmp(word, "--version") == 0) {
+        line.task = CommandLine::Task::version;
+    } else if (std::strcmp(word, "summary") != 0) {
+        line.kind = findKind(word);
+        if (line.kind == nullptr || line.kind->analysis == nullptr) {
+            complaint.say("there is no analysis '%.200s'", word);
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Complaint& complaint) {
+    Arguments arguments(count, argumentTexts);
+    if (!parseKind(arguments.next(), line, complaint)) return false;
+    if (line.task != CommandLine::Task::run) return true;
+
+    bool optionsEnded = false;
+    while (const char* argument = arguments.next()) {
+        if (optionsEnded || std::strncmp(argument, "--", 2) != 0) {
+            if (line.file != nullptr) {
+                complaint.say("one file at a time: '%.150s' and '%.150s'", line.file, argument);
+                return false;
+            }
+            line.file = argument;
+            continue;
+        }
+        const Option option = splitOption(argument);
+        if (std::strcmp(argument, "--") == 0) {
+            optionsEnded = true;
+        } else if (option.name == "--help") {
+            line.task = CommandLine::Task::help;
+            return true;
+        } else if (option.name == "--version") {
+            line.task = CommandLine::Task::version;
+            return true;
+        } else {
+            Match match = parseCommonOption(option, arguments, line, complaint);
+            if (match == Match::none) match = parsePictureOption(option, arguments, line, complaint);
+            if (match == Match::none) match = parseFieldOption(option, arguments, line, complaint);
+            if (match == Match::none) match = parseAssignmentOption(option, arguments, line, complaint);
+            if (match == Match::none) complaint.say("there is no option '%.200s'", argument);
+            if (match != Match::taken) return false;
+        }
+    }
+    if (!checkPictureOptions(line.picture, line.kind, complaint)) return false;
+    if (line.file == nullptr) complaint.say("which file?");
+    if (line.file != nullptr && std::strlen(line.file) >= sizeof DataSet::path) {
+        complaint.say("the path of the file has more than %d characters",
+                      static_cast<int>(sizeof DataSet::path) - 1);
+    }
+    return !complaint.any();
+}

@@ -1,0 +1,11 @@
+#pragma once
+
+constexpr const char* programName = "ombrivantel-batch";
+
+// A wrong command line: one line that says what is wrong.
+struct Complaint {
+    char text[1000] = "";
+
+    [[gnu::format(printf, 2, 3)]] void say(const char* format, ...);
+    bool any() const { return text[0] != '\0'; }
+};

@@ -1,0 +1,51 @@
+#include "data/categories.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// The number of categories of a column, or 0 when it does not hold categories.
+std::int32_t countCategories(const DataMatrix& data, std::int32_t column) {
+    bool present[mostCategories] = {};
+    std::int32_t largest = 0;
+    const double* value = data.values.data() + column;
+    for (std::int32_t s = 0; s < data.samples; ++s, value += data.variables) {
+        if (!(*value >= 1.0 && *value <= mostCategories) || *value != std::trunc(*value)) return 0;
+        const std::int32_t category = static_cast<std::int32_t>(*value);
+        present[category - 1] = true;
+        largest = std::max(largest, category);
+    }
+    if (largest < 2) return 0;
+    return std::all_of(present, present + largest, [](bool is) { return is; }) ? largest : 0;
+}
+
+} // namespace
+
+ErrorCode CategoricalCheck(const DataMatrix& data, std::int32_t variables, CategoryLayout& layout) {
+    layout.totalCategories = 0;
+    const std::size_t count = static_cast<std::size_t>(std::max(variables, 0));
+    const ErrorCode code = layout.categoryCount.allocate(count) | layout.first.allocate(count);
+    if (code != success) return code;
+    for (std::int32_t v = 0; v < variables; ++v) {
+        const std::int32_t categories = countCategories(data, v);
+        if (categories == 0) return illegalCategoricalData;
+        layout.categoryCount[static_cast<std::size_t>(v)] = categories;
+        layout.first[static_cast<std::size_t>(v)] = layout.totalCategories;
+        layout.totalCategories += categories;
+    }
+    return success;
+}
+
+ErrorCode checkGroupVariable(const DataMatrix& data, std::int32_t column, std::int32_t& groups) {
+    groups = countCategories(data, column);
+    return groups > 0 ? success : illegalGroupVariable;
+}
+
+void listKeptCategories(const CategoryLayout& layout, std::size_t* kept) {
+    for (std::size_t v = 0; v < layout.first.size(); ++v) {
+        const std::size_t first = static_cast<std::size_t>(layout.first[v]);
+        const std::size_t end = first + static_cast<std::size_t>(layout.categoryCount[v]);
+        for (std::size_t g = first + 1; g < end; ++g) *kept++ = g;
+    }
+}

@@ -1,0 +1,102 @@
+#include "analysis/basic/descriptive/fundamental_statistics.h"
+
+#include <random>
+
+#include "analysis/basic/descriptive/basic_statistics.h"
+#include "analysis/basic/descriptive/kendall_counts.h"
+#include "analysis/basic/descriptive/rank_correlation.h"
+#include "tests/support/analysis_session.h"
+
+constexpr int command = 710;
+
+TEST(KendallCounts, FastCountEqualsTheCountOfAllPairs) {
+    std::mt19937 random(7);
+    const auto uniform = [&](int values) {
+        std::vector<double> column(101);
+        for (double& x : column) x = static_cast<double>(random() % static_cast<unsigned>(values));
+        return column;
+    };
+    std::vector<double> tiny = uniform(50), huge = uniform(50), infinite = uniform(50), constant(101, 3.0);
+    for (double& x : tiny) x *= 1e-200;          // products of differences vanish
+    for (double& x : huge) x = (x - 25) * 7e306; // differences overflow
+    infinite[3] = infinite[70] = INFINITY;
+    const DataMatrix data = matrixOf(
+        {uniform(1000000), uniform(1000000), uniform(2), uniform(9), tiny, tiny, huge, infinite, constant});
+    RankedColumns ranked;
+    Block<std::int32_t> scratch;
+    ASSERT_EQ(ranked.rank(data) | scratch.allocate(3 * 101), success);
+    for (int pair = 0; pair < 81; ++pair) {
+        const int i = pair / 9, j = pair % 9;
+        const KendallCounts plain = countAllPairs(data, i, j);
+        const KendallCounts fast = countPairs(data, i, j, ranked.columns[static_cast<std::size_t>(i)],
+                                              ranked.columns[static_cast<std::size_t>(j)], scratch.data());
+        EXPECT_TRUE(plain.s == fast.s && plain.first == fast.first && plain.second == fast.second)
+            << i << " " << j;
+    }
+}
+
+// Worked out on paper: x = 1 2 2 4, y = 10 30 20 40 has ranks 1 2.5 2.5 4 and 1 3 2 4.
+TEST(RankCorrelation, TiesHaveMeanRanksAndCorrectTheMoments) {
+    RecordingFrontend frontend;
+    const DataMatrix data = matrixOf({{1, 2, 2, 4}, {10, 30, 20, 40}, {5, 5, 5, 5}});
+    SpearmanTable spearman;
+    KendallTable kendall;
+    ASSERT_EQ(spearman.allocate(3) | kendall.allocate(3), success);
+    ASSERT_EQ(rankCorrelations(frontend, data, spearman, kendall), success);
+
+    const double e = 60, fac = 1 - 6.0 / e;
+    EXPECT_DOUBLE_EQ(spearman.d[0], 0.5);
+    EXPECT_DOUBLE_EQ(spearman.zd[0], (0.5 - (10 - 0.5)) / std::sqrt(3.0 * 16 * 25 / 36 * fac));
+    EXPECT_DOUBLE_EQ(spearman.rs[0], (1 - 0.1 * (0.5 + 0.5)) / std::sqrt(fac));
+    // The incomplete beta function of this program stops at its first factor, x^a (1 - x)^b / (a B(a, b)) or
+    // its complement; with a = 1, b = 1/2, B(a, b) = 2 and t2 = rs^2 2 / fac = 2 it is taken at x = 1/2.
+    EXPECT_NEAR(spearman.pr[0], 0.5 * std::sqrt(0.5) / 2, 1e-8);
+    EXPECT_DOUBLE_EQ(kendall.tau[0], 5 / (std::sqrt(5.0) * std::sqrt(6.0)));
+    EXPECT_DOUBLE_EQ(kendall.z[0], kendall.tau[0] / std::sqrt(26.0 / 108.0));
+    EXPECT_NEAR(kendall.prob[0], std::erfc(kendall.z[0] / std::sqrt(2.0)), 1.2e-7);
+    // A constant column: one run of all, no tie factor left.
+    EXPECT_EQ(spearman.pr[1], 0.0);
+    EXPECT_TRUE(std::isnan(kendall.tau[1]));
+    EXPECT_EQ(frontend.percentages, (std::vector<int>{85, 100}));
+}
+
+TEST(FundamentalStatistics, OptionsChooseTheTables) {
+    const char* const titles[] = {"\tcovariance matrix\n", "\tcorrelation matrix\n",
+                                  "\tspeaman's ranking correlation coefficients\n",
+                                  "\tkendall's ranking correlation coefficients\n"};
+    AnalysisSession session(fileOf({{1, 2, 4, 3, 5}, {5, 5, 7, 9, 8}}));
+    for (int chosen = 0; chosen < 16; ++chosen) {
+        session.run.options.settings.fundamental = {chosen & 1, chosen >> 1 & 1, chosen >> 2 & 1,
+                                                    chosen >> 3};
+        ASSERT_EQ(session.analyse(command), success);
+        for (int k = 0; k < 4; ++k) EXPECT_EQ(session.shows(titles[k]), (chosen >> k & 1) == 1) << chosen;
+        EXPECT_TRUE(session.frontend.lower.ends_with(chosen == 2 ? "1.000000\n\n" : "\n\n"));
+    }
+    AnalysisSession single(fileOf({{1, 2, 4, 3}})); // rank tables of headings only
+    ASSERT_EQ(single.analyse(command), success);
+    EXPECT_TRUE(
+        single.shows("\tspeaman's ranking correlation coefficients\n"
+                     "  n,         r.item,          D,         zd,         pd,         rs,         pr\n\n"
+                     "\tkendall's ranking correlation coefficients\n"
+                     "  n,         r.item,        tau,          z,       prob\n\n"));
+}
+
+// Six allocations rank the columns and one counts: without them the rank tables print zeros and the run
+// succeeds. Every other one ends the run.
+TEST(FundamentalStatistics, FailingAllocations) {
+    AnalysisSession session(fileOf({{1, 2, 4, 3, 5}, {5, 5, 7, 9, 8}}));
+    ErrorCode code = success;
+    int zeroTables = 0;
+    const auto analyse = [&] { code = session.analyse(command); };
+    const long long count = failEachAllocation(analyse, [&] {
+        if (code == outOfMemory) {
+            EXPECT_EQ(session.frontend.status, "error : failed to allocate memory for data.");
+            return;
+        }
+        EXPECT_EQ(code, success);
+        EXPECT_TRUE(session.shows("var1 & var2,   0.000000,   0.000000,   0.000000\n"));
+        ++zeroTables;
+    });
+    EXPECT_EQ(count, 4 + 10 + 8 + 7);
+    EXPECT_EQ(zeroTables, 7);
+}

@@ -1,0 +1,144 @@
+#include "analysis/multivariate/factor/factor_analysis.h"
+
+#include <numeric>
+
+#include "analysis/multivariate/factor/factor_extraction.h"
+#include "tests/support/analysis_session.h"
+#include "tests/support/cases.h"
+
+namespace {
+
+constexpr int principal = 714, likelihood = 715;
+
+struct FactorSession : AnalysisSession {
+    using AnalysisSession::AnalysisSession;
+
+    ErrorCode analyse(int command, const FactorOptions& factor) {
+        return AnalysisSession::analyse(command, [=](AnalysisOptions& all) { all.settings.factor = factor; });
+    }
+    std::vector<double> communalities() const {
+        std::vector<double> values;
+        for (const TextSlot& name : run.data.working.names)
+            values.push_back(row("communality", std::string(name.text).substr(0, 15))[0]);
+        return values;
+    }
+};
+
+const std::vector<double> a = {1, 2, 3, 4, 5, 6, 7, 9}, b = {2, 1, 4, 3, 7, 5, 8, 6};
+
+} // namespace
+
+// Expected: by likelihood from an independent fit by a quasi-Newton method in log uniquenesses, wherever it
+// starts; principal factors from an independent loop over eigen decompositions with the same rule to stop.
+// Those of the Swiss data end after 70 passes, with a communality above 1 that stands as it is.
+TEST(FactorAnalysis, Communalities) {
+    const struct {
+        int command;
+        const char* file;
+        int factors;
+        double error;
+        std::vector<double> expected;
+    } cases[] = {
+        // clang-format off
+        {likelihood, "mtcars", 3, 2e-6, {0.865062, 0.944510, 0.910215, 0.873219, 0.710007, 0.940413, 0.948534,
+                                         0.776617, 0.791613, 0.875253, 0.842124}},
+        {likelihood, "swiss", 1, 2e-6, {0.488335, 0.517595, 0.891622, 0.567038, 0.316248, 0.022120}},
+        {likelihood, "USArrests", 1, 2e-6, {0.668461, 0.958463, 0.068576, 0.466348}},
+        {principal, "mtcars", 3, 1e-9, {0.879790956, 0.957672707, 0.894719968, 0.867964299, 0.711506331,
+                                        0.907994973, 0.948386829, 0.773499457, 0.814161704, 0.866433315, 0.865293664}},
+        {principal, "swiss", 2, 1e-9, {1.111199774, 0.800262223, 0.820522369, 0.557455781, 0.255328967, 0.220245160}},
+        // clang-format on
+    };
+    for (const auto& one : cases) {
+        FactorSession session(readTextFile("reference/data/" + std::string(one.file) + ".csv"));
+        for (int smc = one.command == likelihood ? 0 : 1; smc < 2; ++smc) {
+            session.analyse(one.command, {one.factors, 1, smc, 1, 0, 0, 0});
+            expectNear(session.communalities(), one.expected, one.error);
+        }
+    }
+}
+
+// One pass from communalities of 1 is a principal component analysis: all components reproduce the
+// correlations, whatever is requested beyond them.
+TEST(PrincipalFactors, OnePassFromOneIsComponents) {
+    const double r[] = {1, 0.5, 0.2, 0.5, 1, 0.3, 0.2, 0.3, 1},
+                 equal[] = {1, 0.4, 0.4, 0.4, 1, 0.4, 0.4, 0.4, 1};
+    FactorModel model;
+    for (const int requested : {3, 7}) {
+        ASSERT_EQ(model.allocate(3, requested), success);
+        ASSERT_EQ(extractPrincipalFactors(3, r, false, model), success);
+        ASSERT_EQ(model.kept, 3);
+        for (std::size_t i = 0; i < 9; ++i) {
+            const double *j = model.loadings.data() + i / 3 * 3, *k = model.loadings.data() + i % 3 * 3;
+            EXPECT_NEAR(std::inner_product(j, j + 3, k, 0.0), r[i], 1e-14);
+        }
+        EXPECT_NEAR(model.communality[1], 1.0, 1e-14);
+    }
+    // Communalities of 0: equal correlations alone have one positive root, r (p - 1).
+    ASSERT_EQ(model.allocate(3, 3), success);
+    std::fill(model.communality.begin(), model.communality.end(), 0.0);
+    ASSERT_EQ(extractPrincipalFactors(3, equal, false, model), success);
+    EXPECT_EQ(model.kept, 1);
+    EXPECT_NEAR(model.sumsOfSquares[0], 0.8, 1e-14);
+    EXPECT_NEAR(model.communality[0], 0.8 / 3, 1e-14);
+}
+
+TEST(FactorAnalysis, Codes) {
+    const std::vector<double> c = {5, 1, 2, 8, 1, 9, 2, 4}, level(8, 3.0),
+                              huge = {1e200, 2, -1e200, 4, 5, 6, 7, 8};
+    const struct {
+        std::vector<std::vector<double>> columns;
+        int factors, smc, rotation;
+        ErrorCode byPrincipal, byLikelihood;
+    } cases[] = {
+        {{a, b, c}, 1, 1, 1, success, success},
+        {{a, level, huge}, 1, 1, 1, notFinite, notFinite},
+        {{a, level, c}, 1, 1, 1, illegalData, illegalData},
+        {{a, b, c, a}, 5, 1, 1, singularMatrix, singularMatrix},
+        {{a, b, c}, 2, 0, 0, success, singularFactorMatrix}, // more parameters than correlations
+        {{a, b, c}, 4, 0, 0, success, singularFactorMatrix}, // more factors than variables
+        {{a, b, c}, 0, 1, 2, success, success},              // no factor
+        {{a, b, c}, -2000000000, 1, 1, success, success},
+        {{a, b, c}, 2000000000, 1, 1, outOfMemory, outOfMemory},
+    };
+    for (const auto& one : cases) {
+        FactorSession session(fileOf(one.columns));
+        for (const int command : {principal, likelihood}) {
+            const ErrorCode code = session.analyse(command, {one.factors, 1, one.smc, 1, one.rotation, 0, 0});
+            const ErrorCode expected = command == principal ? one.byPrincipal : one.byLikelihood;
+            // One factor or none has no graph.
+            EXPECT_EQ(code, expected == success && !session.run.graph.present ? graphNotBuilt : expected)
+                << one.factors << " of " << one.columns.size();
+            EXPECT_EQ(session.shows("\tfactor loading before rotation\n  n,               \n"),
+                      one.factors <= 0);
+        }
+    }
+    // Without squared multiple correlations a copied variable shows at the score coefficients.
+    FactorSession copied(fileOf({a, b, a}));
+    EXPECT_EQ(copied.analyse(principal, {1, 1, 0, 1, 0, 0, 0}), singularMatrix);
+    EXPECT_EQ(copied.frontend.percentages, (std::vector<int>{0, 15, 25, 40, 60}));
+}
+
+TEST(FactorAnalysis, OptionsDependOnTheRotation) {
+    AnalysisOptions options = {};
+    const OptionFields fields = factorAnalysis.fields;
+    for (const int rotation : {0, 1, 2, -7}) {
+        options.settings.factor.rotation = rotation;
+        EXPECT_TRUE(factorAnalysis.isEnabled(options, fields[0]));
+        EXPECT_EQ(factorAnalysis.isEnabled(options, fields[5]), rotation == 1);
+        EXPECT_EQ(factorAnalysis.isEnabled(options, fields[6]), rotation == 2);
+        // A criterion on the command line is refused by the other rotation only.
+        EXPECT_EQ(factorAnalysis.refuse(options, 1U << 5) != nullptr, rotation == 2);
+        EXPECT_EQ(factorAnalysis.refuse(options, 1U << 6) != nullptr, rotation == 1);
+        EXPECT_EQ(factorAnalysis.refuse(options, 0), nullptr);
+    }
+}
+
+TEST(FactorAnalysis, FailingAllocations) {
+    FactorSession session(readTextFile("reference/data/eight-tests.csv"));
+    for (const int command : {principal, likelihood}) {
+        session.analyse(command, {2, 1, 1, 0, 1, 0, 0});
+        // The copy of the graph tells its own failure.
+        EXPECT_GT(session.failAllocations(command, {outOfMemory, graphNotBuilt}), 40);
+    }
+}

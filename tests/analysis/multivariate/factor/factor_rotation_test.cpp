@@ -1,0 +1,111 @@
+#include "analysis/multivariate/factor/factor_rotation.h"
+
+#include <cmath>
+#include <numeric>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// Eight variables on three principal components.
+const std::vector<double> loadings = {-0.726, -0.433, -0.001, -0.688, -0.350, 0.005,  -0.724, -0.350,
+                                      0.040,  -0.634, -0.452, -0.023, -0.705, 0.430,  -0.198, -0.743,
+                                      0.359,  0.105,  -0.609, 0.447,  -0.502, -0.567, 0.449,  0.617};
+constexpr std::size_t p = 8, m = 3;
+
+// The sums over the variables of the products of squares of two columns, less gamma / p times the product of
+// sums; over each column with itself or over the pairs of columns.
+double criterion(const double* v, double gamma, bool ofPairs) {
+    double result = 0;
+    for (std::size_t at = 0; at < m * m; ++at) {
+        const std::size_t k = at / m, l = at % m;
+        if (ofPairs ? k >= l : k != l) continue;
+        double both = 0, first = 0, second = 0;
+        for (const double* row = v; row < v + p * m; row += m) {
+            const double ofK = row[k] * row[k], ofL = row[l] * row[l];
+            both += ofK * ofL, first += ofK, second += ofL;
+        }
+        result += both - gamma / static_cast<double>(p) * first * second;
+    }
+    return result;
+}
+
+// Compares a b' with c d', of `rows` rows in b and d.
+void expectProducts(const double* a, const double* b, const double* c, const double* d, std::size_t rows) {
+    for (std::size_t i = 0; i < p * rows; ++i) {
+        const std::size_t left = i / rows * m, right = i % rows * m;
+        EXPECT_NEAR(std::inner_product(a + left, a + left + m, b + right, 0.0),
+                    std::inner_product(c + left, c + left + m, d + right, 0.0), 1e-13);
+    }
+}
+
+} // namespace
+
+// The greatest and the least value that a general optimiser finds, over the three angles and over the unit
+// vectors; forty starts agree.
+TEST(FactorRotation, ReachesTheBestCriterionAndKeepsTheProducts) {
+    const struct {
+        double gamma, orthogonal, oblique, correlations;
+    } cases[] = {{1.0, 1.9208800678, -0.9401504349, 0.036877},
+                 {0.5, 2.6447941310, -0.3438763549, 0.086723},
+                 {0.0, 3.3808654443, 0.0530967257, 0.296647}};
+    const double* const given = loadings.data();
+    for (const auto& one : cases) {
+        std::vector<double> rotated = loadings;
+        rotateOrthogonal(p, m, one.gamma, rotated.data());
+        EXPECT_NEAR(criterion(rotated.data(), one.gamma, false), one.orthogonal, 1e-8) << one.gamma;
+        expectProducts(rotated.data(), rotated.data(), given, given, p);
+
+        ObliqueRotation rotation;
+        ASSERT_EQ(rotation.allocate(p, m), success);
+        ASSERT_EQ(rotateOblique(p, m, one.gamma, given, rotation), success);
+        ASSERT_EQ(findPattern(p, m, rotation), success);
+        const double *phi = rotation.correlations.data(), *pattern = rotation.pattern.data(),
+                     *structure = rotation.structure.data();
+        EXPECT_NEAR(criterion(structure, one.gamma, true), one.oblique, 1e-9) << one.gamma;
+        EXPECT_NEAR(phi[1] * phi[1] + phi[2] * phi[2] + phi[5] * phi[5], one.correlations, 1e-5);
+        for (std::size_t k = 0; k < m; ++k) EXPECT_NEAR(phi[k * (m + 1)], 1.0, 1e-14);
+        // P Phi = V and P V' = A A'.
+        const double unit[] = {1, 0, 0, 0, 1, 0, 0, 0, 1};
+        expectProducts(pattern, phi, structure, unit, m);
+        expectProducts(pattern, structure, given, given, p);
+    }
+}
+
+// Two pure factors turned by an angle: the rotation finds them again, in each of the quadrants of its angle.
+TEST(OrthogonalRotation, FindsSimpleStructureAtAnyAngle) {
+    for (const double degrees : {-40, -10, 3, 30, 44, 60, 100}) {
+        const double c = std::cos(degrees / 57.29577951308232), s = std::sin(degrees / 57.29577951308232);
+        double turned[] = {0.9 * c, 0.9 * s, 0.7 * c, 0.7 * s, -0.8 * s, 0.8 * c, -0.6 * s, 0.6 * c};
+        rotateOrthogonal(4, 2, 1.0, turned);
+        for (std::size_t j = 0; j < 8; j += 2) EXPECT_NEAR(turned[j] * turned[j + 1], 0.0, 1e-14) << degrees;
+    }
+    // No angle is better than another when both numerator and denominator are 0; nothing then turns, and what
+    // is not a number ends.
+    double zeros[] = {0, 0, 0, 0}, invalid[] = {NAN, 1, 2, 3};
+    rotateOrthogonal(2, 2, 1.0, zeros);
+    EXPECT_EQ(zeros[0], 0.0);
+    rotateOrthogonal(2, 2, 1.0, invalid);
+    EXPECT_EQ(invalid[2], 2.0);
+}
+
+TEST(ObliqueRotation, SimpleStructureStaysWithItsSigns) {
+    const double simple[] = {0.9, 0, -0.7, 0, 0, 0.8, 0, -0.6};
+    ObliqueRotation rotation;
+    ASSERT_EQ(rotation.allocate(4, 2), success);
+    ASSERT_EQ(rotateOblique(4, 2, 0.0, simple, rotation), success);
+    for (std::size_t i = 0; i < 8; ++i) EXPECT_NEAR(rotation.structure[i], simple[i], 1e-15);
+}
+
+// The diagonal of the inverse is 1 / (1 - r^2): 5e5 still counts, 5e6 does not.
+TEST(ObliqueRotation, RefusesFactorsThatAreNearlyOne) {
+    ObliqueRotation rotation;
+    ASSERT_EQ(rotation.allocate(1, 2), success);
+    for (const double r : {1 - 1e-6, 1 - 1e-7, 1.0, 2.0, static_cast<double>(NAN)}) {
+        rotation.correlations[0] = rotation.correlations[3] = 1.0;
+        rotation.correlations[1] = rotation.correlations[2] = r;
+        EXPECT_EQ(findPattern(1, 2, rotation), r == 1 - 1e-6 ? success : singularMatrix) << r;
+    }
+    EXPECT_EQ(rotation.allocate(1, 2000000000), outOfMemory);
+}
