@@ -35,9 +35,10 @@ void WindowFrontend::showProgress() {
     ShowWindow(program_.progressBar, SW_SHOW);
 }
 
-void WindowFrontend::setProgress(int percent) {
+ErrorCode WindowFrontend::setProgress(int percent) {
     SendMessageA(program_.progressBar, PBM_SETPOS, static_cast<WPARAM>(percent), 0);
     UpdateWindow(program_.progressBar);
+    return success;
 }
 
 void WindowFrontend::hideProgress() {

@@ -12,7 +12,7 @@ public:
     void showLower(const Report& report) override;
     void showStatus(const Report& report) override;
     void showProgress() override;
-    void setProgress(int percent) override;
+    ErrorCode setProgress(int percent) override;
     void hideProgress() override;
     void alert(const char* text, const char* caption) override;
     bool chooseOptions(AnalysisRun& run, const AnalysisKind& kind) override;

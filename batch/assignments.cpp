@@ -112,7 +112,7 @@ bool checkPredictions(const CommandLine& line, const DataSet& data, const Analys
 void enterValues(const char* text, const DataSet& data, PredictionEntry& entry) {
     forEach(text, [&](const Assignment& value) {
         const std::int32_t column = otherColumnOf(data, findVariable(data, value.name));
-        entry.values[static_cast<std::size_t>(column)] = value.value;
+        entry.values[column] = value.value;
         return true;
     });
 }

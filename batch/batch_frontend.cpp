@@ -25,11 +25,13 @@ void BatchFrontend::showProgress() {
     start_ = std::chrono::steady_clock::now();
 }
 
-void BatchFrontend::setProgress(int percent) {
-    if (!onTerminal_ || percent == percent_ || std::chrono::steady_clock::now() - start_ < patience) return;
+ErrorCode BatchFrontend::setProgress(int percent) {
+    if (!onTerminal_ || percent == percent_ || std::chrono::steady_clock::now() - start_ < patience)
+        return success;
     percent_ = percent;
     std::fprintf(stderr, "\r%3d %%", percent);
     std::fflush(stderr);
+    return success;
 }
 
 void BatchFrontend::hideProgress() {

@@ -48,7 +48,7 @@ void appendVariables(const DataSet& data, Complaint& complaint) {
     const DataMatrix& loaded = data.loaded;
     for (std::int32_t v = 0; v < loaded.variables; ++v) {
         append(complaint.text, sizeof complaint.text, v == 0 ? "; the variables are " : ", ");
-        append(complaint.text, sizeof complaint.text, loaded.names[static_cast<std::size_t>(v)].text);
+        append(complaint.text, sizeof complaint.text, loaded.name(v));
     }
 }
 
@@ -100,9 +100,9 @@ std::int32_t findColumn(const CellTable& cells, std::string_view name) {
 
 std::int32_t findVariable(const DataSet& data, std::string_view name) {
     const std::int32_t column = findColumn(data.cells, name);
-    if (column == 0 || data.useFlags[static_cast<std::size_t>(column)] == 0) return 0;
+    if (column == 0 || data.useFlags[column] == 0) return 0;
     std::int32_t variable = 0;
-    for (std::int32_t col = 1; col <= column; ++col) variable += data.useFlags[static_cast<std::size_t>(col)];
+    for (std::int32_t col = 1; col <= column; ++col) variable += data.useFlags[col];
     return variable;
 }
 

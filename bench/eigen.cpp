@@ -9,10 +9,10 @@
 
 namespace {
 
-using Matrix = std::vector<std::vector<double>>;
+using Rows = std::vector<std::vector<double>>;
 
 // The same reduction as it stands in the textbooks, down the columns.
-void reducePlainly(Matrix& a, std::vector<double>& d, std::vector<double>& e) {
+void reducePlainly(Rows& a, std::vector<double>& d, std::vector<double>& e) {
     const int n = static_cast<int>(a.size());
     for (int i = n - 1; i > 0; --i) {
         double h = 0.0, scale = 0.0;
@@ -58,7 +58,7 @@ void reducePlainly(Matrix& a, std::vector<double>& d, std::vector<double>& e) {
     }
 }
 
-void rotatePlainly(Matrix& z, std::vector<double>& d, std::vector<double>& e) {
+void rotatePlainly(Rows& z, std::vector<double>& d, std::vector<double>& e) {
     const int n = static_cast<int>(z.size());
     std::rotate(e.begin(), e.begin() + 1, e.end());
     e[n - 1] = 0.0;
@@ -99,15 +99,15 @@ void rotatePlainly(Matrix& z, std::vector<double>& d, std::vector<double>& e) {
 } // namespace
 
 void benchEigen() {
-    constexpr std::size_t n = 300;
+    constexpr Index n = 300;
     std::mt19937 random(4);
     std::normal_distribution<double> normal;
     std::vector<double> source(n * n), vectors(n * n), values(n), d(n), e(n);
-    for (std::size_t i = 0; i < n; ++i) {
-        for (std::size_t j = 0; j <= i; ++j) source[i * n + j] = source[j * n + i] = normal(random);
+    for (Index i = 0; i < n; ++i) {
+        for (Index j = 0; j <= i; ++j) source[i * n + j] = source[j * n + i] = normal(random);
     }
-    Matrix plain(n);
-    for (std::size_t i = 0; i < n; ++i) plain[i].assign(source.begin() + i * n, source.begin() + (i + 1) * n);
+    Rows plain(n);
+    for (Index i = 0; i < n; ++i) plain[i].assign(source.begin() + i * n, source.begin() + (i + 1) * n);
 
     const auto start = std::chrono::steady_clock::now();
     if (SymmetricEigen(n, n, vectors.data(), values.data(), source.data()) != success) return;
@@ -118,7 +118,7 @@ void benchEigen() {
     const double plainSeconds = secondsSince(plainStart);
     std::sort(d.begin(), d.end(), std::greater<>());
     double largest = 0.0;
-    for (std::size_t k = 0; k < n; ++k) largest = std::max(largest, std::fabs(d[k] - values[k]));
+    for (Index k = 0; k < n; ++k) largest = std::max(largest, std::fabs(d[k] - values[k]));
     std::printf(
         "eigen decomposition of order 300: %.4f s, down the columns %.4f s, %.1f times as long; eigenvalues "
         "differ by %.0e\n",

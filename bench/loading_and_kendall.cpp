@@ -52,7 +52,7 @@ void benchKendall() {
     data.variables = 10;
     if (data.values.allocate(data.count()) != success) return;
     std::mt19937 random(2);
-    for (std::size_t k = 0; k < data.values.size(); ++k) {
+    for (Index k = 0; k < data.values.size(); ++k) {
         data.values[k] = static_cast<double>(random() % (k % 2 == 0 ? 1000000U : 100U));
     }
     const auto start = std::chrono::steady_clock::now();
@@ -60,11 +60,10 @@ void benchKendall() {
     Block<std::int32_t> scratch;
     Block<KendallCounts> counts;
     if ((ranked.rank(data) | scratch.allocate(60000) | counts.allocate(45)) != success) return;
-    std::size_t pair = 0;
+    Index pair = 0;
     for (std::int32_t i = 0; i < 10; ++i) {
         for (std::int32_t j = i + 1; j < 10; ++j) {
-            counts[pair++] = countPairs(data, i, j, ranked.columns[static_cast<std::size_t>(i)],
-                                        ranked.columns[static_cast<std::size_t>(j)], scratch.data());
+            counts[pair++] = countPairs(data, i, j, ranked.columns[i], ranked.columns[j], scratch.data());
         }
     }
     const double fast = secondsSince(start);

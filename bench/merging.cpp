@@ -8,15 +8,15 @@ namespace {
 
 // Squared distances of points with few values, so that many are equal, or with many.
 bool fillDistances(ClusterMerging& merging, unsigned values) {
-    constexpr std::size_t items = 2000, dimensions = 5;
+    constexpr Index items = 2000, dimensions = 5;
     if (merging.allocate(items) != success) return false;
     std::mt19937 random(3);
     std::vector<double> points(items * dimensions);
     for (double& x : points) x = static_cast<double>(random() % values);
-    for (std::size_t a = 0; a < items; ++a) {
-        for (std::size_t b = a + 1; b < items; ++b) {
+    for (Index a = 0; a < items; ++a) {
+        for (Index b = a + 1; b < items; ++b) {
             double sum = 0.0;
-            for (std::size_t k = 0; k < dimensions; ++k) {
+            for (Index k = 0; k < dimensions; ++k) {
                 const double difference = points[a * dimensions + k] - points[b * dimensions + k];
                 sum += difference * difference;
             }
@@ -40,7 +40,7 @@ void benchMerging() {
             mergePlainly(criterion, plain);
             const double plainSeconds = secondsSince(plainStart);
             int different = 0;
-            for (std::size_t step = 0; step < fast.merges.size(); ++step) {
+            for (Index step = 0; step < fast.merges.size(); ++step) {
                 different += fast.merges[step].first != plain.merges[step].first ||
                              fast.merges[step].second != plain.merges[step].second ||
                              fast.merges[step].level != plain.merges[step].level;

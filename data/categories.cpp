@@ -24,14 +24,14 @@ std::int32_t countCategories(const DataMatrix& data, std::int32_t column) {
 
 ErrorCode CategoricalCheck(const DataMatrix& data, std::int32_t variables, CategoryLayout& layout) {
     layout.totalCategories = 0;
-    const std::size_t count = static_cast<std::size_t>(std::max(variables, 0));
+    const Index count = (std::max(variables, 0));
     const ErrorCode code = layout.categoryCount.allocate(count) | layout.first.allocate(count);
     if (code != success) return code;
     for (std::int32_t v = 0; v < variables; ++v) {
         const std::int32_t categories = countCategories(data, v);
         if (categories == 0) return illegalCategoricalData;
-        layout.categoryCount[static_cast<std::size_t>(v)] = categories;
-        layout.first[static_cast<std::size_t>(v)] = layout.totalCategories;
+        layout.categoryCount[v] = categories;
+        layout.first[v] = layout.totalCategories;
         layout.totalCategories += categories;
     }
     return success;
@@ -42,10 +42,10 @@ ErrorCode checkGroupVariable(const DataMatrix& data, std::int32_t column, std::i
     return groups > 0 ? success : illegalGroupVariable;
 }
 
-void listKeptCategories(const CategoryLayout& layout, std::size_t* kept) {
-    for (std::size_t v = 0; v < layout.first.size(); ++v) {
-        const std::size_t first = static_cast<std::size_t>(layout.first[v]);
-        const std::size_t end = first + static_cast<std::size_t>(layout.categoryCount[v]);
-        for (std::size_t g = first + 1; g < end; ++g) *kept++ = g;
+void listKeptCategories(const CategoryLayout& layout, Index* kept) {
+    for (Index v = 0; v < layout.first.size(); ++v) {
+        const Index first = layout.first[v];
+        const Index end = first + layout.categoryCount[v];
+        for (Index g = first + 1; g < end; ++g) *kept++ = g;
     }
 }

@@ -16,25 +16,23 @@ struct CategoryLayout {
 // Checks that the first `variables` columns hold categories: whole numbers from 1 to 64, all of them up to
 // the largest one, which is at least 2. Returns success with the layout, illegalCategoricalData or
 // outOfMemory.
-ErrorCode CategoricalCheck(const DataMatrix& data, std::int32_t variables, CategoryLayout& layout);
+[[nodiscard]] ErrorCode CategoricalCheck(const DataMatrix& data, std::int32_t variables,
+                                         CategoryLayout& layout);
 
 // The same for one column that holds group numbers: success with their count, or illegalGroupVariable.
-ErrorCode checkGroupVariable(const DataMatrix& data, std::int32_t column, std::int32_t& groups);
+[[nodiscard]] ErrorCode checkGroupVariable(const DataMatrix& data, std::int32_t column, std::int32_t& groups);
 
 // The category of a sample in a checked column, from 0.
-inline std::int32_t categoryOf(const DataMatrix& data, std::int32_t sample, std::int32_t variable) {
-    const std::size_t at = static_cast<std::size_t>(sample) * static_cast<std::size_t>(data.variables) +
-                           static_cast<std::size_t>(variable);
-    return static_cast<std::int32_t>(data.values[at]) - 1;
+inline std::int32_t categoryOf(const DataMatrix& data, Index sample, Index variable) {
+    return static_cast<std::int32_t>(data.at(sample, variable)) - 1;
 }
 
 // The global index of the category of a sample in a variable of the layout.
-inline std::size_t globalCategory(const DataMatrix& data, const CategoryLayout& layout, std::int32_t sample,
-                                  std::size_t variable) {
-    const std::int32_t category = categoryOf(data, sample, static_cast<std::int32_t>(variable));
-    return static_cast<std::size_t>(layout.first[variable]) + static_cast<std::size_t>(category);
+inline Index globalCategory(const DataMatrix& data, const CategoryLayout& layout, Index sample,
+                            Index variable) {
+    return layout.first[variable] + categoryOf(data, sample, variable);
 }
 
 // The global indices of all categories but the first of each variable, its reference: totalCategories less
 // the number of variables.
-void listKeptCategories(const CategoryLayout& layout, std::size_t* kept);
+void listKeptCategories(const CategoryLayout& layout, Index* kept);

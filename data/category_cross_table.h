@@ -7,14 +7,11 @@
 struct CategoryCrossTable {
     std::int32_t categories = 0;
     Block<std::int32_t> counts; // categories x categories, symmetric
-    Block<std::size_t> sample;  // scratch: the categories of one sample
+    Block<Index> sample;        // scratch: the categories of one sample
 
-    ErrorCode allocate(const CategoryLayout& layout);
+    [[nodiscard]] ErrorCode allocate(const CategoryLayout& layout);
 
-    std::int32_t at(std::int32_t g, std::int32_t h) const {
-        return counts[static_cast<std::size_t>(g) * static_cast<std::size_t>(categories) +
-                      static_cast<std::size_t>(h)];
-    }
+    std::int32_t at(Index g, Index h) const { return counts[g * categories + h]; }
 };
 
 // Fills a zero table from the columns of the layout, in one pass over the samples.

@@ -12,9 +12,5 @@ struct CellTable {
     std::int32_t cols = 0;
     Block<TextSlot> cells;
 
-    const char* cell(std::int32_t row, std::int32_t col) const {
-        return cells[static_cast<std::size_t>(row) * static_cast<std::size_t>(cols) +
-                     static_cast<std::size_t>(col)]
-            .text;
-    }
+    const char* cell(std::int32_t row, std::int32_t col) const { return cells[Index{row} * cols + col].text; }
 };

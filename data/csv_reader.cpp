@@ -154,10 +154,7 @@ ErrorCode fill(std::FILE* file, CellTable& table) {
 ErrorCode readCsvStream(std::FILE* file, CellTable& table) {
     table = {};
     ErrorCode code = measure(file, table);
-    if (code == success) {
-        code =
-            table.cells.allocate(static_cast<std::size_t>(table.rows) * static_cast<std::size_t>(table.cols));
-    }
+    if (code == success) code = table.cells.allocate(Index{table.rows} * table.cols);
     if (code == success && std::fseek(file, 0, SEEK_SET) != 0) code = fileNotOpened;
     if (code == success) code = fill(file, table);
     // A read that failed looks like the end of the file.

@@ -11,7 +11,7 @@
 // Returns success; fileNotOpened (no such file, no header in it, or a read that failed); fileMalformed (a
 // line of more than 4,095 characters or with a NUL, a row with too few cells or an empty one, a cell of more
 // than 62 characters below the header); or outOfMemory. The table is empty unless the result is success.
-ErrorCode readCsv(const char* path, CellTable& table);
+[[nodiscard]] ErrorCode readCsv(const char* path, CellTable& table);
 
 // The same from an open stream that can be rewound.
-ErrorCode readCsvStream(std::FILE* file, CellTable& table);
+[[nodiscard]] ErrorCode readCsvStream(std::FILE* file, CellTable& table);

@@ -8,13 +8,13 @@
 
 namespace {
 
-ErrorCode allocateMatrix(DataMatrix& matrix, std::size_t samples, std::size_t variables) {
+ErrorCode allocateMatrix(DataMatrix& matrix, Index samples, Index variables) {
     return matrix.values.allocate(samples * variables) | matrix.names.allocate(variables) |
            matrix.labels.allocate(samples);
 }
 
 // `columns` is cols - 1, the most variables there can be.
-ErrorCode allocateModel(FittedModel& model, std::size_t columns) {
+ErrorCode allocateModel(FittedModel& model, Index columns) {
     return model.variables.allocate(columns) | model.coefficients.allocate(columns) |
            model.means.allocate(columns) | model.inverse.allocate(columns * columns) |
            model.degrees.allocate(columns) | model.startValues.allocate(columns) |
@@ -22,19 +22,19 @@ ErrorCode allocateModel(FittedModel& model, std::size_t columns) {
 }
 
 void copyColumn(const DataMatrix& from, std::int32_t fromColumn, DataMatrix& to, std::int32_t toColumn) {
-    const std::size_t stride = static_cast<std::size_t>(from.variables);
+    const Index stride = from.variables;
     const double* source = from.values.data() + fromColumn;
     double* target = to.values.data() + toColumn;
     for (std::int32_t s = 0; s < from.samples; ++s, source += stride, target += stride) *target = *source;
-    to.names[static_cast<std::size_t>(toColumn)] = from.names[static_cast<std::size_t>(fromColumn)];
+    to.names.set(toColumn, from.name(fromColumn));
 }
 
 } // namespace
 
 ErrorCode allocateDataSet(DataSet& data) {
     std::snprintf(data.cells.cells[0].text, textSlotSize, "(none)");
-    const std::size_t cols = static_cast<std::size_t>(data.cells.cols);
-    const std::size_t samples = static_cast<std::size_t>(data.cells.rows) - 1;
+    const Index cols = data.cells.cols;
+    const Index samples = data.cells.rows - 1;
     const ErrorCode code = data.selectionFlags.allocate(cols) | data.useFlags.allocate(cols) |
                            allocateMatrix(data.loaded, samples, cols - 1) |
                            allocateMatrix(data.working, samples, cols - 1) |
@@ -61,7 +61,7 @@ void buildDataSet(DataSet& data) {
     data.exclusion.count = 0;
     for (const std::int32_t column : data.exclusion.slots) {
         if (column <= 0 || column >= cells.cols) continue;
-        std::int32_t& used = data.useFlags[static_cast<std::size_t>(column)];
+        std::int32_t& used = data.useFlags[column];
         data.exclusion.count += used;
         used = 0;
     }
@@ -69,17 +69,15 @@ void buildDataSet(DataSet& data) {
     DataMatrix& loaded = data.loaded;
     loaded.variables = cells.cols - data.exclusion.count - 1;
     loaded.samples = cells.rows - 1;
-    const TextSlot* cell = cells.cells.data();
-    TextSlot* name = loaded.names.data();
+    Index variable = 0;
     for (std::int32_t j = 1; j < cells.cols; ++j) {
-        if (data.useFlags[static_cast<std::size_t>(j)] != 0) *name++ = cell[j];
+        if (data.useFlags[j] != 0) loaded.names.set(variable++, cells.cell(0, j));
     }
     double* value = loaded.values.data();
     for (std::int32_t s = 0; s < loaded.samples; ++s) {
-        cell += cells.cols;
-        loaded.labels[static_cast<std::size_t>(s)] = cell[0];
+        loaded.labels.set(s, cells.cell(s + 1, 0));
         for (std::int32_t j = 1; j < cells.cols; ++j) {
-            if (data.useFlags[static_cast<std::size_t>(j)] != 0) *value++ = parseNumber(cell[j].text);
+            if (data.useFlags[j] != 0) *value++ = parseNumber(cells.cell(s + 1, j));
         }
     }
 
@@ -94,15 +92,15 @@ void copyLoadedToWorking(DataSet& data) {
     working.samples = loaded.samples;
     working.variables = loaded.variables;
     std::copy_n(loaded.values.data(), loaded.count(), working.values.data());
-    std::copy_n(loaded.names.data(), loaded.variables, working.names.data());
-    std::copy_n(loaded.labels.data(), loaded.samples, working.labels.data());
+    for (std::int32_t v = 0; v < loaded.variables; ++v) working.names.set(v, loaded.name(v));
+    for (std::int32_t s = 0; s < loaded.samples; ++s) working.labels.set(s, loaded.label(s));
 }
 
 void reorderWorkingBySelection(DataSet& data) {
     std::int32_t column = 0;
     for (const bool selected : {false, true}) {
         for (std::int32_t v = 0; v < data.loaded.variables; ++v) {
-            if ((data.selectionFlags[static_cast<std::size_t>(v) + 1] != 0) != selected) continue;
+            if ((data.selectionFlags[v + 1] != 0) != selected) continue;
             copyColumn(data.loaded, v, data.working, column++);
         }
         if (!selected) data.otherCount = column;
@@ -120,7 +118,7 @@ BadCells findBadCells(const DataSet& data) {
     BadCells found = {0, 0, ""};
     for (std::int32_t row = 1; row < data.cells.rows; ++row) {
         for (std::int32_t col = 1; col < data.cells.cols; ++col) {
-            if (data.useFlags[static_cast<std::size_t>(col)] == 0 || isNumber(data.cells.cell(row, col))) {
+            if (data.useFlags[col] == 0 || isNumber(data.cells.cell(row, col))) {
                 continue;
             }
             if (found.count++ == 0) {

@@ -3,19 +3,21 @@
 #include <cstdint>
 
 #include "data/cell_table.h"
-#include "numeric/block.h"
+#include "data/text_list.h"
 
 // Samples x variables doubles, row-major, with their names and labels.
 struct DataMatrix {
     std::int32_t samples = 0;
     std::int32_t variables = 0;
     Block<double> values;
-    Block<TextSlot> names;
-    Block<TextSlot> labels;
+    TextList names;
+    TextList labels;
 
-    std::size_t count() const {
-        return static_cast<std::size_t>(samples) * static_cast<std::size_t>(variables);
-    }
+    Index count() const { return Index{samples} * variables; }
+    const double* row(Index sample) const { return values.data() + sample * variables; }
+    double at(Index sample, Index variable) const { return row(sample)[variable]; }
+    const char* name(Index variable) const { return names[variable]; }
+    const char* label(Index sample) const { return labels[sample]; }
 };
 
 // Ten columns of the cell table that the user keeps out; 0 excludes nothing.
@@ -56,7 +58,7 @@ struct FittedModel {
                               // then two numbers that do not count in a prediction
 };
 
-constexpr std::size_t fittedModelTitleSize = 528;
+constexpr Index fittedModelTitleSize = 528;
 
 // The one table of numbers that the program works on.
 struct DataSet {
@@ -74,7 +76,7 @@ struct DataSet {
 
 // Names cell (0,0) "(none)" and allocates everything that has the size of the cell table; success or
 // outOfMemory (the data set is then empty).
-ErrorCode allocateDataSet(DataSet& data);
+[[nodiscard]] ErrorCode allocateDataSet(DataSet& data);
 
 // Gives everything back but the path.
 void releaseDataSet(DataSet& data);

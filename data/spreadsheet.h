@@ -50,11 +50,11 @@ struct SheetSize {
 // Finds the table in the sheet. Its columns end before the first empty cell of the header, its rows before
 // the first empty cell in column A; rows that begin ";" or "//" are comments. Returns success (both counts
 // are then at least 1), ddeEmptySheet, or the code of a request that failed.
-ErrorCode measureSheet(Workbook& workbook, SheetSize& size);
+[[nodiscard]] ErrorCode measureSheet(Workbook& workbook, SheetSize& size);
 
 // Fills `cells`, which has size.rows x size.cols zero slots, from the sheet: texts up to their line end and
 // of at most 62 characters. Calls showPercent(context, percent) after each row. Returns success,
 // ddeEmptySheet, ddeNoData when rows have become comments since they were counted, or the code of a
 // request that failed.
-ErrorCode fetchSheet(Workbook& workbook, const SheetSize& size, Block<TextSlot>& cells,
-                     void (*showPercent)(void* context, int percent), void* context);
+[[nodiscard]] ErrorCode fetchSheet(Workbook& workbook, const SheetSize& size, Block<TextSlot>& cells,
+                                   void (*showPercent)(void* context, int percent), void* context);

@@ -9,10 +9,12 @@ long long calls = 0;
 
 } // namespace
 
-void* allocateZeroed(std::size_t count, std::size_t itemSize) {
+void* allocateZeroed(Index count, std::size_t itemSize) {
     if (++calls == failingCall) return nullptr;
-    if (itemSize != 0 && count > SIZE_MAX / 2 / itemSize) return nullptr;
-    return std::calloc(count, itemSize);
+    if (count < 0) return nullptr;
+    const auto items = static_cast<std::size_t>(count);
+    if (itemSize != 0 && items > SIZE_MAX / 2 / itemSize) return nullptr;
+    return std::calloc(items, itemSize);
 }
 
 void failAllocation(long long n) {

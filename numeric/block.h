@@ -1,16 +1,25 @@
 #pragma once
 
+#include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdlib>
-#include <cstring>
 #include <type_traits>
 #include <utility>
 
 #include "numeric/error_code.h"
 
-// Zero-filled memory for count items of itemSize bytes, to be given back with std::free; null when the
-// product overflows or the system has none. All memory of the core comes through here.
-void* allocateZeroed(std::size_t count, std::size_t itemSize);
+// Every array of a run is asked for here and answers with a code, never with an exception: a driver combines
+// the codes of all its arrays, and each way out frees them. Tests hold the core to that by letting the first,
+// the second, ... allocation of a run fail (failAllocation): the run then ends with outOfMemory and leaks
+// nothing.
+
+// Counts and indexes everything whose layout is not fixed by a file.
+using Index = std::ptrdiff_t;
+
+// Zero-filled memory for count items of itemSize bytes, to be given back with std::free; null when count
+// is negative, the product overflows or the system has none. All memory of the core comes through here.
+void* allocateZeroed(Index count, std::size_t itemSize);
 
 // Lets a test make the n-th allocation from now fail (n counts from 1; 0 switches it off).
 void failAllocation(long long n);
@@ -36,7 +45,7 @@ public:
     ~Block() { release(); }
 
     // Replaces the contents by count zero items; 0 or outOfMemory (then empty).
-    ErrorCode allocate(std::size_t count) {
+    [[nodiscard]] ErrorCode allocate(Index count) {
         release();
         if (count == 0) return success;
         items_ = static_cast<T*>(allocateZeroed(count, sizeof(T)));
@@ -46,10 +55,10 @@ public:
     }
 
     // Enlarges to count items, keeping the present ones; 0 or outOfMemory (then unchanged).
-    ErrorCode grow(std::size_t count) {
+    [[nodiscard]] ErrorCode grow(Index count) {
         Block larger;
         if (larger.allocate(count) != success) return outOfMemory;
-        if (size_ > 0) std::memcpy(larger.items_, items_, (size_ < count ? size_ : count) * sizeof(T));
+        if (size_ > 0) std::copy_n(items_, size_ < count ? size_ : count, larger.items_);
         *this = std::move(larger);
         return success;
     }
@@ -62,9 +71,15 @@ public:
 
     T* data() { return items_; }
     const T* data() const { return items_; }
-    std::size_t size() const { return size_; }
-    T& operator[](std::size_t index) { return items_[index]; }
-    const T& operator[](std::size_t index) const { return items_[index]; }
+    Index size() const { return size_; }
+    T& operator[](Index index) {
+        assert(index >= 0 && index < size_);
+        return items_[index];
+    }
+    const T& operator[](Index index) const {
+        assert(index >= 0 && index < size_);
+        return items_[index];
+    }
     T* begin() { return items_; }
     T* end() { return items_ + size_; }
     const T* begin() const { return items_; }
@@ -72,5 +87,5 @@ public:
 
 private:
     T* items_ = nullptr;
-    std::size_t size_ = 0;
+    Index size_ = 0;
 };

@@ -128,9 +128,9 @@ double ComplementaryErrorFunction(double x) {
     return x >= 0.0 ? tail : 2.0 - tail;
 }
 
-ErrorCode FUpperProbability(int n, const double* f, const double* numerator, const double* denominator,
+ErrorCode FUpperProbability(Index n, const double* f, const double* numerator, const double* denominator,
                             double* out) {
-    for (int i = 0; i < n; ++i) out[i] = fUpper(f[i], numerator[i], denominator[i]);
+    for (Index i = 0; i < n; ++i) out[i] = fUpper(f[i], numerator[i], denominator[i]);
     return success;
 }
 
@@ -197,8 +197,8 @@ double TInverse(double df, double alpha) {
            (((3.0 * z2 + 19.0) * z2 + 17.0) * z2 - 15.0) * z / (384.0 * df * df * df);
 }
 
-ErrorCode ChiSquareUpperProbability(int n, const double* chiSquares, const double* df, double* out) {
-    for (int i = 0; i < n; ++i) out[i] = chiSquareUpper(chiSquares[i], df[i]);
+ErrorCode ChiSquareUpperProbability(Index n, const double* chiSquares, const double* df, double* out) {
+    for (Index i = 0; i < n; ++i) out[i] = chiSquareUpper(chiSquares[i], df[i]);
     return success;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "numeric/error_code.h"
+#include "numeric/block.h"
 
 // Tail probabilities and quantiles. Errors are absolute where nothing else is said, and measured against
 // exact values. Every function takes any double: what is not a number comes out as such, and nothing loops
@@ -15,7 +15,7 @@ double ComplementaryErrorFunction(double x);
 // series stops after 999 terms, so that with 2,000 and more a tail that should vanish can come out as
 // anything up to 1 (seen from F = 33 on for up to 50 numerator degrees): reports depend on this value.
 // Returns 0.
-ErrorCode FUpperProbability(int n, const double* f, const double* numerator, const double* denominator,
+ErrorCode FUpperProbability(Index n, const double* f, const double* numerator, const double* denominator,
                             double* out);
 
 // The z >= 0 whose upper normal tail is the smaller of p and 1 - p, 0 < p < 1 (a polynomial of the kind of
@@ -37,7 +37,7 @@ double TInverse(double df, double alpha);
 // is within 3e-7 for 1, 2 and 3 degrees; 4 and more lack a term of the series, and are too small by up to
 // 0.37 (4 degrees), 0.31 (5), 0.57 (10) and 0.97 (100): reports depend on this value. Beyond 100 as
 // ChiSquareSeries. Returns 0.
-ErrorCode ChiSquareUpperProbability(int n, const double* chiSquares, const double* df, double* out);
+ErrorCode ChiSquareUpperProbability(Index n, const double* chiSquares, const double* df, double* out);
 
 // The upper tail of a chi-square x with df degrees of freedom into out (1 unless both are above 0), by the
 // series of the incomplete gamma function until a term is no more than tolerance. With 1e-10 and one of the

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
 #include <utility>
 
 #include "numeric/block.h"
@@ -14,27 +13,27 @@ namespace {
 
 constexpr int iterationLimit = 31;
 
-void transpose(std::size_t order, std::size_t width, double* a) {
-    for (std::size_t i = 1; i < order; ++i)
-        for (std::size_t j = 0; j < i; ++j) std::swap(a[i * width + j], a[j * width + i]);
+void transpose(Index order, Index width, double* a) {
+    for (Index i = 1; i < order; ++i)
+        for (Index j = 0; j < i; ++j) std::swap(a[i * width + j], a[j * width + i]);
 }
 
 // The three loops over rows that take the time are written out for two or four elements, which lets a
 // compiler use vector registers without being asked to.
 
-double dot(std::size_t count, const double* a, const double* b) {
+double dot(Index count, const double* a, const double* b) {
     double sums[4] = {};
-    std::size_t k = 0;
+    Index k = 0;
     for (; k + 4 <= count; k += 4)
-        for (std::size_t lane = 0; lane < 4; ++lane) sums[lane] += a[k + lane] * b[k + lane];
+        for (Index lane = 0; lane < 4; ++lane) sums[lane] += a[k + lane] * b[k + lane];
     double sum = (sums[0] + sums[1]) + (sums[2] + sums[3]);
     for (; k < count; ++k) sum += a[k] * b[k];
     return sum;
 }
 
 // target += f a
-void addMultiple(std::size_t count, double* __restrict target, double f, const double* __restrict a) {
-    std::size_t k = 0;
+void addMultiple(Index count, double* __restrict target, double f, const double* __restrict a) {
+    Index k = 0;
     for (; k + 2 <= count; k += 2) {
         target[k] += f * a[k];
         target[k + 1] += f * a[k + 1];
@@ -43,9 +42,9 @@ void addMultiple(std::size_t count, double* __restrict target, double f, const d
 }
 
 // target -= f a + g b
-void subtractMultiples(std::size_t count, double* __restrict target, double f, const double* __restrict a,
-                       double g, const double* __restrict b) {
-    std::size_t k = 0;
+void subtractMultiples(Index count, double* __restrict target, double f, const double* __restrict a, double g,
+                       const double* __restrict b) {
+    Index k = 0;
     for (; k + 2 <= count; k += 2) {
         target[k] -= f * a[k] + g * b[k];
         target[k + 1] -= f * a[k + 1] + g * b[k + 1];
@@ -58,8 +57,8 @@ struct Rotation {
     double s;
 };
 
-void rotateRows(std::size_t order, double* __restrict high, double* __restrict low, Rotation rotation) {
-    for (std::size_t k = 0; k < order; ++k) {
+void rotateRows(Index order, double* __restrict high, double* __restrict low, Rotation rotation) {
+    for (Index k = 0; k < order; ++k) {
         const double f = high[k];
         high[k] = rotation.s * low[k] + rotation.c * f;
         low[k] = rotation.c * low[k] - rotation.s * f;
@@ -67,10 +66,10 @@ void rotateRows(std::size_t order, double* __restrict high, double* __restrict l
 }
 
 // rotateRows of high and middle by first, then of middle and low by second, in one pass.
-void rotateThreeRows(std::size_t order, double* __restrict high, double* __restrict middle,
-                     double* __restrict low, Rotation first, Rotation second) {
+void rotateThreeRows(Index order, double* __restrict high, double* __restrict middle, double* __restrict low,
+                     Rotation first, Rotation second) {
     const double c1 = first.c, s1 = first.s, c2 = second.c, s2 = second.s;
-    std::size_t k = 0;
+    Index k = 0;
     for (; k + 2 <= order; k += 2) {
         const double h0 = high[k], h1 = high[k + 1];
         const double m0 = middle[k], m1 = middle[k + 1];
@@ -93,8 +92,8 @@ void rotateThreeRows(std::size_t order, double* __restrict high, double* __restr
 // The rotations of a QL step go from the last pair of rows to the first; each waits for the one after it, so
 // that the row that both change is loaded once.
 struct RowRotations {
-    std::size_t order;
-    std::size_t width;
+    Index order;
+    Index width;
     double* high = nullptr; // of the waiting rotation, its other row before it in memory
     Rotation waiting{};
 };
@@ -116,13 +115,13 @@ void finish(const RowRotations& rows) {
 // Turns u, row i of the matrix (count = i elements), into the vector of the reflection that clears all but
 // its last element. Returns half of its squared length, 0 where there is nothing to clear; offDiagonal gets
 // the element that stays.
-double makeReflection(std::size_t count, double* u, double& offDiagonal) {
+double makeReflection(Index count, double* u, double& offDiagonal) {
     offDiagonal = u[count - 1];
     if (count == 1) return 0.0;
     double scale = 0.0;
-    for (std::size_t k = 0; k < count; ++k) scale += std::fabs(u[k]);
+    for (Index k = 0; k < count; ++k) scale += std::fabs(u[k]);
     if (scale == 0.0) return 0.0;
-    for (std::size_t k = 0; k < count; ++k) u[k] /= scale;
+    for (Index k = 0; k < count; ++k) u[k] /= scale;
     const double h = dot(count, u, u);
     const double last = u[count - 1];
     const double g = last >= 0.0 ? -std::sqrt(h) : std::sqrt(h);
@@ -133,25 +132,25 @@ double makeReflection(std::size_t count, double* u, double& offDiagonal) {
 
 // Applies the reflection 1 - u u' / h from both sides to the leading block of order count, lower triangle
 // only. work (count) is scratch.
-void reflectBlock(std::size_t count, std::size_t width, double* a, const double* u, double h, double* work) {
+void reflectBlock(Index count, Index width, double* a, const double* u, double h, double* work) {
     // work = A u, each row serving as the column that mirrors it too
-    for (std::size_t j = 0; j < count; ++j) {
+    for (Index j = 0; j < count; ++j) {
         const double* row = a + j * width;
         work[j] = dot(j + 1, row, u);
         addMultiple(j, work, u[j], row);
     }
-    for (std::size_t j = 0; j < count; ++j) work[j] /= h;
+    for (Index j = 0; j < count; ++j) work[j] /= h;
     addMultiple(count, work, -dot(count, work, u) / (h + h), u);
-    for (std::size_t j = 0; j < count; ++j) subtractMultiples(j + 1, a + j * width, u[j], work, work[j], u);
+    for (Index j = 0; j < count; ++j) subtractMultiples(j + 1, a + j * width, u[j], work, work[j], u);
 }
 
 // Multiplies the reflections, whose vectors stand in the rows of a and whose h in d, to the transposed
 // transformation, and puts the diagonal of the tridiagonal matrix into d.
-void accumulateReflections(std::size_t order, std::size_t width, double* a, double* d) {
-    for (std::size_t i = 0; i < order; ++i) {
+void accumulateReflections(Index order, Index width, double* a, double* d) {
+    for (Index i = 0; i < order; ++i) {
         double* u = a + i * width;
         const double h = d[i];
-        for (std::size_t j = 0; j < i; ++j) {
+        for (Index j = 0; j < i; ++j) {
             double* row = a + j * width;
             if (h != 0.0) addMultiple(i, row, -dot(i, u, row) / h, u);
             row[i] = 0.0;
@@ -163,8 +162,8 @@ void accumulateReflections(std::size_t order, std::size_t width, double* a, doub
 }
 
 // The first m >= l after which the tridiagonal matrix falls apart; the last index where it does not.
-std::size_t endOfBlock(std::size_t l, std::size_t order, const double* d, const double* e) {
-    std::size_t m = l;
+Index endOfBlock(Index l, Index order, const double* d, const double* e) {
+    Index m = l;
     for (; m + 1 < order; ++m) {
         const double size = std::fabs(d[m]) + std::fabs(d[m + 1]);
         if (std::fabs(e[m]) + size == size) break;
@@ -173,8 +172,7 @@ std::size_t endOfBlock(std::size_t l, std::size_t order, const double* d, const 
 }
 
 // One implicit QL step on the block l .. m, e[i] between i and i + 1.
-void qlStep(std::size_t l, std::size_t m, std::size_t order, std::size_t width, double* d, double* e,
-            double* rows) {
+void qlStep(Index l, Index m, Index order, Index width, double* d, double* e, double* rows) {
     const double slope = (d[l + 1] - d[l]) / (2.0 * e[l]);
     const double root = std::hypot(slope, 1.0);
     double g = d[m] - d[l] + e[l] / (slope + (slope >= 0.0 ? root : -root));
@@ -182,7 +180,7 @@ void qlStep(std::size_t l, std::size_t m, std::size_t order, std::size_t width, 
     double c = 1.0;
     double p = 0.0;
     RowRotations rotations{order, width, nullptr, {}};
-    for (std::size_t i = m; i-- > l;) {
+    for (Index i = m; i-- > l;) {
         const double f = s * e[i];
         const double b = c * e[i];
         const double radius = std::hypot(f, g);
@@ -208,10 +206,10 @@ void qlStep(std::size_t l, std::size_t m, std::size_t order, std::size_t width, 
     e[m] = 0.0;
 }
 
-ErrorCode iterate(std::size_t order, std::size_t width, double* d, double* e, double* rows) {
-    for (std::size_t l = 0; l < order; ++l) {
+ErrorCode iterate(Index order, Index width, double* d, double* e, double* rows) {
+    for (Index l = 0; l < order; ++l) {
         int iterations = 0;
-        for (std::size_t m = endOfBlock(l, order, d, e); m != l; m = endOfBlock(l, order, d, e)) {
+        for (Index m = endOfBlock(l, order, d, e); m != l; m = endOfBlock(l, order, d, e)) {
             if (++iterations > iterationLimit) return decompositionFailed;
             qlStep(l, m, order, width, d, e, rows);
         }
@@ -221,56 +219,51 @@ ErrorCode iterate(std::size_t order, std::size_t width, double* d, double* e, do
 
 } // namespace
 
-ErrorCode HouseholderTridiagonalise(int n, int stride, double* a, double* d, double* e) {
-    const auto order = static_cast<std::size_t>(n);
-    const auto width = static_cast<std::size_t>(stride);
-    for (std::size_t i = order; i-- > 1;) {
-        double* u = a + i * width;
+ErrorCode HouseholderTridiagonalise(Index n, Index stride, double* a, double* d, double* e) {
+    for (Index i = n; i-- > 1;) {
+        double* u = a + i * stride;
         d[i] = makeReflection(i, u, e[i]);
-        if (d[i] != 0.0) reflectBlock(i, width, a, u, d[i], e);
+        if (d[i] != 0.0) reflectBlock(i, stride, a, u, d[i], e);
     }
-    if (order > 0) d[0] = e[0] = 0.0;
-    accumulateReflections(order, width, a, d);
-    transpose(order, width, a);
+    if (n > 0) d[0] = e[0] = 0.0;
+    accumulateReflections(n, stride, a, d);
+    transpose(n, stride, a);
     return success;
 }
 
-ErrorCode TridiagonalQL(int n, int stride, double* d, double* vectors, double* e) {
-    const auto order = static_cast<std::size_t>(n);
-    const auto width = static_cast<std::size_t>(stride);
-    if (order == 0) return success;
-    std::move(e + 1, e + order, e);
-    e[order - 1] = 0.0;
-    transpose(order, width, vectors);
-    const ErrorCode code = iterate(order, width, d, e, vectors);
-    transpose(order, width, vectors);
+ErrorCode TridiagonalQL(Index n, Index stride, double* d, double* vectors, double* e) {
+    if (n == 0) return success;
+    std::move(e + 1, e + n, e);
+    e[n - 1] = 0.0;
+    transpose(n, stride, vectors);
+    const ErrorCode code = iterate(n, stride, d, e, vectors);
+    transpose(n, stride, vectors);
     return code;
 }
 
-ErrorCode EigenSortDescending(int n, int stride, double* vectors, double* values) {
-    const auto order = static_cast<std::size_t>(n);
-    const auto width = static_cast<std::size_t>(stride);
-    for (std::size_t i = 0; i < order; ++i) {
-        std::size_t largest = i;
-        for (std::size_t j = i + 1; j < order; ++j)
+ErrorCode EigenSortDescending(Index n, Index stride, double* vectors, double* values) {
+    for (Index i = 0; i < n; ++i) {
+        Index largest = i;
+        for (Index j = i + 1; j < n; ++j)
             if (values[j] >= values[largest]) largest = j;
         if (largest == i) continue;
         std::swap(values[i], values[largest]);
-        for (std::size_t k = 0; k < order; ++k)
-            std::swap(vectors[k * width + i], vectors[k * width + largest]);
+        for (Index k = 0; k < n; ++k) std::swap(vectors[k * stride + i], vectors[k * stride + largest]);
     }
     return success;
 }
 
-ErrorCode SymmetricEigen(int n, int stride, double* vectors, double* values, const double* source) {
-    const auto order = static_cast<std::size_t>(n);
-    const auto width = static_cast<std::size_t>(stride);
-    for (std::size_t i = 0; i < order; ++i)
-        for (std::size_t j = 0; j < order; ++j) vectors[i * width + j] = source[i * width + j];
+ErrorCode SymmetricEigen(Index n, Index stride, double* vectors, double* values, const double* source) {
+    for (Index i = 0; i < n; ++i)
+        for (Index j = 0; j < n; ++j) vectors[i * stride + j] = source[i * stride + j];
     Block<double> offDiagonal;
-    if (offDiagonal.allocate(order) != success) return outOfMemory;
+    if (offDiagonal.allocate(n) != success) return outOfMemory;
     HouseholderTridiagonalise(n, stride, vectors, values, offDiagonal.data());
     // A matrix that does not converge is reported as far as it came: reports depend on this.
     static_cast<void>(TridiagonalQL(n, stride, values, vectors, offDiagonal.data()));
     return EigenSortDescending(n, stride, vectors, values);
+}
+
+ErrorCode SymmetricEigen(Matrix& vectors, Block<double>& values, const Matrix& source) {
+    return SymmetricEigen(source.rows(), source.columns(), vectors.data(), values.data(), source.data());
 }

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "numeric/error_code.h"
+#include "numeric/matrix.h"
 
 // Linear systems by triangular factors. Matrices are n x n blocks in rows of stride doubles, stride >= n.
 
@@ -10,26 +10,33 @@
 // their row). permutation (n) gets the row that was exchanged with each row in turn, sign +1 or -1 for an
 // even or odd number of exchanges. Returns decompositionFailed for a row of zeros or a zero pivot (a is then
 // partly factored, sign and the rest of permutation are not written), or outOfMemory.
-ErrorCode LuDecompose(int n, int stride, double* a, std::int32_t* permutation, double& sign);
+[[nodiscard]] ErrorCode LuDecompose(Index n, Index stride, double* a, std::int32_t* permutation,
+                                    double& sign);
 
 // Replaces the right-hand side b (n) by the solution x, from the factors and permutation of LuDecompose.
 // Returns 0.
-ErrorCode LuSolve(int n, int stride, const double* factors, const std::int32_t* permutation, double* b);
+ErrorCode LuSolve(Index n, Index stride, const double* factors, const std::int32_t* permutation, double* b);
 
 // Inverse and determinant of a, which is destroyed; inverse has the stride of a. Returns 0 or outOfMemory.
 // A matrix that cannot be factored is not refused: its determinant is 0, and at least one diagonal element of
 // its inverse is not finite. Whoever needs to know asks isSingular.
-ErrorCode MatrixInverse(int n, int stride, double* a, double* inverse, double& determinant);
-
-// The inverse of a (n x n, without padding), which is kept: scratch takes its copy. Returns 0, outOfMemory,
-// or singularMatrix where isSingular says so.
-ErrorCode invertRegular(int n, const double* a, double* scratch, double* inverse);
+[[nodiscard]] ErrorCode MatrixInverse(Index n, Index stride, double* a, double* inverse, double& determinant);
 
 // Determinant of a, which is destroyed: 0 where it cannot be factored. Returns 0 or outOfMemory.
-ErrorCode MatrixDeterminant(int n, int stride, double* a, double& determinant);
+[[nodiscard]] ErrorCode MatrixDeterminant(Index n, Index stride, double* a, double& determinant);
 
 // Whether a (as it was before MatrixInverse) counts as singular: some a_jj * inverse_jj is not finite, not
 // above 0, or 1e10 and more. For a correlation matrix that product is the variance inflation of variable j. A
 // failed factoring is always seen here, because LuSolve divides element j of every solution by the zero at
 // place j.
-bool isSingular(int n, int stride, const double* a, int inverseStride, const double* inverse);
+bool isSingular(Index n, Index stride, const double* a, Index inverseStride, const double* inverse);
+
+// The same for whole square matrices.
+[[nodiscard]] ErrorCode MatrixInverse(Matrix& a, Matrix& inverse, double& determinant);
+[[nodiscard]] ErrorCode MatrixDeterminant(Matrix& a, double& determinant);
+bool isSingular(const Matrix& a, const Matrix& inverse);
+
+// The inverse of a, which is kept: scratch takes its copy. Returns 0, outOfMemory, or singularMatrix where
+// isSingular says so.
+[[nodiscard]] ErrorCode invertRegular(const Matrix& a, Matrix& scratch, Matrix& inverse);
+[[nodiscard]] ErrorCode invertRegular(Index n, const double* a, double* scratch, double* inverse); // SHIM

@@ -1,15 +1,14 @@
 #include "numeric/sort.h"
 
-#include <cstddef>
 #include <utility>
 
 namespace {
 
 // Lets the item at root sink in the max-heap of the first count items.
-void sink(std::size_t root, std::size_t count, double* keys, double* companion) {
+void sink(Index root, Index count, double* keys, double* companion) {
     const double key = keys[root];
     const double item = companion[root];
-    std::size_t child = 2 * root + 1;
+    Index child = 2 * root + 1;
     while (child < count) {
         if (child + 1 < count && keys[child + 1] > keys[child]) ++child;
         if (!(keys[child] > key)) break;
@@ -24,11 +23,10 @@ void sink(std::size_t root, std::size_t count, double* keys, double* companion) 
 
 } // namespace
 
-ErrorCode SortKeysWithCompanion(int n, double* keys, double* companion) {
+ErrorCode SortKeysWithCompanion(Index n, double* keys, double* companion) {
     if (n < 2) return success;
-    const auto count = static_cast<std::size_t>(n);
-    for (std::size_t root = count / 2; root-- > 0;) sink(root, count, keys, companion);
-    for (std::size_t last = count - 1; last > 0; --last) {
+    for (Index root = n / 2; root-- > 0;) sink(root, n, keys, companion);
+    for (Index last = n - 1; last > 0; --last) {
         std::swap(keys[0], keys[last]);
         std::swap(companion[0], companion[last]);
         sink(0, last, keys, companion);

@@ -2,19 +2,18 @@
 
 #include <cstdio>
 
-void WriteCategoryStart(Report& report, int category, int index) {
-    char label[40];
-    std::snprintf(label, sizeof label, "%3d (%3d)", category, index);
-    report.lower.append("   ,");
-    WriteLabel(report, label);
+void startCategoryRow(Report& report, Index category, Index index) {
+    char label[48];
+    std::snprintf(label, sizeof label, "%3td (%3td)", category, index);
+    startUnnumberedRow(report, label);
 }
 
-void WriteNumberedHeader(Report& report, int count, int width) {
-    char number[16];
-    WriteHeaderStart(report);
-    for (int k = 1; k <= count; ++k) {
-        std::snprintf(number, sizeof number, "%d", k);
-        WriteNameOfWidth(report, number, width);
+void writeNumberedHeader(Report& report, Index count, int width) {
+    char number[24];
+    startHeader(report);
+    for (Index k = 1; k <= count; ++k) {
+        std::snprintf(number, sizeof number, "%td", k);
+        writeText(report, number, width);
     }
-    WriteRowEnd(report);
+    endRow(report);
 }

@@ -23,7 +23,7 @@ void writeFileSummary(Screens& screens, Report& report, const DataSet& data, int
     report.upper.append("\tvariables : ");
     for (std::int32_t v = 0; v < working.variables; ++v) {
         if (v > 0) report.upper.append(", ");
-        report.upper.append(working.names[static_cast<std::size_t>(v)].text);
+        report.upper.append(working.name(v));
     }
     SetFormatsFromData(report, data, variableLength, labelLength);
     report.upper.append("\n\n");

@@ -160,9 +160,7 @@ private:
         canvas_.drawText({x, plot_.top - style.height - 1}, name, style);
     }
 
-    const char* nameOf(const Axis& axis) const {
-        return graph_.spec.seriesNames[static_cast<std::size_t>(axis.series)].text;
-    }
+    const char* nameOf(const Axis& axis) const { return graph_.spec.seriesNames[axis.series]; }
 
     Canvas& canvas_;
     const Graph& graph_;
@@ -199,7 +197,7 @@ int numberStride(const Axis& axis, int size) {
 void fitText(Canvas& canvas, const char* text, const TextStyle& style, int width,
              char (&fitted)[textSlotSize]) {
     std::snprintf(fitted, sizeof fitted, "%s", text);
-    std::size_t length = std::min(std::strlen(fitted), sizeof fitted - sizeof "..");
+    Index length = static_cast<Index>(std::min(std::strlen(fitted), sizeof fitted - sizeof ".."));
     while (length > 0 && canvas.measure(fitted, style).width > width) {
         --length;
         std::snprintf(fitted + length, sizeof fitted - length, "..");

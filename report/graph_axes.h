@@ -11,7 +11,7 @@ constexpr Color numberBlue = {0x33, 0x33, 0xCC};
 // second vertical axis.
 constexpr Color lineColors[2] = {{0x1F, 0x4E, 0xA8}, {0xB8, 0x5C, 0x00}};
 
-constexpr std::size_t tickTextSize = 32;
+constexpr Index tickTextSize = 32;
 
 // The number at the k-th multiple of the step: with just the decimals that tell the ticks apart, such as
 // "0.25"; beyond 99999 and for steps below 0.01 short with an exponent, such as "2.5e6".

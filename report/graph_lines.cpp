@@ -13,10 +13,10 @@ constexpr double barShare = 0.7; // of a slot
 constexpr int labelGap = 4;
 
 double slotWidth(const Graph& graph, const GraphLayout& layout) {
-    return static_cast<double>(layout.plot.right - layout.plot.left) / graph.spec.itemCount;
+    return (layout.plot.right - layout.plot.left) / static_cast<double>(graph.spec.itemCount);
 }
 
-double slotCentre(const GraphLayout& layout, double slot, std::size_t item) {
+double slotCentre(const GraphLayout& layout, double slot, Index item) {
     return layout.plot.left + (static_cast<double>(item) + 0.5) * slot;
 }
 
@@ -37,15 +37,15 @@ void drawLabels(Canvas& canvas, const Graph& graph, const GraphLayout& layout, d
     const int mostWidth = 2 * layout.plot.left; // the first and the last one then stay inside the window
     int widest = 1;
     char text[textSlotSize];
-    for (const TextSlot& label : graph.spec.itemLabels) {
-        fitText(canvas, label.text, style, mostWidth, text);
+    for (Index i = 0; i < graph.spec.itemCount; ++i) {
+        fitText(canvas, graph.spec.itemLabels[i], style, mostWidth, text);
         widest = std::max(widest, canvas.measure(text, style).width);
     }
     const double needed = (widest + labelGap) / (rows * slot);
-    const std::size_t stride = static_cast<std::size_t>(std::ceil(std::max(needed, 1.0)));
+    const Index stride = static_cast<Index>(std::ceil(std::max(needed, 1.0)));
     int row = 0;
-    for (std::size_t i = 0; i < graph.spec.itemCount; i += stride) {
-        fitText(canvas, graph.spec.itemLabels[i].text, style, mostWidth, text);
+    for (Index i = 0; i < graph.spec.itemCount; i += stride) {
+        fitText(canvas, graph.spec.itemLabels[i], style, mostWidth, text);
         const int x = static_cast<int>(slotCentre(layout, slot, i)) - canvas.measure(text, style).width / 2;
         canvas.drawText({x, top + row * style.height}, text, style);
         row = (row + 1) % rows;
@@ -57,7 +57,7 @@ void drawItemLine(Canvas& canvas, const Graph& graph, const GraphView& view, con
     const Pen pen = {color, layout.penWidth};
     Point ends[2];
     bool joined = false;
-    for (std::size_t i = 0; i < graph.spec.itemCount; ++i) {
+    for (Index i = 0; i < graph.spec.itemCount; ++i) {
         const bool placed = placeItem(graph, layout, vertical, i, ends[1]);
         if (placed && joined) canvas.drawLine(ends, pen);
         if (placed) ends[0] = ends[1];
@@ -74,7 +74,7 @@ void drawItemLine(Canvas& canvas, const Graph& graph, const GraphView& view, con
 void drawBars(Canvas& canvas, const Graph& graph, const GraphView& view, const GraphLayout& layout) {
     if (graph.spec.itemCount == 0) return;
     const double slot = slotWidth(graph, layout);
-    for (std::size_t i = 0; i < graph.spec.itemCount; ++i) {
+    for (Index i = 0; i < graph.spec.itemCount; ++i) {
         const double value = graph.spec.values[i];
         if (!std::isfinite(value)) continue;
         const Color color = i + 1 == view.highlighted ? highlightRed : barGreen;

@@ -11,26 +11,25 @@ bool drawsVectors(std::uint32_t kind) {
     return kind == 5 || kind >= 7;
 }
 
-bool hasNumber(const Graph& graph, std::size_t item) {
+bool hasNumber(const Graph& graph, Index item) {
     return graph.spec.numbering != 0 && item < graph.spec.numberLabels.size();
 }
 
-void drawItem(Canvas& canvas, const Graph& graph, const GraphLayout& layout, std::size_t item, const Pen& pen,
+void drawItem(Canvas& canvas, const Graph& graph, const GraphLayout& layout, Index item, const Pen& pen,
               const TextStyle& style) {
     Point at;
     if (!placeItem(graph, layout, layout.vertical, item, at)) return;
     const int s = layout.penWidth;
     drawMarker(canvas, at, s, pen);
     if (hasNumber(graph, item))
-        canvas.drawText({at.x + 2 * s, at.y + 2 * s}, graph.spec.numberLabels[item].text, style);
+        canvas.drawText({at.x + 2 * s, at.y + 2 * s}, graph.spec.numberLabels[item], style);
 }
 
 } // namespace
 
-bool placeItem(const Graph& graph, const GraphLayout& layout, const Axis& vertical, std::size_t item,
-               Point& at) {
+bool placeItem(const Graph& graph, const GraphLayout& layout, const Axis& vertical, Index item, Point& at) {
     if (layout.horizontal.series < 0 || vertical.series < 0) return false;
-    const double* values = graph.spec.values.data() + item * static_cast<std::size_t>(graph.spec.seriesCount);
+    const double* values = graph.spec.values.data() + item * graph.spec.seriesCount;
     const double across = values[layout.horizontal.series];
     const double up = values[vertical.series];
     if (!std::isfinite(across) || !std::isfinite(up)) return false;
@@ -48,7 +47,7 @@ void drawMarker(Canvas& canvas, Point at, int halfWidth, const Pen& pen) {
 
 void drawScatter(Canvas& canvas, const Graph& graph, const GraphView& view, const GraphLayout& layout) {
     const int s = layout.penWidth;
-    for (std::size_t i = 0; i < graph.spec.itemCount; ++i) {
+    for (Index i = 0; i < graph.spec.itemCount; ++i) {
         if (i + 1 == view.highlighted) continue;
         drawItem(canvas, graph, layout, i, {black, s}, {layout.fontHeight, numberBlue});
     }

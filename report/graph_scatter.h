@@ -3,8 +3,7 @@
 #include "report/graph_layout.h"
 
 // The pixel of an item on a horizontal and a vertical axis; false when its values are not finite.
-bool placeItem(const Graph& graph, const GraphLayout& layout, const Axis& vertical, std::size_t item,
-               Point& at);
+bool placeItem(const Graph& graph, const GraphLayout& layout, const Axis& vertical, Index item, Point& at);
 
 // A diamond of this half-width around a point.
 void drawMarker(Canvas& canvas, Point at, int halfWidth, const Pen& pen);

@@ -37,6 +37,12 @@ template <class T> ErrorCode copyBlock(const Block<T>& from, Block<T>& to) {
     return code;
 }
 
+ErrorCode copyTexts(const TextList& from, TextList& to) {
+    const ErrorCode code = to.allocate(from.size());
+    for (Index i = 0; i < to.size(); ++i) to.set(i, from[i]);
+    return code;
+}
+
 ErrorCode copySpec(const GraphSpec& from, GraphSpec& to) {
     to.width = from.width;
     to.height = from.height;
@@ -46,23 +52,23 @@ ErrorCode copySpec(const GraphSpec& from, GraphSpec& to) {
     to.vectorOption = from.vectorOption;
     to.numbering = from.numbering;
     std::copy(std::begin(from.rangeGroups), std::end(from.rangeGroups), to.rangeGroups);
-    ErrorCode code = copyBlock(from.seriesNames, to.seriesNames) | copyBlock(from.itemLabels, to.itemLabels) |
+    ErrorCode code = copyTexts(from.seriesNames, to.seriesNames) | copyTexts(from.itemLabels, to.itemLabels) |
                      copyBlock(from.values, to.values);
-    if (from.numbering != 0) code |= copyBlock(from.numberLabels, to.numberLabels);
-    if (from.kind == lastKind) code |= copyBlock(from.kind8Labels, to.kind8Labels);
+    if (from.numbering != 0) code |= copyTexts(from.numberLabels, to.numberLabels);
+    if (from.kind == lastKind) code |= copyTexts(from.kind8Labels, to.kind8Labels);
     if (keepsVectors(from.kind)) {
         to.vectorCount = from.vectorCount;
-        code |= copyBlock(from.vectorNames, to.vectorNames) | copyBlock(from.vectorValues, to.vectorValues);
+        code |= copyTexts(from.vectorNames, to.vectorNames) | copyBlock(from.vectorValues, to.vectorValues);
     }
     return code;
 }
 
 void findRanges(Graph& graph) {
     const GraphSpec& spec = graph.spec;
-    const std::size_t series = static_cast<std::size_t>(spec.seriesCount);
-    for (std::size_t k = 0; k < series; ++k) {
+    const Index series = spec.seriesCount;
+    for (Index k = 0; k < series; ++k) {
         double least = 0.0, most = 0.0;
-        for (std::size_t i = 0; i < spec.itemCount; ++i) {
+        for (Index i = 0; i < spec.itemCount; ++i) {
             const double value = spec.values[i * series + k];
             if (!std::isfinite(value)) continue;
             least = std::min(least, value);
@@ -70,7 +76,7 @@ void findRanges(Graph& graph) {
         }
         graph.minimum[k] = least;
         graph.maximum[k] = most;
-        for (std::size_t t = 0; t < k; ++t) {
+        for (Index t = 0; t < k; ++t) {
             if ((spec.rangeGroups[k] & spec.rangeGroups[t]) == 0) continue;
             graph.minimum[k] = graph.minimum[t] = std::min(graph.minimum[k], graph.minimum[t]);
             graph.maximum[k] = graph.maximum[t] = std::max(graph.maximum[k], graph.maximum[t]);
@@ -80,9 +86,9 @@ void findRanges(Graph& graph) {
 
 } // namespace
 
-ErrorCode GraphSpec::allocate(std::size_t series, std::size_t items, std::size_t vectors) {
+ErrorCode GraphSpec::allocate(Index series, Index items, Index vectors) {
     seriesCount = static_cast<std::int32_t>(series);
-    itemCount = static_cast<std::uint32_t>(items);
+    itemCount = items;
     vectorCount = static_cast<std::int32_t>(vectors);
     return seriesNames.allocate(series) | itemLabels.allocate(items) | values.allocate(items * series) |
            numberLabels.allocate(items) | vectorNames.allocate(vectors) |

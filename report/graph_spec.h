@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/text_slot.h"
+#include "data/text_list.h"
 #include "report/screens.h"
 
 constexpr std::uint32_t mostSeries = 64;
@@ -12,22 +12,22 @@ struct GraphSpec {
     std::uint32_t height = 480;
     std::uint32_t kind =
         7; // 0 bars, 1..3 lines, 4..8 scatter; with vectors 5, 7 and 8; every analysis uses 7
-    Block<TextSlot> seriesNames;
-    Block<TextSlot> itemLabels;
+    TextList seriesNames;
+    TextList itemLabels;
     Block<double> values; // items x series
     std::int32_t seriesCount = 0;
-    std::uint32_t itemCount = 0;
+    Index itemCount = 0;
     std::uint32_t rangeGroups[mostSeries] = {}; // series whose masks share a bit have one common range
-    Block<TextSlot> numberLabels;
+    TextList numberLabels;
     std::uint32_t numbering = 0; // non-zero: the items are also listed by number
-    Block<TextSlot> kind8Labels;
-    Block<TextSlot> vectorNames;
+    TextList kind8Labels;
+    TextList vectorNames;
     Block<double> vectorValues; // vectors x series
     std::int32_t vectorCount = 0;
     std::uint32_t vectorOption = 0; // 0 lines through the origin, else vectors from the origin to their end
 
     // Zero-filled arrays of these sizes; success or outOfMemory.
-    ErrorCode allocate(std::size_t series, std::size_t items, std::size_t vectors);
+    [[nodiscard]] ErrorCode allocate(Index series, Index items, Index vectors);
 };
 
 // The graph that the window shows: a copy of a description with the range of each series.
@@ -50,4 +50,4 @@ ErrorCode initGraph(const GraphSpec& spec, Graph& graph);
 void releaseGraph(Graph& graph);
 
 // Hands an analysis's description over. Tells a failure in a message box and returns graphNotBuilt then.
-ErrorCode buildGraph(Screens& screens, const GraphSpec& spec, Graph& graph);
+[[nodiscard]] ErrorCode buildGraph(Screens& screens, const GraphSpec& spec, Graph& graph);

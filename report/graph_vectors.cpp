@@ -12,7 +12,7 @@ constexpr double farUnits = 1e6;      // times a direction: beyond any plot, exa
 constexpr double longestPixels = 1e9; // of a vector
 constexpr int nameGap = 4;
 constexpr int nameRows = 8; // tried above and below the end of the vector
-constexpr std::size_t mostKept = 64;
+constexpr Index mostKept = 64;
 
 struct Segment {
     Point from;
@@ -80,15 +80,15 @@ public:
     void drawNames() {
         for (std::int32_t v = 0; v < spec_.vectorCount; ++v) {
             Segment segment;
-            if (place(v, segment)) drawName(spec_.vectorNames[static_cast<std::size_t>(v)].text, segment.to);
+            if (place(v, segment)) drawName(spec_.vectorNames[v], segment.to);
         }
     }
 
 private:
     // Pixels that the vector goes to the right and down; false for one that is not drawn.
     bool direction(std::int32_t vector, double (&pixels)[2]) const {
-        const std::size_t series = static_cast<std::size_t>(spec_.seriesCount);
-        const double* values = spec_.vectorValues.data() + static_cast<std::size_t>(vector) * series;
+        const Index series = spec_.seriesCount;
+        const double* values = spec_.vectorValues.data() + Index{vector} * series;
         const double across = values[layout_.horizontal.series];
         const double up = values[layout_.vertical.series];
         if (!std::isfinite(across) || !std::isfinite(up)) return false;
@@ -148,13 +148,13 @@ private:
         fitText(canvas_, text, style_, layout_.size.width - 2, name);
         const Extent extent = canvas_.measure(name, style_);
         Box best = {};
-        std::size_t least = SIZE_MAX;
+        Index least = PTRDIFF_MAX;
         for (int k = 0; k < 2 * (2 * nameRows + 1) && least > 0; ++k) {
             const int row = (k / 2 + 1) / 2 * (k / 2 % 2 == 0 ? 1 : -1);
             const int left = k % 2 == 0 ? end.x + nameGap : end.x - nameGap - extent.width;
             const int top = end.y - extent.height / 2 + row * (extent.height / 2);
             const Box box = inside({left, top, left + extent.width, top + extent.height});
-            const std::size_t covered = countCovered(box) + (box.left != left || box.top != top ? 1 : 0);
+            const Index covered = countCovered(box) + (box.left != left || box.top != top ? 1 : 0);
             if (covered >= least) continue;
             least = covered;
             best = box;
@@ -175,10 +175,10 @@ private:
     }
 
     // A covered name is worse than a covered line.
-    std::size_t countCovered(const Box& box) const {
-        std::size_t count = 0;
-        for (std::size_t k = 0; k < nameCount_; ++k) count += overlap(box, names_[k]) ? 2 * mostKept : 0;
-        for (std::size_t k = 0; k < segmentCount_; ++k) count += crosses(box, segments_[k]) ? 2 : 0;
+    Index countCovered(const Box& box) const {
+        Index count = 0;
+        for (Index k = 0; k < nameCount_; ++k) count += overlap(box, names_[k]) ? 2 * mostKept : 0;
+        for (Index k = 0; k < segmentCount_; ++k) count += crosses(box, segments_[k]) ? 2 : 0;
         return count;
     }
 
@@ -188,9 +188,9 @@ private:
     const Pen pen_;
     const TextStyle style_;
     Segment segments_[mostKept] = {};
-    std::size_t segmentCount_ = 0;
+    Index segmentCount_ = 0;
     Box names_[mostKept] = {};
-    std::size_t nameCount_ = 0;
+    Index nameCount_ = 0;
 };
 
 } // namespace

@@ -5,10 +5,10 @@
 // Widths and decimals that the tables share; see report/table_formats.h.
 struct TableFormats {
     static constexpr int slotCount = 13;
-    int width;      // of a number and of a column heading
-    int nameLength; // variable names are cut to this
-    int labelWidth; // of the first column; labels are cut to this
-    int decimals[slotCount];
+    int width;               // of a number and of a column heading
+    int nameLength;          // variable names are cut to this
+    int labelWidth;          // of the first column; labels are cut to this
+    int decimals[slotCount]; // a slot is named by the most decimals that it can show: slot 3 has at most 3
 };
 
 // The texts of the two screens and of the status line.
@@ -19,12 +19,12 @@ struct Report {
     TableFormats formats = {};
 };
 
-constexpr std::size_t upperTextCapacity = 32768;
-constexpr std::size_t lowerTextCapacity = 1048576;
-constexpr std::size_t statusTextCapacity = 1024;
+constexpr Index upperTextCapacity = 32768;
+constexpr Index lowerTextCapacity = 1048576;
+constexpr Index statusTextCapacity = 1024;
 
 // Three empty texts of these capacities; success or outOfMemory.
-inline ErrorCode allocateReport(Report& report, TextBuffer::Growth growth) {
+[[nodiscard]] inline ErrorCode allocateReport(Report& report, TextBuffer::Growth growth) {
     return report.upper.allocate(upperTextCapacity, growth) |
            report.lower.allocate(lowerTextCapacity, growth) |
            report.status.allocate(statusTextCapacity, growth);

@@ -13,16 +13,17 @@ public:
     virtual void showStatus(const Report& report) = 0;
 
     virtual void showProgress() = 0;
-    virtual void setProgress(int percent) = 0;
+    // Returns success, or the code that ends the run here: engines hand it on.
+    virtual ErrorCode setProgress(int percent) = 0;
     virtual void hideProgress() = 0;
 
     virtual void alert(const char* text, const char* caption) = 0;
 };
 
-// How every driver begins its computation: no status, an empty progress bar.
-inline void startProgress(Screens& screens, Report& report) {
+// How every driver begins its computation: no status, an empty progress bar. Returns what setProgress does.
+inline ErrorCode startProgress(Screens& screens, Report& report) {
     report.status.clear();
     screens.showStatus(report);
     screens.showProgress();
-    screens.setProgress(0);
+    return screens.setProgress(0);
 }

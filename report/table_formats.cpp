@@ -17,9 +17,9 @@ TableFormats formatsForMagnitude(double largest, int variableLength, int labelLe
     return formats;
 }
 
-double largestMagnitude(const double* values, std::size_t count) {
+double largestMagnitude(const double* values, Index count) {
     double largest = 0.0;
-    for (std::size_t i = 0; i < count; ++i) {
+    for (Index i = 0; i < count; ++i) {
         const double magnitude = std::fabs(values[i]);
         if (magnitude > largest && std::isfinite(magnitude)) largest = magnitude;
     }
@@ -31,11 +31,11 @@ void SetFormatsFromData(Report& report, const DataSet& data, int variableLength,
                          labelLength);
 }
 
-void SetFormatsFromValues(Report& report, const double* values, std::size_t count, int variableLength,
+void SetFormatsFromValues(Report& report, const double* values, Index count, int variableLength,
                           int labelLength) {
     report.formats = formatsForMagnitude(largestMagnitude(values, count), variableLength, labelLength);
 }
 
-void SetFormatsFromValues(Report& report, const double* values, std::size_t count) {
+void SetFormatsFromValues(Report& report, const double* values, Index count) {
     SetFormatsFromValues(report, values, count, report.formats.nameLength, report.formats.labelWidth);
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstddef>
-
 #include "data/data_set.h"
 #include "report/report.h"
 
@@ -12,12 +10,12 @@
 TableFormats formatsForMagnitude(double largest, int variableLength, int labelLength);
 
 // The largest |x| of `count` values; those that are not finite take no part, 0 when none does.
-double largestMagnitude(const double* values, std::size_t count);
+double largestMagnitude(const double* values, Index count);
 
 // Sets the report's formats from the whole working matrix, or from the given values.
 void SetFormatsFromData(Report& report, const DataSet& data, int variableLength, int labelLength);
-void SetFormatsFromValues(Report& report, const double* values, std::size_t count, int variableLength,
+void SetFormatsFromValues(Report& report, const double* values, Index count, int variableLength,
                           int labelLength);
 
 // The same with the string lengths that are set already.
-void SetFormatsFromValues(Report& report, const double* values, std::size_t count);
+void SetFormatsFromValues(Report& report, const double* values, Index count);

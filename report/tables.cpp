@@ -1,219 +1,169 @@
 #include "report/tables.h"
 
 #include <cstdio>
-#include <string_view>
 
 #include "report/table_formats.h"
 
 namespace {
 
-std::string_view cutTo(const char* text, int length) {
-    return std::string_view(text).substr(0, length > 0 ? static_cast<std::size_t>(length) : 0);
+void writeNames(Report& report, const DataMatrix& data, Index count) {
+    startHeader(report);
+    for (Index v = 0; v < count; ++v) writeName(report, data.name(v));
+    endRow(report);
 }
 
-void writeNames(Report& report, const TextSlot* names, int count) {
-    WriteHeaderStart(report);
-    for (int j = 0; j < count; ++j) WriteName(report, names[j].text);
-    WriteRowEnd(report);
-}
-
-// "prefix 1" .. "prefix count", without the end of the row.
-void writeNumbered(Report& report, const char* prefix, int count, int width) {
-    char title[64];
-    for (int k = 1; k <= count; ++k) {
-        std::snprintf(title, sizeof title, "%.40s %d", prefix, k);
-        WriteNameOfWidth(report, title, width);
+void writeTriangle(Report& report, const RowLabels& labels, Index count, const double* matrix, Index stride,
+                   int slot) {
+    for (Index i = 0; i < count; ++i) {
+        labels.startRow(report, i);
+        for (Index j = 0; j <= i; ++j) writeValue(report, matrix[i * stride + j], slot);
+        endRow(report);
     }
 }
 
-void writeTriangle(Report& report, const TextSlot* names, int count, const double* matrix, int slot) {
-    for (int i = 0; i < count; ++i) {
-        WriteValueRow(report, matrix + static_cast<std::size_t>(i) * static_cast<std::size_t>(count), i + 1,
-                      slot, names[i].text, i + 1);
+void writeRows(Report& report, Index rows, Index count, const double* matrix, Index stride,
+               const RowLabels& labels, int slot) {
+    for (Index i = 0; i < rows; ++i) {
+        labels.startRow(report, i);
+        for (Index j = 0; j < count; ++j) writeValue(report, matrix[i * stride + j], slot);
+        endRow(report);
     }
 }
 
-void writeRows(Report& report, int rows, int count, const double* matrix, int stride, const TextSlot* labels,
-               int slot) {
-    for (int i = 0; i < rows; ++i) {
-        WriteValueRow(report, matrix + static_cast<std::size_t>(i) * static_cast<std::size_t>(stride), count,
-                      slot, labels[i].text, i + 1);
-    }
+void writePairHeader(Report& report, std::span<const PairColumn> columns) {
+    startHeader(report, "r.item");
+    for (const PairColumn& column : columns) writeName(report, column.title);
+    endRow(report);
 }
 
-void writePairHeader(Report& report, const PairColumn* columns, int count) {
-    report.lower.append("  n,");
-    WriteLabel(report, "r.item");
-    for (int k = 0; k < count; ++k) WriteName(report, columns[k].title);
-    WriteRowEnd(report);
-}
-
-// One row for each pair; column k is in slots[k] of formats[k].
-void writePairRows(Report& report, int variables, const PairColumn* columns, int count,
-                   const TableFormats* const* formats, const int* slots) {
+// One row for each pair; the first column has a format of its own.
+void writePairRows(Report& report, Index variables, std::span<const PairColumn> columns, CellFormat first,
+                   CellFormat others) {
     char label[64];
-    int pair = 0;
-    for (int i = 1; i < variables; ++i) {
-        for (int j = i + 1; j <= variables; ++j, ++pair) {
-            std::snprintf(label, sizeof label, "var%d & var%d", i, j);
-            WriteRowStart(report, pair + 1, label);
-            for (int k = 0; k < count; ++k) {
-                WriteWideValue(report, columns[k].values[pair], formats[k]->width,
-                               formats[k]->decimals[slots[k]]);
+    Index pair = 0;
+    for (Index i = 1; i < variables; ++i) {
+        for (Index j = i + 1; j <= variables; ++j, ++pair) {
+            std::snprintf(label, sizeof label, "var%td & var%td", i, j);
+            startRow(report, pair + 1, label);
+            for (const PairColumn& column : columns) {
+                writeCell(report, column.values[pair], &column == columns.data() ? first : others);
             }
-            WriteRowEnd(report);
+            endRow(report);
         }
     }
 }
 
-TableFormats formatsOf(const Report& report, const double* values, int count) {
-    return formatsForMagnitude(largestMagnitude(values, static_cast<std::size_t>(count)),
-                               report.formats.nameLength, report.formats.labelWidth);
+TableFormats formatsOf(const Report& report, const double* values, Index count) {
+    return formatsForMagnitude(largestMagnitude(values, count), report.formats.nameLength,
+                               report.formats.labelWidth);
 }
 
-int pairCount(const DataSet& data) {
-    const int variables = data.working.variables;
+CellFormat cellOf(const TableFormats& formats, int slot) {
+    return {formats.width, formats.decimals[slot]};
+}
+
+Index pairCount(const DataSet& data) {
+    const Index variables = data.working.variables;
     return variables > 1 ? variables * (variables - 1) / 2 : 0;
 }
 
 } // namespace
 
-void WriteLabel(Report& report, const char* label) {
-    report.lower.appendRight(cutTo(label, report.formats.labelWidth), report.formats.labelWidth);
-}
-
-void WriteEmptyLabel(Report& report) {
-    report.lower.appendRight("", report.formats.labelWidth);
-}
-
-void WriteRowStart(Report& report, int number, const char* label) {
-    report.lower.appendInteger(number, 3);
-    report.lower.append(",");
-    WriteLabel(report, label);
-}
-
-void WriteHeaderStart(Report& report) {
-    report.lower.append("  n,");
-    WriteEmptyLabel(report);
-}
-
-void WriteName(Report& report, const char* name) {
-    report.lower.append(",");
-    report.lower.appendRight(cutTo(name, report.formats.nameLength), report.formats.width);
-}
-
-void WriteNameOfWidth(Report& report, const char* name, int width) {
-    report.lower.append(",");
-    report.lower.appendRight(cutTo(name, width), width);
-}
-
-void WriteValue(Report& report, double value, int slot) {
-    WriteWideValue(report, value, report.formats.width, report.formats.decimals[slot]);
-}
-
-void WriteWideValue(Report& report, double value, int width, int decimals) {
-    report.lower.append(",");
-    report.lower.appendNumber(value, width, decimals);
-}
-
-void WriteRowEnd(Report& report) {
-    report.lower.append("\n");
-}
-
 void WriteVariableHeader(Report& report, const DataSet& data) {
-    writeNames(report, data.working.names.data(), data.working.variables);
+    writeNames(report, data.working, data.working.variables);
 }
 
 void WriteExplanatoryHeader(Report& report, const DataSet& data) {
-    writeNames(report, data.working.names.data(), data.otherCount);
+    writeNames(report, data.working, data.otherCount);
 }
 
-void WriteNamedHeader(Report& report, const char* const* names, int count, int width) {
-    WriteHeaderStart(report);
-    for (int k = 0; k < count; ++k) WriteNameOfWidth(report, names[k], width);
-    WriteRowEnd(report);
+void WriteNamedHeader(Report& report, std::span<const char* const> names, int width) {
+    startHeader(report);
+    for (const char* name : names) writeText(report, name, width);
+    endRow(report);
 }
 
-void WriteFactorHeader(Report& report, int count, int width) {
+void WriteFactorHeader(Report& report, Index count, int width) {
     WritePrefixedHeader(report, count, "factor", "", width);
 }
 
-void WriteVectorHeader(Report& report, int count, int width) {
+void WriteVectorHeader(Report& report, Index count, int width) {
     WritePrefixedHeader(report, count, "vector", "", width);
 }
 
-void WritePrefixedHeader(Report& report, int count, const char* prefix, const char* lastTitle, int width) {
-    WriteHeaderStart(report);
-    writeNumbered(report, prefix, count, width);
-    if (lastTitle[0] != '\0') WriteNameOfWidth(report, lastTitle, width);
-    WriteRowEnd(report);
+void WritePrefixedHeader(Report& report, Index count, const char* prefix, const char* lastTitle, int width) {
+    startHeader(report);
+    for (Index k = 0; k < count; ++k) writeText(report, numberedName(prefix, k).text, width);
+    if (lastTitle[0] != '\0') writeText(report, lastTitle, width);
+    endRow(report);
 }
 
-void WriteValueRow(Report& report, const double* values, int count, int slot, const char* label, int number) {
-    WriteRowStart(report, number, label);
-    for (int k = 0; k < count; ++k) WriteValue(report, values[k], slot);
-    WriteRowEnd(report);
+void WriteValueRow(Report& report, const double* values, Index count, int slot, const char* label,
+                   Index number) {
+    startRow(report, number, label);
+    for (Index k = 0; k < count; ++k) writeValue(report, values[k], slot);
+    endRow(report);
 }
 
-void WriteIntegerRow(Report& report, const std::int32_t* value, int width, const char* label, int number) {
-    WriteRowStart(report, number, label);
-    report.lower.append(",");
-    report.lower.appendInteger(*value, width);
-    WriteRowEnd(report);
+void WriteIntegerRow(Report& report, const std::int32_t* value, int width, const char* label, Index number) {
+    startRow(report, number, label);
+    writeInteger(report, *value, width);
+    endRow(report);
 }
 
 void WriteLowerTriangle(Report& report, const DataSet& data, const double* matrix, int slot) {
+    const Index variables = data.working.variables;
     WriteVariableHeader(report, data);
-    writeTriangle(report, data.working.names.data(), data.working.variables, matrix, slot);
+    writeTriangle(report, data.working.names, variables, matrix, variables, slot);
 }
 
 void WriteExplanatoryMatrix(Report& report, const DataSet& data, const double* matrix) {
     WriteExplanatoryHeader(report, data);
-    writeTriangle(report, data.working.names.data(), data.otherCount, matrix, 3);
+    writeTriangle(report, data.working.names, data.otherCount, matrix, data.otherCount, 3);
 }
 
 void WriteDataTable(Report& report, const DataSet& data, const double* matrix) {
+    const DataMatrix& working = data.working;
     WriteVariableHeader(report, data);
-    writeRows(report, data.working.samples, data.working.variables, matrix, data.working.variables,
-              data.working.labels.data(), 3);
+    writeRows(report, working.samples, working.variables, matrix, working.variables, working.labels, 3);
 }
 
-void WriteFactorTable(Report& report, int rows, int count, const double* matrix, int stride,
-                      const TextSlot* labels) {
+void WriteFactorTable(Report& report, const Matrix& matrix, Index count, const RowLabels& labels) {
+    WriteFactorTable(report, matrix.rows(), count, matrix.data(), matrix.columns(), labels);
+}
+
+void WriteVectorTable(Report& report, const Matrix& matrix, Index count, const RowLabels& labels) {
+    WriteVectorTable(report, matrix.rows(), count, matrix.data(), matrix.columns(), labels);
+}
+
+void WriteFactorTable(Report& report, Index rows, Index count, const double* matrix, Index stride,
+                      const RowLabels& labels) {
     WriteFactorHeader(report, count, report.formats.nameLength);
     writeRows(report, rows, count, matrix, stride, labels, 6);
 }
 
-void WriteVectorTable(Report& report, int rows, int count, const double* matrix, int stride,
-                      const TextSlot* labels) {
+void WriteVectorTable(Report& report, Index rows, Index count, const double* matrix, Index stride,
+                      const RowLabels& labels) {
     WriteVectorHeader(report, count, report.formats.nameLength);
     writeRows(report, rows, count, matrix, stride, labels, 6);
 }
 
-void WriteFactorTriangle(Report& report, int count, const double* matrix, int stride) {
+void WriteFactorTriangle(Report& report, Index count, const double* matrix, Index stride) {
     WriteFactorHeader(report, count, report.formats.nameLength);
-    char label[64];
-    for (int i = 0; i < count; ++i) {
-        std::snprintf(label, sizeof label, "factor %d", i + 1);
-        WriteValueRow(report, matrix + static_cast<std::size_t>(i) * static_cast<std::size_t>(stride), i + 1,
-                      6, label, i + 1);
-    }
+    writeTriangle(report, RowLabels("factor"), count, matrix, stride, 6);
 }
 
 void WritePairTable5(Report& report, const DataSet& data, const PairColumn (&columns)[5]) {
     SetFormatsFromData(report, data, report.formats.nameLength, report.formats.labelWidth);
-    writePairHeader(report, columns, 5);
+    writePairHeader(report, columns);
     const TableFormats first = formatsOf(report, columns[0].values, pairCount(data));
     const TableFormats others = formatsOf(report, columns[1].values, pairCount(data));
-    const TableFormats* const formats[] = {&first, &others, &others, &others, &others};
-    const int slots[] = {3, 6, 6, 6, 6};
-    writePairRows(report, data.working.variables, columns, 5, formats, slots);
+    writePairRows(report, data.working.variables, columns, cellOf(first, 3), cellOf(others, 6));
 }
 
 void WritePairTable3(Report& report, const DataSet& data, const PairColumn (&columns)[3]) {
     report.formats = formatsOf(report, columns[1].values, pairCount(data));
-    writePairHeader(report, columns, 3);
-    const TableFormats* const formats[] = {&report.formats, &report.formats, &report.formats};
-    const int slots[] = {6, 6, 6};
-    writePairRows(report, data.working.variables, columns, 3, formats, slots);
+    writePairHeader(report, columns);
+    const CellFormat format = cellOf(report.formats, 6);
+    writePairRows(report, data.working.variables, columns, format, format);
 }

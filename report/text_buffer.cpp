@@ -1,19 +1,21 @@
 #include "report/text_buffer.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
-#include <cstring>
+#include <iterator>
 
-namespace {
+std::string_view formatNumber(double value, int decimals, char (&digits)[numberSize]) {
+    if (std::isnan(value)) return "nan";
+    if (std::isinf(value)) return value > 0 ? "inf" : "-inf";
+    const auto [end, error] =
+        std::to_chars(digits, digits + numberSize, value, std::chars_format::fixed, decimals);
+    return {digits, static_cast<std::size_t>(end - digits)};
+}
 
-// The longest fixed-point double: sign, 309 digits, point, decimals.
-constexpr std::size_t longestNumber = 400;
-
-} // namespace
-
-ErrorCode TextBuffer::allocate(std::size_t capacity, Growth growth) {
+ErrorCode TextBuffer::allocate(Index capacity, Growth growth) {
     growth_ = growth;
     const ErrorCode code = characters_.allocate(capacity);
     clear();
@@ -28,16 +30,16 @@ void TextBuffer::clear() {
 }
 
 // Room for `count` more characters and the end, or null.
-char* TextBuffer::reserve(std::size_t count) {
+char* TextBuffer::reserve(Index count) {
     if (cut_ || outOfMemory_ || characters_.size() == 0) return nullptr;
-    const std::size_t room = characters_.size() - length_ - 1;
+    const Index room = characters_.size() - length_ - 1;
     if (count > room) {
         if (growth_ == Growth::fixed) {
             cutAtLineEnd();
             return nullptr;
         }
-        const std::size_t larger = 2 * characters_.size();
-        const std::size_t needed = length_ + count + 1;
+        const Index larger = 2 * characters_.size();
+        const Index needed = length_ + count + 1;
         if (characters_.grow(needed > larger ? needed : larger) != success) {
             outOfMemory_ = true;
             return nullptr;
@@ -53,24 +55,24 @@ void TextBuffer::cutAtLineEnd() {
     char notice[64];
     const int printed = std::snprintf(notice, sizeof notice, "-- cut at %d characters\n",
                                       static_cast<int>(characters_.size()));
-    const std::size_t noticeLength = static_cast<std::size_t>(printed);
+    const Index noticeLength = printed;
     cut_ = true;
     if (noticeLength >= characters_.size()) return;
-    const std::size_t last = characters_.size() - 1 - noticeLength;
-    std::size_t kept = length_ < last ? length_ : last;
+    const Index last = characters_.size() - 1 - noticeLength;
+    Index kept = length_ < last ? length_ : last;
     while (kept > 0 && characters_[kept - 1] != '\n') --kept;
-    std::memcpy(characters_.data() + kept, notice, noticeLength + 1);
+    std::copy_n(notice, noticeLength + 1, characters_.data() + kept);
     length_ = kept + noticeLength;
 }
 
 void TextBuffer::append(std::string_view piece) {
     if (growth_ == Growth::fixed && !cut_ && characters_.size() > 0) {
         // A long piece fills the room that is left before the cut.
-        const std::size_t room = characters_.size() - length_ - 1;
-        if (piece.size() > room) append(piece.substr(0, room));
+        const Index room = characters_.size() - length_ - 1;
+        if (std::ssize(piece) > room) append(piece.substr(0, static_cast<std::size_t>(room)));
     }
-    char* target = reserve(piece.size());
-    if (target != nullptr) std::memcpy(target, piece.data(), piece.size());
+    char* target = reserve(std::ssize(piece));
+    if (target != nullptr) std::copy(piece.begin(), piece.end(), target);
 }
 
 void TextBuffer::appendFormat(const char* format, ...) {
@@ -81,20 +83,19 @@ void TextBuffer::appendFormat(const char* format, ...) {
     const int printed = std::vsnprintf(nullptr, 0, format, arguments);
     va_end(arguments);
     if (printed > 0) {
-        const std::size_t count = static_cast<std::size_t>(printed);
-        char* target = reserve(count);
-        if (target != nullptr) std::vsnprintf(target, count + 1, format, again);
+        char* target = reserve(printed);
+        if (target != nullptr) std::vsnprintf(target, static_cast<std::size_t>(printed) + 1, format, again);
     }
     va_end(again);
 }
 
 void TextBuffer::appendRight(std::string_view piece, int width) {
-    const std::size_t wanted = width > 0 ? static_cast<std::size_t>(width) : 0;
-    const std::size_t blanks = wanted > piece.size() ? wanted - piece.size() : 0;
-    char* target = reserve(blanks + piece.size());
+    const Index length = std::ssize(piece);
+    const Index blanks = width > length ? width - length : 0;
+    char* target = reserve(blanks + length);
     if (target == nullptr) return;
-    std::memset(target, ' ', blanks);
-    std::memcpy(target + blanks, piece.data(), piece.size());
+    std::fill_n(target, blanks, ' ');
+    std::copy(piece.begin(), piece.end(), target + blanks);
 }
 
 void TextBuffer::appendInteger(std::int64_t value, int width) {
@@ -105,10 +106,6 @@ void TextBuffer::appendInteger(std::int64_t value, int width) {
 
 void TextBuffer::appendNumber(double value, int width, int decimals) {
     if (cut_) return;
-    if (std::isnan(value)) return appendRight("nan", width);
-    if (std::isinf(value)) return appendRight(value > 0 ? "inf" : "-inf", width);
-    char digits[longestNumber];
-    const auto [end, error] =
-        std::to_chars(digits, digits + sizeof digits, value, std::chars_format::fixed, decimals);
-    appendRight({digits, static_cast<std::size_t>(end - digits)}, width);
+    char digits[numberSize];
+    appendRight(formatNumber(value, decimals, digits), width);
 }

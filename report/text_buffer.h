@@ -6,6 +6,13 @@
 
 #include "numeric/block.h"
 
+// The longest fixed-point double: sign, 309 digits, point, decimals.
+constexpr std::size_t numberSize = 400;
+
+// A number with so many decimals, rounded exactly, whatever the locale; not-a-number is "nan" without a sign,
+// infinities are "inf" and "-inf".
+std::string_view formatNumber(double value, int decimals, char (&digits)[numberSize]);
+
 // One text of the report: appended to, never rescanned.
 //
 // A buffer of fixed capacity (its end included) is cut at a line end when a piece would pass it; its last
@@ -15,7 +22,7 @@ class TextBuffer {
 public:
     enum class Growth { fixed, growing };
 
-    ErrorCode allocate(std::size_t capacity, Growth growth);
+    [[nodiscard]] ErrorCode allocate(Index capacity, Growth growth);
     void clear();
 
     void append(std::string_view piece);
@@ -25,20 +32,19 @@ public:
     // Right-justified in `width`, never cut.
     void appendRight(std::string_view piece, int width);
     void appendInteger(std::int64_t value, int width);
-    // Fixed point; not-a-number is "nan" without a sign, infinities are "inf" and "-inf".
     void appendNumber(double value, int width, int decimals);
 
     const char* text() const { return characters_.size() > 0 ? characters_.data() : ""; }
-    std::size_t length() const { return length_; }
+    std::size_t length() const { return static_cast<std::size_t>(length_); }
     bool isCut() const { return cut_; }
     bool ranOutOfMemory() const { return outOfMemory_; }
 
 private:
-    char* reserve(std::size_t count);
+    char* reserve(Index count);
     void cutAtLineEnd();
 
     Block<char> characters_;
-    std::size_t length_ = 0;
+    Index length_ = 0;
     Growth growth_ = Growth::fixed;
     bool cut_ = false;
     bool outOfMemory_ = false;

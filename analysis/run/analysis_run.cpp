@@ -23,7 +23,7 @@ void takePurposes(AnalysisRun& run, OwnPurposes own) {
     std::fill(std::begin(run.options.purposes), std::end(run.options.purposes), 0);
     int count = 0;
     for (std::int32_t v = 1; v <= run.data.loaded.variables && count < AnalysisOptions::purposeCount; ++v) {
-        if (run.data.selectionFlags[static_cast<std::size_t>(v)] != 0) run.options.purposes[count++] = v;
+        if (run.data.selectionFlags[v] != 0) run.options.purposes[count++] = v;
     }
 }
 
@@ -32,8 +32,7 @@ void selectPurposes(AnalysisRun& run, OwnPurposes own) {
     if (own != nullptr) std::copy(std::begin(purposes), std::end(purposes), run.*own);
     for (std::int32_t& flag : run.data.selectionFlags) flag = 0;
     for (const std::int32_t v : purposes) {
-        if (v >= 1 && v <= run.data.loaded.variables)
-            run.data.selectionFlags[static_cast<std::size_t>(v)] = 1;
+        if (v >= 1 && v <= run.data.loaded.variables) run.data.selectionFlags[v] = 1;
     }
 }
 

@@ -1,44 +1,34 @@
 #include "analysis/run/score_graph.h"
 
 #include <algorithm>
-#include <cstdio>
 
 namespace {
 
-std::size_t offset(std::size_t row, int stride) {
-    return row * static_cast<std::size_t>(stride);
-}
-
 void nameSeries(const ScoreGraph& scores, GraphSpec& spec) {
-    int number = 0;
-    for (TextSlot& name : spec.seriesNames) {
-        ++number;
+    for (Index k = 0; k < spec.seriesNames.size(); ++k) {
         if (scores.seriesNames != nullptr) {
-            std::snprintf(name.text, textSlotSize, "%s", scores.seriesNames[number - 1]);
+            spec.seriesNames.set(k, scores.seriesNames[k]);
         } else {
-            std::snprintf(name.text, textSlotSize, "%s %d", scores.seriesPrefix, number);
+            spec.seriesNames.setFormat(k, "%s %td", scores.seriesPrefix, k + 1);
         }
     }
 }
 
 void placeItems(const ScoreGraph& scores, const DataMatrix& data, GraphSpec& spec) {
-    const std::size_t series = spec.seriesNames.size();
-    for (std::size_t i = 0; i < spec.itemLabels.size(); ++i) {
-        spec.itemLabels[i] = data.labels[i];
-        const std::int32_t number =
-            scores.numbers != nullptr ? scores.numbers[i] : static_cast<std::int32_t>(i + 1);
-        std::snprintf(spec.numberLabels[i].text, textSlotSize, "%d", number);
-        std::copy_n(scores.scores + offset(i, scores.scoreStride), series, spec.values.data() + i * series);
+    const Index series = spec.seriesNames.size();
+    for (Index i = 0; i < spec.itemCount; ++i) {
+        spec.itemLabels.set(i, data.label(i));
+        spec.numberLabels.setFormat(i, "%td", scores.numbers != nullptr ? Index{scores.numbers[i]} : i + 1);
+        std::copy_n(scores.scores + i * scores.scoreStride, series, spec.values.data() + i * series);
     }
 }
 
 void placeVectors(const ScoreGraph& scores, GraphSpec& spec) {
     if (scores.vectorNames == nullptr) return;
-    const std::size_t series = spec.seriesNames.size();
-    for (std::size_t v = 0; v < spec.vectorNames.size(); ++v) {
-        spec.vectorNames[v] = scores.vectorNames[v];
-        std::copy_n(scores.vectors + offset(v, scores.vectorStride), series,
-                    spec.vectorValues.data() + v * series);
+    const Index series = spec.seriesNames.size();
+    for (Index v = 0; v < spec.vectorNames.size(); ++v) {
+        spec.vectorNames.set(v, (*scores.vectorNames)[v]);
+        std::copy_n(scores.vectors + v * scores.vectorStride, series, spec.vectorValues.data() + v * series);
     }
 }
 
@@ -53,11 +43,9 @@ ErrorCode buildScoreGraph(Screens& screens, AnalysisRun& run, const ScoreGraph& 
     const Settings& settings = run.options.settings;
     if (settings.expressGraph == 0) return success;
     const DataMatrix& data = run.data.working;
-    const int vectors = scores.vectorNames != nullptr ? scores.vectorCount : 1;
+    const Index vectors = scores.vectorNames != nullptr ? scores.vectorCount : 1;
     GraphSpec spec;
-    const ErrorCode code =
-        spec.allocate(static_cast<std::size_t>(std::max(scores.seriesCount, 0)),
-                      static_cast<std::size_t>(data.samples), static_cast<std::size_t>(vectors));
+    const ErrorCode code = spec.allocate(std::max<Index>(scores.seriesCount, 0), data.samples, vectors);
     if (code != success) return code;
     if (scores.takesPreferences || run.everyGraphTakesPreferences) takeGraphPreferences(settings, spec);
     nameSeries(scores, spec);

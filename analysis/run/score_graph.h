@@ -9,16 +9,16 @@ struct ScoreGraph {
     // Names of the series; null: "prefix 1", "prefix 2", ...
     const char* const* seriesNames = nullptr;
     const char* seriesPrefix = "";
-    int seriesCount = 0;
+    Index seriesCount = 0;
     const double* scores = nullptr; // sample i begins at scores[i * scoreStride]
-    int scoreStride = 0;
+    Index scoreStride = 0;
     // Written beside the items; null: the running numbers from 1.
     const std::int32_t* numbers = nullptr;
     // Null names: one empty vector with zero values.
-    const TextSlot* vectorNames = nullptr;
-    int vectorCount = 0;
+    const TextList* vectorNames = nullptr;
+    Index vectorCount = 0;
     const double* vectors = nullptr; // vector i begins at vectors[i * vectorStride]
-    int vectorStride = 0;
+    Index vectorStride = 0;
     // The preferences "scatter numbering" and "vector sizing" count for components and factors only.
     bool takesPreferences = false;
 };

@@ -49,7 +49,7 @@ TEST(GraphSpec, CopiesWhatTheKindUses) {
         EXPECT_EQ(allocations, 3 + (spec.numbering != 0) + 2 * (kind >= 5) + (kind == 8)) << kind;
         EXPECT_EQ(graph.spec.numberLabels.size(), spec.numbering != 0 ? spec.itemCount : 0);
         EXPECT_EQ(graph.spec.kind8Labels.size(), kind == 8 ? 3U : 0U);
-        EXPECT_STREQ(graph.spec.itemLabels[12].text, "item 13");
+        EXPECT_STREQ(graph.spec.itemLabels[12], "item 13");
     }
 }
 

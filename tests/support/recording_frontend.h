@@ -32,7 +32,10 @@ public:
     void showLower(const Report& report) override { keep(lower, report.lower, "lower"); }
     void showStatus(const Report& report) override { keep(status, report.status, "status"); }
     void showProgress() override { note("progress"); }
-    void setProgress(int percent) override { percentages.push_back(percent); }
+    ErrorCode setProgress(int percent) override {
+        percentages.push_back(percent);
+        return success;
+    }
     void hideProgress() override { note("hidden"); }
     void alert(const char* text, const char* caption) override {
         note("alert(" + std::string(text) + "/" + caption + ")");

@@ -16,8 +16,7 @@ struct RegressionRun : AnalysisSession {
     // The number of a variable of the loaded part, from 1.
     std::int32_t variable(const std::string& name) const {
         std::int32_t v = 0;
-        while (v < run.data.loaded.variables &&
-               name != run.data.loaded.names[static_cast<std::size_t>(v)].text)
+        while (v < run.data.loaded.variables && name != run.data.loaded.names[static_cast<std::size_t>(v)])
             ++v;
         return v + 1;
     }
@@ -37,7 +36,7 @@ struct RegressionRun : AnalysisSession {
     }
     // Measure, prediction, infimum, supremum, residual and standardized residual, as printed.
     std::vector<double> sample(std::size_t number) const {
-        return row("\tmesure", run.data.working.labels[number].text);
+        return row("\tmesure", run.data.working.labels[number]);
     }
 };
 

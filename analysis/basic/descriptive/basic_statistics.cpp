@@ -6,7 +6,7 @@
 namespace {
 
 // The middle value, or the mean of the two in the middle. Reorders the values.
-double medianOf(double* values, std::size_t count) {
+double medianOf(double* values, Index count) {
     double* const middle = values + count / 2;
     std::nth_element(values, middle, values + count);
     if (count % 2 == 1) return *middle;
@@ -14,22 +14,22 @@ double medianOf(double* values, std::size_t count) {
 }
 
 // A value replaces the first one only when it is strictly beyond it.
-void extremes(const double* values, std::size_t count, double& maximum, double& minimum) {
+void extremes(const double* values, Index count, double& maximum, double& minimum) {
     maximum = minimum = values[0];
-    for (std::size_t s = 1; s < count; ++s) {
+    for (Index s = 1; s < count; ++s) {
         if (values[s] > maximum) maximum = values[s];
         if (values[s] < minimum) minimum = values[s];
     }
 }
 
-void moments(const double* values, std::size_t count, BasicStatistics& statistics, std::size_t j) {
+void moments(const double* values, Index count, BasicStatistics& statistics, Index j) {
     const double n = static_cast<double>(count);
     double sum = 0.0;
-    for (std::size_t s = 0; s < count; ++s) sum += values[s];
+    for (Index s = 0; s < count; ++s) sum += values[s];
     const double mean = sum / n;
 
     double absolute = 0.0, second = 0.0, third = 0.0, fourth = 0.0;
-    for (std::size_t s = 0; s < count; ++s) {
+    for (Index s = 0; s < count; ++s) {
         const double deviation = values[s] - mean;
         const double square = deviation * deviation;
         absolute += std::fabs(deviation);
@@ -51,7 +51,7 @@ void moments(const double* values, std::size_t count, BasicStatistics& statistic
 
 } // namespace
 
-ErrorCode BasicStatistics::allocate(std::size_t variables, std::size_t samples) {
+ErrorCode BasicStatistics::allocate(Index variables, Index samples) {
     return maximum.allocate(variables) | minimum.allocate(variables) | mean.allocate(variables) |
            median.allocate(variables) | standardDeviation.allocate(variables) |
            averageDeviation.allocate(variables) | skew.allocate(variables) | kurtosis.allocate(variables) |
@@ -59,12 +59,12 @@ ErrorCode BasicStatistics::allocate(std::size_t variables, std::size_t samples) 
 }
 
 void basicStatistics(Screens& screens, const DataMatrix& data, BasicStatistics& statistics) {
-    const std::size_t variables = static_cast<std::size_t>(data.variables);
-    const std::size_t samples = static_cast<std::size_t>(data.samples);
+    const Index variables = data.variables;
+    const Index samples = data.samples;
     if (samples == 0) return;
     double* const column = statistics.column.data();
-    for (std::size_t j = 0; j < variables; ++j) {
-        for (std::size_t s = 0; s < samples; ++s) column[s] = data.values[s * variables + j];
+    for (Index j = 0; j < variables; ++j) {
+        for (Index s = 0; s < samples; ++s) column[s] = data.values[s * variables + j];
         extremes(column, samples, statistics.maximum[j], statistics.minimum[j]);
         moments(column, samples, statistics, j);
         const bool varies = statistics.maximum[j] > statistics.minimum[j];

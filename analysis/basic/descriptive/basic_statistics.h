@@ -18,7 +18,7 @@ struct BasicStatistics {
     Block<double> variance; // divisor N - 1
     Block<double> column;   // scratch: one variable's samples
 
-    ErrorCode allocate(std::size_t variables, std::size_t samples);
+    ErrorCode allocate(Index variables, Index samples);
 };
 
 // Fills the statistics from the data and moves the progress from 0 to 70. A variable with one value only has

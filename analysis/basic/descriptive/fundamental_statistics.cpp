@@ -2,6 +2,7 @@
 
 #include "analysis/basic/descriptive/basic_statistics.h"
 #include "analysis/basic/descriptive/rank_correlation.h"
+#include "analysis/run/run_report.h"
 #include "numeric/moments.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
@@ -43,11 +44,10 @@ struct FundamentalWork {
     ErrorCode rankError = success;
 
     ErrorCode allocate(const DataMatrix& data) {
-        const std::size_t variables = static_cast<std::size_t>(data.variables);
-        const std::size_t pairs = variables * (variables - 1) / 2;
-        return moments.allocate(data.variables) |
-               basic.allocate(variables, static_cast<std::size_t>(data.samples)) | spearman.allocate(pairs) |
-               kendall.allocate(pairs);
+        const Index variables = data.variables;
+        const Index pairs = variables * (variables - 1) / 2;
+        return moments.allocate(data.variables) | basic.allocate(variables, data.samples) |
+               spearman.allocate(pairs) | kendall.allocate(pairs);
     }
 };
 
@@ -128,8 +128,7 @@ void writeReport(Screens& screens, AnalysisRun& run, const FundamentalWork& work
     } else if (work.rankError == betaNotConvergent) {
         report.lower.append("\ta or b is too large in continuefunc\n\n");
     }
-    screens.showLower(report);
-    screens.showStatus(report);
+    closeReport(screens, report);
 }
 
 ErrorCode run(Screens& screens, AnalysisRun& run) {

@@ -13,7 +13,7 @@ double twoSidedNormal(double z) {
     return ComplementaryErrorFunction(std::fabs(z) / std::numbers::sqrt2);
 }
 
-void kendallOfPair(const KendallCounts& counts, double n, KendallTable& table, std::size_t pair) {
+void kendallOfPair(const KendallCounts& counts, double n, KendallTable& table, Index pair) {
     const double tau = counts.s / (std::sqrt(counts.first) * std::sqrt(counts.second));
     const double z = tau / std::sqrt((4.0 * n + 10.0) / (9.0 * n * (n - 1.0)));
     table.tau[pair] = tau;
@@ -32,7 +32,7 @@ double squaredDifferences(const double* first, const double* second, std::int32_
 
 // Returns the error flag of IncompleteBeta.
 ErrorCode spearmanOfPair(const RankedColumn& first, const RankedColumn& second, std::int32_t samples,
-                         SpearmanTable& table, std::size_t pair) {
+                         SpearmanTable& table, Index pair) {
     const double n = samples;
     const double d = squaredDifferences(first.ranks, second.ranks, samples);
     const double e = n * n * n - n;
@@ -59,12 +59,12 @@ ErrorCode spearmanOfPair(const RankedColumn& first, const RankedColumn& second, 
 
 } // namespace
 
-ErrorCode SpearmanTable::allocate(std::size_t pairs) {
+ErrorCode SpearmanTable::allocate(Index pairs) {
     return d.allocate(pairs) | zd.allocate(pairs) | pd.allocate(pairs) | rs.allocate(pairs) |
            pr.allocate(pairs);
 }
 
-ErrorCode KendallTable::allocate(std::size_t pairs) {
+ErrorCode KendallTable::allocate(Index pairs) {
     return tau.allocate(pairs) | z.allocate(pairs) | prob.allocate(pairs);
 }
 
@@ -72,14 +72,14 @@ ErrorCode rankCorrelations(Screens& screens, const DataMatrix& data, SpearmanTab
                            KendallTable& kendall) {
     RankedColumns ranked;
     Block<std::int32_t> scratch;
-    const ErrorCode code = ranked.rank(data) | scratch.allocate(3 * static_cast<std::size_t>(data.samples));
+    const ErrorCode code = ranked.rank(data) | scratch.allocate(3 * data.samples);
     if (code != success) return code;
 
-    std::size_t pair = 0;
+    Index pair = 0;
     for (std::int32_t i = 0; i + 1 < data.variables; ++i) {
-        const RankedColumn& first = ranked.columns[static_cast<std::size_t>(i)];
+        const RankedColumn& first = ranked.columns[i];
         for (std::int32_t j = i + 1; j < data.variables; ++j, ++pair) {
-            const RankedColumn& second = ranked.columns[static_cast<std::size_t>(j)];
+            const RankedColumn& second = ranked.columns[j];
             const KendallCounts counts = countPairs(data, i, j, first, second, scratch.data());
             kendallOfPair(counts, data.samples, kendall, pair);
             const ErrorCode flag = spearmanOfPair(first, second, data.samples, spearman, pair);

@@ -15,7 +15,7 @@ struct SpearmanTable {
     Block<double> rs;
     Block<double> pr; // of rs, from Student's t
 
-    ErrorCode allocate(std::size_t pairs);
+    ErrorCode allocate(Index pairs);
 };
 
 struct KendallTable {
@@ -23,7 +23,7 @@ struct KendallTable {
     Block<double> z;
     Block<double> prob;
 
-    ErrorCode allocate(std::size_t pairs);
+    ErrorCode allocate(Index pairs);
 };
 
 // Fills both tables and moves the progress from 70 to 100. Returns success, outOfMemory, or the flag of

@@ -43,15 +43,15 @@ void rankColumn(const DataMatrix& data, std::int32_t index, double* keys, double
 } // namespace
 
 ErrorCode RankedColumns::rank(const DataMatrix& data) {
-    const std::size_t samples = static_cast<std::size_t>(data.samples);
-    const std::size_t variables = static_cast<std::size_t>(data.variables);
+    const Index samples = data.samples;
+    const Index variables = data.variables;
     Block<double> keys;
     Block<double> order;
     const ErrorCode code = columns.allocate(variables) | ranks.allocate(variables * samples) |
                            runs.allocate(variables * samples) | sorted.allocate(variables * samples) |
                            keys.allocate(samples) | order.allocate(samples);
     if (code != success) return code;
-    for (std::size_t j = 0; j < variables; ++j) {
+    for (Index j = 0; j < variables; ++j) {
         RankedColumn& column = columns[j];
         column.ranks = ranks.data() + j * samples;
         column.runs = runs.data() + j * samples;

@@ -6,18 +6,17 @@
 
 namespace {
 
-double valueAt(const DataMatrix& data, std::size_t sample, std::int32_t column) {
-    return data
-        .values[sample * static_cast<std::size_t>(data.variables) + static_cast<std::size_t>(column - 1)];
+double valueAt(const DataMatrix& data, Index sample, std::int32_t column) {
+    return data.values[sample * data.variables + (column - 1)];
 }
 
 ErrorCode checkSamples(const DataMatrix& data, const EventColumns& columns, EventData& events) {
-    for (std::size_t s = 0; s < events.samples; ++s) {
+    for (Index s = 0; s < events.samples; ++s) {
         if (valueAt(data, s, columns.state) > columns.division) ++events.events;
     }
     if (events.events == 0 || (columns.time == 0 && events.events == data.samples))
         return illegalDivisionalValue;
-    for (std::size_t s = 0; columns.time != 0 && s < events.samples; ++s) {
+    for (Index s = 0; columns.time != 0 && s < events.samples; ++s) {
         if (!(valueAt(data, s, columns.time) > 0.0)) return invalidPurposeVariable;
     }
     return allFinite(data.values.data(), data.count()) ? success : notFinite;
@@ -31,28 +30,28 @@ ErrorCode allocate(bool timed, EventData& events) {
 }
 
 void copySamples(const DataMatrix& data, const EventColumns& columns, EventData& events) {
-    std::size_t count = 0;
+    Index count = 0;
     for (std::int32_t column = 1; column <= data.variables; ++column) {
         if (column != columns.state && column != columns.time) events.columns[count++] = column;
     }
-    for (std::size_t s = 0; s < events.samples; ++s) {
+    for (Index s = 0; s < events.samples; ++s) {
         events.states[s] = valueAt(data, s, columns.state) > columns.division ? 1 : 0;
         if (columns.time != 0) events.times[s] = valueAt(data, s, columns.time);
         double* row = events.design.data() + s * events.width;
-        for (std::size_t j = 0; j < events.covariates; ++j) row[j] = valueAt(data, s, events.columns[j]);
+        for (Index j = 0; j < events.covariates; ++j) row[j] = valueAt(data, s, events.columns[j]);
     }
 }
 
 void centre(EventData& events) {
     const double count = static_cast<double>(events.samples);
-    for (std::size_t s = 0; s < events.samples; ++s) {
+    for (Index s = 0; s < events.samples; ++s) {
         const double* row = events.design.data() + s * events.width;
-        for (std::size_t j = 0; j < events.covariates; ++j) events.means[j] += row[j];
+        for (Index j = 0; j < events.covariates; ++j) events.means[j] += row[j];
     }
     for (double& mean : events.means) mean /= count;
-    for (std::size_t s = 0; s < events.samples; ++s) {
+    for (Index s = 0; s < events.samples; ++s) {
         double* row = events.design.data() + s * events.width;
-        for (std::size_t j = 0; j < events.covariates; ++j) {
+        for (Index j = 0; j < events.covariates; ++j) {
             row[j] -= events.means[j];
             events.deviations[j] += row[j] * row[j];
         }
@@ -61,23 +60,22 @@ void centre(EventData& events) {
 }
 
 void standardize(EventData& events) {
-    for (std::size_t s = 0; s < events.samples; ++s) {
+    for (Index s = 0; s < events.samples; ++s) {
         double* row = events.design.data() + s * events.width;
-        for (std::size_t j = 0; j < events.covariates; ++j) row[j] /= events.deviations[j];
+        for (Index j = 0; j < events.covariates; ++j) row[j] /= events.deviations[j];
     }
 }
 
 } // namespace
 
-ErrorCode takeEventData(const DataMatrix& data, const EventColumns& columns, std::size_t added,
-                        EventData& events) {
+ErrorCode takeEventData(const DataMatrix& data, const EventColumns& columns, Index added, EventData& events) {
     const std::int32_t taken = columns.time != 0 ? 2 : 1;
     if (data.variables <= taken || columns.state < 1 || columns.state > data.variables || columns.time < 0 ||
         columns.time > data.variables || columns.state == columns.time) {
         return noEffectiveVariable;
     }
-    events.samples = static_cast<std::size_t>(data.samples);
-    events.covariates = static_cast<std::size_t>(data.variables - taken);
+    events.samples = data.samples;
+    events.covariates = (data.variables - taken);
     events.width = events.covariates + added;
     if (events.samples < events.width + 1) return tooFewSamples;
     ErrorCode code = checkSamples(data, columns, events);

@@ -12,9 +12,9 @@ struct EventColumns {
 
 // The samples of such a model. All columns but the state and the time are covariates.
 struct EventData {
-    std::size_t samples = 0;
-    std::size_t covariates = 0;
-    std::size_t width = 0; // of a row of the design
+    Index samples = 0;
+    Index covariates = 0;
+    Index width = 0; // of a row of the design
     std::int32_t events = 0;
     Block<std::int32_t> columns; // of the covariates in the working part, from 1
     Block<std::int32_t> states;  // samples: 1 with the event, 0 without
@@ -28,5 +28,4 @@ struct EventData {
 // this order: noEffectiveVariable without a covariate, tooFewSamples for fewer than parameters + 1,
 // illegalDivisionalValue when nobody has the event (and without a time when everybody has), for a time not
 // above 0 invalidPurposeVariable, notFinite, outOfMemory, for a deviation below 0.001 illegalData.
-ErrorCode takeEventData(const DataMatrix& data, const EventColumns& columns, std::size_t added,
-                        EventData& events);
+ErrorCode takeEventData(const DataMatrix& data, const EventColumns& columns, Index added, EventData& events);

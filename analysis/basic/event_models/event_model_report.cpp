@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "analysis/run/run_report.h"
 #include "numeric/incomplete_gamma.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
@@ -9,7 +10,7 @@
 namespace {
 
 const char* columnName(const DataSet& data, std::int32_t column) {
-    return data.working.names[static_cast<std::size_t>(column - 1)].text;
+    return data.working.name(column - 1);
 }
 
 } // namespace
@@ -34,29 +35,29 @@ void writeEventHeader(Report& report, std::span<const char* const> names) {
 }
 
 void writeEventValue(Report& report, double value) {
-    WriteWideValue(report, value, eventColumnWidth, eventDecimals);
+    writeCell(report, value, {eventColumnWidth, eventDecimals});
 }
 
 void writeEventCount(Report& report, double value) {
-    WriteWideValue(report, value, eventColumnWidth, 0);
+    writeCell(report, value, {eventColumnWidth, 0});
 }
 
 void writeCoefficients(Report& report, const DataSet& data, const EventData& events,
                        const EventCoefficients& coefficients, const char* ratio) {
     const char* names[] = {"coefficient", "s.error", "wald.chi", "chi.prob", ratio};
     writeEventHeader(report, std::span(names, ratio != nullptr ? 5 : 4));
-    for (std::size_t j = 0; j < coefficients.values.size(); ++j) {
+    for (Index j = 0; j < coefficients.values.size(); ++j) {
         const bool constant = j == events.covariates;
         const char* name = constant ? "constant" : columnName(data, events.columns[j]);
         const double value = coefficients.values[j];
         const double root = value / coefficients.errors[j];
-        WriteRowStart(report, constant ? 0 : static_cast<int>(j) + 1, name);
+        startRow(report, constant ? 0 : static_cast<int>(j) + 1, name);
         writeEventValue(report, value);
         writeEventValue(report, coefficients.errors[j]);
         writeEventValue(report, root * root);
         writeEventValue(report, ChiSquareUpperTail(root * root, 1.0));
         if (ratio != nullptr) writeEventValue(report, std::exp(value));
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -66,24 +67,23 @@ void writeLikelihoodHeader(Report& report) {
     writeEventHeader(report, names);
 }
 
-void writeLikelihoodRow(Report& report, int number, const char* label, double likelihood,
-                        std::size_t parameters) {
-    WriteRowStart(report, number, label);
+void writeLikelihoodRow(Report& report, int number, const char* label, double likelihood, Index parameters) {
+    startRow(report, number, label);
     writeEventValue(report, likelihood);
     writeEventValue(report, -2.0 * likelihood + 2.0 * static_cast<double>(parameters));
-    WriteRowEnd(report);
+    endRow(report);
 }
 
-void writeLikelihoodRatio(Report& report, double null, double fitted, std::size_t covariates) {
+void writeLikelihoodRatio(Report& report, double null, double fitted, Index covariates) {
     const double chiSquare = 2.0 * (fitted - null);
     const double freedom = static_cast<double>(covariates);
     constexpr const char* names[] = {"chi.square", "deg.free", "chi.prob"};
     report.lower.append("\tlikelihood ratio chi square, degree of freedom, chi prob\n");
     writeEventHeader(report, names);
-    WriteRowStart(report, 1, "model");
+    startRow(report, 1, "model");
     writeEventValue(report, chiSquare);
     writeEventCount(report, freedom);
     writeEventValue(report, ChiSquareUpperTail(chiSquare, freedom));
-    WriteRowEnd(report);
+    endRow(report);
     report.lower.append("\n");
 }

@@ -15,7 +15,7 @@ struct EventCoefficients {
     Block<double> values;
     Block<double> errors;
 
-    ErrorCode allocate(std::size_t count) { return values.allocate(count) | errors.allocate(count); }
+    ErrorCode allocate(Index count) { return values.allocate(count) | errors.allocate(count); }
 };
 
 // The title and the beginning of the option line, up to the number of iterations; formats and status, too.
@@ -32,8 +32,7 @@ void writeCoefficients(Report& report, const DataSet& data, const EventData& eve
 
 // A table of log-likelihoods and AIC: the heading and the row of one model.
 void writeLikelihoodHeader(Report& report);
-void writeLikelihoodRow(Report& report, int number, const char* label, double likelihood,
-                        std::size_t parameters);
+void writeLikelihoodRow(Report& report, int number, const char* label, double likelihood, Index parameters);
 
 // The test of all covariates together, from both log-likelihoods.
-void writeLikelihoodRatio(Report& report, double null, double fitted, std::size_t covariates);
+void writeLikelihoodRatio(Report& report, double null, double fitted, Index covariates);

@@ -9,6 +9,7 @@
 #include "analysis/basic/event_models/event_model_report.h"
 #include "analysis/basic/event_models/event_options.h"
 #include "analysis/basic/event_models/newton_raphson.h"
+#include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
 #include "report/tables.h"
 
@@ -35,14 +36,14 @@ struct RiskOrder {
 };
 
 void sortByTime(const EventData& events, RiskOrder& risk) {
-    for (std::size_t i = 0; i < events.samples; ++i) risk.order[i] = static_cast<std::int32_t>(i);
+    for (Index i = 0; i < events.samples; ++i) risk.order[i] = static_cast<std::int32_t>(i);
     const double* times = events.times.data();
     std::sort(risk.order.begin(), risk.order.end(), [times](std::int32_t a, std::int32_t b) {
         if (times[a] != times[b]) return times[a] > times[b];
         return a < b;
     });
-    for (std::size_t i = 0; i < events.samples; ++i) {
-        const std::size_t s = static_cast<std::size_t>(risk.order[i]);
+    for (Index i = 0; i < events.samples; ++i) {
+        const Index s = risk.order[i];
         std::copy_n(events.design.data() + s * events.width, events.covariates,
                     risk.covariates.data() + i * events.covariates);
         risk.times[i] = events.times[s];
@@ -59,7 +60,7 @@ struct RiskSums {
     Block<double> means;    // covariates
     Block<double> products; // covariates x covariates
 
-    ErrorCode allocate(std::size_t count) { return means.allocate(count) | products.allocate(count * count); }
+    ErrorCode allocate(Index count) { return means.allocate(count) | products.allocate(count * count); }
 
     void clear() {
         shift = -std::numeric_limits<double>::infinity();
@@ -72,15 +73,15 @@ struct RiskSums {
         if (predictor > shift) rescale(predictor);
         const double weight = std::exp(predictor - shift);
         const double before = total;
-        const std::size_t count = means.size();
+        const Index count = means.size();
         total += weight;
         const double share = weight / total;
-        for (std::size_t i = 0; i < count; ++i) {
+        for (Index i = 0; i < count; ++i) {
             const double weighted = share * before * (row[i] - means[i]);
             double* line = products.data() + i * count;
-            for (std::size_t j = 0; j <= i; ++j) line[j] += weighted * (row[j] - means[j]);
+            for (Index j = 0; j <= i; ++j) line[j] += weighted * (row[j] - means[j]);
         }
-        for (std::size_t i = 0; i < count; ++i)
+        for (Index i = 0; i < count; ++i)
             means[i] = before > 0.0 ? means[i] + share * (row[i] - means[i]) : row[i];
     }
 
@@ -101,28 +102,28 @@ struct EventTime {
     double cumulativeHazard;
 };
 
-double predictorOf(const double* parameters, const double* row, std::size_t count) {
+double predictorOf(const double* parameters, const double* row, Index count) {
     double sum = 0.0;
-    for (std::size_t j = 0; j < count; ++j) sum += parameters[j] * row[j];
+    for (Index j = 0; j < count; ++j) sum += parameters[j] * row[j];
     return sum;
 }
 
 class PartialLikelihood : public LikelihoodModel {
 public:
-    PartialLikelihood(const RiskOrder& risk, std::size_t covariates) : risk_(risk), count_(covariates) {}
+    PartialLikelihood(const RiskOrder& risk, Index covariates) : risk_(risk), count_(covariates) {}
 
     ErrorCode allocate() { return sums_.allocate(count_); }
 
     void evaluate(const double* parameters, LikelihoodPoint& point) override {
         point.clear();
-        visitTimes(parameters, [&](std::size_t first, std::size_t end) {
+        visitTimes(parameters, [&](Index first, Index end) {
             double events = 0.0;
-            for (std::size_t i = first; i < end; ++i) {
+            for (Index i = first; i < end; ++i) {
                 if (risk_.states[i] == 0) continue;
                 const double* row = risk_.covariates.data() + i * count_;
                 events += 1.0;
                 point.value += predictorOf(parameters, row, count_);
-                for (std::size_t j = 0; j < count_; ++j) point.gradient[j] += row[j];
+                for (Index j = 0; j < count_; ++j) point.gradient[j] += row[j];
             }
             if (events > 0.0) addRisk(events, point);
         });
@@ -130,11 +131,11 @@ public:
 
     // The baseline hazard of each event time, from the latest to the earliest: events over those at risk
     // (Breslow 1974). Returns how many there are.
-    std::size_t findEventTimes(const double* parameters, EventTime* found) {
-        std::size_t count = 0;
-        visitTimes(parameters, [&](std::size_t first, std::size_t end) {
+    Index findEventTimes(const double* parameters, EventTime* found) {
+        Index count = 0;
+        visitTimes(parameters, [&](Index first, Index end) {
             double events = 0.0;
-            for (std::size_t i = first; i < end; ++i) events += risk_.states[i];
+            for (Index i = first; i < end; ++i) events += risk_.states[i];
             if (events == 0.0) return;
             const double hazard = events * std::exp(-sums_.shift) / sums_.total;
             found[count++] = {risk_.times[first], static_cast<double>(end), events, hazard};
@@ -146,9 +147,9 @@ private:
     // Calls `visit` with the samples of each distinct time once all who are at risk then are in the sums.
     template <class Visit> void visitTimes(const double* parameters, Visit visit) {
         sums_.clear();
-        const std::size_t samples = risk_.times.size();
-        for (std::size_t first = 0; first < samples;) {
-            std::size_t end = first;
+        const Index samples = risk_.times.size();
+        for (Index first = 0; first < samples;) {
+            Index end = first;
             for (; end < samples && risk_.times[end] == risk_.times[first]; ++end) {
                 const double* row = risk_.covariates.data() + end * count_;
                 sums_.add(predictorOf(parameters, row, count_), row);
@@ -161,16 +162,16 @@ private:
     // What so many events at a time take from the likelihood, its gradient and information.
     void addRisk(double events, LikelihoodPoint& point) const {
         point.value -= events * (sums_.shift + std::log(sums_.total));
-        for (std::size_t i = 0; i < count_; ++i) {
+        for (Index i = 0; i < count_; ++i) {
             point.gradient[i] -= events * sums_.means[i];
-            for (std::size_t j = 0; j <= i; ++j) {
+            for (Index j = 0; j <= i; ++j) {
                 point.information[i * count_ + j] += events * sums_.products[i * count_ + j] / sums_.total;
             }
         }
     }
 
     const RiskOrder& risk_;
-    std::size_t count_;
+    Index count_;
     RiskSums sums_;
 };
 
@@ -179,13 +180,12 @@ struct HazardWork {
     NewtonRaphsonFit fit;
     EventCoefficients coefficients;
     Block<EventTime> eventTimes; // as many as events, from the earliest on
-    std::size_t timeCount = 0;   // distinct ones
+    Index timeCount = 0;         // distinct ones
     Block<double> hazards;       // samples: the cumulative baseline hazard at their time
 
     ErrorCode allocate(const EventData& events) {
         return risk.allocate(events) | fit.allocate(events.covariates) |
-               coefficients.allocate(events.covariates) |
-               eventTimes.allocate(static_cast<std::size_t>(events.events)) |
+               coefficients.allocate(events.covariates) | eventTimes.allocate(events.events) |
                hazards.allocate(events.samples);
     }
 };
@@ -194,18 +194,16 @@ void findBaseline(PartialLikelihood& likelihood, HazardWork& work) {
     work.timeCount = likelihood.findEventTimes(work.fit.parameters.data(), work.eventTimes.data());
     EventTime* times = work.eventTimes.data();
     std::reverse(times, times + work.timeCount);
-    for (std::size_t e = 1; e < work.timeCount; ++e)
-        times[e].cumulativeHazard += times[e - 1].cumulativeHazard;
-    std::size_t passed = 0;
-    for (std::size_t i = work.risk.times.size(); i-- > 0;) {
+    for (Index e = 1; e < work.timeCount; ++e) times[e].cumulativeHazard += times[e - 1].cumulativeHazard;
+    Index passed = 0;
+    for (Index i = work.risk.times.size(); i-- > 0;) {
         while (passed < work.timeCount && times[passed].time <= work.risk.times[i]) ++passed;
-        work.hazards[static_cast<std::size_t>(work.risk.order[i])] =
-            passed > 0 ? times[passed - 1].cumulativeHazard : 0.0;
+        work.hazards[work.risk.order[i]] = passed > 0 ? times[passed - 1].cumulativeHazard : 0.0;
     }
 }
 
 void takeCoefficients(const EventData& events, HazardWork& work) {
-    for (std::size_t j = 0; j < events.covariates; ++j) {
+    for (Index j = 0; j < events.covariates; ++j) {
         const double variance = work.fit.covariance[j * events.covariates + j];
         work.coefficients.values[j] = work.fit.parameters[j] / events.deviations[j];
         work.coefficients.errors[j] = std::sqrt(variance) / events.deviations[j];
@@ -226,17 +224,17 @@ void writeBaseline(Report& report, const HazardWork& work) {
     report.lower.append("\tbaseline survival\n");
     writeEventHeader(report, names);
     char label[32];
-    for (std::size_t e = 0; e < work.timeCount; ++e) {
+    for (Index e = 0; e < work.timeCount; ++e) {
         const EventTime& at = work.eventTimes[e];
         const int number = static_cast<int>(e) + 1;
         std::snprintf(label, sizeof label, "event %d", number);
-        WriteRowStart(report, number, label);
+        startRow(report, number, label);
         writeEventValue(report, at.time);
         writeEventCount(report, at.atRisk);
         writeEventCount(report, at.events);
         writeEventValue(report, at.cumulativeHazard);
         writeEventValue(report, std::exp(-at.cumulativeHazard));
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -245,15 +243,15 @@ void writeSamples(Report& report, const DataMatrix& data, const EventData& event
     constexpr const char* names[] = {"time", "state", "risk.score", "m.residual"};
     report.lower.append("\ttime, state, risk score, martingale residual\n");
     writeEventHeader(report, names);
-    for (std::size_t s = 0; s < events.samples; ++s) {
+    for (Index s = 0; s < events.samples; ++s) {
         const double* row = events.design.data() + s * events.width;
         const double score = std::exp(predictorOf(work.fit.parameters.data(), row, events.covariates));
-        WriteRowStart(report, static_cast<int>(s) + 1, data.labels[s].text);
+        startRow(report, static_cast<int>(s) + 1, data.label(s));
         writeEventValue(report, events.times[s]);
         writeEventCount(report, events.states[s]);
         writeEventValue(report, score);
         writeEventValue(report, events.states[s] - work.hazards[s] * score);
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -268,8 +266,7 @@ void writeReport(Screens& screens, AnalysisRun& run, const EventColumns& columns
     writeFit(report, work.fit);
     writeBaseline(report, work);
     writeSamples(report, run.data.working, events, work);
-    screens.showLower(report);
-    screens.showStatus(report);
+    closeReport(screens, report);
 }
 
 // The event times in three series, with one empty vector.
@@ -279,15 +276,14 @@ ErrorCode buildSurvivalGraph(Screens& screens, AnalysisRun& run, const HazardWor
     GraphSpec spec;
     const ErrorCode code = spec.allocate(std::size(names), work.timeCount, 1);
     if (code != success) return code;
-    for (std::size_t k = 0; k < std::size(names); ++k) {
-        std::snprintf(spec.seriesNames[k].text, textSlotSize, "%s", names[k]);
+    for (Index k = 0; k < std::ssize(names); ++k) {
+        spec.seriesNames.set(k, names[k]);
     }
-    for (std::size_t e = 0; e < work.timeCount; ++e) {
+    for (Index e = 0; e < work.timeCount; ++e) {
         const EventTime& at = work.eventTimes[e];
-        const int number = static_cast<int>(e) + 1;
-        std::snprintf(spec.itemLabels[e].text, textSlotSize, "event %d", number);
-        std::snprintf(spec.numberLabels[e].text, textSlotSize, "%d", number);
-        double* values = spec.values.data() + e * std::size(names);
+        spec.itemLabels.set(e, numberedName("event", e).text);
+        spec.numberLabels.setFormat(e, "%td", e + 1);
+        double* values = spec.values.data() + e * std::ssize(names);
         values[0] = at.time;
         values[1] = std::exp(-at.cumulativeHazard);
         values[2] = at.cumulativeHazard;

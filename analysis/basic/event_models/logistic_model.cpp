@@ -6,6 +6,7 @@
 #include "analysis/basic/event_models/event_model_report.h"
 #include "analysis/basic/event_models/event_options.h"
 #include "analysis/basic/event_models/newton_raphson.h"
+#include "analysis/run/run_report.h"
 #include "report/tables.h"
 
 namespace {
@@ -37,16 +38,16 @@ class LogisticLikelihood : public LikelihoodModel {
 public:
     explicit LogisticLikelihood(const EventData& events) : events_(events) {}
 
-    double predictor(const double* parameters, std::size_t sample) const {
+    double predictor(const double* parameters, Index sample) const {
         const double* row = events_.design.data() + sample * events_.width;
         double sum = 0.0;
-        for (std::size_t j = 0; j < events_.width; ++j) sum += parameters[j] * row[j];
+        for (Index j = 0; j < events_.width; ++j) sum += parameters[j] * row[j];
         return sum;
     }
 
     void evaluate(const double* parameters, LikelihoodPoint& point) override {
         point.clear();
-        for (std::size_t s = 0; s < events_.samples; ++s) {
+        for (Index s = 0; s < events_.samples; ++s) {
             const double sum = predictor(parameters, s);
             const Odds odds = oddsOf(sum);
             const bool event = events_.states[s] != 0;
@@ -68,25 +69,24 @@ struct LogisticWork {
     Block<double> weights;        // of the parameters in the constant
     double classified[2][2] = {}; // by state and estimated state
 
-    ErrorCode allocate(std::size_t count) {
+    ErrorCode allocate(Index count) {
         return fit.allocate(count) | coefficients.allocate(count) | weights.allocate(count);
     }
 };
 
 void start(EventData& events, NewtonRaphsonFit& fit) {
-    for (std::size_t s = 0; s < events.samples; ++s)
-        events.design[s * events.width + events.covariates] = 1.0;
+    for (Index s = 0; s < events.samples; ++s) events.design[s * events.width + events.covariates] = 1.0;
     const double share = static_cast<double>(events.events) / static_cast<double>(events.samples);
     fit.parameters[events.covariates] = std::log(share / (1.0 - share));
 }
 
 // To the scale of the data.
 void takeCoefficients(const EventData& events, LogisticWork& work) {
-    const std::size_t covariates = events.covariates;
+    const Index covariates = events.covariates;
     const NewtonRaphsonFit& fit = work.fit;
     double constant = fit.parameters[covariates];
     work.weights[covariates] = 1.0;
-    for (std::size_t j = 0; j < covariates; ++j) {
+    for (Index j = 0; j < covariates; ++j) {
         const double deviation = events.deviations[j];
         work.coefficients.values[j] = fit.parameters[j] / deviation;
         work.coefficients.errors[j] = std::sqrt(fit.covariance[j * events.width + j]) / deviation;
@@ -98,19 +98,18 @@ void takeCoefficients(const EventData& events, LogisticWork& work) {
 }
 
 void classify(const EventData& events, const LogisticLikelihood& model, LogisticWork& work) {
-    for (std::size_t s = 0; s < events.samples; ++s) {
+    for (Index s = 0; s < events.samples; ++s) {
         const Odds odds = oddsOf(model.predictor(work.fit.parameters.data(), s));
         ++work.classified[events.states[s]][odds.with > 0.5 ? 1 : 0];
     }
 }
 
-void writeDevianceRow(Report& report, int number, const char* label, double likelihood,
-                      std::size_t parameters) {
-    WriteRowStart(report, number, label);
+void writeDevianceRow(Report& report, int number, const char* label, double likelihood, Index parameters) {
+    startRow(report, number, label);
     writeEventValue(report, likelihood);
     writeEventValue(report, -2.0 * likelihood);
     writeEventValue(report, -2.0 * likelihood + 2.0 * static_cast<double>(parameters));
-    WriteRowEnd(report);
+    endRow(report);
 }
 
 void writeFit(Report& report, const EventData& events, const NewtonRaphsonFit& fit) {
@@ -138,14 +137,14 @@ void writeSamples(Report& report, const DataMatrix& data, const EventData& event
     constexpr const char* names[] = {"state", "probability", "s.residual"};
     report.lower.append("\tstate, probability, standardized residual\n");
     writeEventHeader(report, names);
-    for (std::size_t s = 0; s < events.samples; ++s) {
+    for (Index s = 0; s < events.samples; ++s) {
         const double predictor = model.predictor(fit.parameters.data(), s);
         const bool event = events.states[s] != 0;
-        WriteRowStart(report, static_cast<int>(s) + 1, data.labels[s].text);
+        startRow(report, static_cast<int>(s) + 1, data.label(s));
         writeEventCount(report, events.states[s]);
         writeEventValue(report, oddsOf(predictor).with);
         writeEventValue(report, event ? std::exp(-predictor / 2.0) : -std::exp(predictor / 2.0));
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -160,8 +159,7 @@ void writeReport(Screens& screens, AnalysisRun& run, const EventColumns& columns
     writeFit(report, events, work.fit);
     writeClassification(report, work);
     writeSamples(report, run.data.working, events, model, work.fit);
-    screens.showLower(report);
-    screens.showStatus(report);
+    closeReport(screens, report);
 }
 
 ErrorCode run(Screens& screens, AnalysisRun& run) {

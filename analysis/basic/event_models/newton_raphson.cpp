@@ -16,16 +16,16 @@ constexpr double runawayVariance = 1e8; // over that at the start
 // Inverts the information, scaled to a unit diagonal, into the covariance: success, singularMatrix or
 // outOfMemory.
 ErrorCode invertInformation(NewtonRaphsonFit& fit) {
-    const std::size_t count = fit.parameters.size();
+    const Index count = fit.parameters.size();
     const int order = static_cast<int>(count);
     Block<double>& information = fit.point.information;
-    for (std::size_t i = 0; i < count; ++i) {
+    for (Index i = 0; i < count; ++i) {
         fit.scales[i] = std::sqrt(information[i * count + i]);
         if (!(fit.scales[i] > 0.0) || !std::isfinite(fit.scales[i])) return singularMatrix;
-        for (std::size_t j = 0; j < i; ++j) information[j * count + i] = information[i * count + j];
+        for (Index j = 0; j < i; ++j) information[j * count + i] = information[i * count + j];
     }
-    for (std::size_t i = 0; i < count; ++i) {
-        for (std::size_t j = 0; j < count; ++j) {
+    for (Index i = 0; i < count; ++i) {
+        for (Index j = 0; j < count; ++j) {
             fit.scaled[i * count + j] = information[i * count + j] / fit.scales[i] / fit.scales[j];
         }
     }
@@ -38,8 +38,8 @@ ErrorCode invertInformation(NewtonRaphsonFit& fit) {
         isSingular(order, order, fit.scaled.data(), order, fit.inverse.data())) {
         return singularMatrix;
     }
-    for (std::size_t i = 0; i < count; ++i) {
-        for (std::size_t j = 0; j < count; ++j) {
+    for (Index i = 0; i < count; ++i) {
+        for (Index j = 0; j < count; ++j) {
             fit.covariance[i * count + j] = fit.inverse[i * count + j] / fit.scales[i] / fit.scales[j];
         }
     }
@@ -47,10 +47,10 @@ ErrorCode invertInformation(NewtonRaphsonFit& fit) {
 }
 
 void findStep(NewtonRaphsonFit& fit) {
-    const std::size_t count = fit.parameters.size();
-    for (std::size_t i = 0; i < count; ++i) {
+    const Index count = fit.parameters.size();
+    for (Index i = 0; i < count; ++i) {
         fit.step[i] = 0.0;
-        for (std::size_t j = 0; j < count; ++j) {
+        for (Index j = 0; j < count; ++j) {
             fit.step[i] += fit.covariance[i * count + j] * fit.point.gradient[j];
         }
     }
@@ -58,10 +58,10 @@ void findStep(NewtonRaphsonFit& fit) {
 
 // Takes the step, as much of it as keeps the likelihood. False when nothing finite is left of it.
 bool takeStep(LikelihoodModel& model, NewtonRaphsonFit& fit) {
-    const std::size_t count = fit.parameters.size();
+    const Index count = fit.parameters.size();
     const double least = fit.likelihood - allowedLoss * (1.0 + std::fabs(fit.likelihood));
     for (int halvings = 0;; ++halvings) {
-        for (std::size_t i = 0; i < count; ++i) fit.trial[i] = fit.parameters[i] + fit.step[i];
+        for (Index i = 0; i < count; ++i) fit.trial[i] = fit.parameters[i] + fit.step[i];
         model.evaluate(fit.trial.data(), fit.point);
         const bool finite = std::isfinite(fit.point.value);
         if ((finite && fit.point.value >= least) || halvings == mostHalvings) {
@@ -73,16 +73,16 @@ bool takeStep(LikelihoodModel& model, NewtonRaphsonFit& fit) {
     }
 }
 
-bool runsAway(std::size_t slopes, const NewtonRaphsonFit& fit) {
-    const std::size_t count = fit.parameters.size();
-    for (std::size_t j = 0; j < slopes; ++j) {
+bool runsAway(Index slopes, const NewtonRaphsonFit& fit) {
+    const Index count = fit.parameters.size();
+    for (Index j = 0; j < slopes; ++j) {
         if (fit.covariance[j * count + j] > runawayVariance * fit.start[j]) return true;
     }
     return false;
 }
 
 bool hasConverged(const NewtonRaphsonFit& fit) {
-    for (std::size_t i = 0; i < fit.parameters.size(); ++i) {
+    for (Index i = 0; i < fit.parameters.size(); ++i) {
         if (!(std::fabs(fit.step[i]) <= convergence * (1.0 + std::fabs(fit.parameters[i])))) return false;
     }
     return true;
@@ -97,41 +97,39 @@ void LikelihoodPoint::clear() {
 }
 
 void LikelihoodPoint::add(const double* row, double first, double second) {
-    const std::size_t count = gradient.size();
+    const Index count = gradient.size();
     double* line = information.data();
-    for (std::size_t i = 0; i < count; ++i, line += count) {
+    for (Index i = 0; i < count; ++i, line += count) {
         gradient[i] += first * row[i];
         const double weight = second * row[i];
-        for (std::size_t j = 0; j <= i; ++j) line[j] += weight * row[j];
+        for (Index j = 0; j <= i; ++j) line[j] += weight * row[j];
     }
 }
 
-ErrorCode NewtonRaphsonFit::allocate(std::size_t count) {
-    const std::size_t square = count * count;
+ErrorCode NewtonRaphsonFit::allocate(Index count) {
+    const Index square = count * count;
     return parameters.allocate(count) | covariance.allocate(square) | point.gradient.allocate(count) |
            point.information.allocate(square) | start.allocate(count) | trial.allocate(count) |
            step.allocate(count) | scales.allocate(count) | scaled.allocate(square) | inverse.allocate(square);
 }
 
 double NewtonRaphsonFit::standardError(const double* weights) const {
-    const std::size_t count = parameters.size();
+    const Index count = parameters.size();
     double variance = 0.0;
-    for (std::size_t i = 0; i < count; ++i) {
-        for (std::size_t j = 0; j < count; ++j)
-            variance += weights[i] * weights[j] * covariance[i * count + j];
+    for (Index i = 0; i < count; ++i) {
+        for (Index j = 0; j < count; ++j) variance += weights[i] * weights[j] * covariance[i * count + j];
     }
     return std::sqrt(variance);
 }
 
-ErrorCode newtonRaphson(LikelihoodModel& model, std::size_t slopes, std::int32_t limit,
-                        NewtonRaphsonFit& fit) {
+ErrorCode newtonRaphson(LikelihoodModel& model, Index slopes, std::int32_t limit, NewtonRaphsonFit& fit) {
     model.evaluate(fit.parameters.data(), fit.point);
     fit.startLikelihood = fit.likelihood = fit.point.value;
     fit.iterations = 0;
     if (!std::isfinite(fit.likelihood)) return notFinite;
     ErrorCode code = invertInformation(fit);
     if (code != success) return code == singularMatrix ? newtonRaphsonSingular : code;
-    for (std::size_t j = 0; j < slopes; ++j) fit.start[j] = fit.covariance[j * fit.parameters.size() + j];
+    for (Index j = 0; j < slopes; ++j) fit.start[j] = fit.covariance[j * fit.parameters.size() + j];
 
     while (fit.iterations < limit) {
         findStep(fit);

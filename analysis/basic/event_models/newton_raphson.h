@@ -38,7 +38,7 @@ struct NewtonRaphsonFit {
     Block<double> scaled;  // count x count
     Block<double> inverse; // count x count
 
-    ErrorCode allocate(std::size_t count);
+    ErrorCode allocate(Index count);
     // Of a sum of the parameters with these weights.
     double standardError(const double* weights) const;
 };
@@ -49,5 +49,4 @@ struct NewtonRaphsonFit {
 // newtonRaphsonSingular for an information that is singular at the start, newtonRaphsonNotConvergent for one
 // that becomes so, a parameter that runs away or `limit` updates without an end, notFinite for a likelihood
 // that no step makes finite, outOfMemory.
-ErrorCode newtonRaphson(LikelihoodModel& model, std::size_t slopes, std::int32_t limit,
-                        NewtonRaphsonFit& fit);
+ErrorCode newtonRaphson(LikelihoodModel& model, Index slopes, std::int32_t limit, NewtonRaphsonFit& fit);

@@ -7,6 +7,7 @@
 #include "analysis/basic/event_models/event_model_report.h"
 #include "analysis/basic/event_models/event_options.h"
 #include "analysis/basic/event_models/newton_raphson.h"
+#include "analysis/run/run_report.h"
 #include "numeric/incomplete_gamma.h"
 #include "report/tables.h"
 
@@ -24,22 +25,22 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t) {
 class WeibullLikelihood : public LikelihoodModel {
 public:
     WeibullLikelihood(const EventData& events, bool shaped) : events_(events), shaped_(shaped) {
-        for (std::size_t s = 0; s < events.samples; ++s) {
+        for (Index s = 0; s < events.samples; ++s) {
             if (events.states[s] != 0) logTimes_ += std::log(events.times[s]);
         }
     }
 
-    double logHazard(const double* parameters, std::size_t sample) const {
+    double logHazard(const double* parameters, Index sample) const {
         const double* row = events_.design.data() + sample * events_.width;
-        const std::size_t linear = events_.width - 1;
+        const Index linear = events_.width - 1;
         double sum = shaped_ ? parameters[linear] * row[linear] : row[linear];
-        for (std::size_t j = 0; j < linear; ++j) sum += parameters[j] * row[j];
+        for (Index j = 0; j < linear; ++j) sum += parameters[j] * row[j];
         return sum;
     }
 
     void evaluate(const double* parameters, LikelihoodPoint& point) override {
         point.clear();
-        for (std::size_t s = 0; s < events_.samples; ++s) {
+        for (Index s = 0; s < events_.samples; ++s) {
             const double logarithm = logHazard(parameters, s);
             const double hazard = std::exp(logarithm);
             const double event = events_.states[s];
@@ -48,7 +49,7 @@ public:
         }
         point.value -= logTimes_;
         if (!shaped_) return;
-        const std::size_t last = events_.width - 1;
+        const Index last = events_.width - 1;
         const double shape = parameters[last];
         point.value += events_.events * std::log(shape);
         point.gradient[last] += events_.events / shape;
@@ -68,7 +69,7 @@ struct SurvivalFit {
     EventCoefficients coefficients;
     double shape = 1.0;
 
-    ErrorCode allocate(std::size_t parameters, std::size_t count) {
+    ErrorCode allocate(Index parameters, Index count) {
         return fit.allocate(parameters) | coefficients.allocate(count);
     }
 };
@@ -83,7 +84,7 @@ struct WeibullWork {
           weibull{.likelihood = {events, true}, .fit = {}, .coefficients = {}} {}
 
     ErrorCode allocate(const EventData& events) {
-        const std::size_t count = events.covariates + 1;
+        const Index count = events.covariates + 1;
         return exponential.allocate(count, count) | weibull.allocate(count + 1, count) |
                weights.allocate(count + 1);
     }
@@ -94,7 +95,7 @@ void start(EventData& events, WeibullWork& work) {
     for (const double time : events.times) work.meanLogTime += std::log(time);
     work.meanLogTime /= static_cast<double>(events.samples);
     double sum = 0.0;
-    for (std::size_t s = 0; s < events.samples; ++s) {
+    for (Index s = 0; s < events.samples; ++s) {
         double* added = events.design.data() + s * events.width + events.covariates;
         added[0] = 1.0;
         added[1] = std::log(events.times[s]) - work.meanLogTime;
@@ -108,15 +109,15 @@ ErrorCode fit(const EventData& events, std::int32_t limit, WeibullWork& work) {
     SurvivalFit& weibull = work.weibull;
     const ErrorCode code = newtonRaphson(exponential.likelihood, events.covariates, limit, exponential.fit);
     if (code != success) return code;
-    const std::size_t shape = events.covariates + 1;
-    for (std::size_t j = 0; j < shape; ++j) weibull.fit.parameters[j] = exponential.fit.parameters[j];
+    const Index shape = events.covariates + 1;
+    for (Index j = 0; j < shape; ++j) weibull.fit.parameters[j] = exponential.fit.parameters[j];
     weibull.fit.parameters[shape] = 1.0;
     return newtonRaphson(weibull.likelihood, events.covariates, limit, weibull.fit);
 }
 
 // ln s on the scale of the data; its weights are the derivatives by the parameters, k included.
 void takeCoefficients(const EventData& events, WeibullWork& work, SurvivalFit& model) {
-    const std::size_t covariates = events.covariates;
+    const Index covariates = events.covariates;
     const NewtonRaphsonFit& fitted = model.fit;
     const bool shaped = fitted.parameters.size() > covariates + 1;
     if (shaped) model.shape = fitted.parameters[covariates + 1];
@@ -124,7 +125,7 @@ void takeCoefficients(const EventData& events, WeibullWork& work, SurvivalFit& m
     double* weights = work.weights.data();
     double constant = work.meanLogTime - fitted.parameters[covariates] / k;
     double byShape = fitted.parameters[covariates] / (k * k);
-    for (std::size_t j = 0; j < covariates; ++j) {
+    for (Index j = 0; j < covariates; ++j) {
         const double unit = -1.0 / (k * events.deviations[j]);
         const double slope = fitted.parameters[j] * unit;
         for (double& weight : work.weights) weight = 0.0;
@@ -135,7 +136,7 @@ void takeCoefficients(const EventData& events, WeibullWork& work, SurvivalFit& m
         constant -= slope * events.means[j];
         byShape += slope * events.means[j] / k;
     }
-    for (std::size_t j = 0; j < covariates; ++j) weights[j] = events.means[j] / (k * events.deviations[j]);
+    for (Index j = 0; j < covariates; ++j) weights[j] = events.means[j] / (k * events.deviations[j]);
     weights[covariates] = -1.0 / k;
     weights[covariates + 1] = byShape;
     model.coefficients.values[covariates] = constant;
@@ -148,12 +149,12 @@ void writeShape(Report& report, const WeibullWork& work) {
     const double chiSquare = 2.0 * (fitted.likelihood - work.exponential.fit.likelihood);
     report.lower.append("\tshape of weibull model, standard error, likelihood ratio chi square, chi prob\n");
     writeEventHeader(report, names);
-    WriteRowStart(report, 1, "shape");
+    startRow(report, 1, "shape");
     writeEventValue(report, work.weibull.shape);
     writeEventValue(report, std::sqrt(fitted.covariance[fitted.covariance.size() - 1]));
     writeEventValue(report, chiSquare);
     writeEventValue(report, ChiSquareUpperTail(chiSquare, 1.0));
-    WriteRowEnd(report);
+    endRow(report);
     report.lower.append("\n");
 }
 
@@ -168,7 +169,7 @@ void writeFits(Report& report, const WeibullWork& work) {
 }
 
 // The time that half survive, and the probability to survive the sample's own.
-void writeSurvival(Report& report, const SurvivalFit& model, double time, std::size_t sample) {
+void writeSurvival(Report& report, const SurvivalFit& model, double time, Index sample) {
     const double logHazard = model.likelihood.logHazard(model.fit.parameters.data(), sample);
     const double logHalf = std::log(std::numbers::ln2); // of the cumulative hazard at the median
     writeEventValue(report, std::exp(std::log(time) - (logHazard - logHalf) / model.shape));
@@ -181,13 +182,13 @@ void writeSamples(Report& report, const DataMatrix& data, const EventData& event
         "\ttime, state, median survival time and survival probability of exponential and weibull "
         "model\n");
     writeEventHeader(report, names);
-    for (std::size_t s = 0; s < events.samples; ++s) {
-        WriteRowStart(report, static_cast<int>(s) + 1, data.labels[s].text);
+    for (Index s = 0; s < events.samples; ++s) {
+        startRow(report, static_cast<int>(s) + 1, data.label(s));
         writeEventValue(report, events.times[s]);
         writeEventCount(report, events.states[s]);
         writeSurvival(report, work.exponential, events.times[s], s);
         writeSurvival(report, work.weibull, events.times[s], s);
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -205,8 +206,7 @@ void writeReport(Screens& screens, AnalysisRun& run, const EventColumns& columns
     writeShape(report, work);
     writeFits(report, work);
     writeSamples(report, run.data.working, events, work);
-    screens.showLower(report);
-    screens.showStatus(report);
+    closeReport(screens, report);
 }
 
 ErrorCode run(Screens& screens, AnalysisRun& run) {

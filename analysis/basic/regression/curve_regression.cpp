@@ -12,14 +12,14 @@ constexpr int firstDegreeEdit = 2211;
 constexpr int firstDegreeArrows = 2221;
 
 // Ten columns, then the degree of each.
-constexpr std::size_t firstFieldCount = 1 + AnalysisOptions::slotCount;
+constexpr Index firstFieldCount = 1 + AnalysisOptions::slotCount;
 std::array<OptionField, firstFieldCount> degreeFields() {
     std::array<OptionField, firstFieldCount> all = {};
     all[0] = {.type = OptionType::variables,
               .offset = offsetof(AnalysisOptions, slotColumns),
               .control = firstColumnList,
               .count = AnalysisOptions::slotCount};
-    for (std::size_t k = 1; k < firstFieldCount; ++k) {
+    for (Index k = 1; k < firstFieldCount; ++k) {
         const int slot = static_cast<int>(k) - 1;
         all[k] = {.type = OptionType::real,
                   .offset = offsetof(AnalysisOptions, slotDegrees) + (k - 1) * sizeof(double),

@@ -30,8 +30,8 @@ void keepRegressionModel(AnalysisRun& run, const RegressionResult& result) {
     std::copy_n(result.degrees.data(), variables - 1, model.degrees.data());
     std::copy_n(result.ownMoments.means.data(), variables - 1, model.startValues.data());
     std::fill(model.terms.begin(), model.terms.end(), 0);
-    for (std::size_t j = 0; j < static_cast<std::size_t>(fit.count); ++j) {
-        const std::size_t column = static_cast<std::size_t>(fit.variables[j]);
+    for (Index j = 0; j < fit.count; ++j) {
+        const Index column = fit.variables[j];
         model.variables[j] = fit.variables[j];
         model.coefficients[j] = fit.coefficients[j];
         model.means[j] = moments.means[column];
@@ -41,7 +41,7 @@ void keepRegressionModel(AnalysisRun& run, const RegressionResult& result) {
     // Without an interval nothing was inverted; a prediction that wants one does it.
     model.inverted = fit.alpha != 0.0;
     if (model.inverted) {
-        const std::size_t count = static_cast<std::size_t>(fit.count);
+        const Index count = fit.count;
         std::copy_n(fit.intervalMatrix.data(), count * count, model.inverse.data());
     } else {
         copyMinor(moments.covariance.data(), variables, fit.variables.data(), fit.count,

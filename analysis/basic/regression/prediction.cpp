@@ -6,6 +6,7 @@
 #include "analysis/basic/regression/curve_model.h"
 #include "analysis/basic/regression/regression.h"
 #include "analysis/run/run_flow.h"
+#include "analysis/run/run_report.h"
 #include "numeric/distributions.h"
 #include "numeric/lu.h"
 #include "report/table_formats.h"
@@ -13,8 +14,8 @@
 
 namespace {
 
-std::size_t explanatoryCount(const AnalysisRun& run) {
-    return static_cast<std::size_t>(std::max(run.data.working.variables - 1, 0));
+Index explanatoryCount(const AnalysisRun& run) {
+    return (std::max(run.data.working.variables - 1, 0));
 }
 
 bool isQuantification(const FittedModel& model) {
@@ -24,7 +25,7 @@ bool isQuantification(const FittedModel& model) {
 // Makes the interval matrix of a run that had no interval.
 ErrorCode invertIntervalMatrix(FittedModel& model) {
     if (model.inverted) return success;
-    const std::size_t size = static_cast<std::size_t>(model.count) * static_cast<std::size_t>(model.count);
+    const Index size = Index{model.count} * model.count;
     Block<double> matrix;
     const ErrorCode code = matrix.allocate(size);
     if (code != success) return code;
@@ -39,13 +40,13 @@ ErrorCode invertIntervalMatrix(FittedModel& model) {
 ErrorCode predictFromQuantities(const FittedModel& model, const PredictionEntry& entry,
                                 Prediction& prediction) {
     double sum = model.constant;
-    std::size_t first = 0;
-    for (std::size_t v = 0; v < static_cast<std::size_t>(model.count); ++v) {
+    Index first = 0;
+    for (Index v = 0; v < model.count; ++v) {
         const double value = entry.values[v];
         if (!(value >= 1.0 && value <= model.terms[v]) || value != std::trunc(value))
             return illegalCategoricalData;
-        sum += model.quantities[first + static_cast<std::size_t>(value) - 1];
-        first += static_cast<std::size_t>(model.terms[v]);
+        sum += model.quantities[first + static_cast<Index>(value) - 1];
+        first += model.terms[v];
     }
     prediction = {};
     prediction.median = sum;
@@ -55,13 +56,13 @@ ErrorCode predictFromQuantities(const FittedModel& model, const PredictionEntry&
 ErrorCode predictFromRegression(AnalysisRun& run, const PredictionEntry& entry, Prediction& prediction) {
     FittedModel& model = run.data.model;
     const CurveModel& curve = *findCurveModel(model.kind);
-    const std::size_t count = static_cast<std::size_t>(model.count);
+    const Index count = model.count;
     Block<double> deviations;
     ErrorCode code = deviations.allocate(count);
     if (code != success) return code;
     double sum = model.constant;
-    for (std::size_t j = 0; j < count; ++j) {
-        const std::size_t column = static_cast<std::size_t>(model.variables[j]);
+    for (Index j = 0; j < count; ++j) {
+        const Index column = model.variables[j];
         const double value = curve.explanatory(entry.values[column], model.degrees[column]);
         if (!std::isfinite(value)) return notFinite;
         sum += model.coefficients[j] * value;
@@ -94,8 +95,8 @@ void writeValues(AnalysisRun& run, const PredictionEntry& entry, const Block<dou
     const char* const header[] = {"value"};
     WriteNamedHeader(report, header, 1, settings.variableStringLength);
     for (std::int32_t j = 0; j < model.count; ++j) {
-        const std::size_t column = static_cast<std::size_t>(model.variables[static_cast<std::size_t>(j)]);
-        WriteValueRow(report, &entry.values[column], 1, 6, run.data.working.names[column].text, j + 1);
+        const Index column = model.variables[j];
+        WriteValueRow(report, &entry.values[column], 1, 6, run.data.working.name(column), j + 1);
     }
     report.lower.append("\n");
 }
@@ -116,13 +117,13 @@ void writeResponse(AnalysisRun& run, const PredictionEntry& entry, const Predict
     const char* const header[] = {"prediction"};
     WriteNamedHeader(report, header, 1, settings.variableStringLength);
     for (int k = 0; k < 3; ++k) {
-        WriteRowStart(report, k + 1, labels[k]);
+        startRow(report, k + 1, labels[k]);
         if (k == 0 || prediction.hasLimits) {
-            WriteValue(report, values[k], 6);
+            writeValue(report, values[k], 6);
         } else {
-            WriteName(report, "");
+            writeName(report, "");
         }
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -130,7 +131,7 @@ void writeResponse(AnalysisRun& run, const PredictionEntry& entry, const Predict
 } // namespace
 
 ErrorCode startPrediction(const AnalysisRun& run, PredictionEntry& entry) {
-    const std::size_t count = explanatoryCount(run);
+    const Index count = explanatoryCount(run);
     entry.alpha = run.data.model.alpha;
     const ErrorCode code = entry.values.allocate(count);
     if (code == success) std::copy_n(run.data.model.startValues.data(), count, entry.values.data());
@@ -147,10 +148,10 @@ ErrorCode writePrediction(AnalysisRun& run, const PredictionEntry& entry, Predic
     Prediction prediction;
     Block<double> values; // of the model's variables
     ErrorCode code = computePrediction(run, entry, prediction);
-    if (code == success) code = values.allocate(static_cast<std::size_t>(model.count));
+    if (code == success) code = values.allocate(model.count);
     if (code != success) return code;
-    for (std::size_t j = 0; j < values.size(); ++j) {
-        values[j] = entry.values[static_cast<std::size_t>(model.variables[j])];
+    for (Index j = 0; j < values.size(); ++j) {
+        values[j] = entry.values[model.variables[j]];
     }
     if (where == PredictionReport::replacing) run.report.lower.clear();
     run.report.lower.append("\nprediction statistics\n");
@@ -184,9 +185,8 @@ int predictionPageCount(const AnalysisRun& run) {
 
 PredictionPlace predictionPlace(const AnalysisRun& run, PredictionEntry& entry, int page, int place) {
     const FittedModel& model = run.data.model;
-    const std::size_t at =
-        static_cast<std::size_t>(page) * predictionPlaces + static_cast<std::size_t>(place);
+    const Index at = Index{page} * predictionPlaces + place;
     if (at == 0) return {"alpha", !isQuantification(model), &entry.alpha};
     if (at > entry.values.size()) return {};
-    return {run.data.working.names[at - 1].text, model.terms[at - 1] != 0, &entry.values[at - 1]};
+    return {run.data.working.name(at - 1), model.terms[at - 1] != 0, &entry.values[at - 1]};
 }

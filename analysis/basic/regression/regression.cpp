@@ -8,8 +8,8 @@
 
 namespace {
 
-std::size_t index(std::int32_t i) {
-    return static_cast<std::size_t>(i);
+Index index(std::int32_t i) {
+    return i;
 }
 
 // The inverse of the correlation matrix of the model's variables, the purpose variable last.
@@ -26,12 +26,12 @@ ErrorCode invertCorrelation(const RegressionData& data, DeterminantTest test, Re
 
 void computeCoefficients(const RegressionData& data, RegressionFit& fit) {
     const MomentMatrices& moments = data.moments;
-    const std::size_t k = index(fit.count);
+    const Index k = index(fit.count);
     const double* q = fit.inverse.data();
     const double* last = q + k * (k + 1);
     fit.constant = moments.means[data.purpose()];
-    for (std::size_t j = 0; j < k; ++j) {
-        const std::size_t column = index(fit.variables[j]);
+    for (Index j = 0; j < k; ++j) {
+        const Index column = index(fit.variables[j]);
         fit.standardized[j] = -q[j * (k + 1) + k] / last[k];
         fit.coefficients[j] = fit.standardized[j] * moments.sds[data.purpose()] / moments.sds[column];
         fit.constant -= fit.coefficients[j] * moments.means[column];
@@ -42,7 +42,7 @@ void computeCoefficients(const RegressionData& data, RegressionFit& fit) {
 void computeDeterminations(std::int32_t samples, RegressionFit& fit) {
     const double n = samples;
     const double k = fit.count;
-    const std::size_t order = index(fit.count) + 1;
+    const Index order = index(fit.count) + 1;
     const double determination = 1.0 - 1.0 / fit.inverse[order * order - 1];
     fit.determinations[0] = determination;
     fit.determinations[1] = ((n - 1.0) * determination - k) / (n - k - 1.0);
@@ -55,12 +55,12 @@ void computeDeterminations(std::int32_t samples, RegressionFit& fit) {
 
 // F tests of each variable, given the others, and of the model; standard errors follow from them.
 void computeTests(std::int32_t samples, RegressionFit& fit) {
-    const std::size_t k = index(fit.count);
+    const Index k = index(fit.count);
     const double* q = fit.inverse.data();
     const double last = q[(k + 1) * (k + 1) - 1];
     const double determination = fit.determinations[0];
     const double freedom = samples - fit.count - 1;
-    for (std::size_t j = 0; j < k; ++j) {
+    for (Index j = 0; j < k; ++j) {
         const double beside = q[j * (k + 1) + k];
         const double without = 1.0 - 1.0 / (last - beside * beside / q[j * (k + 1) + j]);
         fit.fValues[j] = (determination - without) * freedom / (1.0 - determination);
@@ -97,10 +97,10 @@ void computeSamples(const RegressionData& data, RegressionFit& fit) {
     const double t = fit.alpha == 0.0 ? 0.0 : TInverse(freedom, fit.alpha);
 
     const double* row = data.values;
-    for (std::size_t i = 0; i < index(data.samples); ++i, row += data.variables) {
+    for (Index i = 0; i < index(data.samples); ++i, row += data.variables) {
         double prediction = fit.constant;
-        for (std::size_t j = 0; j < index(fit.count); ++j) {
-            const std::size_t column = index(fit.variables[j]);
+        for (Index j = 0; j < index(fit.count); ++j) {
+            const Index column = index(fit.variables[j]);
             prediction += fit.coefficients[j] * row[column];
             fit.deviations[j] = row[column] - moments.means[column];
         }
@@ -116,8 +116,8 @@ void computeSamples(const RegressionData& data, RegressionFit& fit) {
 } // namespace
 
 ErrorCode RegressionFit::allocate(std::int32_t samples, std::int32_t allVariables) {
-    const std::size_t n = index(samples);
-    const std::size_t p = index(allVariables);
+    const Index n = index(samples);
+    const Index p = index(allVariables);
     return variables.allocate(p) | coefficients.allocate(p) | errors.allocate(p) | fValues.allocate(p) |
            fProbabilities.allocate(p) | standardized.allocate(p) | partial.allocate(p) |
            intervalMatrix.allocate(p * p) | predictions.allocate(n) | halfWidths.allocate(n) |
@@ -135,11 +135,11 @@ void copyMinor(const double* matrix, std::int32_t stride, const std::int32_t* va
 
 double intervalHalfWidth(const double* deviations, std::int32_t count, const double* intervalMatrix, double t,
                          std::int32_t samples, double residualVariance) {
-    const std::size_t k = index(count);
+    const Index k = index(count);
     double distance = 0.0;
-    for (std::size_t i = 0; i < k; ++i) {
+    for (Index i = 0; i < k; ++i) {
         double sum = 0.0;
-        for (std::size_t j = 0; j < k; ++j) sum += intervalMatrix[i * k + j] * deviations[j];
+        for (Index j = 0; j < k; ++j) sum += intervalMatrix[i * k + j] * deviations[j];
         distance += sum * deviations[i];
     }
     return t * std::sqrt((1.0 / samples + 1.0 + distance) * residualVariance);

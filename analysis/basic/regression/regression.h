@@ -11,7 +11,7 @@ struct RegressionData {
     std::int32_t variables;
     const MomentMatrices& moments;
 
-    std::size_t purpose() const { return static_cast<std::size_t>(variables) - 1; }
+    Index purpose() const { return variables - 1; }
 };
 
 // The linear regression of the purpose variable on `count` columns, which stand in `variables`: the engine's

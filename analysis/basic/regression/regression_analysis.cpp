@@ -24,8 +24,7 @@ constexpr int alphaEdit = 2111;
 constexpr double leastRelativeDeviation = 1e-9;
 
 double valueAt(const DataMatrix& data, std::int32_t sample, std::int32_t variable) {
-    return data.values[static_cast<std::size_t>(sample) * static_cast<std::size_t>(data.variables) +
-                       static_cast<std::size_t>(variable)];
+    return data.values[Index{sample} * data.variables + variable];
 }
 
 bool isChosenSlot(const AnalysisRun& run, int slot) {
@@ -58,28 +57,28 @@ void fillDegrees(const AnalysisRun& run, Block<double>& degrees) {
     for (int slot = 0; slot < AnalysisOptions::slotCount; ++slot) {
         if (!isChosenSlot(run, slot)) continue;
         const std::int32_t column = otherColumnOf(run.data, run.options.slotColumns[slot]);
-        if (column >= 0) degrees[static_cast<std::size_t>(column)] = run.options.slotDegrees[slot];
+        if (column >= 0) degrees[column] = run.options.slotDegrees[slot];
     }
 }
 
 void transform(const DataMatrix& data, RegressionResult& result) {
-    const std::size_t variables = static_cast<std::size_t>(data.variables);
-    for (std::size_t at = 0; at < data.count(); ++at) {
-        const std::size_t v = at % variables;
+    const Index variables = data.variables;
+    for (Index at = 0; at < data.count(); ++at) {
+        const Index v = at % variables;
         result.transformed[at] = v + 1 < variables
                                      ? result.model.explanatory(data.values[at], result.degrees[v])
                                      : result.model.purpose(data.values[at]);
     }
 }
 
-bool isTransformed(const RegressionResult& result, std::size_t column, std::size_t variables) {
+bool isTransformed(const RegressionResult& result, Index column, Index variables) {
     return column + 1 < variables ? result.model.changesExplanatory(result.degrees[column])
                                   : result.model.changesPurpose();
 }
 
 // The moments of the data and of what is regressed.
 ErrorCode computeMoments(const DataMatrix& data, RegressionResult& result) {
-    const std::size_t variables = static_cast<std::size_t>(data.variables);
+    const Index variables = data.variables;
     MeanCovarianceCorrelation(data.values.data(), data.samples, data.variables, result.ownMoments);
     if (result.transforms()) {
         transform(data, result);
@@ -92,7 +91,7 @@ ErrorCode computeMoments(const DataMatrix& data, RegressionResult& result) {
         return notFinite;
     }
     if (anyDeviationBelow(result.ownMoments.sds.data(), data.variables, leastDeviation)) return illegalData;
-    for (std::size_t v = 0; v < variables; ++v) {
+    for (Index v = 0; v < variables; ++v) {
         if (isTransformed(result, v, variables) &&
             !(moments.sds[v] > leastRelativeDeviation * std::fabs(moments.means[v]))) {
             return illegalData;
@@ -107,7 +106,7 @@ ErrorCode fit(Screens& screens, const RegressionData& data, const RegressionOpti
     if (!isStepwise(options)) {
         screens.setProgress(20);
         fit.count = data.variables - 1;
-        for (std::int32_t v = 0; v < fit.count; ++v) fit.variables[static_cast<std::size_t>(v)] = v;
+        for (std::int32_t v = 0; v < fit.count; ++v) fit.variables[v] = v;
         return fitRegression(screens, data, options.alpha, DeterminantTest::refuseNegative, fit);
     }
     screens.setProgress(15);
@@ -122,7 +121,7 @@ ErrorCode fit(Screens& screens, const RegressionData& data, const RegressionOpti
 // Predictions and their limits on the scale of the purpose variable.
 void computeResponses(RegressionResult& result) {
     const RegressionFit& fit = result.fit;
-    for (std::size_t i = 0; i < result.predictions.size(); ++i) {
+    for (Index i = 0; i < result.predictions.size(); ++i) {
         result.predictions[i] = result.model.response(fit.predictions[i]);
         result.infima[i] = result.model.response(fit.predictions[i] - fit.halfWidths[i]);
         result.suprema[i] = result.model.response(fit.predictions[i] + fit.halfWidths[i]);
@@ -149,12 +148,12 @@ ErrorCode buildRegressionGraph(Screens& screens, AnalysisRun& run, const Regress
     if (run.options.settings.expressGraph == 0) return success;
     const DataMatrix& data = run.data.working;
     Block<double> scores;
-    const ErrorCode code = scores.allocate(seriesCount * static_cast<std::size_t>(data.samples));
+    const ErrorCode code = scores.allocate(seriesCount * data.samples);
     if (code != success) return code;
     double* score = scores.data();
     for (std::int32_t i = 0; i < data.samples; ++i) {
-        *score++ = result.predictions[static_cast<std::size_t>(i)];
-        *score++ = result.fit.standardizedResiduals[static_cast<std::size_t>(i)];
+        *score++ = result.predictions[i];
+        *score++ = result.fit.standardizedResiduals[i];
         *score++ = valueAt(data, i, data.variables - 1);
     }
     return buildScoreGraph(screens, run,
@@ -167,8 +166,8 @@ ErrorCode buildRegressionGraph(Screens& screens, AnalysisRun& run, const Regress
 } // namespace
 
 ErrorCode RegressionResult::allocate(std::int32_t samples, std::int32_t variables) {
-    const std::size_t n = static_cast<std::size_t>(samples);
-    const std::size_t p = static_cast<std::size_t>(variables);
+    const Index n = samples;
+    const Index p = variables;
     ErrorCode code = ownMoments.allocate(variables) | degrees.allocate(p) | selection.allocate(variables) |
                      fit.allocate(samples, variables) | predictions.allocate(n) | infima.allocate(n) |
                      suprema.allocate(n);

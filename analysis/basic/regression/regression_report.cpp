@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "analysis/run/run_report.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
 
@@ -27,12 +28,8 @@ struct Tables {
     int nameLength;
     int labelLength;
 
-    const char* nameOf(std::int32_t column) const {
-        return data.names[static_cast<std::size_t>(column)].text;
-    }
-    const char* modelName(std::int32_t place) const {
-        return nameOf(result.fit.variables[static_cast<std::size_t>(place)]);
-    }
+    const char* nameOf(std::int32_t column) const { return data.name(column); }
+    const char* modelName(std::int32_t place) const { return nameOf(result.fit.variables[place]); }
 };
 
 template <int count> void writeHeader(Report& report, const char* const (&names)[count], int width) {
@@ -40,7 +37,7 @@ template <int count> void writeHeader(Report& report, const char* const (&names)
 }
 
 void writeCoefficient(Report& report, double value) {
-    WriteWideValue(report, value, coefficientWidth, coefficientDecimals);
+    writeCell(report, value, {coefficientWidth, coefficientDecimals});
 }
 
 void writeDegrees(const Tables& tables) {
@@ -61,16 +58,16 @@ void writeProcess(const Tables& tables, const RegressionOptions& options) {
     writeHeader(report, {"variable", "in/out", "m.c.det", "f.value", "AIC"}, processWidth);
     const StepwiseSelection& selection = tables.result.selection;
     for (std::int32_t k = 0; k < selection.stepCount; ++k) {
-        const SelectionStep& step = selection.steps[static_cast<std::size_t>(k)];
+        const SelectionStep& step = selection.steps[k];
         char label[32];
         std::snprintf(label, sizeof label, "%d step", k + 1);
-        WriteRowStart(report, k + 1, label);
+        startRow(report, k + 1, label);
         report.lower.appendFormat(",%*.*s,%*s", processWidth, tables.nameLength, tables.nameOf(step.variable),
                                   processWidth, markNames[static_cast<int>(step.mark)]);
         for (const double value : {step.determination, step.f, step.aic}) {
-            WriteWideValue(report, value, processWidth, 6);
+            writeCell(report, value, {processWidth, 6});
         }
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -81,17 +78,17 @@ void writeCoefficients(const Tables& tables) {
     report.lower.append("\tpartial regression coefficient, standard error, f value, f prob\n");
     writeHeader(report, {"p.r.coefficient", "s.error", "f.value", "f.probability"}, coefficientWidth);
     for (std::int32_t k = 0; k < fit.count; ++k) {
-        const std::size_t j = static_cast<std::size_t>(k);
-        WriteRowStart(report, k + 1, tables.modelName(k));
+        const Index j = k;
+        startRow(report, k + 1, tables.modelName(k));
         for (const double value :
              {fit.coefficients[j], fit.errors[j], fit.fValues[j], fit.fProbabilities[j]}) {
             writeCoefficient(report, value);
         }
-        WriteRowEnd(report);
+        endRow(report);
     }
-    WriteRowStart(report, 0, "constant");
+    startRow(report, 0, "constant");
     writeCoefficient(report, fit.constant);
-    WriteRowEnd(report);
+    endRow(report);
     report.lower.append("\n");
 }
 
@@ -101,11 +98,11 @@ void writeStandardized(const Tables& tables) {
     report.lower.append("\tstandard partial regression coefficient, partial correlation coefficient\n");
     writeHeader(report, {"s.p.r.coefficient", "p.c.coefficient"}, coefficientWidth);
     for (std::int32_t k = 0; k < fit.count; ++k) {
-        const std::size_t j = static_cast<std::size_t>(k);
-        WriteRowStart(report, k + 1, tables.modelName(k));
+        const Index j = k;
+        startRow(report, k + 1, tables.modelName(k));
         writeCoefficient(report, fit.standardized[j]);
         writeCoefficient(report, fit.partial[j]);
-        WriteRowEnd(report);
+        endRow(report);
     }
 }
 
@@ -119,14 +116,14 @@ void writeDeterminations(const Tables& tables) {
     writeHeader(report, {"m.c.determination", "m.c.coefficient", "f.value", "f.probability"},
                 coefficientWidth);
     for (int k = 0; k < RegressionFit::determinationCount; ++k) {
-        WriteRowStart(report, k + 1, labels[k]);
+        startRow(report, k + 1, labels[k]);
         writeCoefficient(report, fit.determinations[k]);
         writeCoefficient(report, std::sqrt(fit.determinations[k]));
         if (k == 0) {
-            writeCoefficient(report, fit.fValues[static_cast<std::size_t>(fit.count)]);
-            writeCoefficient(report, fit.fProbabilities[static_cast<std::size_t>(fit.count)]);
+            writeCoefficient(report, fit.fValues[fit.count]);
+            writeCoefficient(report, fit.fProbabilities[fit.count]);
         }
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -135,7 +132,7 @@ void writeSamples(const Tables& tables) {
     Report& report = tables.report;
     const RegressionResult& result = tables.result;
     const RegressionFit& fit = result.fit;
-    const std::size_t samples = static_cast<std::size_t>(tables.data.samples);
+    const Index samples = tables.data.samples;
     report.lower.append(
         "\tmesure, prediction, infimum and supremum as effective coverage, standardized residual\n");
     report.lower.append("\t-- effective coverage due to alpha is ");
@@ -148,21 +145,21 @@ void writeSamples(const Tables& tables) {
     const TableFormats residualFormats =
         formatsForMagnitude(largestMagnitude(residuals, samples), sampleWidth, tables.labelLength);
     SetFormatsFromValues(report, result.predictions.data(), samples, sampleWidth, tables.labelLength);
-    const std::size_t stride = static_cast<std::size_t>(tables.data.variables);
-    for (std::size_t i = 0; i < samples; ++i) {
+    const Index stride = tables.data.variables;
+    for (Index i = 0; i < samples; ++i) {
         const double measure = tables.data.values[i * stride + stride - 1];
-        WriteRowStart(report, static_cast<int>(i) + 1, tables.data.labels[i].text);
-        WriteValue(report, measure, sampleSlot);
-        WriteValue(report, result.predictions[i], sampleSlot);
+        startRow(report, static_cast<int>(i) + 1, tables.data.label(i));
+        writeValue(report, measure, sampleSlot);
+        writeValue(report, result.predictions[i], sampleSlot);
         if (fit.alpha != 0.0) {
-            WriteValue(report, result.infima[i], sampleSlot);
-            WriteValue(report, result.suprema[i], sampleSlot);
+            writeValue(report, result.infima[i], sampleSlot);
+            writeValue(report, result.suprema[i], sampleSlot);
         } else {
             report.lower.append(",               ,               ");
         }
-        WriteValue(report, measure - result.predictions[i], sampleSlot);
-        WriteWideValue(report, residuals[i], residualFormats.width, residualFormats.decimals[sampleSlot]);
-        WriteRowEnd(report);
+        writeValue(report, measure - result.predictions[i], sampleSlot);
+        writeCell(report, residuals[i], {residualFormats.width, residualFormats.decimals[sampleSlot]});
+        endRow(report);
     }
     report.lower.append("\n");
 }

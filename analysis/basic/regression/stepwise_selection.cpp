@@ -31,21 +31,15 @@ public:
 
 private:
     double correlation(std::int32_t i, std::int32_t j) const {
-        return data_.moments
-            .correlation[static_cast<std::size_t>(i) * static_cast<std::size_t>(data_.variables) +
-                         static_cast<std::size_t>(j)];
+        return data_.moments.correlation[Index{i} * data_.variables + j];
     }
     std::int32_t purpose() const { return data_.variables - 1; }
-    bool isOver() const {
-        return code_ != success || static_cast<std::size_t>(selection_.stepCount) == selection_.steps.size();
-    }
+    bool isOver() const { return code_ != success || selection_.stepCount == selection_.steps.size(); }
 
     double aicOf(double determination, std::int32_t variables) const;
     double score(std::int32_t candidate) const;
     void move(std::int32_t variable, StepMark mark, double determination, double f, double aic);
-    void keep(const SelectionStep& step) {
-        selection_.steps[static_cast<std::size_t>(selection_.stepCount++)] = step;
-    }
+    void keep(const SelectionStep& step) { selection_.steps[selection_.stepCount++] = step; }
     void invertModel();
 
     const RegressionData& data_;
@@ -59,22 +53,20 @@ private:
 // Akaike (1974), with constant and variance counted as parameters.
 double Selector::aicOf(double determination, std::int32_t variables) const {
     const double n = data_.samples;
-    const double variance =
-        data_.moments
-            .covariance[data_.purpose() * static_cast<std::size_t>(data_.variables) + data_.purpose()];
+    const double variance = data_.moments.covariance[data_.purpose() * data_.variables + data_.purpose()];
     return n * std::log(2.0 * std::numbers::pi * variance * (1.0 - determination)) + n +
            2.0 * (variables + 2);
 }
 
 // The determination of the model with one more variable, 0 for one that the model explains already.
 double Selector::score(std::int32_t candidate) const {
-    const std::size_t k = static_cast<std::size_t>(selection_.count);
+    const Index k = selection_.count;
     double tolerance = 1.0;
     double residual = correlation(candidate, purpose());
-    for (std::size_t i = 0; i < k; ++i) {
+    for (Index i = 0; i < k; ++i) {
         const double beside = correlation(candidate, selection_.variables[i]);
         double sum = 0.0;
-        for (std::size_t j = 0; j < k; ++j) {
+        for (Index j = 0; j < k; ++j) {
             sum += selection_.inverse[i * k + j] * correlation(candidate, selection_.variables[j]);
         }
         tolerance -= beside * sum;
@@ -85,15 +77,15 @@ double Selector::score(std::int32_t candidate) const {
 }
 
 void Selector::invertModel() {
-    const std::size_t k = static_cast<std::size_t>(selection_.count);
+    const Index k = selection_.count;
     copyMinor(data_.moments.correlation.data(), data_.variables, selection_.variables.data(),
               selection_.count, 1.0, selection_.matrix.data());
     double determinant = 0.0;
     code_ = MatrixInverse(selection_.count, selection_.count, selection_.matrix.data(),
                           selection_.inverse.data(), determinant);
-    for (std::size_t i = 0; i < k; ++i) {
+    for (Index i = 0; i < k; ++i) {
         selection_.weights[i] = 0.0;
-        for (std::size_t j = 0; j < k; ++j) {
+        for (Index j = 0; j < k; ++j) {
             selection_.weights[i] +=
                 selection_.inverse[i * k + j] * correlation(selection_.variables[j], purpose());
         }
@@ -102,8 +94,8 @@ void Selector::invertModel() {
 
 void Selector::startFull() {
     for (std::int32_t v = 0; v < purpose(); ++v) {
-        selection_.variables[static_cast<std::size_t>(v)] = v;
-        selection_.inModel[static_cast<std::size_t>(v)] = 1;
+        selection_.variables[v] = v;
+        selection_.inModel[v] = 1;
     }
     selection_.count = purpose();
     std::copy_n(data_.moments.correlation.data(), selection_.matrix.size(), selection_.matrix.data());
@@ -125,7 +117,7 @@ void Selector::move(std::int32_t variable, StepMark mark, double determination, 
         selection_.count =
             static_cast<std::int32_t>(std::remove(first, first + selection_.count, variable) - first);
     }
-    selection_.inModel[static_cast<std::size_t>(variable)] = mark == StepMark::in ? 1 : 0;
+    selection_.inModel[variable] = mark == StepMark::in ? 1 : 0;
     determination_ = determination;
     aic_ = aic;
     keep({variable, mark, determination, f, aic});
@@ -137,7 +129,7 @@ bool Selector::tryEntry(Failure failure) {
     double determination = 0.0;
     std::int32_t variable = -1;
     for (std::int32_t v = 0; v < purpose(); ++v) {
-        if (selection_.inModel[static_cast<std::size_t>(v)] != 0) continue;
+        if (selection_.inModel[v] != 0) continue;
         const double candidate = score(v);
         if (!(candidate > determination)) continue;
         determination = candidate;
@@ -159,10 +151,10 @@ bool Selector::tryEntry(Failure failure) {
 
 bool Selector::tryRemoval(Failure failure) {
     if (isOver() || selection_.count == 0) return false;
-    const std::size_t k = static_cast<std::size_t>(selection_.count);
+    const Index k = selection_.count;
     double determination = std::numeric_limits<double>::quiet_NaN();
     std::int32_t variable = selection_.variables[0];
-    for (std::size_t i = 0; i < k; ++i) {
+    for (Index i = 0; i < k; ++i) {
         const double weight = selection_.weights[i];
         const double without = determination_ - weight * weight / selection_.inverse[i * k + i];
         if (!(without > determination) && !std::isnan(determination)) continue;
@@ -185,7 +177,7 @@ bool Selector::tryRemoval(Failure failure) {
 } // namespace
 
 ErrorCode StepwiseSelection::allocate(std::int32_t allVariables) {
-    const std::size_t p = static_cast<std::size_t>(allVariables);
+    const Index p = allVariables;
     return variables.allocate(p) | steps.allocate(2 * p + 1) | inModel.allocate(p) | matrix.allocate(p * p) |
            inverse.allocate(p * p) | weights.allocate(p);
 }

@@ -4,6 +4,7 @@
 #include <span>
 
 #include "analysis/categorical/association/association_measures.h"
+#include "analysis/run/run_report.h"
 #include "data/category_cross_table.h"
 #include "report/category_rows.h"
 #include "report/table_formats.h"
@@ -36,10 +37,9 @@ struct AssociationWork {
     Block<double> tau;
 
     ErrorCode allocate() {
-        const std::size_t variables = layout.first.size();
-        const std::size_t pairs = variables * (variables - 1) / 2;
-        return crossTable.allocate(layout) |
-               marginal.allocate(static_cast<std::size_t>(layout.totalCategories)) |
+        const Index variables = layout.first.size();
+        const Index pairs = variables * (variables - 1) / 2;
+        return crossTable.allocate(layout) | marginal.allocate(layout.totalCategories) |
                chiSquares.allocate(pairs) | lambda.allocate(pairs) | gamma.allocate(pairs) |
                tau.allocate(pairs);
     }
@@ -48,7 +48,7 @@ struct AssociationWork {
 void count(const DataMatrix& data, AssociationWork& work) {
     fillCrossTable(data, work.layout, work.crossTable);
     for (std::int32_t g = 0; g < work.layout.totalCategories; ++g) {
-        work.marginal[static_cast<std::size_t>(g)] = work.crossTable.at(g, g);
+        work.marginal[g] = work.crossTable.at(g, g);
     }
 }
 
@@ -56,12 +56,12 @@ void count(const DataMatrix& data, AssociationWork& work) {
 template <class Measure>
 void forEachPair(const DataMatrix& data, const AssociationWork& work, Measure measure) {
     const CategoryLayout& layout = work.layout;
-    const std::size_t stride = static_cast<std::size_t>(layout.totalCategories);
-    std::size_t pair = 0;
-    for (std::size_t i = 0; i < layout.first.size(); ++i) {
-        for (std::size_t j = i + 1; j < layout.first.size(); ++j, ++pair) {
-            const std::size_t row = static_cast<std::size_t>(layout.first[i]);
-            const std::size_t column = static_cast<std::size_t>(layout.first[j]);
+    const Index stride = layout.totalCategories;
+    Index pair = 0;
+    for (Index i = 0; i < layout.first.size(); ++i) {
+        for (Index j = i + 1; j < layout.first.size(); ++j, ++pair) {
+            const Index row = layout.first[i];
+            const Index column = layout.first[j];
             measure(pair, ContingencyTable{work.crossTable.counts.data() + row * stride + column, stride,
                                            work.marginal.data() + row, work.marginal.data() + column,
                                            layout.categoryCount[i], layout.categoryCount[j], data.samples});
@@ -72,8 +72,8 @@ void forEachPair(const DataMatrix& data, const AssociationWork& work, Measure me
 // Without memory for its scratch the stage leaves zeros, and the run goes on: reports depend on this.
 void measureOrder(const DataMatrix& data, AssociationWork& work) {
     Block<std::int32_t> below;
-    if (below.allocate(static_cast<std::size_t>(work.layout.totalCategories)) != success) return;
-    forEachPair(data, work, [&](std::size_t pair, const ContingencyTable& table) {
+    if (below.allocate(work.layout.totalCategories) != success) return;
+    forEachPair(data, work, [&](Index pair, const ContingencyTable& table) {
         const OrderedPairs pairs = countOrderedPairs(table, below.data());
         work.gamma[pair] = goodmanKruskalGamma(pairs);
         work.tau[pair] = twiceKendallTau(pairs);
@@ -83,11 +83,11 @@ void measureOrder(const DataMatrix& data, AssociationWork& work) {
 void compute(Screens& screens, const DataMatrix& data, AssociationWork& work) {
     count(data, work);
     screens.setProgress(30);
-    forEachPair(data, work, [&](std::size_t pair, const ContingencyTable& table) {
+    forEachPair(data, work, [&](Index pair, const ContingencyTable& table) {
         work.chiSquares[pair] = chiSquareFamily(table);
     });
     screens.setProgress(60);
-    forEachPair(data, work, [&](std::size_t pair, const ContingencyTable& table) {
+    forEachPair(data, work, [&](Index pair, const ContingencyTable& table) {
         work.lambda[pair] = goodmanKruskalLambda(table);
     });
     screens.setProgress(90);
@@ -98,8 +98,8 @@ void compute(Screens& screens, const DataMatrix& data, AssociationWork& work) {
 void writeCrossTable(Report& report, const DataSet& data, const AssociationWork& work) {
     constexpr int width = 5;
     report.lower.append("\tcross table of category\n");
-    WriteNumberedHeader(report, work.layout.totalCategories, width);
-    WriteCategoryRows(report, work.layout, data.working.names.data(), [&](std::size_t g) {
+    writeNumberedHeader(report, work.layout.totalCategories, width);
+    writeCategoryRows(report, work.layout, data.working.names, [&](Index g) {
         for (std::int32_t c = 0; c <= static_cast<std::int32_t>(g); ++c) {
             report.lower.append(",");
             report.lower.appendInteger(work.crossTable.at(static_cast<std::int32_t>(g), c), width);
@@ -111,22 +111,22 @@ void writeCrossTable(Report& report, const DataSet& data, const AssociationWork&
 constexpr int measureWidth = 12;
 
 void writeMeasure(Report& report, double value) {
-    WriteWideValue(report, value, measureWidth, 6);
+    writeCell(report, value, {measureWidth, 6});
 }
 
 // A row for each pair with the cells that writeCells(pair) adds.
 template <class WriteCells>
-void writePairs(Report& report, std::size_t variables, std::span<const char* const> headings,
+void writePairs(Report& report, Index variables, std::span<const char* const> headings,
                 WriteCells writeCells) {
     WriteNamedHeader(report, headings.data(), static_cast<int>(headings.size()), measureWidth);
     char label[40];
-    std::size_t pair = 0;
-    for (std::size_t i = 1; i <= variables; ++i) {
-        for (std::size_t j = i + 1; j <= variables; ++j, ++pair) {
+    Index pair = 0;
+    for (Index i = 1; i <= variables; ++i) {
+        for (Index j = i + 1; j <= variables; ++j, ++pair) {
             std::snprintf(label, sizeof label, "var%2d - var%2d", static_cast<int>(i), static_cast<int>(j));
-            WriteRowStart(report, static_cast<int>(pair + 1), label);
+            startRow(report, static_cast<int>(pair + 1), label);
             writeCells(pair);
-            WriteRowEnd(report);
+            endRow(report);
         }
     }
     report.lower.append("\n");
@@ -137,7 +137,7 @@ void writeAccordance(Report& report, const AssociationWork& work) {
                         "coefficient of contingency c\n"
                         "\tassociation measures -- cramer's v, tschuprow's t, goodman-kruskul's lamda\n");
     const char* const headings[] = {"chi.s", "r.m.c.phi", "c.c.c", "cr.v", "ts.t", "g.k.lamda"};
-    writePairs(report, work.layout.first.size(), headings, [&](std::size_t pair) {
+    writePairs(report, work.layout.first.size(), headings, [&](Index pair) {
         const ChiSquareFamily& family = work.chiSquares[pair];
         writeMeasure(report, family.chiSquare);
         writeMeasure(report, family.phi);
@@ -152,7 +152,7 @@ void writeOrder(Report& report, const AssociationWork& work) {
     report.lower.append(
         "\tassociation measures -- goodman-kruskul's gamma, kendall's tau, -- in case of order scale\n");
     const char* const headings[] = {"g.k.gamma", "k.tau"};
-    writePairs(report, work.layout.first.size(), headings, [&](std::size_t pair) {
+    writePairs(report, work.layout.first.size(), headings, [&](Index pair) {
         writeMeasure(report, work.gamma[pair]);
         writeMeasure(report, work.tau[pair]);
     });
@@ -171,8 +171,7 @@ void writeReport(Screens& screens, AnalysisRun& run, const AssociationWork& work
     writeCrossTable(report, run.data, work);
     writeAccordance(report, work);
     if (work.scale == orderScale) writeOrder(report, work);
-    screens.showLower(report);
-    screens.showStatus(report);
+    closeReport(screens, report);
 }
 
 ErrorCode run(Screens& screens, AnalysisRun& run) {

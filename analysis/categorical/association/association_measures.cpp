@@ -20,7 +20,7 @@ std::int32_t wrappedDifference(std::int32_t a, std::int32_t b) {
 }
 
 const std::int32_t* rowOf(const ContingencyTable& table, std::int32_t row) {
-    return table.counts + static_cast<std::size_t>(row) * table.stride;
+    return table.counts + Index{row} * table.stride;
 }
 
 double chiSquare(const ContingencyTable& table) {

@@ -10,7 +10,7 @@
 
 struct ContingencyTable {
     const std::int32_t* counts; // row a begins at counts[a * stride]
-    std::size_t stride;
+    Index stride;
     const std::int32_t* rowTotals;
     const std::int32_t* columnTotals;
     std::int32_t rows;

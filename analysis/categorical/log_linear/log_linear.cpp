@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "analysis/categorical/log_linear/log_linear_report.h"
+#include "analysis/run/run_report.h"
 #include "data/categories.h"
 #include "numeric/sort.h"
 #include "report/table_formats.h"
@@ -77,7 +78,7 @@ struct LogLinearWork {
     ModelFitter fitter;
 
     ErrorCode allocate(const ThreeWaySizes& sizes) {
-        const std::size_t cells = sizes.cells();
+        const Index cells = sizes.cells();
         return result.allocate(sizes) | table.allocate(cells) | corrected.allocate(cells) |
                expected.allocate(cells) | observedMargins.allocate(sizes) | logarithms.allocate(sizes) |
                variances.allocate(sizes) | fitter.allocate(sizes);
@@ -88,7 +89,7 @@ ErrorCode checkTableSizes(const DataMatrix& data, const LogLinearOptions& option
     for (int f = 0; f < 3; ++f) {
         const std::int32_t count = options.categories[f];
         if (count < leastCategories || count > mostCategories) return illegalCategoryNumber;
-        sizes.levels[f] = static_cast<std::size_t>(count);
+        sizes.levels[f] = count;
     }
     return sizes.cells() == data.count() ? success : illegalCategoryNumber;
 }
@@ -99,25 +100,24 @@ ErrorCode checkVariables(const DataMatrix& data, ThreeWaySizes& sizes) {
     CategoryLayout layout;
     const ErrorCode code = CategoricalCheck(data, 3, layout);
     if (code != success) return code;
-    for (std::size_t f = 0; f < 3; ++f) sizes.levels[f] = static_cast<std::size_t>(layout.categoryCount[f]);
+    for (Index f = 0; f < 3; ++f) sizes.levels[f] = layout.categoryCount[f];
     return success;
 }
 
 void countSamples(const DataMatrix& data, LogLinearWork& work) {
     for (std::int32_t s = 0; s < data.samples; ++s) {
-        std::size_t cell = 0;
+        Index cell = 0;
         for (std::int32_t f = 0; f < 3; ++f) {
-            cell = cell * work.result.sizes.levels[f] + static_cast<std::size_t>(categoryOf(data, s, f));
+            cell = cell * work.result.sizes.levels[f] + (categoryOf(data, s, f));
         }
         ++work.result.observed[cell];
     }
-    for (std::size_t m = 0; m < work.result.observed.size(); ++m)
-        work.corrected[m] = work.result.observed[m] + 0.5;
+    for (Index m = 0; m < work.result.observed.size(); ++m) work.corrected[m] = work.result.observed[m] + 0.5;
 }
 
 // Counts are cut to whole numbers, the corrected ones are not.
 ErrorCode readCells(const DataMatrix& data, LogLinearWork& work) {
-    for (std::size_t m = 0; m < work.result.observed.size(); ++m) {
+    for (Index m = 0; m < work.result.observed.size(); ++m) {
         const double value = data.values[m];
         if (!(value >= 0.0 && value < 2147483648.0)) return notFinite;
         work.result.observed[m] = static_cast<std::int32_t>(value);
@@ -128,7 +128,7 @@ ErrorCode readCells(const DataMatrix& data, LogLinearWork& work) {
 
 // The logarithms of the cells' counts, and their variances into work.corrected, where the counts may stand.
 void takeLogarithms(const double* counts, LogLinearWork& work) {
-    for (std::size_t m = 0; m < work.table.size(); ++m) {
+    for (Index m = 0; m < work.table.size(); ++m) {
         work.table[m] = std::log(counts[m]);
         work.corrected[m] = 1.0 / counts[m];
     }
@@ -214,8 +214,7 @@ void writeReport(Screens& screens, AnalysisRun& run, DataMode mode, const LogLin
     SetFormatsFromData(report, run.data, settings.variableStringLength, settings.sampleStringLength);
 
     writeLogLinearTables(report, result);
-    screens.showLower(report);
-    screens.showStatus(report);
+    closeReport(screens, report);
 }
 
 ErrorCode run(Screens& screens, AnalysisRun& run) {

@@ -51,9 +51,9 @@ double quotient(double numerator, double denominator) {
 }
 
 template <class Visit> void visitCells(const ThreeWaySizes& sizes, Visit visit) {
-    for (std::size_t i = 0; i < sizes.levels[0]; ++i) {
-        for (std::size_t j = 0; j < sizes.levels[1]; ++j) {
-            for (std::size_t k = 0; k < sizes.levels[2]; ++k) visit(i, j, k);
+    for (Index i = 0; i < sizes.levels[0]; ++i) {
+        for (Index j = 0; j < sizes.levels[1]; ++j) {
+            for (Index k = 0; k < sizes.levels[2]; ++k) visit(i, j, k);
         }
     }
 }
@@ -70,7 +70,7 @@ void fitClosedForm(const Margins& observed, const Generators& generators, double
     }
     const double spread = static_cast<double>(observed.sizes.cells(allFactors & ~seen));
     const double total = observed.sums[0][0];
-    visitCells(observed.sizes, [&](std::size_t i, std::size_t j, std::size_t k) {
+    visitCells(observed.sizes, [&](Index i, Index j, Index k) {
         double numerator = generators.count == 0 ? total : numerators[0].at(i, j, k);
         double denominator = spread;
         for (int g = 1; g < generators.count; ++g) {
@@ -83,24 +83,22 @@ void fitClosedForm(const Margins& observed, const Generators& generators, double
 
 // Scales a table to one of the observed margins.
 void scaleToMargin(const Margins& observed, FactorSet factors, double* table, double* fitted) {
-    const std::size_t count = observed.sizes.cells(factors);
+    const Index count = observed.sizes.cells(factors);
     std::fill_n(fitted, count, 0.0);
     const MarginView at = observed.view(factors);
-    const auto cell = [&](std::size_t i, std::size_t j, std::size_t k) {
+    const auto cell = [&](Index i, Index j, Index k) {
         return i * at.steps[0] + j * at.steps[1] + k * at.steps[2];
     };
     const double* value = table;
-    visitCells(observed.sizes,
-               [&](std::size_t i, std::size_t j, std::size_t k) { fitted[cell(i, j, k)] += *value++; });
-    for (std::size_t m = 0; m < count; ++m) fitted[m] = quotient(at.values[m], fitted[m]);
-    visitCells(observed.sizes,
-               [&](std::size_t i, std::size_t j, std::size_t k) { *table++ *= fitted[cell(i, j, k)]; });
+    visitCells(observed.sizes, [&](Index i, Index j, Index k) { fitted[cell(i, j, k)] += *value++; });
+    for (Index m = 0; m < count; ++m) fitted[m] = quotient(at.values[m], fitted[m]);
+    visitCells(observed.sizes, [&](Index i, Index j, Index k) { *table++ *= fitted[cell(i, j, k)]; });
 }
 
 // Whether a cell changed by more than the fitting allows; a change that is not a number ends it.
-bool isChanging(const double* previous, const double* table, std::size_t cells) {
+bool isChanging(const double* previous, const double* table, Index cells) {
     bool changing = false;
-    for (std::size_t m = 0; m < cells; ++m) {
+    for (Index m = 0; m < cells; ++m) {
         const double change = std::fabs(table[m] - previous[m]);
         if (std::isnan(change)) return false;
         changing = changing || change > largestChange;
@@ -112,14 +110,14 @@ double squared(double x) {
     return x * x;
 }
 
-double meanOf(const Margins& margins, FactorSet factors, std::size_t i, std::size_t j, std::size_t k) {
+double meanOf(const Margins& margins, FactorSet factors, Index i, Index j, Index k) {
     const double summed = static_cast<double>(margins.sizes.cells(allFactors & ~factors));
     return margins.view(factors).at(i, j, k) / summed;
 }
 
 // The squares of a weight's factors are d (1 - 2 / levels) + 1 / levels^2 and 1 / levels^2: the variance is a
 // sum over margins with coefficients that are not negative, so that nothing cancels.
-double termVariance(const Margins& variances, FactorSet term, std::size_t i, std::size_t j, std::size_t k) {
+double termVariance(const Margins& variances, FactorSet term, Index i, Index j, Index k) {
     double sum = 0.0;
     for (FactorSet part = 0; part <= allFactors; ++part) {
         if ((part & ~term) != 0) continue;
@@ -137,8 +135,8 @@ double termVariance(const Margins& variances, FactorSet term, std::size_t i, std
 
 } // namespace
 
-std::size_t ThreeWaySizes::cells(FactorSet factors) const {
-    std::size_t count = 1;
+Index ThreeWaySizes::cells(FactorSet factors) const {
+    Index count = 1;
     for (int f = 0; f < 3; ++f) {
         if ((factors >> f & 1U) != 0) count *= levels[f];
     }
@@ -157,9 +155,9 @@ void Margins::sum(const double* cells) {
     table = cells;
     for (Block<double>& margin : sums) std::fill(margin.begin(), margin.end(), 0.0);
     const auto [a, b, c] = sizes.levels;
-    for (std::size_t i = 0; i < a; ++i) {
-        for (std::size_t j = 0; j < b; ++j) {
-            for (std::size_t k = 0; k < c; ++k, ++cells) {
+    for (Index i = 0; i < a; ++i) {
+        for (Index j = 0; j < b; ++j) {
+            for (Index k = 0; k < c; ++k, ++cells) {
                 sums[factorA | factorB][i * b + j] += *cells;
                 sums[factorA | factorC][i * c + k] += *cells;
                 sums[factorB | factorC][j * c + k] += *cells;
@@ -167,14 +165,14 @@ void Margins::sum(const double* cells) {
             sums[factorA][i] += sums[factorA | factorB][i * b + j];
             sums[factorB][j] += sums[factorA | factorB][i * b + j];
         }
-        for (std::size_t k = 0; k < c; ++k) sums[factorC][k] += sums[factorA | factorC][i * c + k];
+        for (Index k = 0; k < c; ++k) sums[factorC][k] += sums[factorA | factorC][i * c + k];
         sums[0][0] += sums[factorA][i];
     }
 }
 
 MarginView Margins::view(FactorSet factors) const {
     MarginView margin = {factors == allFactors ? table : sums[factors].data(), {}};
-    std::size_t step = 1;
+    Index step = 1;
     for (int f = 2; f >= 0; --f) {
         if ((factors >> f & 1U) == 0) continue;
         margin.steps[f] = step;
@@ -193,10 +191,10 @@ bool areNested(int first, int second) {
 }
 
 std::int32_t degreesOfFreedom(const ThreeWaySizes& sizes, int model) {
-    std::size_t parameters = 1;
+    Index parameters = 1;
     for (int term = 0; term < uTermCount; ++term) {
         if (!hasEffect(model, term)) continue;
-        std::size_t count = 1;
+        Index count = 1;
         for (int f = 0; f < 3; ++f) {
             if ((uTerms[term] >> f & 1U) != 0) count *= sizes.levels[f] - 1;
         }
@@ -206,7 +204,7 @@ std::int32_t degreesOfFreedom(const ThreeWaySizes& sizes, int model) {
 }
 
 ErrorCode ModelFitter::allocate(const ThreeWaySizes& sizes) {
-    std::size_t largest = 0;
+    Index largest = 0;
     for (const FactorSet pair : {uTerms[3], uTerms[4], uTerms[5]})
         largest = std::max(largest, sizes.cells(pair));
     return previous.allocate(sizes.cells()) | fitted.allocate(largest);
@@ -215,7 +213,7 @@ ErrorCode ModelFitter::allocate(const ThreeWaySizes& sizes) {
 void ModelFitter::fit(const Margins& observed, int model, double* expected) {
     const Generators generators = generatorsOf(model);
     if (model != 0) return fitClosedForm(observed, generators, expected);
-    const std::size_t cells = observed.sizes.cells();
+    const Index cells = observed.sizes.cells();
     std::fill_n(expected, cells, 1.0);
     do {
         std::copy_n(expected, cells, previous.data());
@@ -223,9 +221,9 @@ void ModelFitter::fit(const Margins& observed, int model, double* expected) {
     } while (isChanging(previous.data(), expected, cells));
 }
 
-double likelihoodRatio(const std::int32_t* observed, const double* expected, std::size_t cells) {
+double likelihoodRatio(const std::int32_t* observed, const double* expected, Index cells) {
     double sum = 0.0;
-    for (std::size_t m = 0; m < cells; ++m) {
+    for (Index m = 0; m < cells; ++m) {
         if (observed[m] > 0) sum += observed[m] * std::log(observed[m] / expected[m]);
     }
     return 2.0 * sum;
@@ -244,8 +242,8 @@ void estimateUTerm(const Margins& logarithms, const Margins& variances, FactorSe
     const ThreeWaySizes& sizes = logarithms.sizes;
     const auto levelsOf = [&](int f) { return (term >> f & 1U) != 0 ? sizes.levels[f] : 1; };
     const ThreeWaySizes levels = {{levelsOf(0), levelsOf(1), levelsOf(2)}};
-    std::size_t at = 0;
-    visitCells(levels, [&](std::size_t i, std::size_t j, std::size_t k) {
+    Index at = 0;
+    visitCells(levels, [&](Index i, Index j, Index k) {
         double estimate = meanOf(logarithms, term, i, j, k);
         for (int t = 0; uTerms[t] != term; ++t) { // less the terms that are part of it
             if ((uTerms[t] & ~term) != 0) continue;

@@ -18,20 +18,18 @@ constexpr FactorSet uTerms[uTermCount] = {factorA,           factorB,           
                                           factorA | factorC, factorB | factorC, allFactors};
 
 struct ThreeWaySizes {
-    std::size_t levels[3];
+    Index levels[3];
 
     // Of the margin of some factors.
-    std::size_t cells(FactorSet factors = allFactors) const;
+    Index cells(FactorSet factors = allFactors) const;
 };
 
 // The cells of a margin of a table by the indices of all three factors.
 struct MarginView {
     const double* values;
-    std::size_t steps[3]; // 0 for a factor that is summed over
+    Index steps[3]; // 0 for a factor that is summed over
 
-    double at(std::size_t i, std::size_t j, std::size_t k) const {
-        return values[i * steps[0] + j * steps[1] + k * steps[2]];
-    }
+    double at(Index i, Index j, Index k) const { return values[i * steps[0] + j * steps[1] + k * steps[2]]; }
 };
 
 // The sums of a table over each set of factors.
@@ -68,7 +66,7 @@ struct ModelFitter {
 };
 
 // G2 = 2 sum n ln(n / m); empty cells add nothing.
-double likelihoodRatio(const std::int32_t* observed, const double* expected, std::size_t cells);
+double likelihoodRatio(const std::int32_t* observed, const double* expected, Index cells);
 
 // The u-terms of a table in effect coding and their standard errors, each in the cells of its margin.
 struct UTermEstimates {

@@ -2,28 +2,28 @@
 
 #include <cstdio>
 
+#include "analysis/run/run_report.h"
 #include "report/tables.h"
 
 namespace {
 
 void writeLabelCell(Report& report, const char* label) {
-    report.lower.append(",");
-    WriteLabel(report, label);
+    writeText(report, label, report.formats.labelWidth);
 }
 
 void writeModelHeader(Report& report) {
     report.lower.appendFormat("  n,%46s", "model");
     for (const char* label : {"AIC", "chi.s", "freedom"}) writeLabelCell(report, label);
-    WriteRowEnd(report);
+    endRow(report);
 }
 
 void writeModel(Report& report, const LogLinearResult& result, int model) {
-    report.lower.appendFormat("%3d,%46s", model + 1, logLinearModelTexts()[static_cast<std::size_t>(model)]);
-    WriteValue(report, result.aic[model], 6);
-    WriteValue(report, result.chiSquares[model], 6);
+    startRow(report, model + 1, logLinearModelTexts()[static_cast<std::size_t>(model)], 46);
+    writeValue(report, result.aic[model], 6);
+    writeValue(report, result.chiSquares[model], 6);
     report.lower.append(",");
     report.lower.appendInteger(result.freedom[model], report.formats.labelWidth);
-    WriteRowEnd(report);
+    endRow(report);
 }
 
 // What stands before the numbers of a u-term: its number and letters, then its levels line by line.
@@ -35,7 +35,7 @@ void writeTermLetters(Report& report, int term) {
     }
 }
 
-void writeTermLevels(Report& report, int term, const std::size_t (&levels)[3]) {
+void writeTermLevels(Report& report, int term, const Index (&levels)[3]) {
     report.lower.append("   ");
     for (int f = 0; f < 3; ++f) {
         if ((uTerms[term] >> f & 1U) != 0) {
@@ -52,15 +52,15 @@ constexpr const char* termNames[uTermCount] = {"uA(i)",   "uB(j)",   "uC(k)",   
 // Calls `write` with the cell of each level combination of a term, the first index slowest.
 template <class Write>
 void writeTermLines(Report& report, const ThreeWaySizes& sizes, int term, Write write) {
-    std::size_t counts[3];
+    Index counts[3];
     for (int f = 0; f < 3; ++f) counts[f] = (uTerms[term] >> f & 1U) != 0 ? sizes.levels[f] : 1;
-    std::size_t cell = 0;
-    for (std::size_t i = 0; i < counts[0]; ++i) {
-        for (std::size_t j = 0; j < counts[1]; ++j) {
-            for (std::size_t k = 0; k < counts[2]; ++k) {
+    Index cell = 0;
+    for (Index i = 0; i < counts[0]; ++i) {
+        for (Index j = 0; j < counts[1]; ++j) {
+            for (Index k = 0; k < counts[2]; ++k) {
                 writeTermLevels(report, term, {i, j, k});
                 write(cell++);
-                WriteRowEnd(report);
+                endRow(report);
             }
         }
     }
@@ -73,65 +73,64 @@ void writeSaturatedTerm(Report& report, const LogLinearResult& result, int term)
     for (const char* label : {termNames[term], "std.e.", static_cast<const char*>(standardized)}) {
         writeLabelCell(report, label);
     }
-    WriteRowEnd(report);
+    endRow(report);
     const double* estimates = result.saturated.estimates[uTerms[term]].data();
     const double* errors = result.saturated.errors[uTerms[term]].data();
-    writeTermLines(report, result.sizes, term, [&](std::size_t cell) {
-        WriteValue(report, estimates[cell], 6);
-        WriteValue(report, errors[cell], 6);
-        WriteValue(report, estimates[cell] / errors[cell], 6);
+    writeTermLines(report, result.sizes, term, [&](Index cell) {
+        writeValue(report, estimates[cell], 6);
+        writeValue(report, errors[cell], 6);
+        writeValue(report, estimates[cell] / errors[cell], 6);
     });
 }
 
 // The models' numbers over their columns: a name cell and empty ones each.
 void writeTableHeader(Report& report, const LogLinearResult& result) {
-    const std::size_t columns = result.sizes.levels[2];
+    const Index columns = result.sizes.levels[2];
     char name[32];
     report.lower.append("  n,    ,    ,    ");
     for (const SelectedModel& each : result.selected) {
         std::snprintf(name, sizeof name, "LLM(%2d)", each.model + 1);
-        WriteName(report, name);
-        for (std::size_t k = 1; k < columns; ++k) WriteName(report, "");
+        writeName(report, name);
+        for (Index k = 1; k < columns; ++k) writeName(report, "");
     }
     report.lower.append("\n   ,    ,    ,    ");
     for (int model = 0; model < 2; ++model) {
-        for (std::size_t k = 0; k < columns; ++k) {
+        for (Index k = 0; k < columns; ++k) {
             std::snprintf(name, sizeof name, "C%d", static_cast<int>(k) + 1);
-            WriteName(report, name);
+            writeName(report, name);
         }
     }
-    WriteRowEnd(report);
+    endRow(report);
 }
 
 // The counts of one A and B level, then what each model expects and leaves.
-void writeTableRows(Report& report, const LogLinearResult& result, std::size_t first) {
-    const std::size_t columns = result.sizes.levels[2];
+void writeTableRows(Report& report, const LogLinearResult& result, Index first) {
+    const Index columns = result.sizes.levels[2];
     const std::int32_t* observed = result.observed.data() + first;
     for (int model = 0; model < 2; ++model) {
-        for (std::size_t k = 0; k < columns; ++k) {
+        for (Index k = 0; k < columns; ++k) {
             report.lower.append(",");
             report.lower.appendInteger(observed[k], report.formats.width);
         }
     }
     report.lower.append("\n   ,    ,    , exp");
     for (const SelectedModel& each : result.selected) {
-        for (std::size_t k = 0; k < columns; ++k) WriteValue(report, each.expected[first + k], 6);
+        for (Index k = 0; k < columns; ++k) writeValue(report, each.expected[first + k], 6);
     }
     report.lower.append("\n   ,    ,    , res");
     for (const SelectedModel& each : result.selected) {
-        for (std::size_t k = 0; k < columns; ++k)
-            WriteValue(report, observed[k] - each.expected[first + k], 6);
+        for (Index k = 0; k < columns; ++k) writeValue(report, observed[k] - each.expected[first + k], 6);
     }
-    WriteRowEnd(report);
+    endRow(report);
 }
 
 void writeTable(Report& report, const LogLinearResult& result) {
     const auto [a, b, c] = result.sizes.levels;
     writeTableHeader(report, result);
     char row[32], column[32];
-    for (std::size_t i = 0; i < a; ++i) {
+    for (Index i = 0; i < a; ++i) {
         std::snprintf(row, sizeof row, "A%d", static_cast<int>(i) + 1);
-        for (std::size_t j = 0; j < b; ++j) {
+        for (Index j = 0; j < b; ++j) {
             std::snprintf(column, sizeof column, "B%d", static_cast<int>(j) + 1);
             if (j == 0) {
                 report.lower.appendFormat("%3d,%4s,%4s, obs", static_cast<int>(i) + 1, row, column);
@@ -151,18 +150,18 @@ void writeSelectedTerms(Report& report, const LogLinearResult& result) {
         writeLabelCell(report, name);
         writeLabelCell(report, "");
     }
-    WriteRowEnd(report);
+    endRow(report);
     for (int term = 0; term < uTermCount - 1; ++term) {
         writeTermLetters(report, term);
         for (int model = 0; model < 2; ++model) {
             writeLabelCell(report, termNames[term]);
             writeLabelCell(report, "std.e.");
         }
-        WriteRowEnd(report);
-        writeTermLines(report, result.sizes, term, [&](std::size_t cell) {
+        endRow(report);
+        writeTermLines(report, result.sizes, term, [&](Index cell) {
             for (const SelectedModel& each : result.selected) {
-                WriteValue(report, each.terms.estimates[uTerms[term]][cell], 6);
-                WriteValue(report, each.terms.errors[uTerms[term]][cell], 6);
+                writeValue(report, each.terms.estimates[uTerms[term]][cell], 6);
+                writeValue(report, each.terms.errors[uTerms[term]][cell], 6);
             }
         });
     }

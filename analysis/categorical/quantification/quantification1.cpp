@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
 #include "data/category_cross_table.h"
 #include "numeric/lu.h"
@@ -31,7 +32,7 @@ struct Quantification1Work {
     CategoryLayout layout;
     CategoryCrossTable crossTable;
     Block<double> products;     // (K + 2) x (K + 2), y centred
-    Block<std::size_t> kept;    // positions but for the first category of each item
+    Block<Index> kept;          // positions but for the first category of each item
     Block<double> reduced;      // kept rows and columns of the products
     Block<double> inverse;      // of the reduced matrix
     Block<double> quantities;   // K + 2
@@ -47,31 +48,31 @@ struct Quantification1Work {
     double determination = 0.0;
     double residualDeviation = 0.0;
 
-    std::size_t items() const { return layout.first.size(); }
-    std::size_t categories() const { return static_cast<std::size_t>(layout.totalCategories); }
+    Index items() const { return layout.first.size(); }
+    Index categories() const { return layout.totalCategories; }
 
     ErrorCode allocate(std::int32_t samples) {
-        const std::size_t positions = categories() + 2;
-        const std::size_t keptCount = positions - items();
-        const std::size_t variables = items() + 1;
+        const Index positions = categories() + 2;
+        const Index keptCount = positions - items();
+        const Index variables = items() + 1;
         return crossTable.allocate(layout) | products.allocate(positions * positions) |
                kept.allocate(keptCount) | reduced.allocate(keptCount * keptCount) |
                inverse.allocate(keptCount * keptCount) | quantities.allocate(positions) |
                standardized.allocate(categories()) | correlation.allocate(variables * variables) |
                decomposed.allocate(variables * variables) |
                inverseCorrelation.allocate(variables * variables) | partial.allocate(items()) |
-               scores.allocate(3 * static_cast<std::size_t>(samples));
+               scores.allocate(3 * samples);
     }
 };
 
 double purposeOf(const DataMatrix& data, std::int32_t sample) {
-    return data.values[(static_cast<std::size_t>(sample) + 1) * static_cast<std::size_t>(data.variables) - 1];
+    return data.values[(sample + 1) * data.variables - 1];
 }
 
 // Fills the sums of y and the column of its sums in each category. False when all values of y are equal.
 bool sumPurpose(const DataMatrix& data, Quantification1Work& work) {
-    const std::size_t y = work.categories();
-    const std::size_t stride = y + 2;
+    const Index y = work.categories();
+    const Index stride = y + 2;
     const double samples = data.samples;
     const double first = purposeOf(data, 0);
     bool varies = false;
@@ -81,7 +82,7 @@ bool sumPurpose(const DataMatrix& data, Quantification1Work& work) {
         varies = varies || value != first;
         sum += value;
         squares += value * value;
-        for (std::size_t i = 0; i < work.items(); ++i) {
+        for (Index i = 0; i < work.items(); ++i) {
             work.products[globalCategory(data, work.layout, s, i) * stride + y] += value;
         }
     }
@@ -91,12 +92,12 @@ bool sumPurpose(const DataMatrix& data, Quantification1Work& work) {
 }
 
 void fillProducts(const DataMatrix& data, Quantification1Work& work) {
-    const std::size_t y = work.categories();
-    const std::size_t constant = y + 1;
-    const std::size_t stride = y + 2;
+    const Index y = work.categories();
+    const Index constant = y + 1;
+    const Index stride = y + 2;
     double* const products = work.products.data();
-    for (std::size_t g = 0; g < y; ++g) {
-        for (std::size_t h = 0; h < y; ++h) products[g * stride + h] = work.crossTable.counts[g * y + h];
+    for (Index g = 0; g < y; ++g) {
+        for (Index h = 0; h < y; ++h) products[g * stride + h] = work.crossTable.counts[g * y + h];
         const double frequency = products[g * stride + g];
         products[g * stride + y] -= work.mean * frequency;
         products[g * stride + constant] = frequency;
@@ -114,10 +115,10 @@ void keepPositions(Quantification1Work& work) {
 }
 
 void reduceProducts(Quantification1Work& work) {
-    const std::size_t stride = work.categories() + 2;
+    const Index stride = work.categories() + 2;
     double* reduced = work.reduced.data();
-    for (const std::size_t g : work.kept) {
-        for (const std::size_t h : work.kept) *reduced++ = work.products[g * stride + h];
+    for (const Index g : work.kept) {
+        for (const Index h : work.kept) *reduced++ = work.products[g * stride + h];
     }
 }
 
@@ -133,25 +134,25 @@ ErrorCode invertProducts(Quantification1Work& work) {
 }
 
 void takeQuantities(Quantification1Work& work) {
-    const std::size_t y = work.categories();
-    const std::size_t order = work.kept.size();
-    const std::size_t yRow = order - 2;
+    const Index y = work.categories();
+    const Index order = work.kept.size();
+    const Index yRow = order - 2;
     const double pivot = work.inverse[yRow * order + yRow];
-    for (std::size_t k = 0; k < order; ++k) {
+    for (Index k = 0; k < order; ++k) {
         if (k != yRow) work.quantities[work.kept[k]] = -work.inverse[k * order + yRow] / pivot;
     }
     work.constant = work.quantities[y + 1] + work.mean;
 }
 
 void standardizeQuantities(std::int32_t samples, Quantification1Work& work) {
-    for (std::size_t i = 0; i < work.items(); ++i) {
-        const std::size_t first = static_cast<std::size_t>(work.layout.first[i]);
-        const std::size_t end = first + static_cast<std::size_t>(work.layout.categoryCount[i]);
-        const std::size_t step = work.categories() + 3; // along the diagonal of the products
+    for (Index i = 0; i < work.items(); ++i) {
+        const Index first = work.layout.first[i];
+        const Index end = first + work.layout.categoryCount[i];
+        const Index step = work.categories() + 3; // along the diagonal of the products
         double mean = 0.0;
-        for (std::size_t g = first; g < end; ++g) mean += work.products[g * step] * work.quantities[g];
+        for (Index g = first; g < end; ++g) mean += work.products[g * step] * work.quantities[g];
         mean /= samples;
-        for (std::size_t g = first; g < end; ++g) work.standardized[g] = work.quantities[g] - mean;
+        for (Index g = first; g < end; ++g) work.standardized[g] = work.quantities[g] - mean;
     }
 }
 
@@ -159,19 +160,19 @@ void standardizeQuantities(std::int32_t samples, Quantification1Work& work) {
 // Returns singularMatrix when an item does not vary.
 ErrorCode correlateItems(Screens& screens, Quantification1Work& work) {
     constexpr double leastShare = 1e-20; // of the variation of an item in that of y
-    const std::size_t y = work.items();
-    const std::size_t variables = y + 1;
-    const std::size_t stride = work.categories() + 2;
+    const Index y = work.items();
+    const Index variables = y + 1;
+    const Index stride = work.categories() + 2;
     double* const sums = work.correlation.data();
     std::fill_n(sums, variables * variables, 0.0);
-    for (std::size_t i = 0; i < y; ++i) {
-        const std::size_t first = static_cast<std::size_t>(work.layout.first[i]);
-        const std::size_t end = first + static_cast<std::size_t>(work.layout.categoryCount[i]);
-        for (std::size_t g = first; g < end; ++g) {
+    for (Index i = 0; i < y; ++i) {
+        const Index first = work.layout.first[i];
+        const Index end = first + work.layout.categoryCount[i];
+        for (Index g = first; g < end; ++g) {
             const double* row = work.products.data() + g * stride;
             const double quantity = work.standardized[g];
-            for (std::size_t j = 0, h = 0; j < y; ++j) {
-                const std::size_t jEnd = h + static_cast<std::size_t>(work.layout.categoryCount[j]);
+            for (Index j = 0, h = 0; j < y; ++j) {
+                const Index jEnd = h + work.layout.categoryCount[j];
                 for (; h < jEnd; ++h) sums[i * variables + j] += row[h] * quantity * work.standardized[h];
             }
             sums[i * variables + y] += row[work.categories()] * quantity;
@@ -181,17 +182,17 @@ ErrorCode correlateItems(Screens& screens, Quantification1Work& work) {
     sums[y * variables + y] = work.sumOfSquares;
     screens.setProgress(40);
 
-    for (std::size_t i = 0; i < y; ++i) {
+    for (Index i = 0; i < y; ++i) {
         if (!(sums[i * variables + i] > leastShare * work.sumOfSquares)) return singularMatrix;
     }
     screens.setProgress(50);
-    for (std::size_t i = 0; i < variables; ++i) {
-        for (std::size_t j = 0; j < i; ++j) {
+    for (Index i = 0; i < variables; ++i) {
+        for (Index j = 0; j < i; ++j) {
             const double scale = std::sqrt(sums[i * variables + i]) * std::sqrt(sums[j * variables + j]);
             sums[i * variables + j] = sums[j * variables + i] = sums[i * variables + j] / scale;
         }
     }
-    for (std::size_t i = 0; i < variables; ++i) sums[i * variables + i] = 1.0;
+    for (Index i = 0; i < variables; ++i) sums[i * variables + i] = 1.0;
     screens.setProgress(60);
     return success;
 }
@@ -211,11 +212,11 @@ ErrorCode invertCorrelation(Screens& screens, Quantification1Work& work) {
 }
 
 void measureFit(std::int32_t samples, Quantification1Work& work) {
-    const std::size_t y = work.items();
-    const std::size_t variables = y + 1;
+    const Index y = work.items();
+    const Index variables = y + 1;
     const double* inverse = work.inverseCorrelation.data();
     const double ofPurpose = inverse[y * variables + y];
-    for (std::size_t i = 0; i < y; ++i) {
+    for (Index i = 0; i < y; ++i) {
         work.partial[i] = -inverse[i * variables + y] / std::sqrt(ofPurpose * inverse[i * variables + i]);
     }
     work.determination = std::max(0.0, 1.0 - 1.0 / ofPurpose);
@@ -226,7 +227,7 @@ void predictSamples(const DataMatrix& data, Quantification1Work& work) {
     double* score = work.scores.data();
     for (std::int32_t s = 0; s < data.samples; ++s, score += 3) {
         double prediction = work.constant;
-        for (std::size_t i = 0; i < work.items(); ++i) {
+        for (Index i = 0; i < work.items(); ++i) {
             prediction += work.quantities[globalCategory(data, work.layout, s, i)];
         }
         const double value = purposeOf(data, s);
@@ -263,13 +264,13 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, Quantification1Work&
 constexpr int columnWidth = 18;
 
 void writeNumber(Report& report, double value) {
-    WriteWideValue(report, value, columnWidth, 9);
+    writeCell(report, value, {columnWidth, 9});
 }
 
 void writeLine(Report& report, int number, const char* label, double value) {
-    WriteRowStart(report, number, label);
+    startRow(report, number, label);
     writeNumber(report, value);
-    WriteRowEnd(report);
+    endRow(report);
 }
 
 void writeQuantities(Report& report, const DataSet& data, const Quantification1Work& work) {
@@ -278,22 +279,22 @@ void writeQuantities(Report& report, const DataSet& data, const Quantification1W
         "coefficient\n");
     const char* const headings[] = {"quantity", "s.quantity", "s.c.coef", "p.c.coef"};
     WriteNamedHeader(report, headings, 4, columnWidth);
-    WriteCategoryRows(
-        report, work.layout, data.working.names.data(),
-        [&](std::size_t i) {
-            WriteNameOfWidth(report, "", columnWidth);
-            WriteNameOfWidth(report, "", columnWidth);
+    writeCategoryRows(
+        report, work.layout, data.working.names,
+        [&](Index i) {
+            writeText(report, "", columnWidth);
+            writeText(report, "", columnWidth);
             writeNumber(report, work.correlation[i * (work.items() + 1) + work.items()]);
             writeNumber(report, work.partial[i]);
         },
-        [&](std::size_t g) {
+        [&](Index g) {
             writeNumber(report, work.quantities[g]);
             writeNumber(report, work.standardized[g]);
         });
-    WriteRowStart(report, 0, "constant");
+    startRow(report, 0, "constant");
     writeNumber(report, work.constant);
     writeNumber(report, work.mean);
-    WriteRowEnd(report);
+    endRow(report);
     report.lower.append("\n");
 }
 
@@ -311,7 +312,7 @@ void writeSamples(Report& report, const DataSet& data, const Quantification1Work
     const double* score = work.scores.data();
     for (std::int32_t s = 0; s < data.working.samples; ++s, score += 3) {
         const double values[] = {score[2], score[0], score[2] - score[0], score[1]};
-        WriteValueRow(report, values, 4, 3, data.working.labels[static_cast<std::size_t>(s)].text, s + 1);
+        WriteValueRow(report, values, 4, 3, data.working.label(s), s + 1);
     }
     report.lower.append("\n");
 }
@@ -331,8 +332,7 @@ void writeReport(Screens& screens, AnalysisRun& run, const Quantification1Work& 
     writeQuantities(report, run.data, work);
     writeFit(report, work);
     writeSamples(report, run.data, work);
-    screens.showLower(report);
-    screens.showStatus(report);
+    closeReport(screens, report);
 }
 
 // A graph that cannot be shown has told so and leaves the result as it is.
@@ -356,7 +356,7 @@ ErrorCode keepModel(AnalysisRun& run, const Quantification1Work& work) {
     model.count = static_cast<std::int32_t>(work.items());
     model.constant = work.constant;
     model.alpha = 0.0;
-    for (std::size_t v = 0; v < work.items(); ++v) {
+    for (Index v = 0; v < work.items(); ++v) {
         model.variables[v] = static_cast<std::int32_t>(v);
         model.terms[v] = work.layout.categoryCount[v];
         model.startValues[v] = 1.0;

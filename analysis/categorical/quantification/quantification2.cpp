@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
 #include "data/category_cross_table.h"
 #include "numeric/eigen.h"
@@ -30,13 +31,13 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t) {
 // G groups, K categories of q items, R = K - q of them kept (all but the first of each item), D vectors.
 struct Quantification2Work {
     std::int32_t groups = 0;
-    std::size_t vectors = 0;
+    Index vectors = 0;
     CategoryLayout layout;
     CategoryCrossTable crossTable;
     Block<std::int32_t> groupOf; // of each sample, from 1
     Block<double> frequencies;   // (G + 1) x K, the last row for all samples
     Block<double> sizes;         // G + 1, the last for all samples
-    Block<std::size_t> kept;     // global indices of the kept categories
+    Block<Index> kept;           // global indices of the kept categories
     Block<double> total;         // R x R: sums of products about the means
     Block<double> between;       // R x R: the part of it between the groups
     Block<double> root;          // R x R: total^(-1/2), or its inverse
@@ -48,38 +49,38 @@ struct Quantification2Work {
     Block<double> centroids;     // G x D
     Block<double> correlations;  // 2 x D: squares and roots
 
-    std::size_t categories() const { return static_cast<std::size_t>(layout.totalCategories); }
-    std::size_t groupCount() const { return static_cast<std::size_t>(groups); }
+    Index categories() const { return layout.totalCategories; }
+    Index groupCount() const { return groups; }
 
     ErrorCode allocate(std::int32_t samples) {
-        const std::size_t order = categories() - layout.first.size();
-        const std::size_t square = order * order;
+        const Index order = categories() - layout.first.size();
+        const Index square = order * order;
         vectors = std::min(groupCount() - 1, order);
-        return crossTable.allocate(layout) | groupOf.allocate(static_cast<std::size_t>(samples)) |
+        return crossTable.allocate(layout) | groupOf.allocate(samples) |
                frequencies.allocate((groupCount() + 1) * categories()) | sizes.allocate(groupCount() + 1) |
                kept.allocate(order) | total.allocate(square) | between.allocate(square) |
                root.allocate(square) | product.allocate(square) | eigenvectors.allocate(square) |
                eigenvalues.allocate(order) | quantities.allocate(categories() * vectors) |
-               scores.allocate(static_cast<std::size_t>(samples) * vectors) |
-               centroids.allocate(groupCount() * vectors) | correlations.allocate(2 * vectors);
+               scores.allocate(Index{samples} * vectors) | centroids.allocate(groupCount() * vectors) |
+               correlations.allocate(2 * vectors);
     }
 };
 
 void countGroups(const DataMatrix& data, Quantification2Work& work) {
-    const std::size_t items = work.layout.first.size();
-    const std::size_t all = work.groupCount();
+    const Index items = work.layout.first.size();
+    const Index all = work.groupCount();
     for (std::int32_t s = 0; s < data.samples; ++s) {
         const std::int32_t group = categoryOf(data, s, data.variables - 1);
-        double* const ofGroup = work.frequencies.data() + static_cast<std::size_t>(group) * work.categories();
+        double* const ofGroup = work.frequencies.data() + Index{group} * work.categories();
         double* const ofAll = work.frequencies.data() + all * work.categories();
-        for (std::size_t i = 0; i < items; ++i) {
-            const std::size_t g = globalCategory(data, work.layout, s, i);
+        for (Index i = 0; i < items; ++i) {
+            const Index g = globalCategory(data, work.layout, s, i);
             ofGroup[g] += 1.0;
             ofAll[g] += 1.0;
         }
-        work.sizes[static_cast<std::size_t>(group)] += 1.0;
+        work.sizes[group] += 1.0;
         work.sizes[all] += 1.0;
-        work.groupOf[static_cast<std::size_t>(s)] = group + 1;
+        work.groupOf[s] = group + 1;
     }
 }
 
@@ -87,21 +88,21 @@ void fillTotal(Quantification2Work& work) {
     const double* all = work.frequencies.data() + work.groupCount() * work.categories();
     const double samples = work.sizes[work.groupCount()];
     double* total = work.total.data();
-    for (const std::size_t g : work.kept) {
+    for (const Index g : work.kept) {
         const std::int32_t* row = work.crossTable.counts.data() + g * work.categories();
-        for (const std::size_t h : work.kept) *total++ = row[h] - all[g] * all[h] / samples;
+        for (const Index h : work.kept) *total++ = row[h] - all[g] * all[h] / samples;
     }
 }
 
 void fillBetween(Quantification2Work& work) {
-    const std::size_t stride = work.categories();
+    const Index stride = work.categories();
     const double* const all = work.frequencies.data() + work.groupCount() * stride;
     const double samples = work.sizes[work.groupCount()];
     double* between = work.between.data();
-    for (const std::size_t g : work.kept) {
-        for (const std::size_t h : work.kept) {
+    for (const Index g : work.kept) {
+        for (const Index h : work.kept) {
             double sum = 0.0;
-            for (std::size_t k = 0; k < work.groupCount(); ++k) {
+            for (Index k = 0; k < work.groupCount(); ++k) {
                 const double* row = work.frequencies.data() + k * stride;
                 sum += row[g] * row[h] / work.sizes[k];
             }
@@ -139,9 +140,9 @@ ErrorCode solveCanonical(Quantification2Work& work) {
         SymmetricEigen(order, order, work.eigenvectors.data(), work.eigenvalues.data(), work.between.data());
     if (code != success) return code;
     multiply(order, order, order, work.root.data(), work.eigenvectors.data(), work.product.data());
-    for (std::size_t d = 0; d < work.vectors; ++d) {
+    for (Index d = 0; d < work.vectors; ++d) {
         work.correlations[d] = std::clamp(work.eigenvalues[d], 0.0, 1.0);
-        for (std::size_t r = 0; r < work.kept.size(); ++r) {
+        for (Index r = 0; r < work.kept.size(); ++r) {
             work.quantities[work.kept[r] * work.vectors + d] = work.product[r * work.kept.size() + d];
         }
     }
@@ -155,10 +156,10 @@ ErrorCode solveTwoGroups(Quantification2Work& work) {
     if (code != success) return code;
     const double* const first = work.frequencies.data();
     const double* const second = first + work.categories();
-    for (std::size_t r = 0; r < work.kept.size(); ++r) {
+    for (Index r = 0; r < work.kept.size(); ++r) {
         double sum = 0.0;
-        for (std::size_t k = 0; k < work.kept.size(); ++k) {
-            const std::size_t g = work.kept[k];
+        for (Index k = 0; k < work.kept.size(); ++k) {
+            const Index g = work.kept[k];
             const double contrast = first[g] / work.sizes[0] - second[g] / work.sizes[1];
             sum += work.root[r * work.kept.size() + k] * contrast;
         }
@@ -170,16 +171,16 @@ ErrorCode solveTwoGroups(Quantification2Work& work) {
 void scoreSamples(const DataMatrix& data, Quantification2Work& work) {
     double* score = work.scores.data();
     for (std::int32_t s = 0; s < data.samples; ++s, score += work.vectors) {
-        for (std::size_t i = 0; i < work.layout.first.size(); ++i) {
-            const std::size_t g = globalCategory(data, work.layout, s, i);
-            for (std::size_t d = 0; d < work.vectors; ++d) score[d] += work.quantities[g * work.vectors + d];
+        for (Index i = 0; i < work.layout.first.size(); ++i) {
+            const Index g = globalCategory(data, work.layout, s, i);
+            for (Index d = 0; d < work.vectors; ++d) score[d] += work.quantities[g * work.vectors + d];
         }
     }
 }
 
 // Multiplies column d of a matrix in rows of D by factors[d].
-void scaleColumns(Block<double>& matrix, const double* factors, std::size_t columns) {
-    for (std::size_t at = 0; at < matrix.size(); ++at) matrix[at] *= factors[at % columns];
+void scaleColumns(Block<double>& matrix, const double* factors, Index columns) {
+    for (Index at = 0; at < matrix.size(); ++at) matrix[at] *= factors[at % columns];
 }
 
 // Scales each vector so that the scores have variance 1, or to nothing where they do not vary.
@@ -187,14 +188,13 @@ void standardizeScores(Quantification2Work& work) {
     const double samples = work.sizes[work.groupCount()];
     double mean[mostCategories] = {};
     double variance[mostCategories] = {};
-    for (std::size_t at = 0; at < work.scores.size(); ++at)
-        mean[at % work.vectors] += work.scores[at] / samples;
-    for (std::size_t at = 0; at < work.scores.size(); ++at) {
+    for (Index at = 0; at < work.scores.size(); ++at) mean[at % work.vectors] += work.scores[at] / samples;
+    for (Index at = 0; at < work.scores.size(); ++at) {
         const double deviation = work.scores[at] - mean[at % work.vectors];
         variance[at % work.vectors] += deviation * deviation / samples;
     }
     double factors[mostCategories] = {};
-    for (std::size_t d = 0; d < work.vectors; ++d) {
+    for (Index d = 0; d < work.vectors; ++d) {
         if (variance[d] > 0.0) factors[d] = 1.0 / std::sqrt(variance[d]);
     }
     scaleColumns(work.quantities, factors, work.vectors);
@@ -203,11 +203,11 @@ void standardizeScores(Quantification2Work& work) {
 
 // The mean scores of the groups.
 void placeCentroids(Quantification2Work& work) {
-    for (std::size_t k = 0; k < work.groupCount(); ++k) {
+    for (Index k = 0; k < work.groupCount(); ++k) {
         const double* frequency = work.frequencies.data() + k * work.categories();
         double* const centroid = work.centroids.data() + k * work.vectors;
-        for (std::size_t g = 0; g < work.categories(); ++g) {
-            for (std::size_t d = 0; d < work.vectors; ++d) {
+        for (Index g = 0; g < work.categories(); ++g) {
+            for (Index d = 0; d < work.vectors; ++d) {
                 centroid[d] += frequency[g] / work.sizes[k] * work.quantities[g * work.vectors + d];
             }
         }
@@ -235,7 +235,7 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, Quantification2Work&
     standardizeScores(work);
     placeCentroids(work);
     if (work.groups == 2) work.correlations[0] = varianceBetween(work);
-    for (std::size_t d = 0; d < work.vectors; ++d) {
+    for (Index d = 0; d < work.vectors; ++d) {
         work.correlations[work.vectors + d] = std::sqrt(work.correlations[d]);
     }
     screens.setProgress(100);
@@ -245,9 +245,9 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, Quantification2Work&
 void writeFrequencies(Report& report, const DataSet& data, const Quantification2Work& work) {
     report.lower.append("\tfrequency matrix of categories\n");
     WritePrefixedHeader(report, work.groups, "group", "all", report.formats.nameLength);
-    WriteCategoryRows(report, work.layout, data.working.names.data(), [&](std::size_t g) {
-        for (std::size_t k = 0; k <= work.groupCount(); ++k) {
-            WriteValue(report, work.frequencies[k * work.categories() + g], 0);
+    writeCategoryRows(report, work.layout, data.working.names, [&](Index g) {
+        for (Index k = 0; k <= work.groupCount(); ++k) {
+            writeValue(report, work.frequencies[k * work.categories() + g], 0);
         }
     });
     WriteValueRow(report, work.sizes.data(), work.groups + 1, 0, "all category", 0);
@@ -256,10 +256,10 @@ void writeFrequencies(Report& report, const DataSet& data, const Quantification2
 
 void writeCrossTable(Report& report, const DataSet& data, const Quantification2Work& work) {
     report.lower.append("\tcross table of categories\n");
-    WriteNumberedHeader(report, work.layout.totalCategories, report.formats.nameLength);
-    WriteCategoryRows(report, work.layout, data.working.names.data(), [&](std::size_t g) {
+    writeNumberedHeader(report, work.layout.totalCategories, report.formats.nameLength);
+    writeCategoryRows(report, work.layout, data.working.names, [&](Index g) {
         const std::int32_t* row = work.crossTable.counts.data() + g * work.categories();
-        for (std::size_t h = 0; h <= g; ++h) WriteValue(report, row[h], 0);
+        for (Index h = 0; h <= g; ++h) writeValue(report, row[h], 0);
     });
     report.lower.append("\n");
 }
@@ -267,15 +267,14 @@ void writeCrossTable(Report& report, const DataSet& data, const Quantification2W
 void writeQuantities(Report& report, const DataSet& data, const Quantification2Work& work) {
     report.lower.append("\tquantity of categories\n");
     WriteVectorHeader(report, static_cast<int>(work.vectors), report.formats.nameLength);
-    WriteCategoryRows(report, work.layout, data.working.names.data(), [&](std::size_t g) {
-        for (std::size_t d = 0; d < work.vectors; ++d)
-            WriteValue(report, work.quantities[g * work.vectors + d], 6);
+    writeCategoryRows(report, work.layout, data.working.names, [&](Index g) {
+        for (Index d = 0; d < work.vectors; ++d) writeValue(report, work.quantities[g * work.vectors + d], 6);
     });
     report.lower.append("\n");
 }
 
 void writeVectors(Report& report, const char* title, std::int32_t rows, const Block<double>& matrix,
-                  const Quantification2Work& work, const TextSlot* labels) {
+                  const Quantification2Work& work, const RowLabels& labels) {
     const int vectors = static_cast<int>(work.vectors);
     report.lower.append(title);
     WriteVectorTable(report, rows, vectors, matrix.data(), vectors, labels);
@@ -294,16 +293,13 @@ void writeReport(Screens& screens, AnalysisRun& run, const Quantification2Work& 
     writeFrequencies(report, run.data, work);
     writeCrossTable(report, run.data, work);
     writeQuantities(report, run.data, work);
-    const TextSlot coefficients[] = {{"coef.square"}, {"c.c.coef"}};
+    constexpr const char* coefficients[] = {"coef.square", "c.c.coef"};
     writeVectors(report, "\tcanonical correlation coefficient of categories\n", 2, work.correlations, work,
-                 coefficients);
-    TextSlot groups[mostCategories];
-    for (int k = 0; k < work.groups; ++k) std::snprintf(groups[k].text, textSlotSize, "group %d", k + 1);
-    writeVectors(report, "\tcentroid of group\n", work.groups, work.centroids, work, groups);
+                 RowLabels(coefficients));
+    writeVectors(report, "\tcentroid of group\n", work.groups, work.centroids, work, RowLabels("group"));
     writeVectors(report, "\tscore of sample\n", run.data.working.samples, work.scores, work,
-                 run.data.working.labels.data());
-    screens.showLower(report);
-    screens.showStatus(report);
+                 run.data.working.labels);
+    closeReport(screens, report);
 }
 
 ErrorCode buildQuantification2Graph(Screens& screens, AnalysisRun& run, const Quantification2Work& work) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "analysis/run/run_report.h"
 #include "numeric/distributions.h"
 #include "numeric/eigen.h"
 #include "numeric/moments.h"
@@ -42,26 +43,22 @@ struct ResponseTable {
     const DataMatrix& data;
     const CategoryLayout* layout; // null: the data as it stands
 
-    std::size_t rows() const { return static_cast<std::size_t>(data.samples); }
-    std::size_t columns() const {
-        return static_cast<std::size_t>(layout != nullptr ? layout->totalCategories : data.variables);
+    Index rows() const { return data.samples; }
+    Index columns() const { return (layout != nullptr ? layout->totalCategories : data.variables); }
+    Index cells() const { return data.variables; } // of a row
+    const double* row(Index s) const { return data.values.data() + s * cells(); }
+    Index column(const double* row, Index cell) const {
+        return layout != nullptr ? layout->first[cell] + static_cast<Index>(row[cell]) - 1 : cell;
     }
-    std::size_t cells() const { return static_cast<std::size_t>(data.variables); } // of a row
-    const double* row(std::size_t s) const { return data.values.data() + s * cells(); }
-    std::size_t column(const double* row, std::size_t cell) const {
-        return layout != nullptr
-                   ? static_cast<std::size_t>(layout->first[cell]) + static_cast<std::size_t>(row[cell]) - 1
-                   : cell;
-    }
-    double value(const double* row, std::size_t cell) const { return layout != nullptr ? 1.0 : row[cell]; }
+    double value(const double* row, Index cell) const { return layout != nullptr ? 1.0 : row[cell]; }
 };
 
 // Up to F factors; entry 0 of the tests is for all of them, factor f has entry f.
 struct Quantification3Work {
-    std::size_t factorsAsked = 0; // F
-    std::size_t factors = 0;      // those there are, up to F
-    Block<double> rowSums;        // N
-    Block<double> columnSums;     // K
+    Index factorsAsked = 0;   // F
+    Index factors = 0;        // those there are, up to F
+    Block<double> rowSums;    // N
+    Block<double> columnSums; // K
     double total = 0.0;
     Block<double> matrix;        // K x K, then its eigenvectors
     Block<double> eigenvalues;   // K
@@ -79,8 +76,8 @@ struct Quantification3Work {
     double cramer = 0.0;
 
     ErrorCode allocate(const ResponseTable& table, std::int32_t asked) {
-        const std::size_t columns = table.columns();
-        factorsAsked = std::min(static_cast<std::size_t>(std::max(asked, 1)), columns);
+        const Index columns = table.columns();
+        factorsAsked = std::min<Index>(std::max(asked, 1), columns);
         return rowSums.allocate(table.rows()) | columnSums.allocate(columns) |
                matrix.allocate(columns * columns) | eigenvalues.allocate(columns) |
                columnSquares.allocate(columns) | columnWeights.allocate(columns * factorsAsked) |
@@ -91,9 +88,9 @@ struct Quantification3Work {
 };
 
 void sumTable(const ResponseTable& table, Quantification3Work& work) {
-    for (std::size_t s = 0; s < table.rows(); ++s) {
+    for (Index s = 0; s < table.rows(); ++s) {
         const double* row = table.row(s);
-        for (std::size_t cell = 0; cell < table.cells(); ++cell) {
+        for (Index cell = 0; cell < table.cells(); ++cell) {
             const double value = table.value(row, cell);
             work.rowSums[s] += value;
             work.columnSums[table.column(row, cell)] += value;
@@ -105,20 +102,20 @@ void sumTable(const ResponseTable& table, Quantification3Work& work) {
 // The lower triangle of S(g,h) = sum of x_sg x_sh / r_s over the rows / sqrt(c_g c_h) - sqrt(c_g c_h) / T,
 // whose last term takes the trivial solution away. Rows and columns whose sum is not above 0 add nothing.
 void fillMatrix(const ResponseTable& table, Quantification3Work& work) {
-    const std::size_t columns = table.columns();
-    for (std::size_t s = 0; s < table.rows(); ++s) {
+    const Index columns = table.columns();
+    for (Index s = 0; s < table.rows(); ++s) {
         if (!(work.rowSums[s] > 0.0)) continue;
         const double* row = table.row(s);
-        for (std::size_t i = 0; i < table.cells(); ++i) {
+        for (Index i = 0; i < table.cells(); ++i) {
             double* const line = work.matrix.data() + table.column(row, i) * columns;
             const double value = table.value(row, i);
-            for (std::size_t j = 0; j <= i; ++j) {
+            for (Index j = 0; j <= i; ++j) {
                 line[table.column(row, j)] += value * table.value(row, j) / work.rowSums[s];
             }
         }
     }
-    for (std::size_t g = 0; g < columns; ++g) {
-        for (std::size_t h = 0; h <= g; ++h) {
+    for (Index g = 0; g < columns; ++g) {
+        for (Index h = 0; h <= g; ++h) {
             double& element = work.matrix[g * columns + h];
             if (work.columnSums[g] > 0.0 && work.columnSums[h] > 0.0) {
                 const double root = std::sqrt(work.columnSums[g] * work.columnSums[h]);
@@ -141,40 +138,40 @@ ErrorCode decompose(Screens& screens, const ResponseTable& table, Quantification
 }
 
 void takeFactors(Quantification3Work& work) {
-    std::size_t present = 0;
+    Index present = 0;
     while (present < work.eigenvalues.size() && work.eigenvalues[present] > negligible) {
         work.eigenvalueSum += work.eigenvalues[present++];
     }
     work.factors = std::min(work.factorsAsked, present);
     double sum = 0.0;
-    for (std::size_t f = 0; f < work.factors; ++f) {
+    for (Index f = 0; f < work.factors; ++f) {
         work.ratio[f] = work.eigenvalues[f] / work.eigenvalueSum;
         work.cumulative[f] = sum += work.ratio[f];
     }
 }
 
 void weighColumns(const ResponseTable& table, Quantification3Work& work) {
-    const std::size_t columns = table.columns();
-    for (std::size_t g = 0; g < columns; ++g) {
+    const Index columns = table.columns();
+    for (Index g = 0; g < columns; ++g) {
         if (!(work.columnSums[g] > 0.0)) continue;
         const double scale = std::sqrt(work.total / work.columnSums[g]);
-        for (std::size_t f = 0; f < work.factors; ++f) {
+        for (Index f = 0; f < work.factors; ++f) {
             work.columnWeights[g * work.factorsAsked + f] = scale * work.matrix[g * columns + f];
         }
     }
 }
 
 void weighRows(const ResponseTable& table, Quantification3Work& work) {
-    for (std::size_t s = 0; s < table.rows(); ++s) {
+    for (Index s = 0; s < table.rows(); ++s) {
         if (!(work.rowSums[s] > 0.0)) continue;
         const double* row = table.row(s);
         double* const weights = work.rowWeights.data() + s * work.factorsAsked;
-        for (std::size_t cell = 0; cell < table.cells(); ++cell) {
+        for (Index cell = 0; cell < table.cells(); ++cell) {
             const double share = table.value(row, cell) / work.rowSums[s];
             const double* ofColumn = work.columnWeights.data() + table.column(row, cell) * work.factorsAsked;
-            for (std::size_t f = 0; f < work.factors; ++f) weights[f] += share * ofColumn[f];
+            for (Index f = 0; f < work.factors; ++f) weights[f] += share * ofColumn[f];
         }
-        for (std::size_t f = 0; f < work.factors; ++f) weights[f] /= std::sqrt(work.eigenvalues[f]);
+        for (Index f = 0; f < work.factors; ++f) weights[f] /= std::sqrt(work.eigenvalues[f]);
     }
 }
 
@@ -183,7 +180,7 @@ void testFactors(const ResponseTable& table, Quantification3Work& work) {
     const double rows = static_cast<double>(table.rows());
     const double columns = static_cast<double>(table.columns());
     const double scale = work.total - 1.0 - (rows + columns - 1.0) * 0.5;
-    for (std::size_t f = 1; f <= work.factors; ++f) {
+    for (Index f = 1; f <= work.factors; ++f) {
         const double eigenvalue = work.eigenvalues[f - 1];
         work.chiSquare[f] = eigenvalue > 1.0 - negligible ? 0.0 : -scale * std::log(1.0 - eigenvalue);
         work.freedom[f] = rows - 2.0 * static_cast<double>(f) + columns - 1.0;
@@ -207,20 +204,20 @@ double redundancyTerm(double squares, double sum, double total) {
 }
 
 void measureRedundancy(Screens& screens, const ResponseTable& table, Quantification3Work& work) {
-    for (std::size_t s = 0; s < table.rows(); ++s) {
+    for (Index s = 0; s < table.rows(); ++s) {
         const double* row = table.row(s);
         const double rowSum = work.rowSums[s];
         double squares = 0.0;
-        for (std::size_t cell = 0; cell < table.cells(); ++cell) {
+        for (Index cell = 0; cell < table.cells(); ++cell) {
             const double value = table.value(row, cell);
-            const std::size_t column = table.column(row, cell);
+            const Index column = table.column(row, cell);
             if (work.columnSums[column] > 0.0) squares += value * value / work.columnSums[column];
             if (rowSum > 0.0) work.columnSquares[column] += value * value / rowSum;
         }
         work.rowRedundancy += redundancyTerm(squares, rowSum, work.total);
     }
     screens.setProgress(85);
-    for (std::size_t g = 0; g < table.columns(); ++g) {
+    for (Index g = 0; g < table.columns(); ++g) {
         work.columnRedundancy += redundancyTerm(work.columnSquares[g], work.columnSums[g], work.total);
     }
     screens.setProgress(100);
@@ -247,16 +244,16 @@ void writeColumnWeights(Report& report, const DataSet& data, const ResponseTable
     const int factors = static_cast<int>(work.factors);
     report.lower.append("\tweight coefficient matrix of variable (column data)\n");
     WriteFactorHeader(report, factors, report.formats.nameLength);
-    const auto weightsOf = [&](std::size_t g) { return work.columnWeights.data() + g * work.factorsAsked; };
+    const auto weightsOf = [&](Index g) { return work.columnWeights.data() + g * work.factorsAsked; };
     if (table.layout != nullptr) {
-        WriteCategoryRows(report, *table.layout, data.working.names.data(), [&](std::size_t g) {
-            for (int f = 0; f < factors; ++f) WriteValue(report, weightsOf(g)[f], 6);
+        writeCategoryRows(report, *table.layout, data.working.names, [&](Index g) {
+            for (int f = 0; f < factors; ++f) writeValue(report, weightsOf(g)[f], 6);
         });
     } else {
         char label[32];
         for (int g = 0; g < data.working.variables; ++g) {
             std::snprintf(label, sizeof label, "category %d", g + 1);
-            WriteValueRow(report, weightsOf(static_cast<std::size_t>(g)), factors, 6, label, g + 1);
+            WriteValueRow(report, weightsOf(g), factors, 6, label, g + 1);
         }
     }
     report.lower.append("\n");
@@ -265,7 +262,7 @@ void writeColumnWeights(Report& report, const DataSet& data, const ResponseTable
 void writeRowWeights(Report& report, const DataSet& data, const Quantification3Work& work) {
     report.lower.append("\tweight coefficient matrix of sample (row data)\n");
     WriteFactorTable(report, data.working.samples, static_cast<int>(work.factors), work.rowWeights.data(),
-                     static_cast<int>(work.factorsAsked), data.working.labels.data());
+                     static_cast<int>(work.factorsAsked), data.working.labels);
     report.lower.append("\n");
 }
 
@@ -278,9 +275,9 @@ void writeRedundancy(Report& report, const Quantification3Work& work) {
     report.lower.append("\tredundancy coefficient -- Re(X/Y),  Re(Y/X), cramer relation coefficient\n");
     int number = 0;
     for (const auto& row : rows) {
-        WriteRowStart(report, ++number, row.label);
-        WriteWideValue(report, row.value, 15, 9);
-        WriteRowEnd(report);
+        startRow(report, ++number, row.label);
+        writeCell(report, row.value, {15, 9});
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -304,23 +301,23 @@ void writeTests(Report& report, const Quantification3Work& work) {
         "\tchi square test\n\t-- eigen value, ratio contributed, cummulative ratio, chi square, chi "
         "probability, degree of freedom\n");
     char heading[32];
-    WriteHeaderStart(report);
-    WriteNameOfWidth(report, "all", width);
-    for (std::size_t f = 1; f <= work.factors; ++f) {
+    startHeader(report);
+    writeText(report, "all", width);
+    for (Index f = 1; f <= work.factors; ++f) {
         std::snprintf(heading, sizeof heading, "factor %d", static_cast<int>(f));
-        WriteNameOfWidth(report, heading, width);
+        writeText(report, heading, width);
     }
-    WriteRowEnd(report);
+    endRow(report);
     int number = 0;
     for (const auto& row : rows) {
-        WriteRowStart(report, ++number, row.label);
+        startRow(report, ++number, row.label);
         if (row.ofAll != nullptr) {
-            WriteValue(report, *row.ofAll, row.slot);
+            writeValue(report, *row.ofAll, row.slot);
         } else {
-            WriteNameOfWidth(report, "", report.formats.width);
+            writeText(report, "", report.formats.width);
         }
-        for (std::size_t f = 0; f < work.factors; ++f) WriteValue(report, row.ofFactors[f], row.slot);
-        WriteRowEnd(report);
+        for (Index f = 0; f < work.factors; ++f) writeValue(report, row.ofFactors[f], row.slot);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -342,8 +339,7 @@ void writeReport(Screens& screens, AnalysisRun& run, const ResponseTable& table,
     writeRowWeights(report, run.data, work);
     writeRedundancy(report, work);
     writeTests(report, work);
-    screens.showLower(report);
-    screens.showStatus(report);
+    closeReport(screens, report);
 }
 
 ErrorCode run(Screens& screens, AnalysisRun& run) {

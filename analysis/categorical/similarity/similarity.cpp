@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
 #include "numeric/eigen.h"
 #include "numeric/moments.h"
@@ -42,7 +43,7 @@ constexpr double leastEigenvalue = 1e-10;
 constexpr int leastGraphObjects = 3;
 
 struct SimilarityWork {
-    std::size_t objects = 0;
+    Index objects = 0;
     int dimensions = 0;        // that there are, of the largest eigenvalues
     Block<double> matrix;      // objects x objects: that is decomposed
     Block<double> means;       // of the rows, then of the columns
@@ -53,11 +54,11 @@ struct SimilarityWork {
     Block<double> printed;     // the values of one table
 
     ErrorCode allocate(int count) {
-        objects = static_cast<std::size_t>(count);
+        objects = count;
         return matrix.allocate(objects * objects) | means.allocate(2 * objects) |
                coordinates.allocate(objects * objects) | eigenvalues.allocate(objects) |
                ratios.allocate(objects) | communality.allocate(objects) |
-               printed.allocate(objects * std::max<std::size_t>(objects, 3));
+               printed.allocate(objects * std::max<Index>(objects, 3));
     }
 };
 
@@ -69,10 +70,10 @@ bool isSimilarityMatrix(const DataMatrix& data) {
 
 // Off the diagonal the sums of both directions, on it what makes every row sum to 0.
 void symmetrise(const DataMatrix& data, SimilarityWork& work) {
-    const std::size_t n = work.objects;
-    for (std::size_t i = 0; i < n; ++i) {
+    const Index n = work.objects;
+    for (Index i = 0; i < n; ++i) {
         double sum = 0.0;
-        for (std::size_t j = 0; j < n; ++j) {
+        for (Index j = 0; j < n; ++j) {
             if (j == i) continue;
             work.matrix[i * n + j] = data.values[i * n + j] + data.values[j * n + i];
             sum += work.matrix[i * n + j];
@@ -82,13 +83,13 @@ void symmetrise(const DataMatrix& data, SimilarityWork& work) {
 }
 
 void centreDoubly(const DataMatrix& data, SimilarityWork& work) {
-    const std::size_t n = work.objects;
+    const Index n = work.objects;
     const double count = static_cast<double>(n);
     double* rowMeans = work.means.data();
     double* columnMeans = rowMeans + n;
     double grandMean = 0.0;
-    for (std::size_t i = 0; i < n; ++i) {
-        for (std::size_t j = 0; j < n; ++j) {
+    for (Index i = 0; i < n; ++i) {
+        for (Index j = 0; j < n; ++j) {
             rowMeans[i] += data.values[i * n + j];
             columnMeans[j] += data.values[i * n + j];
         }
@@ -96,8 +97,8 @@ void centreDoubly(const DataMatrix& data, SimilarityWork& work) {
     }
     grandMean /= count * count;
     for (double& mean : work.means) mean /= count;
-    for (std::size_t i = 0; i < n; ++i) {
-        for (std::size_t j = 0; j < n; ++j) {
+    for (Index i = 0; i < n; ++i) {
+        for (Index j = 0; j < n; ++j) {
             work.matrix[i * n + j] = data.values[i * n + j] - rowMeans[i] - columnMeans[j] + grandMean;
         }
     }
@@ -129,18 +130,18 @@ ErrorCode computePrincipalCoordinates(Screens& screens, const DataMatrix& data, 
     screens.setProgress(50);
     if (code != success) return code;
 
-    const std::size_t n = work.objects;
+    const Index n = work.objects;
     const double least = leastEigenvalue * largestMagnitude(work.eigenvalues.data(), n);
     double sum = 0.0;
-    std::size_t valuable = 0;
+    Index valuable = 0;
     for (; valuable < n && work.eigenvalues[valuable] > least; ++valuable) sum += work.eigenvalues[valuable];
     double cumulated = 0.0;
-    for (std::size_t k = 0; k < valuable; ++k) {
+    for (Index k = 0; k < valuable; ++k) {
         work.ratios[k] = work.eigenvalues[k] / sum;
         cumulated += work.ratios[k];
         work.communality[k] = cumulated;
         const double length = std::sqrt(work.eigenvalues[k]);
-        for (std::size_t i = 0; i < n; ++i) work.coordinates[i * n + k] *= length;
+        for (Index i = 0; i < n; ++i) work.coordinates[i * n + k] *= length;
     }
     work.dimensions = static_cast<int>(valuable);
     screens.setProgress(75);
@@ -177,7 +178,7 @@ struct EigenvalueRow {
     const Block<double>& values;
 };
 
-void writeEigenvalues(Report& report, std::span<const EigenvalueRow> rows, std::size_t shown,
+void writeEigenvalues(Report& report, std::span<const EigenvalueRow> rows, Index shown,
                       Block<double>& scratch) {
     double* end = scratch.data();
     for (const EigenvalueRow& row : rows) end = std::copy_n(row.values.data(), shown, end);
@@ -190,22 +191,21 @@ void writeEigenvalues(Report& report, std::span<const EigenvalueRow> rows, std::
     report.lower.append("\n");
 }
 
-void writeCoordinates(Report& report, const DataSet& data, SimilarityWork& work, std::size_t shown) {
-    const std::size_t n = work.objects;
-    for (std::size_t i = 0; i < n; ++i) {
+void writeCoordinates(Report& report, const DataSet& data, SimilarityWork& work, Index shown) {
+    const Index n = work.objects;
+    for (Index i = 0; i < n; ++i) {
         std::copy_n(work.coordinates.data() + i * n, shown, work.printed.data() + i * shown);
     }
     SetFormatsFromValues(report, work.printed.data(), n * shown);
     WriteVectorTable(report, static_cast<int>(n), static_cast<int>(shown), work.printed.data(),
-                     static_cast<int>(shown), data.working.labels.data());
+                     static_cast<int>(shown), data.working.labels);
     report.lower.append("\n");
 }
 
 void writeReport(Screens& screens, AnalysisRun& run, SimilarityModel model, SimilarityWork& work) {
     Report& report = run.report;
     const bool coordinates = model == principalCoordinates;
-    const std::size_t shown = static_cast<std::size_t>(
-        std::min(std::max(run.options.settings.similarity.dimensions, 1), work.dimensions));
+    const Index shown = (std::min(std::max(run.options.settings.similarity.dimensions, 1), work.dimensions));
     writeStart(run, coordinates ? "principal coordinates analysis statistics"
                                 : "quantification 4 analysis statistics");
 
@@ -223,8 +223,7 @@ void writeReport(Screens& screens, AnalysisRun& run, SimilarityModel model, Simi
 
     report.lower.append(coordinates ? "\tstandardized eigen vector\n" : "\teigen vector\n");
     writeCoordinates(report, run.data, work, shown);
-    screens.showLower(report);
-    screens.showStatus(report);
+    closeReport(screens, report);
 }
 
 ErrorCode run(Screens& screens, AnalysisRun& run) {

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "analysis/multivariate/canonical/canonical_variates.h"
+#include "analysis/run/run_report.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
 
@@ -27,14 +28,14 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t) {
 void writeStatistics(Report& report, const CanonicalVariates& variates) {
     report.lower.append(
         "\teigen value, correlation, wilks lambda, chi square, chi prob, degree of freedom\n");
-    WriteHeaderStart(report);
-    WriteNameOfWidth(report, "all", report.formats.nameLength);
+    startHeader(report);
+    writeText(report, "all", report.formats.nameLength);
     for (int k = 2; k <= variates.pairs; ++k) {
         char name[textSlotSize];
         std::snprintf(name, sizeof name, "factor %d", k);
-        WriteNameOfWidth(report, name, report.formats.nameLength);
+        writeText(report, name, report.formats.nameLength);
     }
-    WriteRowEnd(report);
+    endRow(report);
 
     const struct {
         const char* label;
@@ -67,9 +68,9 @@ void writeRao(Report& report, const CanonicalVariates& variates) {
     report.lower.append("\trao stats as f.value, f.probability, degree of freedom 1 and 2\n");
     int number = 0;
     for (const auto& row : rows) {
-        WriteRowStart(report, ++number, row.label);
-        WriteWideValue(report, row.value, 18, row.decimals);
-        WriteRowEnd(report);
+        startRow(report, ++number, row.label);
+        writeCell(report, row.value, {18, row.decimals});
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -85,7 +86,7 @@ void writeRedundancy(Report& report, const CanonicalVariates& variates) {
 }
 
 void writeMatrix(Report& report, const char* title, const Block<double>& matrix, int rows, int pairs,
-                 const TextSlot* names) {
+                 const RowLabels& names) {
     SetFormatsFromValues(report, matrix.data(), matrix.size());
     report.lower.append(title);
     WriteFactorTable(report, rows, pairs, matrix.data(), pairs, names);
@@ -93,7 +94,7 @@ void writeMatrix(Report& report, const char* title, const Block<double>& matrix,
 
 void writeReport(Screens& screens, AnalysisRun& run, const CanonicalVariates& variates) {
     const Settings& settings = run.options.settings;
-    const TextSlot* names = run.data.working.names.data();
+    const TextList& names = run.data.working.names;
     const int q1 = variates.q1, q2 = variates.q2, m = variates.pairs;
     Report& report = run.report;
     report.lower.clear();
@@ -108,15 +109,14 @@ void writeReport(Screens& screens, AnalysisRun& run, const CanonicalVariates& va
     writeMatrix(report, "\tweight coefficient matrix of explanatory variables\n", variates.explanatoryWeights,
                 q1, m, names);
     writeMatrix(report, "\tweight coefficient matrix of purpose variables\n", variates.purposeWeights, q2, m,
-                names + q1);
+                RowLabels(names, q1));
     report.lower.append("\n");
     writeMatrix(report, "\tstructure matrix of explanatory variables\n", variates.explanatoryStructure, q1, m,
                 names);
     writeMatrix(report, "\tstructure matrix of purpose variables\n", variates.purposeStructure, q2, m,
-                names + q1);
+                RowLabels(names, q1));
     report.lower.append("\n");
-    screens.showLower(report);
-    screens.showStatus(report);
+    closeReport(screens, report);
 }
 
 ErrorCode run(Screens& screens, AnalysisRun& run) {

@@ -15,34 +15,32 @@ constexpr double leastEigenvalue = 1e-10;
 // rows x columns from place (row, column) of a p x p matrix.
 void copyPart(const Block<double>& matrix, int p, int row, int column, int rows, int columns,
               Block<double>& part) {
-    const double* source =
-        matrix.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(p) + column;
+    const double* source = matrix.data() + Index{row} * p + column;
     double* target = part.data();
     for (int i = 0; i < rows; ++i, source += p, target += columns) std::copy_n(source, columns, target);
 }
 
 // out (rows x columns) = a' b, a inner x rows.
 void multiplyTransposed(int inner, int rows, int columns, const double* a, const double* b, double* out) {
-    const std::size_t height = static_cast<std::size_t>(rows);
-    const std::size_t width = static_cast<std::size_t>(columns);
+    const Index height = rows;
+    const Index width = columns;
     std::fill_n(out, height * width, 0.0);
     for (int k = 0; k < inner; ++k, a += height, b += width) {
-        for (std::size_t i = 0; i < height; ++i) {
-            for (std::size_t j = 0; j < width; ++j) out[i * width + j] += a[i] * b[j];
+        for (Index i = 0; i < height; ++i) {
+            for (Index j = 0; j < width; ++j) out[i * width + j] += a[i] * b[j];
         }
     }
 }
 
 // W with W' R22 W = 1; a column of zeros from the first eigenvalue on that vanishes.
 ErrorCode findWhitening(CanonicalVariates& variates) {
-    const std::size_t n = static_cast<std::size_t>(variates.q2);
+    const Index n = variates.q2;
     const ErrorCode code = SymmetricEigen(variates.q2, variates.q2, variates.vectors.data(),
                                           variates.squares.data(), variates.r22.data());
     if (code != success) return code;
-    for (std::size_t k = 0; k < n && variates.squares[k] >= leastEigenvalue; ++k) {
+    for (Index k = 0; k < n && variates.squares[k] >= leastEigenvalue; ++k) {
         const double root = std::sqrt(variates.squares[k]);
-        for (std::size_t i = 0; i < n; ++i)
-            variates.whitening[i * n + k] = variates.vectors[i * n + k] / root;
+        for (Index i = 0; i < n; ++i) variates.whitening[i * n + k] = variates.vectors[i * n + k] / root;
     }
     return success;
 }
@@ -56,7 +54,7 @@ ErrorCode findCorrelations(CanonicalVariates& variates) {
     const ErrorCode code =
         SymmetricEigen(n, n, variates.vectors.data(), variates.squares.data(), variates.explained.data());
     if (code != success) return code;
-    for (std::size_t k = 0; k < variates.correlations.size(); ++k) {
+    for (Index k = 0; k < variates.correlations.size(); ++k) {
         variates.squares[k] = std::clamp(variates.squares[k], 0.0, 1.0);
         variates.correlations[k] = std::sqrt(variates.squares[k]);
     }
@@ -66,15 +64,14 @@ ErrorCode findCorrelations(CanonicalVariates& variates) {
 // Weights of variates with variance 1: b = W U for the purpose variables, a = R11^-1 R12 b / rho for the
 // others.
 void findWeights(CanonicalVariates& variates) {
-    const std::size_t n = static_cast<std::size_t>(variates.q2);
-    const std::size_t m = variates.correlations.size();
+    const Index n = variates.q2;
+    const Index m = variates.correlations.size();
     multiply(variates.q2, variates.q2, variates.q2, variates.whitening.data(), variates.vectors.data(),
              variates.scratch.data());
-    for (std::size_t i = 0; i < n; ++i)
-        std::copy_n(&variates.scratch[i * n], m, &variates.purposeWeights[i * m]);
+    for (Index i = 0; i < n; ++i) std::copy_n(&variates.scratch[i * n], m, &variates.purposeWeights[i * m]);
     multiply(variates.q1, variates.q2, variates.pairs, variates.regression.data(),
              variates.purposeWeights.data(), variates.explanatoryWeights.data());
-    for (std::size_t at = 0; at < variates.explanatoryWeights.size(); ++at) {
+    for (Index at = 0; at < variates.explanatoryWeights.size(); ++at) {
         const double correlation = variates.correlations[at % m];
         variates.explanatoryWeights[at] =
             correlation == 0.0 ? 0.0 : variates.explanatoryWeights[at] / correlation;
@@ -85,19 +82,19 @@ void findWeights(CanonicalVariates& variates) {
 // variables.
 void findRedundancy(const Block<double>& squares, const Block<double>& structure, int variables, int pairs,
                     double* redundancy) {
-    const std::size_t m = static_cast<std::size_t>(pairs);
-    for (std::size_t k = 0; k < m; ++k) {
+    const Index m = pairs;
+    for (Index k = 0; k < m; ++k) {
         double sum = 0.0;
-        for (std::size_t at = k; at < structure.size(); at += m) sum += structure[at] * structure[at];
+        for (Index at = k; at < structure.size(); at += m) sum += structure[at] * structure[at];
         redundancy[k] = squares[k] * sum / variables;
         redundancy[m] += redundancy[k];
     }
 }
 
 void summarise(CanonicalVariates& variates) {
-    const std::size_t m = variates.correlations.size();
+    const Index m = variates.correlations.size();
     double sum = 0.0, product = 1.0, inverses = 0.0;
-    for (std::size_t k = 0; k < m; ++k) {
+    for (Index k = 0; k < m; ++k) {
         const double remainder = 1.0 - variates.squares[k];
         sum += variates.squares[k];
         product *= remainder;
@@ -115,18 +112,17 @@ int halfOfVariables(const CanonicalVariates& variates) {
 
 // Bartlett's chi-squares with Lawley's correction.
 void testBartlett(int samples, CanonicalVariates& variates) {
-    const std::size_t m = variates.correlations.size();
+    const Index m = variates.correlations.size();
     double product = 1.0;
-    for (std::size_t k = m; k-- > 0;) {
+    for (Index k = m; k-- > 0;) {
         product *= 1.0 - variates.squares[k];
         variates.wilks[k] = product;
     }
     double factor = samples - 1.5 - halfOfVariables(variates);
-    for (std::size_t k = 0; k < m; ++k) {
+    for (Index k = 0; k < m; ++k) {
         if (k > 0) factor = factor - 1.0 + 1.0 / variates.squares[k - 1];
         variates.chiSquare[k] = -factor * std::log(variates.wilks[k]);
-        variates.freedom[k] = static_cast<double>((static_cast<std::size_t>(variates.q1) - k) *
-                                                  (static_cast<std::size_t>(variates.q2) - k));
+        variates.freedom[k] = static_cast<double>((variates.q1 - k) * (variates.q2 - k));
     }
     ChiSquareUpperProbability(variates.pairs, variates.chiSquare.data(), variates.freedom.data(),
                               variates.chiProbability.data());
@@ -153,9 +149,9 @@ ErrorCode CanonicalVariates::allocate(int explanatory, int purpose) {
     q1 = explanatory;
     q2 = purpose;
     pairs = std::min(q1, q2);
-    const std::size_t a = static_cast<std::size_t>(q1);
-    const std::size_t b = static_cast<std::size_t>(q2);
-    const std::size_t m = static_cast<std::size_t>(pairs);
+    const Index a = q1;
+    const Index b = q2;
+    const Index m = pairs;
     return moments.allocate(q1 + q2) | r11.allocate(a * a) | r22.allocate(b * b) | r12.allocate(a * b) |
            inverse.allocate(a * a) | regression.allocate(a * b) | explained.allocate(b * b) |
            whitening.allocate(b * b) | vectors.allocate(b * b) | scratch.allocate(std::max(a * a, b * b)) |

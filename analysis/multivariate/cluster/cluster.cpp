@@ -7,6 +7,7 @@
 
 #include "analysis/multivariate/cluster/cluster_merging.h"
 #include "analysis/multivariate/cluster/dendrogram.h"
+#include "analysis/run/run_report.h"
 #include "numeric/lu.h"
 #include "numeric/moments.h"
 #include "report/table_formats.h"
@@ -45,7 +46,7 @@ const char* const criterionTitles[] = {"nearest neighbour", "furtherest neighbou
 
 constexpr int median = 2;
 // Lines of the tables are numbered up to here.
-constexpr std::size_t mostNumbered = 999;
+constexpr Index mostNumbered = 999;
 
 // The options as indices of the texts above, whatever a settings file holds.
 struct ClusterChoice {
@@ -74,8 +75,8 @@ struct ClusterWork {
     Block<char> row; // of the dendrogram
 
     ErrorCode allocate(const ClusterChoice& choice, const DataMatrix& data) {
-        const std::size_t p = static_cast<std::size_t>(data.variables);
-        const std::size_t items = choice.ofVariables ? p : static_cast<std::size_t>(data.samples);
+        const Index p = data.variables;
+        const Index items = choice.ofVariables ? p : data.samples;
         ErrorCode code = merging.allocate(items) | row.allocate(dendrogramWidth(items));
         if (choice.ofVariables || choice.raw()) return code;
         code |= moments.allocate(data.variables) | standardized.allocate(data.count());
@@ -86,11 +87,11 @@ struct ClusterWork {
 };
 
 void standardize(const DataMatrix& data, ClusterWork& work) {
-    const std::size_t p = static_cast<std::size_t>(data.variables);
+    const Index p = data.variables;
     const double* means = work.moments.means.data();
     const double* sds = work.moments.sds.data();
-    for (std::size_t at = 0; at < work.standardized.size(); at += p) {
-        for (std::size_t j = 0; j < p; ++j) {
+    for (Index at = 0; at < work.standardized.size(); at += p) {
+        for (Index j = 0; j < p; ++j) {
             work.standardized[at + j] = (data.values[at + j] - means[j]) / sds[j];
         }
     }
@@ -98,46 +99,46 @@ void standardize(const DataMatrix& data, ClusterWork& work) {
 
 // The inverse is left transposed: products with it run along its rows then.
 ErrorCode invertCorrelation(int variables, ClusterWork& work) {
-    const std::size_t p = static_cast<std::size_t>(variables);
+    const Index p = variables;
     Block<double>& inverse = work.inverse;
     const ErrorCode code =
         invertRegular(variables, work.moments.correlation.data(), work.factors.data(), inverse.data());
     if (code != success) return code;
-    for (std::size_t i = 0; i < p; ++i) {
-        for (std::size_t j = 0; j < i; ++j) std::swap(inverse[i * p + j], inverse[j * p + i]);
+    for (Index i = 0; i < p; ++i) {
+        for (Index j = 0; j < i; ++j) std::swap(inverse[i * p + j], inverse[j * p + i]);
     }
     return success;
 }
 
-double squaredDistance(const double* a, const double* b, std::size_t p) {
+double squaredDistance(const double* a, const double* b, Index p) {
     double sum = 0.0;
-    for (std::size_t j = 0; j < p; ++j) sum += (a[j] - b[j]) * (a[j] - b[j]);
+    for (Index j = 0; j < p; ++j) sum += (a[j] - b[j]) * (a[j] - b[j]);
     return sum;
 }
 
 // (a - b)' R^-1 (a - b)
-double mahalanobisDistance(const double* a, const double* b, std::size_t p, ClusterWork& work) {
+double mahalanobisDistance(const double* a, const double* b, Index p, ClusterWork& work) {
     double* const difference = work.difference.data();
     double* const product = work.product.data();
-    for (std::size_t j = 0; j < p; ++j) {
+    for (Index j = 0; j < p; ++j) {
         difference[j] = a[j] - b[j];
         product[j] = 0.0;
     }
-    for (std::size_t j = 0; j < p; ++j) {
+    for (Index j = 0; j < p; ++j) {
         const double* column = work.inverse.data() + j * p;
-        for (std::size_t i = 0; i < p; ++i) product[i] += column[i] * difference[j];
+        for (Index i = 0; i < p; ++i) product[i] += column[i] * difference[j];
     }
     double sum = 0.0;
-    for (std::size_t i = 0; i < p; ++i) sum += difference[i] * product[i];
+    for (Index i = 0; i < p; ++i) sum += difference[i] * product[i];
     return sum;
 }
 
 // Distances of all pairs of samples, rows of values; Mahalanobis or squared Euclidean.
-void measureSamples(const double* values, std::size_t p, bool mahalanobis, ClusterWork& work) {
+void measureSamples(const double* values, Index p, bool mahalanobis, ClusterWork& work) {
     ClusterMerging& merging = work.merging;
-    for (std::size_t a = 0; a < merging.count; ++a) {
-        const std::size_t row = merging.rowStart(a);
-        for (std::size_t b = a + 1; b < merging.count; ++b) {
+    for (Index a = 0; a < merging.count; ++a) {
+        const Index row = merging.rowStart(a);
+        for (Index b = a + 1; b < merging.count; ++b) {
             merging.distances[row + b] = mahalanobis
                                              ? mahalanobisDistance(values + a * p, values + b * p, p, work)
                                              : squaredDistance(values + a * p, values + b * p, p);
@@ -168,7 +169,7 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, const ClusterChoice&
             if (code != success) return code;
         }
         const double* values = usesMoments ? work.standardized.data() : data.values.data();
-        measureSamples(values, static_cast<std::size_t>(p), choice.mahalanobis(), work);
+        measureSamples(values, p, choice.mahalanobis(), work);
     }
     screens.setProgress(30);
     if (choice.criterion == median) {
@@ -182,7 +183,7 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, const ClusterChoice&
     return success;
 }
 
-void writeRowNumber(Report& report, std::size_t number, bool numbered) {
+void writeRowNumber(Report& report, Index number, bool numbered) {
     if (numbered) {
         report.lower.appendInteger(static_cast<std::int64_t>(number), 3);
     } else {
@@ -194,30 +195,30 @@ void writeRowNumber(Report& report, std::size_t number, bool numbered) {
 void writeMerges(Report& report, const Block<ClusterMerge>& merges, bool rooted) {
     report.lower.append("\tuniting information as refresh units number and distance\n"
                         "  n,   step,       unit cluster,   ->,  fresh,          distance\n");
-    for (std::size_t s = 0; s < merges.size() && !report.lower.isCut(); ++s) {
+    for (Index s = 0; s < merges.size() && !report.lower.isCut(); ++s) {
         const ClusterMerge& merge = merges[s];
         writeRowNumber(report, s + 1, s < mostNumbered);
         report.lower.appendFormat("%7d,%7d   + %7d,   ->,%7d", static_cast<int>(s) + 1, merge.first + 1,
                                   merge.second + 1, merge.second + 1);
-        WriteWideValue(report, rooted ? merge.level : std::sqrt(merge.level), 18, 9);
-        WriteRowEnd(report);
+        writeCell(report, rooted ? merge.level : std::sqrt(merge.level), {18, 9});
+        endRow(report);
     }
     report.lower.append("\n");
 }
 
 // The first row goes without a number when the table of merges ran out of them.
-void writeDendrogram(Report& report, const TextSlot* labels, ClusterWork& work) {
+void writeDendrogram(Report& report, const TextList& labels, ClusterWork& work) {
     const Block<ClusterMerge>& merges = work.merging.merges;
     report.lower.append("\tdendrogram\n"
                         "\t-- case of too much items please view the dendrogram due to save as text file\n");
-    for (std::size_t r = 0; r < work.merging.count && !report.lower.isCut(); ++r) {
+    for (Index r = 0; r < work.merging.count && !report.lower.isCut(); ++r) {
         writeRowNumber(report, r + 1, r > 0 || merges.size() < mostNumbered);
         report.lower.appendInteger(static_cast<std::int64_t>(r) + 1, 7);
-        WriteNameOfWidth(report, labels[r].text, report.formats.width);
+        writeText(report, labels[r], report.formats.width);
         report.lower.append(",");
-        const std::size_t length = writeDendrogramRow(merges.data(), merges.size(), r, work.row.data());
+        const Index length = writeDendrogramRow(merges.data(), merges.size(), r, work.row.data());
         report.lower.append(std::string_view(work.row.data(), length));
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -238,9 +239,8 @@ void writeReport(Screens& screens, AnalysisRun& run, const ClusterChoice& choice
 
     SetFormatsFromData(report, run.data, settings.variableStringLength, settings.sampleStringLength);
     writeMerges(report, work.merging.merges, choice.criterion == median);
-    writeDendrogram(report, choice.ofVariables ? data.names.data() : data.labels.data(), work);
-    screens.showLower(report);
-    screens.showStatus(report);
+    writeDendrogram(report, choice.ofVariables ? data.names : data.labels, work);
+    closeReport(screens, report);
 }
 
 ErrorCode run(Screens& screens, AnalysisRun& run) {

@@ -34,19 +34,19 @@ Combination combinationOf(int criterion) {
 struct Agglomeration {
     ClusterMerging& work;
     Combination rule;
-    std::size_t activeCount;
+    Index activeCount;
 
-    std::size_t cluster(std::size_t place) const { return static_cast<std::size_t>(work.active[place]); }
+    Index cluster(Index place) const { return work.active[place]; }
 };
 
 // Scans the clusters after the one at `place`.
-void findNearest(Agglomeration& state, std::size_t place) {
+void findNearest(Agglomeration& state, Index place) {
     ClusterMerging& work = state.work;
-    const std::size_t k = state.cluster(place);
-    const std::size_t row = work.rowStart(k);
+    const Index k = state.cluster(place);
+    const Index row = work.rowStart(k);
     double least = farthest;
     std::int32_t nearest = none;
-    for (std::size_t at = place + 1; at < state.activeCount; ++at) {
+    for (Index at = place + 1; at < state.activeCount; ++at) {
         const double distance = work.distances[row + state.cluster(at)];
         if (distance < least) {
             least = distance;
@@ -58,10 +58,10 @@ void findNearest(Agglomeration& state, std::size_t place) {
 }
 
 // The place of the first member of the closest pair, or activeCount when there is none.
-std::size_t findClosest(const Agglomeration& state) {
+Index findClosest(const Agglomeration& state) {
     double least = farthest;
-    std::size_t place = state.activeCount;
-    for (std::size_t at = 0; at < state.activeCount; ++at) {
+    Index place = state.activeCount;
+    for (Index at = 0; at < state.activeCount; ++at) {
         const double distance = state.work.nearestDistance[state.cluster(at)];
         if (distance < least) {
             least = distance;
@@ -72,24 +72,24 @@ std::size_t findClosest(const Agglomeration& state) {
 }
 
 // The distances of all active clusters to cluster c; any value for c itself.
-void gatherDistances(const Agglomeration& state, std::size_t c, Block<double>& out) {
+void gatherDistances(const Agglomeration& state, Index c, Block<double>& out) {
     const ClusterMerging& work = state.work;
-    std::size_t at = 0;
+    Index at = 0;
     for (; at < state.activeCount && state.cluster(at) < c; ++at) {
         out[at] = work.distances[work.rowStart(state.cluster(at)) + c];
     }
     if (at < state.activeCount && state.cluster(at) == c) ++at;
-    const std::size_t row = work.rowStart(c);
+    const Index row = work.rowStart(c);
     for (; at < state.activeCount; ++at) out[at] = work.distances[row + state.cluster(at)];
 }
 
 // Replaces toSecond by the distances to the union of i and j, which are x apart.
-void combineDistances(Agglomeration& state, std::size_t i, std::size_t j, double x) {
+void combineDistances(Agglomeration& state, Index i, Index j, double x) {
     ClusterMerging& work = state.work;
     const Combination& rule = state.rule;
     const int addedFirst = work.added[i];
     const int addedSecond = work.added[j];
-    for (std::size_t at = 0; at < state.activeCount; ++at) {
+    for (Index at = 0; at < state.activeCount; ++at) {
         const int added = work.added[state.cluster(at)];
         const double q = rule.t / static_cast<double>((added + 1) * rule.u + (addedFirst + addedSecond + 2));
         const double alphaFirst = (addedFirst + 1 + added * rule.u) * q + rule.e;
@@ -103,8 +103,7 @@ void combineDistances(Agglomeration& state, std::size_t i, std::size_t j, double
 }
 
 // Keeps the nearest of the cluster at `place`, which is before j: i is gone and j now stands at `distance`.
-void refreshNearest(Agglomeration& state, std::size_t place, std::int32_t i, std::int32_t j,
-                    double distance) {
+void refreshNearest(Agglomeration& state, Index place, std::int32_t i, std::int32_t j, double distance) {
     ClusterMerging& work = state.work;
     std::int32_t& nearest = work.nearest[state.cluster(place)];
     double& least = work.nearestDistance[state.cluster(place)];
@@ -120,27 +119,27 @@ void refreshNearest(Agglomeration& state, std::size_t place, std::int32_t i, std
 // answers many at a time.
 void unite(Agglomeration& state, const ClusterMerge& merge) {
     ClusterMerging& work = state.work;
-    const std::size_t i = static_cast<std::size_t>(merge.first);
-    const std::size_t j = static_cast<std::size_t>(merge.second);
+    const Index i = merge.first;
+    const Index j = merge.second;
     gatherDistances(state, i, work.toFirst);
     gatherDistances(state, j, work.toSecond);
     combineDistances(state, i, j, merge.level);
-    std::size_t place = 0;
+    Index place = 0;
     for (; state.cluster(place) < j; ++place) {
         work.distances[work.rowStart(state.cluster(place)) + j] = work.toSecond[place];
     }
-    const std::size_t row = work.rowStart(j);
-    for (std::size_t at = place + 1; at < state.activeCount; ++at) {
+    const Index row = work.rowStart(j);
+    for (Index at = place + 1; at < state.activeCount; ++at) {
         work.distances[row + state.cluster(at)] = work.toSecond[at];
     }
-    for (std::size_t at = 0; at < place; ++at) {
+    for (Index at = 0; at < place; ++at) {
         refreshNearest(state, at, merge.first, merge.second, work.toSecond[at]);
     }
     findNearest(state, place);
     work.added[j] += work.added[i] + 1;
 }
 
-void removeActive(Agglomeration& state, std::size_t place) {
+void removeActive(Agglomeration& state, Index place) {
     std::int32_t* active = state.work.active.data();
     std::copy(active + place + 1, active + state.activeCount, active + place);
     --state.activeCount;
@@ -148,7 +147,7 @@ void removeActive(Agglomeration& state, std::size_t place) {
 
 } // namespace
 
-ErrorCode ClusterMerging::allocate(std::size_t items) {
+ErrorCode ClusterMerging::allocate(Index items) {
     count = items;
     return distances.allocate(items * (items - 1) / 2) | merges.allocate(items - 1) | active.allocate(items) |
            added.allocate(items) | nearest.allocate(items) | nearestDistance.allocate(items) |
@@ -157,13 +156,13 @@ ErrorCode ClusterMerging::allocate(std::size_t items) {
 
 ErrorCode mergeClusters(int criterion, ClusterMerging& merging) {
     Agglomeration state = {merging, combinationOf(criterion), merging.count};
-    for (std::size_t k = 0; k < merging.count; ++k) merging.active[k] = static_cast<std::int32_t>(k);
-    for (std::size_t at = 0; at < merging.count; ++at) findNearest(state, at);
+    for (Index k = 0; k < merging.count; ++k) merging.active[k] = static_cast<std::int32_t>(k);
+    for (Index at = 0; at < merging.count; ++at) findNearest(state, at);
     for (ClusterMerge& merge : merging.merges) {
-        const std::size_t place = findClosest(state);
+        const Index place = findClosest(state);
         if (place == state.activeCount) return illegalData;
         const std::int32_t first = merging.active[place];
-        const std::size_t i = static_cast<std::size_t>(first);
+        const Index i = first;
         // All clusters have the same rank, so it is always the first of the pair that gives its number up.
         merge = {first, merging.nearest[i], merging.nearestDistance[i]};
         removeActive(state, place);

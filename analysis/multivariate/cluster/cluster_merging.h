@@ -14,7 +14,7 @@ struct ClusterMerge {
 
 // The distances of `count` items and their agglomeration.
 struct ClusterMerging {
-    std::size_t count = 0;
+    Index count = 0;
     Block<double> distances;       // of the pairs (0,1), (0,2), ... (1,2), ...; overwritten while merging
     Block<ClusterMerge> merges;    // count - 1, in order
     Block<std::int32_t> active;    // clusters not merged away yet, ascending
@@ -25,10 +25,10 @@ struct ClusterMerging {
     Block<double> toSecond;
 
     // Zero-filled arrays for items >= 1; success or outOfMemory.
-    ErrorCode allocate(std::size_t items);
+    ErrorCode allocate(Index items);
 
     // The distance of items a and b stands at rowStart(a) + b, a < b. For a = 0 the start wraps below 0.
-    std::size_t rowStart(std::size_t a) const { return a * (2 * count - a - 1) / 2 - a - 1; }
+    Index rowStart(Index a) const { return a * (2 * count - a - 1) / 2 - a - 1; }
 };
 
 // Merges the two closest clusters until one is left, and combines their distances to the others by a rule of

@@ -5,7 +5,7 @@
 #include "analysis/multivariate/cluster/cluster_merging.h"
 
 // Characters that the longest row of a dendrogram has.
-constexpr std::size_t dendrogramWidth(std::size_t items) {
+constexpr Index dendrogramWidth(Index items) {
     return 2 * items;
 }
 
@@ -13,4 +13,4 @@ constexpr std::size_t dendrogramWidth(std::size_t items) {
 // step that it takes part in or is crossed by; without an end. Items stand in their own order, so that the
 // lines of clusters that are not neighbours cross. Returns the length. Each row is made alone, in time in
 // proportion to the steps: the whole grid of items by steps is never held.
-std::size_t writeDendrogramRow(const ClusterMerge* merges, std::size_t steps, std::size_t item, char* row);
+Index writeDendrogramRow(const ClusterMerge* merges, Index steps, Index item, char* row);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
 #include "numeric/distributions.h"
 #include "numeric/eigen.h"
@@ -57,7 +58,7 @@ struct ComponentWork {
     int kept = 0;
 
     ErrorCode allocate(const DataMatrix& data) {
-        const std::size_t p = static_cast<std::size_t>(data.variables);
+        const Index p = data.variables;
         return moments.allocate(data.variables) | eigenvalues.allocate(p) | eigenvectors.allocate(p * p) |
                ratio.allocate(p) | cumulativeRatio.allocate(p) | chiSquare.allocate(p) |
                chiProbability.allocate(p) | freedom.allocate(p) | loadings.allocate(p * p) |
@@ -93,7 +94,7 @@ void testEqualRemainder(int samples, ComponentWork& work) {
     }
     double correction = 0.0;
     for (int k = 0; k < work.kept; ++k) {
-        const std::size_t at = static_cast<std::size_t>(k);
+        const Index at = k;
         const double q = p - k;
         if (k > 0) {
             const double previous = work.eigenvalues[at - 1];
@@ -112,10 +113,10 @@ void testEqualRemainder(int samples, ComponentWork& work) {
 }
 
 void findRatios(const Block<double>& base, ComponentWork& work) {
-    const std::size_t p = work.eigenvalues.size();
+    const Index p = work.eigenvalues.size();
     double trace = 0.0, cumulative = 0.0;
-    for (std::size_t j = 0; j < p; ++j) trace += base[j * p + j];
-    for (std::size_t k = 0; k < static_cast<std::size_t>(work.kept); ++k) {
+    for (Index j = 0; j < p; ++j) trace += base[j * p + j];
+    for (Index k = 0; k < work.kept; ++k) {
         cumulative += work.eigenvalues[k];
         work.ratio[k] = work.eigenvalues[k] / trace;
         work.cumulativeRatio[k] = cumulative / trace;
@@ -123,9 +124,9 @@ void findRatios(const Block<double>& base, ComponentWork& work) {
 }
 
 void findLoadings(ComponentWork& work) {
-    const std::size_t p = work.eigenvalues.size();
-    for (std::size_t j = 0; j < p; ++j) {
-        for (std::size_t k = 0; k < static_cast<std::size_t>(work.kept); ++k) {
+    const Index p = work.eigenvalues.size();
+    for (Index j = 0; j < p; ++j) {
+        for (Index k = 0; k < work.kept; ++k) {
             work.loadings[j * p + k] = work.eigenvectors[j * p + k] * std::sqrt(work.eigenvalues[k]);
         }
     }
@@ -133,41 +134,40 @@ void findLoadings(ComponentWork& work) {
 
 // Scores from the standardized values, for a covariance base too.
 void findScores(const DataMatrix& data, ComponentWork& work) {
-    const std::size_t p = work.eigenvalues.size();
-    const std::size_t kept = static_cast<std::size_t>(work.kept);
-    for (std::size_t i = 0; i < static_cast<std::size_t>(data.samples); ++i) {
+    const Index p = work.eigenvalues.size();
+    const Index kept = work.kept;
+    for (Index i = 0; i < data.samples; ++i) {
         const double* x = data.values.data() + i * p;
         double* score = work.scores.data() + i * p;
-        for (std::size_t j = 0; j < p; ++j) {
+        for (Index j = 0; j < p; ++j) {
             const double z = (x[j] - work.moments.means[j]) / work.moments.sds[j];
             const double* loading = work.loadings.data() + j * p;
-            for (std::size_t k = 0; k < kept; ++k) score[k] += z * loading[k];
+            for (Index k = 0; k < kept; ++k) score[k] += z * loading[k];
         }
-        for (std::size_t k = 0; k < kept; ++k) score[k] /= work.eigenvalues[k];
+        for (Index k = 0; k < kept; ++k) score[k] /= work.eigenvalues[k];
     }
 }
 
 // To mean 0 and variance 1, divisor n.
 void standardizeScores(int samples, ComponentWork& work) {
-    const std::size_t p = work.eigenvalues.size();
-    const std::size_t kept = static_cast<std::size_t>(work.kept);
-    const std::size_t rows = static_cast<std::size_t>(samples);
-    for (std::size_t i = 0; i < rows; ++i) {
+    const Index p = work.eigenvalues.size();
+    const Index kept = work.kept;
+    const Index rows = samples;
+    for (Index i = 0; i < rows; ++i) {
         const double* score = work.scores.data() + i * p;
-        for (std::size_t k = 0; k < kept; ++k) {
+        for (Index k = 0; k < kept; ++k) {
             work.scoreMeans[k] += score[k];
             work.scoreDeviations[k] += score[k] * score[k];
         }
     }
-    for (std::size_t k = 0; k < kept; ++k) {
+    for (Index k = 0; k < kept; ++k) {
         const double mean = work.scoreMeans[k] / samples;
         work.scoreMeans[k] = mean;
         work.scoreDeviations[k] = std::sqrt(work.scoreDeviations[k] / samples - mean * mean);
     }
-    for (std::size_t i = 0; i < rows; ++i) {
+    for (Index i = 0; i < rows; ++i) {
         double* score = work.scores.data() + i * p;
-        for (std::size_t k = 0; k < kept; ++k)
-            score[k] = (score[k] - work.scoreMeans[k]) / work.scoreDeviations[k];
+        for (Index k = 0; k < kept; ++k) score[k] = (score[k] - work.scoreMeans[k]) / work.scoreDeviations[k];
     }
 }
 
@@ -215,17 +215,17 @@ void writeStatistics(Report& report, const ComponentWork& work) {
     WriteFactorHeader(report, work.kept, report.formats.nameLength);
     int number = 0;
     for (const auto& row : rows) {
-        SetFormatsFromValues(report, row.values.data(), static_cast<std::size_t>(work.kept));
+        SetFormatsFromValues(report, row.values.data(), work.kept);
         WriteValueRow(report, row.values.data(), work.kept, row.slot, row.label, ++number);
     }
     report.lower.append("\n");
 }
 
 void writeMatrix(Report& report, const char* title, const Block<double>& matrix, int stride, int kept,
-                 const Block<TextSlot>& labels, int rows) {
+                 const RowLabels& labels, int rows) {
     SetFormatsFromValues(report, matrix.data(), matrix.size());
     report.lower.append(title);
-    WriteFactorTable(report, rows, kept, matrix.data(), stride, labels.data());
+    WriteFactorTable(report, rows, kept, matrix.data(), stride, labels);
     report.lower.append("\n");
 }
 
@@ -246,8 +246,7 @@ void writeReport(Screens& screens, AnalysisRun& run, const ComponentWork& work) 
     writeMatrix(report, "\tprincipal component load\n", work.loadings, p, work.kept, data.names, p);
     writeMatrix(report, "\tprincipal component score\n", work.scores, p, work.kept, data.labels,
                 data.samples);
-    screens.showLower(report);
-    screens.showStatus(report);
+    closeReport(screens, report);
 }
 
 ErrorCode buildComponentGraph(Screens& screens, AnalysisRun& run, const ComponentWork& work) {
@@ -257,7 +256,7 @@ ErrorCode buildComponentGraph(Screens& screens, AnalysisRun& run, const Componen
                             .seriesCount = work.kept,
                             .scores = work.scores.data(),
                             .scoreStride = data.variables,
-                            .vectorNames = data.names.data(),
+                            .vectorNames = &data.names,
                             .vectorCount = data.variables,
                             .vectors = work.loadings.data(),
                             .vectorStride = data.variables,

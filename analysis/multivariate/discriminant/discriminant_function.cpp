@@ -14,21 +14,18 @@ namespace {
 // out (k x k) = scale times the rows and columns of the selected variables, in their order.
 void takeSelected(const VariableSelection& selection, const Block<double>& matrix, double scale,
                   double* out) {
-    const std::size_t q = selection.order.size();
+    const Index q = selection.order.size();
     for (int i = 0; i < selection.selected; ++i) {
-        const double* row =
-            matrix.data() + static_cast<std::size_t>(selection.order[static_cast<std::size_t>(i)]) * q;
+        const double* row = matrix.data() + Index{selection.order[i]} * q;
         for (int j = 0; j < selection.selected; ++j) {
-            *out++ = scale * row[selection.order[static_cast<std::size_t>(j)]];
+            *out++ = scale * row[selection.order[j]];
         }
     }
 }
 
 // The mean of group g in the i-th selected variable.
-double groupMean(const GroupStatistics& statistics, const VariableSelection& selection, std::size_t g,
-                 std::size_t i) {
-    return statistics.groupMeans[g * static_cast<std::size_t>(statistics.variables) +
-                                 static_cast<std::size_t>(selection.order[i])];
+double groupMean(const GroupStatistics& statistics, const VariableSelection& selection, Index g, Index i) {
+    return statistics.groupMeans[g * statistics.variables + selection.order[i]];
 }
 
 void findHotelling(const GroupStatistics& statistics, int variables, DiscriminantFunctions& functions) {
@@ -48,7 +45,7 @@ struct CanonicalWork {
     Block<double> within, vectors, root, between, product; // k x k
     Block<double> weights;                                 // k
 
-    ErrorCode allocate(std::size_t k) {
+    ErrorCode allocate(Index k) {
         ErrorCode code = weights.allocate(k);
         for (Block<double>* matrix : {&within, &vectors, &root, &between, &product}) {
             code |= matrix->allocate(k * k);
@@ -63,7 +60,7 @@ ErrorCode decompose(const GroupStatistics& statistics, const VariableSelection& 
     const int k = selection.selected;
     takeSelected(selection, statistics.within, 1.0, work.within.data());
     takeSelected(selection, statistics.total, 1.0, work.between.data());
-    for (std::size_t i = 0; i < work.between.size(); ++i) work.between[i] -= work.within[i];
+    for (Index i = 0; i < work.between.size(); ++i) work.between[i] -= work.within[i];
     const ErrorCode code = SymmetricEigen(k, k, work.vectors.data(), work.weights.data(), work.within.data());
     if (code != success) return code;
     for (double& value : work.weights) {
@@ -86,7 +83,7 @@ void testRoots(const GroupStatistics& statistics, int variables, double alpha,
     const double factor = statistics.samples - 1.0 - (k + groups) / 2.0;
     double sum = 0.0;
     for (int i = functions.dimensions; i-- > 0;) {
-        const auto at = static_cast<std::size_t>(i);
+        const Index at = i;
         sum += std::log(1.0 + functions.eigenvalues[at]);
         functions.chiSquare[at] = factor * sum;
         functions.degrees[at] = (k - i) * (groups - 1.0 - i);
@@ -103,18 +100,17 @@ void testRoots(const GroupStatistics& statistics, int variables, double alpha,
 // Constants that put the total mean at 0, and the groups' mean scores.
 void placeCentroids(const GroupStatistics& statistics, const VariableSelection& selection,
                     DiscriminantFunctions& functions) {
-    const auto vectors = static_cast<std::size_t>(functions.vectors);
-    const auto k = static_cast<std::size_t>(selection.selected);
-    for (std::size_t v = 0; v < vectors; ++v) {
+    const Index vectors = functions.vectors;
+    const Index k = selection.selected;
+    for (Index v = 0; v < vectors; ++v) {
         double constant = 0.0;
-        for (std::size_t i = 0; i < k; ++i) {
-            constant -= functions.coefficients[i * vectors + v] *
-                        statistics.totalMeans[static_cast<std::size_t>(selection.order[i])];
+        for (Index i = 0; i < k; ++i) {
+            constant -= functions.coefficients[i * vectors + v] * statistics.totalMeans[selection.order[i]];
         }
         functions.constants[v] = constant;
-        for (std::size_t g = 0; g < statistics.counts.size(); ++g) {
+        for (Index g = 0; g < statistics.counts.size(); ++g) {
             double score = constant;
-            for (std::size_t i = 0; i < k; ++i) {
+            for (Index i = 0; i < k; ++i) {
                 score += functions.coefficients[i * vectors + v] * groupMean(statistics, selection, g, i);
             }
             functions.centroids[g * vectors + v] = score;
@@ -122,13 +118,13 @@ void placeCentroids(const GroupStatistics& statistics, const VariableSelection& 
     }
 }
 
-std::int32_t nearestCentroid(const double* score, std::size_t vectors, const Block<double>& centroids,
-                             std::size_t groups) {
-    std::size_t nearest = 0;
+std::int32_t nearestCentroid(const double* score, Index vectors, const Block<double>& centroids,
+                             Index groups) {
+    Index nearest = 0;
     double least = 0.0;
-    for (std::size_t g = 0; g < groups; ++g) {
+    for (Index g = 0; g < groups; ++g) {
         double distance = 0.0;
-        for (std::size_t v = 0; v < vectors; ++v) {
+        for (Index v = 0; v < vectors; ++v) {
             const double difference = score[v] - centroids[g * vectors + v];
             distance += difference * difference;
         }
@@ -142,10 +138,10 @@ std::int32_t nearestCentroid(const double* score, std::size_t vectors, const Blo
 } // namespace
 
 ErrorCode DiscriminantFunctions::allocate(const GroupStatistics& statistics) {
-    const auto g = static_cast<std::size_t>(statistics.groups);
-    const auto q = static_cast<std::size_t>(statistics.variables);
-    const auto n = static_cast<std::size_t>(statistics.samples);
-    const std::size_t most = std::min(g - 1, q);
+    const Index g = statistics.groups;
+    const Index q = statistics.variables;
+    const Index n = statistics.samples;
+    const Index most = std::min(g - 1, q);
     return coefficients.allocate(q * most) | constants.allocate(most) | centroids.allocate(g * most) |
            scores.allocate(n * most) | assigned.allocate(n) | crossed.allocate(g * g) |
            standardized.allocate(q * most) | eigenvalues.allocate(q) | chiSquare.allocate(most) |
@@ -156,7 +152,7 @@ ErrorCode findFisher(const GroupStatistics& statistics, const VariableSelection&
                      DiscriminantFunctions& functions) {
     functions.dimensions = functions.vectors = 1;
     const int k = selection.selected;
-    const auto count = static_cast<std::size_t>(k);
+    const Index count = k;
     Block<double> pooled, scratch, inverse, differences;
     ErrorCode code = pooled.allocate(count * count) | scratch.allocate(count * count) |
                      inverse.allocate(count * count) | differences.allocate(count);
@@ -165,11 +161,11 @@ ErrorCode findFisher(const GroupStatistics& statistics, const VariableSelection&
     code = invertRegular(k, pooled.data(), scratch.data(), inverse.data());
     if (code != success) return code;
 
-    for (std::size_t i = 0; i < count; ++i) {
+    for (Index i = 0; i < count; ++i) {
         differences[i] = groupMean(statistics, selection, 0, i) - groupMean(statistics, selection, 1, i);
     }
     multiply(k, k, 1, inverse.data(), differences.data(), functions.coefficients.data());
-    for (std::size_t i = 0; i < count; ++i) {
+    for (Index i = 0; i < count; ++i) {
         const double coefficient = functions.coefficients[i];
         functions.constants[0] -=
             0.5 * coefficient *
@@ -187,7 +183,7 @@ ErrorCode findFisher(const GroupStatistics& statistics, const VariableSelection&
 ErrorCode findCanonical(const GroupStatistics& statistics, const VariableSelection& selection, double alpha,
                         DiscriminantFunctions& functions) {
     const int k = selection.selected;
-    const auto count = static_cast<std::size_t>(k);
+    const Index count = k;
     functions.dimensions = std::min(statistics.groups - 1, k);
     CanonicalWork work;
     ErrorCode code = work.allocate(count);
@@ -199,10 +195,10 @@ ErrorCode findCanonical(const GroupStatistics& statistics, const VariableSelecti
     // The scale gives the scores a pooled variance of 1.
     const double within = statistics.samples - statistics.groups;
     multiply(k, k, k, work.root.data(), work.vectors.data(), work.product.data());
-    const auto vectors = static_cast<std::size_t>(functions.vectors);
-    for (std::size_t i = 0; i < count; ++i) {
+    const Index vectors = functions.vectors;
+    for (Index i = 0; i < count; ++i) {
         const double deviation = std::sqrt(work.within[i * (count + 1)] / within);
-        for (std::size_t v = 0; v < vectors; ++v) {
+        for (Index v = 0; v < vectors; ++v) {
             const double coefficient = work.product[i * count + v] * std::sqrt(within);
             functions.coefficients[i * vectors + v] = coefficient;
             functions.standardized[i * vectors + v] = coefficient * deviation;
@@ -214,21 +210,20 @@ ErrorCode findCanonical(const GroupStatistics& statistics, const VariableSelecti
 
 void classifySamples(const DataMatrix& data, const GroupStatistics& statistics,
                      const VariableSelection& selection, DiscriminantFunctions& functions) {
-    const auto vectors = static_cast<std::size_t>(functions.vectors);
-    const auto groups = static_cast<std::size_t>(statistics.groups);
+    const Index vectors = functions.vectors;
+    const Index groups = statistics.groups;
     for (std::int32_t s = 0; s < data.samples; ++s) {
-        const auto i = static_cast<std::size_t>(s);
-        const double* x = data.values.data() + i * static_cast<std::size_t>(data.variables);
+        const Index i = s;
+        const double* x = data.values.data() + i * data.variables;
         double* score = functions.scores.data() + i * vectors;
         std::copy_n(functions.constants.data(), vectors, score);
-        for (std::size_t j = 0; j < static_cast<std::size_t>(selection.selected); ++j) {
+        for (Index j = 0; j < selection.selected; ++j) {
             const double value = x[selection.order[j]];
-            for (std::size_t v = 0; v < vectors; ++v)
-                score[v] += functions.coefficients[j * vectors + v] * value;
+            for (Index v = 0; v < vectors; ++v) score[v] += functions.coefficients[j * vectors + v] * value;
         }
         functions.assigned[i] = groups == 2 ? (score[0] >= 0.0 ? 0 : 1)
                                             : nearestCentroid(score, vectors, functions.centroids, groups);
-        const auto prior = static_cast<std::size_t>(categoryOf(data, s, statistics.variables));
-        ++functions.crossed[prior * groups + static_cast<std::size_t>(functions.assigned[i])];
+        const Index prior = categoryOf(data, s, statistics.variables);
+        ++functions.crossed[prior * groups + functions.assigned[i]];
     }
 }

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "analysis/run/run_report.h"
 #include "data/categories.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
@@ -12,15 +13,15 @@ namespace {
 constexpr int width = 18;
 constexpr int decimals = 12;
 
-void writeCells(Report& report, const double* values, std::size_t count, int places = decimals) {
-    for (std::size_t k = 0; k < count; ++k) WriteWideValue(report, values[k], width, places);
+void writeCells(Report& report, const double* values, Index count, int places = decimals) {
+    for (Index k = 0; k < count; ++k) writeCell(report, values[k], {width, places});
 }
 
-void writeRow(Report& report, int number, const char* label, const double* values, std::size_t count,
+void writeRow(Report& report, int number, const char* label, const double* values, Index count,
               int places = decimals) {
-    WriteRowStart(report, number, label);
+    startRow(report, number, label);
     writeCells(report, values, count, places);
-    WriteRowEnd(report);
+    endRow(report);
 }
 
 void writeTitle(Report& report, const char* title) {
@@ -31,47 +32,46 @@ struct RowName {
     char text[24];
 };
 
-RowName numbered(const char* prefix, std::size_t index) {
+RowName numbered(const char* prefix, Index index) {
     RowName name;
     std::snprintf(name.text, sizeof name.text, "%s %d", prefix, static_cast<int>(index) + 1);
     return name;
 }
 
-int numberOf(std::size_t index) {
+int numberOf(Index index) {
     return static_cast<int>(index) + 1;
 }
 
 // One row of `columns` values for each group.
-void writeGroupRows(Report& report, std::size_t groups, std::size_t columns, const double* values) {
-    for (std::size_t g = 0; g < groups; ++g) {
+void writeGroupRows(Report& report, Index groups, Index columns, const double* values) {
+    for (Index g = 0; g < groups; ++g) {
         writeRow(report, numberOf(g), numbered("group", g).text, values + g * columns, columns);
     }
 }
 
 // One row of `columns` values for each selected variable.
 void writeVariableRows(Report& report, const DataMatrix& data, const VariableSelection& selection,
-                       std::size_t columns, const double* values) {
-    for (std::size_t i = 0; i < static_cast<std::size_t>(selection.selected); ++i) {
-        const char* name = data.names[static_cast<std::size_t>(selection.order[i])].text;
+                       Index columns, const double* values) {
+    for (Index i = 0; i < selection.selected; ++i) {
+        const char* name = data.name(selection.order[i]);
         writeRow(report, numberOf(i), name, values + i * columns, columns);
     }
 }
 
 void writeExplanatoryNames(Report& report, const DataMatrix& data) {
-    WriteHeaderStart(report);
-    for (std::size_t j = 0; j + 1 < static_cast<std::size_t>(data.variables); ++j) {
-        WriteNameOfWidth(report, data.names[j].text, width);
+    startHeader(report);
+    for (Index j = 0; j + 1 < data.variables; ++j) {
+        writeText(report, data.name(j), width);
     }
-    WriteRowEnd(report);
+    endRow(report);
 }
 
 void writeCounts(Report& report, const GroupStatistics& statistics) {
     writeTitle(report, "sample number of each group");
-    report.lower.append("  n,");
-    WriteLabel(report, "group");
-    WriteNameOfWidth(report, "sample number", width);
-    WriteRowEnd(report);
-    for (std::size_t g = 0; g < statistics.counts.size(); ++g) {
+    startHeader(report, "group");
+    writeText(report, "sample number", width);
+    endRow(report);
+    for (Index g = 0; g < statistics.counts.size(); ++g) {
         const double count = statistics.counts[g];
         writeRow(report, numberOf(g), numbered("group", g).text, &count, 1, 0);
     }
@@ -81,22 +81,21 @@ void writeCounts(Report& report, const GroupStatistics& statistics) {
 void writeMeans(Report& report, const DataMatrix& data, const GroupStatistics& statistics) {
     writeTitle(report, "mean value of each group");
     writeExplanatoryNames(report, data);
-    writeGroupRows(report, statistics.counts.size(), static_cast<std::size_t>(statistics.variables),
-                   statistics.groupMeans.data());
+    writeGroupRows(report, statistics.counts.size(), statistics.variables, statistics.groupMeans.data());
     report.lower.append("\n");
 }
 
 void writePooledCovariance(Report& report, const DataMatrix& data, const GroupStatistics& statistics) {
-    const auto q = static_cast<std::size_t>(statistics.variables);
+    const Index q = statistics.variables;
     writeTitle(report, "covariance matrix");
     writeExplanatoryNames(report, data);
-    for (std::size_t i = 0; i < q; ++i) {
-        WriteRowStart(report, numberOf(i), data.names[i].text);
-        for (std::size_t j = 0; j <= i; ++j) {
-            WriteWideValue(report, statistics.within[i * q + j] / (statistics.samples - statistics.groups),
-                           width, decimals);
+    for (Index i = 0; i < q; ++i) {
+        startRow(report, numberOf(i), data.name(i));
+        for (Index j = 0; j <= i; ++j) {
+            writeCell(report, statistics.within[i * q + j] / (statistics.samples - statistics.groups),
+                      {width, decimals});
         }
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -104,23 +103,23 @@ void writePooledCovariance(Report& report, const DataMatrix& data, const GroupSt
 void writeGroupCovariances(Report& report, const GroupStatistics& statistics) {
     writeTitle(report, "group covariance matrix");
     writeTitle(report, "compression of upper trigonometric matrix of covariance");
-    WriteHeaderStart(report);
+    startHeader(report);
     char name[64];
     for (int i = 1; i <= statistics.variables; ++i) {
         for (int j = i; j <= statistics.variables; ++j) {
             std::snprintf(name, sizeof name, "var%d & var%d", i, j);
-            WriteNameOfWidth(report, name, width);
+            writeText(report, name, width);
         }
     }
-    WriteRowEnd(report);
-    const std::size_t packed = statistics.packedSize();
-    for (std::size_t g = 0; g < statistics.counts.size(); ++g) {
-        WriteRowStart(report, numberOf(g), numbered("group", g).text);
-        for (std::size_t k = 0; k < packed; ++k) {
-            WriteWideValue(report, statistics.groupSums[g * packed + k] / (statistics.counts[g] - 1), width,
-                           decimals);
+    endRow(report);
+    const Index packed = statistics.packedSize();
+    for (Index g = 0; g < statistics.counts.size(); ++g) {
+        startRow(report, numberOf(g), numbered("group", g).text);
+        for (Index k = 0; k < packed; ++k) {
+            writeCell(report, statistics.groupSums[g * packed + k] / (statistics.counts[g] - 1),
+                      {width, decimals});
         }
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -130,7 +129,7 @@ void writeBox(Report& report, const BoxTest& box) {
     writeTitle(report, "box M test : determinant of covariance matrix of each group");
     WriteNamedHeader(report, heading, 1, width);
     writeRow(report, 1, "pooled", &box.determinants[0], 1);
-    for (std::size_t g = 1; g < box.determinants.size(); ++g) {
+    for (Index g = 1; g < box.determinants.size(); ++g) {
         writeRow(report, numberOf(g), numbered("group", g - 1).text, &box.determinants[g], 1);
     }
     report.lower.append("\n");
@@ -146,13 +145,13 @@ void writeSelection(Report& report, const DataMatrix& data, const VariableSelect
     writeTitle(report,
                "variables selected due to stepwise of forward selection due to f stats equal wilks-lamda");
     WriteNamedHeader(report, headings, 4, width);
-    for (std::size_t i = 0; i < static_cast<std::size_t>(selection.selected); ++i) {
-        WriteRowStart(report, numberOf(i), data.names[static_cast<std::size_t>(selection.order[i])].text);
+    for (Index i = 0; i < selection.selected; ++i) {
+        startRow(report, numberOf(i), data.name(selection.order[i]));
         writeCells(report, &selection.f[i], 1);
         writeCells(report, &selection.probability[i], 1);
         writeCells(report, &selection.firstDegrees[i], 1, 0);
         writeCells(report, &selection.secondDegrees[i], 1, 0);
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -182,8 +181,8 @@ void writeFisher(Report& report, const DataMatrix& data, const DiscriminantResul
 
 void writeCanonical(Report& report, const DataMatrix& data, double alpha, const DiscriminantResult& result) {
     const DiscriminantFunctions& functions = result.functions;
-    const auto vectors = static_cast<std::size_t>(functions.vectors);
-    const auto dimensions = static_cast<std::size_t>(functions.dimensions);
+    const Index vectors = functions.vectors;
+    const Index dimensions = functions.dimensions;
     const double count = functions.vectors;
     report.lower.append("\tvector number in case of canonical alpha is ");
     report.lower.appendNumber(alpha, 5, 3);
@@ -212,34 +211,34 @@ void writeCanonical(Report& report, const DataMatrix& data, double alpha, const 
     report.lower.append("\n");
 }
 
-void writeClassification(Report& report, const DiscriminantFunctions& functions, std::size_t groups) {
+void writeClassification(Report& report, const DiscriminantFunctions& functions, Index groups) {
     writeTitle(report, "number of discriminated group from prior group");
     WritePrefixedHeader(report, static_cast<int>(groups), "d.group", "", width);
-    for (std::size_t g = 0; g < groups; ++g) {
-        WriteRowStart(report, numberOf(g), numbered("p.group", g).text);
-        for (std::size_t to = 0; to < groups; ++to) {
-            WriteWideValue(report, functions.crossed[g * groups + to], width, 0);
+    for (Index g = 0; g < groups; ++g) {
+        startRow(report, numberOf(g), numbered("p.group", g).text);
+        for (Index to = 0; to < groups; ++to) {
+            writeCell(report, functions.crossed[g * groups + to], {width, 0});
         }
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
 
 void writeScores(Report& report, const DataMatrix& data, const DiscriminantFunctions& functions) {
-    const auto vectors = static_cast<std::size_t>(functions.vectors);
+    const Index vectors = functions.vectors;
     writeTitle(report, "discriminant score");
-    WriteHeaderStart(report);
-    WriteNameOfWidth(report, "p.group", width);
-    WriteNameOfWidth(report, "d.group", width);
-    for (std::size_t v = 0; v < vectors; ++v) WriteNameOfWidth(report, numbered("vector", v).text, width);
-    WriteRowEnd(report);
+    startHeader(report);
+    writeText(report, "p.group", width);
+    writeText(report, "d.group", width);
+    for (Index v = 0; v < vectors; ++v) writeText(report, numbered("vector", v).text, width);
+    endRow(report);
     for (std::int32_t s = 0; s < data.samples; ++s) {
-        const auto i = static_cast<std::size_t>(s);
-        WriteRowStart(report, s + 1, data.labels[i].text);
-        WriteWideValue(report, categoryOf(data, s, data.variables - 1) + 1, width, 0);
-        WriteWideValue(report, functions.assigned[i] + 1, width, 0);
+        const Index i = s;
+        startRow(report, s + 1, data.label(i));
+        writeCell(report, categoryOf(data, s, data.variables - 1) + 1, {width, 0});
+        writeCell(report, functions.assigned[i] + 1, {width, 0});
         writeCells(report, functions.scores.data() + i * vectors, vectors);
-        WriteRowEnd(report);
+        endRow(report);
     }
     report.lower.append("\n");
 }
@@ -276,6 +275,5 @@ void writeDiscriminantReport(Screens& screens, AnalysisRun& run, const Discrimin
     }
     writeClassification(report, result.functions, result.statistics.counts.size());
     writeScores(report, data, result.functions);
-    screens.showLower(report);
-    screens.showStatus(report);
+    closeReport(screens, report);
 }

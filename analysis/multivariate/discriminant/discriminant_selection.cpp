@@ -13,17 +13,17 @@ namespace {
 constexpr double leastTolerance = 1e-10;
 
 struct Candidate {
-    std::size_t position; // in the order; its size when there is none
+    Index position; // in the order; its size when there is none
     double f;
 };
 
 // `all` are the within-group sums before anything entered.
-Candidate findLargestF(std::size_t entered, double ratio, const double* total, const double* within,
+Candidate findLargestF(Index entered, double ratio, const double* total, const double* within,
                        const double* all, const Block<std::int32_t>& order) {
-    const std::size_t q = order.size();
+    const Index q = order.size();
     Candidate best = {q, 0.0};
-    for (std::size_t position = entered; position < q; ++position) {
-        const std::size_t diagonal = static_cast<std::size_t>(order[position]) * (q + 1);
+    for (Index position = entered; position < q; ++position) {
+        const Index diagonal = Index{order[position]} * (q + 1);
         if (within[diagonal] < leastTolerance * all[diagonal]) continue;
         const double f = (total[diagonal] / within[diagonal] - 1.0) * ratio;
         if (std::isnan(f) || (best.position < q && f <= best.f)) continue;
@@ -33,14 +33,14 @@ Candidate findLargestF(std::size_t entered, double ratio, const double* total, c
 }
 
 // Takes the part that variable j explains out of the sums of the variables that have not entered.
-void sweep(std::size_t j, std::size_t entered, const Block<std::int32_t>& order, double* sums) {
-    const std::size_t q = order.size();
+void sweep(Index j, Index entered, const Block<std::int32_t>& order, double* sums) {
+    const Index q = order.size();
     const double* pivot = sums + j * q;
-    for (std::size_t at = entered; at < q; ++at) {
-        double* row = sums + static_cast<std::size_t>(order[at]) * q;
+    for (Index at = entered; at < q; ++at) {
+        double* row = sums + Index{order[at]} * q;
         const double factor = row[j] / pivot[j];
-        for (std::size_t other = entered; other < q; ++other) {
-            const auto b = static_cast<std::size_t>(order[other]);
+        for (Index other = entered; other < q; ++other) {
+            const Index b = order[other];
             row[b] -= factor * pivot[b];
         }
     }
@@ -49,7 +49,7 @@ void sweep(std::size_t j, std::size_t entered, const Block<std::int32_t>& order,
 } // namespace
 
 ErrorCode VariableSelection::allocate(int variables) {
-    const auto q = static_cast<std::size_t>(variables);
+    const Index q = variables;
     selected = variables;
     const ErrorCode code = order.allocate(q) | f.allocate(q) | probability.allocate(q) |
                            firstDegrees.allocate(q) | secondDegrees.allocate(q);
@@ -66,7 +66,7 @@ ErrorCode selectForward(const GroupStatistics& statistics, double fIn, double fI
     std::copy(statistics.total.begin(), statistics.total.end(), total.begin());
     std::copy(statistics.within.begin(), statistics.within.end(), within.begin());
 
-    std::size_t entered = 0;
+    Index entered = 0;
     const double first = statistics.groups - 1;
     while (entered < selection.order.size()) {
         const double second = statistics.samples - statistics.groups - static_cast<double>(entered);
@@ -82,7 +82,7 @@ ErrorCode selectForward(const GroupStatistics& statistics, double fIn, double fI
         selection.probability[entered] = probability;
         selection.firstDegrees[entered] = first;
         selection.secondDegrees[entered] = second;
-        const auto j = static_cast<std::size_t>(selection.order[entered++]);
+        const Index j = selection.order[entered++];
         sweep(j, entered, selection.order, total.data());
         sweep(j, entered, selection.order, within.data());
     }

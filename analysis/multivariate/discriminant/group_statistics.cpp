@@ -10,23 +10,23 @@
 namespace {
 
 // Adds sample number n (from 1) to means (q) and a packed triangle.
-void addSample(const double* x, std::size_t q, double n, double* means, double* packed) {
+void addSample(const double* x, Index q, double n, double* means, double* packed) {
     // A mean that the sample equals stays: rounding would make a constant variable vary.
-    for (std::size_t i = 0; i < q; ++i)
+    for (Index i = 0; i < q; ++i)
         if (x[i] != means[i]) means[i] = ((n - 1.0) * means[i] + x[i]) / n;
     if (n < 2.0) return;
     const double correction = n / (n - 1.0);
-    for (std::size_t i = 0; i < q; ++i) {
+    for (Index i = 0; i < q; ++i) {
         const double deviation = (x[i] - means[i]) * correction;
-        for (std::size_t j = i; j < q; ++j) *packed++ += deviation * (x[j] - means[j]);
+        for (Index j = i; j < q; ++j) *packed++ += deviation * (x[j] - means[j]);
     }
 }
 
 // Adds a packed triangle to a full matrix.
-void addPacked(std::size_t q, const double* packed, double* full) {
-    for (std::size_t i = 0; i < q; ++i) {
+void addPacked(Index q, const double* packed, double* full) {
+    for (Index i = 0; i < q; ++i) {
         full[i * (q + 1)] += *packed++;
-        for (std::size_t j = i + 1; j < q; ++j) {
+        for (Index j = i + 1; j < q; ++j) {
             full[i * q + j] += *packed;
             full[j * q + i] += *packed++;
         }
@@ -37,7 +37,7 @@ void addPacked(std::size_t q, const double* packed, double* full) {
 struct DeterminantWork {
     Block<double> covariance, decomposed, inverse;
 
-    ErrorCode allocate(std::size_t count) {
+    ErrorCode allocate(Index count) {
         return covariance.allocate(count) | decomposed.allocate(count) | inverse.allocate(count);
     }
 };
@@ -59,31 +59,31 @@ ErrorCode GroupStatistics::allocate(const DataMatrix& data, int groupCount) {
     groups = groupCount;
     variables = data.variables - 1;
     samples = data.samples;
-    const auto g = static_cast<std::size_t>(groups);
-    const auto q = static_cast<std::size_t>(variables);
+    const Index g = groups;
+    const Index q = variables;
     return counts.allocate(g) | groupMeans.allocate(g * q) | totalMeans.allocate(q) |
            groupSums.allocate(g * packedSize()) | totalSums.allocate(packedSize()) | total.allocate(q * q) |
            within.allocate(q * q);
 }
 
 void gatherGroups(const DataMatrix& data, GroupStatistics& statistics) {
-    const auto q = static_cast<std::size_t>(statistics.variables);
-    const std::size_t packed = statistics.packedSize();
+    const Index q = statistics.variables;
+    const Index packed = statistics.packedSize();
     for (std::int32_t i = 0; i < data.samples; ++i) {
-        const double* x = data.values.data() + static_cast<std::size_t>(i) * (q + 1);
-        const auto g = static_cast<std::size_t>(categoryOf(data, i, statistics.variables));
+        const double* x = data.values.data() + Index{i} * (q + 1);
+        const Index g = categoryOf(data, i, statistics.variables);
         addSample(x, q, i + 1.0, statistics.totalMeans.data(), statistics.totalSums.data());
         addSample(x, q, ++statistics.counts[g], statistics.groupMeans.data() + g * q,
                   statistics.groupSums.data() + g * packed);
     }
     addPacked(q, statistics.totalSums.data(), statistics.total.data());
-    for (std::size_t g = 0; g < statistics.counts.size(); ++g) {
+    for (Index g = 0; g < statistics.counts.size(); ++g) {
         addPacked(q, statistics.groupSums.data() + g * packed, statistics.within.data());
     }
 }
 
 ErrorCode BoxTest::allocate(int groups) {
-    return determinants.allocate(static_cast<std::size_t>(groups) + 1);
+    return determinants.allocate(groups + 1);
 }
 
 ErrorCode testBoxM(const GroupStatistics& statistics, BoxTest& test) {
@@ -96,11 +96,11 @@ ErrorCode testBoxM(const GroupStatistics& statistics, BoxTest& test) {
 
     double m = within * std::log(test.determinants[0]);
     double reciprocals = -1.0 / within;
-    for (std::size_t g = 0; g < statistics.counts.size(); ++g) {
+    for (Index g = 0; g < statistics.counts.size(); ++g) {
         const double degrees = statistics.counts[g] - 1;
         std::fill(work.covariance.begin(), work.covariance.end(), 0.0);
-        addPacked(static_cast<std::size_t>(statistics.variables),
-                  statistics.groupSums.data() + g * statistics.packedSize(), work.covariance.data());
+        addPacked(statistics.variables, statistics.groupSums.data() + g * statistics.packedSize(),
+                  work.covariance.data());
         code = covarianceDeterminant(statistics.variables, degrees, work, test.determinants[g + 1]);
         if (code != success) return code;
         m -= degrees * std::log(test.determinants[g + 1]);

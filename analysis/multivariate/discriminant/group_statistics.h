@@ -17,9 +17,7 @@ struct GroupStatistics {
     Block<double> total;        // q x q, T
     Block<double> within;       // q x q, W: the sum of the groups' sums
 
-    std::size_t packedSize() const {
-        return static_cast<std::size_t>(variables) * (static_cast<std::size_t>(variables) + 1) / 2;
-    }
+    Index packedSize() const { return Index{variables} * (variables + 1) / 2; }
     // For the data whose last column was checked to number `groupCount` groups. Returns 0 or outOfMemory.
     ErrorCode allocate(const DataMatrix& data, int groupCount);
 };

@@ -108,7 +108,7 @@ struct FactorWork {
     FactorResult result;
 
     ErrorCode allocate(const DataMatrix& data, int requested, bool likelihoodToo) {
-        const auto p = static_cast<std::size_t>(data.variables);
+        const Index p = data.variables;
         ErrorCode code = result.allocate(data.variables, data.samples, requested);
         if (code != success) return code;
         if (likelihoodToo) code |= likelihood.allocate(data.variables);
@@ -135,7 +135,7 @@ ErrorCode estimateCommunalities(int p, FactorWork& work) {
     const ErrorCode code = invertCorrelations(p, work);
     if (code != success) return code;
     Block<double>& communality = work.result.model.communality;
-    for (std::size_t j = 0; j < communality.size(); ++j) {
+    for (Index j = 0; j < communality.size(); ++j) {
         communality[j] = 1.0 - 1.0 / work.inverse[j * (communality.size() + 1)];
     }
     return success;
@@ -153,9 +153,9 @@ ErrorCode extract(Screens& screens, int p, const FactorOptions& options, bool by
 }
 
 // Multiplies or divides each row by the root of the variable's communality.
-void scaleRows(const Block<double>& scales, std::size_t factors, bool divide, double* matrix) {
-    for (std::size_t j = 0; j < scales.size(); ++j) {
-        for (std::size_t k = 0; k < factors; ++k) {
+void scaleRows(const Block<double>& scales, Index factors, bool divide, double* matrix) {
+    for (Index j = 0; j < scales.size(); ++j) {
+        for (Index k = 0; k < factors; ++k) {
             matrix[j * factors + k] =
                 divide ? matrix[j * factors + k] / scales[j] : matrix[j * factors + k] * scales[j];
         }
@@ -168,13 +168,13 @@ ErrorCode rotate(int p, const FactorOptions& options, FactorWork& work) {
     const FactorModel& model = result.model;
     result.rotation = rotationOf(options);
     if (result.rotation == Rotation::none) return success;
-    for (std::size_t j = 0; j < work.rowScales.size(); ++j) {
+    for (Index j = 0; j < work.rowScales.size(); ++j) {
         const bool scaled = options.standardize != 0 && model.communality[j] > 0.0;
         work.rowScales[j] = scaled ? std::sqrt(model.communality[j]) : 1.0;
     }
 
-    const auto kept = static_cast<std::size_t>(model.kept);
-    const std::size_t count = work.rowScales.size() * kept;
+    const Index kept = model.kept;
+    const Index count = work.rowScales.size() * kept;
     std::copy_n(model.loadings.data(), count, result.rotated.data());
     scaleRows(work.rowScales, kept, true, result.rotated.data());
     const bool oblique = result.rotation == Rotation::oblique;
@@ -190,9 +190,9 @@ ErrorCode rotate(int p, const FactorOptions& options, FactorWork& work) {
         rotateOrthogonal(p, model.kept, gamma, result.rotated.data());
         scaleRows(work.rowScales, kept, false, result.rotated.data());
     }
-    for (std::size_t k = 0; k < kept; ++k) {
+    for (Index k = 0; k < kept; ++k) {
         double sum = 0.0;
-        for (std::size_t i = k; i < count; i += kept) sum += result.rotated[i] * result.rotated[i];
+        for (Index i = k; i < count; i += kept) sum += result.rotated[i] * result.rotated[i];
         result.rotatedSumsOfSquares[k] = sum;
     }
     return success;
@@ -200,15 +200,15 @@ ErrorCode rotate(int p, const FactorOptions& options, FactorWork& work) {
 
 // Regression scores (Thomson 1939) of the standardized samples.
 void findScores(const DataMatrix& data, FactorWork& work) {
-    const std::size_t variables = work.standardized.size();
+    const Index variables = work.standardized.size();
     const int kept = work.result.model.kept;
-    for (std::size_t i = 0; i < static_cast<std::size_t>(data.samples); ++i) {
+    for (Index i = 0; i < data.samples; ++i) {
         const double* row = data.values.data() + i * variables;
-        for (std::size_t j = 0; j < variables; ++j) {
+        for (Index j = 0; j < variables; ++j) {
             work.standardized[j] = (row[j] - work.moments.means[j]) / work.moments.sds[j];
         }
         multiply(1, data.variables, kept, work.standardized.data(), work.coefficients.data(),
-                 work.result.scores.data() + i * static_cast<std::size_t>(kept));
+                 work.result.scores.data() + i * kept);
     }
 }
 
@@ -243,7 +243,7 @@ ErrorCode buildFactorGraph(Screens& screens, AnalysisRun& run, const FactorResul
                             .seriesCount = result.model.kept,
                             .scores = result.scores.data(),
                             .scoreStride = result.model.kept,
-                            .vectorNames = run.data.working.names.data(),
+                            .vectorNames = &run.data.working.names,
                             .vectorCount = run.data.working.variables,
                             .vectors = result.finalLoadings(),
                             .vectorStride = result.model.kept,

@@ -15,17 +15,17 @@ struct ReducedMatrix {
     Block<double> vectors; // p x p
     Block<double> values;  // p
 
-    ErrorCode allocate(std::size_t p) {
+    ErrorCode allocate(Index p) {
         return matrix.allocate(p * p) | vectors.allocate(p * p) | values.allocate(p);
     }
 };
 
 // Replaces the communalities by those of the leading `factors` eigenvectors. Returns the largest change.
-double updateCommunalities(std::size_t p, int factors, const ReducedMatrix& reduced, double* communality) {
+double updateCommunalities(Index p, int factors, const ReducedMatrix& reduced, double* communality) {
     double change = 0.0;
-    for (std::size_t j = 0; j < p; ++j) {
+    for (Index j = 0; j < p; ++j) {
         double sum = 0.0;
-        for (std::size_t k = 0; k < static_cast<std::size_t>(factors); ++k) {
+        for (Index k = 0; k < factors; ++k) {
             sum += reduced.values[k] * reduced.vectors[j * p + k] * reduced.vectors[j * p + k];
         }
         change = std::max(change, std::fabs(sum - communality[j]));
@@ -36,14 +36,14 @@ double updateCommunalities(std::size_t p, int factors, const ReducedMatrix& redu
 
 } // namespace
 
-std::size_t factorRoom(int requested) {
-    return static_cast<std::size_t>(std::max(requested, 0));
+Index factorRoom(int requested) {
+    return (std::max(requested, 0));
 }
 
 ErrorCode FactorModel::allocate(int p, int requestedFactors) {
     requested = requestedFactors;
-    const auto variables = static_cast<std::size_t>(p);
-    const std::size_t room = factorRoom(requested);
+    const Index variables = p;
+    const Index room = factorRoom(requested);
     const ErrorCode code =
         communality.allocate(variables) | loadings.allocate(variables * room) | sumsOfSquares.allocate(room);
     if (code == success) std::fill(communality.begin(), communality.end(), 1.0);
@@ -51,14 +51,14 @@ ErrorCode FactorModel::allocate(int p, int requestedFactors) {
 }
 
 ErrorCode extractPrincipalFactors(int p, const double* correlation, bool repeat, FactorModel& model) {
-    const auto variables = static_cast<std::size_t>(p);
+    const Index variables = p;
     ReducedMatrix reduced;
     ErrorCode code = reduced.allocate(variables);
     if (code != success) return code;
     int factors = std::clamp(model.requested, 0, p);
     for (int pass = 0; pass < mostPasses; ++pass) {
         std::copy_n(correlation, variables * variables, reduced.matrix.data());
-        for (std::size_t j = 0; j < variables; ++j) {
+        for (Index j = 0; j < variables; ++j) {
             reduced.matrix[j * (variables + 1)] = model.communality[j];
         }
         code = SymmetricEigen(p, p, reduced.vectors.data(), reduced.values.data(), reduced.matrix.data());
@@ -70,11 +70,11 @@ ErrorCode extractPrincipalFactors(int p, const double* correlation, bool repeat,
     }
 
     model.kept = factors;
-    const auto kept = static_cast<std::size_t>(factors);
-    for (std::size_t k = 0; k < kept; ++k) {
+    const Index kept = factors;
+    for (Index k = 0; k < kept; ++k) {
         model.sumsOfSquares[k] = reduced.values[k];
         const double root = std::sqrt(reduced.values[k]);
-        for (std::size_t j = 0; j < variables; ++j) {
+        for (Index j = 0; j < variables; ++j) {
             model.loadings[j * kept + k] = root * reduced.vectors[j * variables + k];
         }
     }

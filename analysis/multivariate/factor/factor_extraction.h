@@ -15,7 +15,7 @@ struct FactorModel {
 };
 
 // The number of factors that arrays are made for.
-std::size_t factorRoom(int requested);
+Index factorRoom(int requested);
 
 // Principal factors of the p x p correlation matrix (Thomson 1934): the leading eigenvectors, each times the
 // root of its eigenvalue, of the matrix with the communalities on its diagonal. With `repeat` the

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "analysis/run/run_report.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
 
@@ -24,24 +25,24 @@ void writeOptions(TextBuffer& text, const FactorOptions& options, Rotation rotat
 
 void writeCommunalities(Report& report, const DataMatrix& data, const Block<double>& communality) {
     report.lower.append("\tcommunality of variables\n");
-    for (std::size_t j = 0; j < communality.size(); ++j) {
-        WriteRowStart(report, static_cast<int>(j) + 1, data.names[j].text);
-        WriteWideValue(report, communality[j], 18, 12);
-        WriteRowEnd(report);
+    for (Index j = 0; j < communality.size(); ++j) {
+        startRow(report, static_cast<int>(j) + 1, data.name(j));
+        writeCell(report, communality[j], {18, 12});
+        endRow(report);
     }
     report.lower.append("\n");
 }
 
 // A table of rows x factors in its own formats.
 void writeTable(Report& report, const char* title, const char* when, int rows, int factors,
-                const double* matrix, const TextSlot* labels) {
-    SetFormatsFromValues(report, matrix, static_cast<std::size_t>(rows) * static_cast<std::size_t>(factors));
+                const double* matrix, const RowLabels& labels) {
+    SetFormatsFromValues(report, matrix, Index{rows} * factors);
     report.lower.appendFormat("\t%s%s\n", title, when);
     WriteFactorTable(report, rows, factors, matrix, factors, labels);
 }
 
 void writeSums(Report& report, const char* when, int factors, const double* sums) {
-    SetFormatsFromValues(report, sums, static_cast<std::size_t>(factors));
+    SetFormatsFromValues(report, sums, factors);
     report.lower.appendFormat("\tsum square of factor loading%s\n", when);
     WriteFactorHeader(report, factors, report.formats.nameLength);
     WriteValueRow(report, sums, factors, 6, "s.s.f.load", 1);
@@ -49,8 +50,8 @@ void writeSums(Report& report, const char* when, int factors, const double* sums
 
 void writeOblique(Report& report, const DataMatrix& data, int factors, const ObliqueRotation& oblique) {
     writeTable(report, "factor structure matrix in case of oblique rotation", "", data.variables, factors,
-               oblique.structure.data(), data.names.data());
-    const auto count = static_cast<std::size_t>(factors);
+               oblique.structure.data(), data.names);
+    const Index count = factors;
     SetFormatsFromValues(report, oblique.correlations.data(), count * count);
     report.lower.append("\tcorrelation coefficient matrix in case of oblique rotation\n");
     WriteFactorTriangle(report, factors, oblique.correlations.data(), factors);
@@ -66,9 +67,9 @@ int criterionOf(const FactorOptions& options, Rotation rotation) {
 ErrorCode FactorResult::allocate(int p, int samples, int requested) {
     const ErrorCode code = oblique.allocate(p, requested);
     if (code != success) return code;
-    const std::size_t room = factorRoom(requested);
-    return model.allocate(p, requested) | rotated.allocate(static_cast<std::size_t>(p) * room) |
-           rotatedSumsOfSquares.allocate(room) | scores.allocate(static_cast<std::size_t>(samples) * room);
+    const Index room = factorRoom(requested);
+    return model.allocate(p, requested) | rotated.allocate(Index{p} * room) |
+           rotatedSumsOfSquares.allocate(room) | scores.allocate(Index{samples} * room);
 }
 
 void writeFactorReport(Screens& screens, AnalysisRun& run, const char* title, const FactorResult& result) {
@@ -88,19 +89,17 @@ void writeFactorReport(Screens& screens, AnalysisRun& run, const char* title, co
     SetFormatsFromValues(report, model.communality.data(), model.communality.size(),
                          settings.variableStringLength, settings.sampleStringLength);
     writeCommunalities(report, data, model.communality);
-    writeTable(report, "factor loading", when, data.variables, factors, model.loadings.data(),
-               data.names.data());
+    writeTable(report, "factor loading", when, data.variables, factors, model.loadings.data(), data.names);
     report.lower.append("\n");
     writeSums(report, when, factors, model.sumsOfSquares.data());
     report.lower.append("\n");
     if (isRotated) {
         writeTable(report, "factor loading", " after rotation", data.variables, factors,
-                   result.rotated.data(), data.names.data());
+                   result.rotated.data(), data.names);
         writeSums(report, " after rotation", factors, result.rotatedSumsOfSquares.data());
     }
     if (result.rotation == Rotation::oblique) writeOblique(report, data, factors, result.oblique);
-    writeTable(report, "factor score", "", data.samples, factors, result.scores.data(), data.labels.data());
+    writeTable(report, "factor score", "", data.samples, factors, result.scores.data(), data.labels);
     report.lower.append("\n");
-    screens.showLower(report);
-    screens.showStatus(report);
+    closeReport(screens, report);
 }

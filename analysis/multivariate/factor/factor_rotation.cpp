@@ -18,10 +18,9 @@ constexpr double greatestInflation = 1e6;
 using std::numbers::pi;
 
 // The angle that turns columns k and l to the greatest criterion.
-double bestAngle(std::size_t p, std::size_t factors, std::size_t k, std::size_t l, double gamma,
-                 const double* loadings) {
+double bestAngle(Index p, Index factors, Index k, Index l, double gamma, const double* loadings) {
     double a = 0.0, b = 0.0, c = 0.0, d = 0.0;
-    for (std::size_t j = 0; j < p; ++j) {
+    for (Index j = 0; j < p; ++j) {
         const double x = loadings[j * factors + k];
         const double y = loadings[j * factors + l];
         const double u = x * x - y * y;
@@ -39,9 +38,8 @@ double bestAngle(std::size_t p, std::size_t factors, std::size_t k, std::size_t 
     return std::isnan(angle) ? 0.0 : angle / 4.0;
 }
 
-void turnColumns(std::size_t p, std::size_t factors, std::size_t k, std::size_t l, double cosine, double sine,
-                 double* loadings) {
-    for (std::size_t j = 0; j < p; ++j) {
+void turnColumns(Index p, Index factors, Index k, Index l, double cosine, double sine, double* loadings) {
+    for (Index j = 0; j < p; ++j) {
         const double x = loadings[j * factors + k];
         const double y = loadings[j * factors + l];
         loadings[j * factors + k] = cosine * x + sine * y;
@@ -56,7 +54,7 @@ struct AxisWork {
     Block<double> vectors;   // factors x factors
     Block<double> values;    // factors
 
-    ErrorCode allocate(std::size_t p, std::size_t factors) {
+    ErrorCode allocate(Index p, Index factors) {
         return axes.allocate(factors * factors) | weights.allocate(p) |
                criterion.allocate(factors * factors) | vectors.allocate(factors * factors) |
                values.allocate(factors);
@@ -64,41 +62,39 @@ struct AxisWork {
 };
 
 // The squared projections of each variable on all axes but k, centred by gamma.
-void findWeights(std::size_t p, std::size_t factors, std::size_t k, double gamma, const double* structure,
-                 double* weights) {
+void findWeights(Index p, Index factors, Index k, double gamma, const double* structure, double* weights) {
     double total = 0.0;
-    for (std::size_t j = 0; j < p; ++j) {
+    for (Index j = 0; j < p; ++j) {
         const double* row = structure + j * factors;
         double sum = 0.0;
-        for (std::size_t l = 0; l < factors; ++l) sum += row[l] * row[l];
+        for (Index l = 0; l < factors; ++l) sum += row[l] * row[l];
         weights[j] = sum - row[k] * row[k];
         total += weights[j];
     }
-    for (std::size_t j = 0; j < p; ++j) weights[j] -= gamma * total / static_cast<double>(p);
+    for (Index j = 0; j < p; ++j) weights[j] -= gamma * total / static_cast<double>(p);
 }
 
 // out (factors x factors) = A' diag(weights) A
-void weightedProducts(std::size_t p, std::size_t factors, const double* a, const double* weights,
-                      double* out) {
+void weightedProducts(Index p, Index factors, const double* a, const double* weights, double* out) {
     std::fill_n(out, factors * factors, 0.0);
-    for (std::size_t j = 0; j < p; ++j) {
+    for (Index j = 0; j < p; ++j) {
         const double* row = a + j * factors;
-        for (std::size_t k = 0; k < factors; ++k) {
+        for (Index k = 0; k < factors; ++k) {
             const double product = row[k] * weights[j];
-            for (std::size_t l = 0; l < factors; ++l) out[k * factors + l] += product * row[l];
+            for (Index l = 0; l < factors; ++l) out[k * factors + l] += product * row[l];
         }
     }
 }
 
 // Replaces axis k by the last eigenvector. Returns the largest change of an element.
-double replaceAxis(std::size_t factors, std::size_t k, AxisWork& work) {
+double replaceAxis(Index factors, Index k, AxisWork& work) {
     double inner = 0.0;
-    for (std::size_t a = 0; a < factors; ++a) {
+    for (Index a = 0; a < factors; ++a) {
         inner += work.vectors[a * factors + factors - 1] * work.axes[a * factors + k];
     }
     const double sign = inner < 0.0 ? -1.0 : 1.0;
     double change = 0.0;
-    for (std::size_t a = 0; a < factors; ++a) {
+    for (Index a = 0; a < factors; ++a) {
         const double element = sign * work.vectors[a * factors + factors - 1];
         change = std::max(change, std::fabs(element - work.axes[a * factors + k]));
         work.axes[a * factors + k] = element;
@@ -107,20 +103,19 @@ double replaceAxis(std::size_t factors, std::size_t k, AxisWork& work) {
 }
 
 // Finds axis k anew with the others as they are. Returns 0 or outOfMemory.
-ErrorCode improveAxis(int p, int factors, std::size_t k, double gamma, const double* loadings, AxisWork& work,
+ErrorCode improveAxis(int p, int factors, Index k, double gamma, const double* loadings, AxisWork& work,
                       double* structure, double& change) {
-    const auto variables = static_cast<std::size_t>(p);
-    const auto columns = static_cast<std::size_t>(factors);
+    const Index variables = p;
+    const Index columns = factors;
     findWeights(variables, columns, k, gamma, structure, work.weights.data());
     weightedProducts(variables, columns, loadings, work.weights.data(), work.criterion.data());
     const ErrorCode code =
         SymmetricEigen(factors, factors, work.vectors.data(), work.values.data(), work.criterion.data());
     if (code != success) return code;
     change = std::max(change, replaceAxis(columns, k, work));
-    for (std::size_t j = 0; j < variables; ++j) {
+    for (Index j = 0; j < variables; ++j) {
         double sum = 0.0;
-        for (std::size_t a = 0; a < columns; ++a)
-            sum += loadings[j * columns + a] * work.axes[a * columns + k];
+        for (Index a = 0; a < columns; ++a) sum += loadings[j * columns + a] * work.axes[a * columns + k];
         structure[j * columns + k] = sum;
     }
     return success;
@@ -129,12 +124,12 @@ ErrorCode improveAxis(int p, int factors, std::size_t k, double gamma, const dou
 } // namespace
 
 void rotateOrthogonal(int p, int factors, double gamma, double* loadings) {
-    const auto variables = static_cast<std::size_t>(p);
-    const auto columns = static_cast<std::size_t>(factors);
+    const Index variables = p;
+    const Index columns = factors;
     for (int sweep = 0; sweep < mostSweeps; ++sweep) {
         double largest = 0.0;
-        for (std::size_t k = 0; k < columns; ++k) {
-            for (std::size_t l = k + 1; l < columns; ++l) {
+        for (Index k = 0; k < columns; ++k) {
+            for (Index l = k + 1; l < columns; ++l) {
                 const double angle = bestAngle(variables, columns, k, l, gamma, loadings);
                 const double cosine = std::cos(angle);
                 turnColumns(variables, columns, k, l, cosine, std::sin(angle), loadings);
@@ -146,8 +141,8 @@ void rotateOrthogonal(int p, int factors, double gamma, double* loadings) {
 }
 
 ErrorCode ObliqueRotation::allocate(int p, int requested) {
-    const std::size_t room = factorRoom(requested);
-    const auto variables = static_cast<std::size_t>(p);
+    const Index room = factorRoom(requested);
+    const Index variables = p;
     const ErrorCode code =
         correlations.allocate(room * room); // the largest: when it fails the rest is not tried
     if (code != success) return code;
@@ -155,25 +150,25 @@ ErrorCode ObliqueRotation::allocate(int p, int requested) {
 }
 
 ErrorCode rotateOblique(int p, int factors, double gamma, const double* loadings, ObliqueRotation& rotation) {
-    const auto variables = static_cast<std::size_t>(p);
-    const auto columns = static_cast<std::size_t>(factors);
+    const Index variables = p;
+    const Index columns = factors;
     AxisWork work;
     ErrorCode code = work.allocate(variables, columns);
     if (code != success) return code;
-    for (std::size_t k = 0; k < columns; ++k) work.axes[k * (columns + 1)] = 1.0;
+    for (Index k = 0; k < columns; ++k) work.axes[k * (columns + 1)] = 1.0;
     std::copy_n(loadings, variables * columns, rotation.structure.data());
     for (int round = 0; round < mostSweeps; ++round) {
         double change = 0.0;
-        for (std::size_t k = 0; k < columns; ++k) {
+        for (Index k = 0; k < columns; ++k) {
             code = improveAxis(p, factors, k, gamma, loadings, work, rotation.structure.data(), change);
             if (code != success) return code;
         }
         if (change < smallestChange) break;
     }
-    for (std::size_t k = 0; k < columns; ++k) {
-        for (std::size_t l = 0; l < columns; ++l) {
+    for (Index k = 0; k < columns; ++k) {
+        for (Index l = 0; l < columns; ++l) {
             double sum = 0.0;
-            for (std::size_t a = 0; a < columns; ++a) {
+            for (Index a = 0; a < columns; ++a) {
                 sum += work.axes[a * columns + k] * work.axes[a * columns + l];
             }
             rotation.correlations[k * columns + l] = sum;
@@ -183,7 +178,7 @@ ErrorCode rotateOblique(int p, int factors, double gamma, const double* loadings
 }
 
 ErrorCode findPattern(int p, int factors, ObliqueRotation& rotation) {
-    const auto columns = static_cast<std::size_t>(factors);
+    const Index columns = factors;
     Block<double> copy, inverse;
     ErrorCode code = copy.allocate(columns * columns) | inverse.allocate(columns * columns);
     if (code != success) return code;
@@ -191,7 +186,7 @@ ErrorCode findPattern(int p, int factors, ObliqueRotation& rotation) {
     double determinant = 0.0;
     code = MatrixInverse(factors, factors, copy.data(), inverse.data(), determinant);
     if (code != success) return code;
-    for (std::size_t k = 0; k < columns; ++k) {
+    for (Index k = 0; k < columns; ++k) {
         const double inflation = inverse[k * (columns + 1)];
         if (!(inflation > 0.0 && inflation < greatestInflation)) return singularMatrix;
     }

@@ -24,14 +24,14 @@ constexpr double greatestStart = 100.0;
 
 // Completes a point whose uniquenesses are set.
 ErrorCode evaluate(int p, LikelihoodWork& work, UniquenessPoint& point) {
-    const auto n = static_cast<std::size_t>(p);
+    const Index n = p;
     composeSymmetric(p, work.inverseRoot.data(), point.uniqueness.data(), work.matrix.data());
     for (double& element : work.matrix) element = -element;
-    for (std::size_t j = 0; j < n; ++j) work.matrix[j * (n + 1)] += 1.0;
+    for (Index j = 0; j < n; ++j) work.matrix[j * (n + 1)] += 1.0;
     const ErrorCode code =
         SymmetricEigen(p, p, point.vectors.data(), point.values.data(), work.matrix.data());
     point.discrepancy = 0.0;
-    for (auto l = static_cast<std::size_t>(work.factors); l < n; ++l) {
+    for (auto l = work.factors; l < n; ++l) {
         const double gamma = 1.0 - point.values[l];
         point.discrepancy += std::log(gamma) + 1.0 / gamma - 1.0;
     }
@@ -39,11 +39,11 @@ ErrorCode evaluate(int p, LikelihoodWork& work, UniquenessPoint& point) {
 }
 
 // First derivatives of the discrepancy by ln s.
-void findGradient(std::size_t n, LikelihoodWork& work) {
+void findGradient(Index n, LikelihoodWork& work) {
     const UniquenessPoint& point = work.current;
     std::fill(work.gradient.begin(), work.gradient.end(), 0.0);
-    for (std::size_t j = 0; j < n; ++j) {
-        for (auto l = static_cast<std::size_t>(work.factors); l < n; ++l) {
+    for (Index j = 0; j < n; ++j) {
+        for (auto l = work.factors; l < n; ++l) {
             const double gamma = 1.0 - point.values[l];
             const double w = work.w[j * n + l];
             work.gradient[j] += -point.values[l] / (gamma * gamma) * w * w;
@@ -54,47 +54,47 @@ void findGradient(std::size_t n, LikelihoodWork& work) {
 
 // out = sum over the eigenvalues behind the first m of weight(mu) w w'.
 template <class Weight> void sumBehind(int p, LikelihoodWork& work, Weight weight, Block<double>& out) {
-    const auto m = static_cast<std::size_t>(work.factors);
+    const Index m = work.factors;
     std::fill_n(work.weights.data(), m, 0.0);
-    for (std::size_t l = m; l < work.weights.size(); ++l) work.weights[l] = weight(work.current.values[l]);
+    for (Index l = m; l < work.weights.size(); ++l) work.weights[l] = weight(work.current.values[l]);
     composeSymmetric(p, work.w.data(), work.weights.data(), out.data());
 }
 
 // Second derivatives by ln s (Clarke 1970), in a form without 0 / 0 for eigenvalues that are equal. Leaves
 // the sum of w w' / gamma in `first`.
 void findHessian(int p, LikelihoodWork& work) {
-    const auto n = static_cast<std::size_t>(p);
+    const Index n = p;
     sumBehind(
         p, work, [](double mu) { return 1.0 / (1.0 - mu); }, work.first);
     sumBehind(
         p, work, [](double mu) { return 1.0 / ((1.0 - mu) * (1.0 - mu)); }, work.second);
-    for (std::size_t i = 0; i < n * n; ++i) {
+    for (Index i = 0; i < n * n; ++i) {
         work.hessian[i] = 2.0 * work.first[i] * work.second[i] - work.first[i] * work.first[i];
     }
-    for (std::size_t k = 0; k < static_cast<std::size_t>(work.factors); ++k) {
+    for (Index k = 0; k < work.factors; ++k) {
         const double leading = work.current.values[k];
         sumBehind(
             p, work,
             [leading](double mu) { return 2.0 * (-mu / ((1.0 - mu) * (1.0 - mu))) / (leading - mu); },
             work.second);
-        for (std::size_t i = 0; i < n; ++i) {
-            for (std::size_t j = 0; j < n; ++j) {
+        for (Index i = 0; i < n; ++i) {
+            for (Index j = 0; j < n; ++j) {
                 work.hessian[i * n + j] += work.w[i * n + k] * work.w[j * n + k] * work.second[i * n + j];
             }
         }
     }
     const Block<double>& s = work.current.uniqueness;
-    for (std::size_t i = 0; i < n; ++i) {
-        for (std::size_t j = 0; j < n; ++j) work.hessian[i * n + j] *= s[i] * s[j];
+    for (Index i = 0; i < n; ++i) {
+        for (Index j = 0; j < n; ++j) work.hessian[i * n + j] *= s[i] * s[j];
         work.hessian[i * (n + 1)] += work.gradient[i];
     }
 }
 
 // An approximation that is never indefinite, for places where the second derivatives are.
-void approximateHessian(std::size_t n, LikelihoodWork& work) {
+void approximateHessian(Index n, LikelihoodWork& work) {
     const Block<double>& s = work.current.uniqueness;
-    for (std::size_t i = 0; i < n; ++i) {
-        for (std::size_t j = 0; j < n; ++j) {
+    for (Index i = 0; i < n; ++i) {
+        for (Index j = 0; j < n; ++j) {
             work.hessian[i * n + j] = s[i] * s[j] * work.first[i * n + j] * work.first[i * n + j];
         }
         work.hessian[i * (n + 1)] += std::max(work.gradient[i], 0.0);
@@ -103,7 +103,7 @@ void approximateHessian(std::size_t n, LikelihoodWork& work) {
 
 // The Newton step of ln s, no longer than longestStep. Returns 0, outOfMemory or singularFactorMatrix.
 ErrorCode findStep(int p, LikelihoodWork& work) {
-    const auto n = static_cast<std::size_t>(p);
+    const Index n = p;
     multiply(p, p, p, work.inverseRoot.data(), work.current.vectors.data(), work.w.data());
     findGradient(n, work);
     findHessian(p, work);
@@ -125,12 +125,12 @@ ErrorCode findStep(int p, LikelihoodWork& work) {
 // Moves along the step, halved while it makes the fit worse; the last trial is taken in any case and the
 // point before it becomes `trial`.
 ErrorCode takeStep(int p, LikelihoodWork& work) {
-    const auto n = static_cast<std::size_t>(p);
+    const Index n = p;
     const double before = work.current.discrepancy;
     const double tolerance = 1e-10 * std::max(1.0, std::fabs(before));
     double part = 1.0;
     for (int halvings = 0;; ++halvings) {
-        for (std::size_t j = 0; j < n; ++j) {
+        for (Index j = 0; j < n; ++j) {
             work.trial.uniqueness[j] = work.current.uniqueness[j] * std::exp(part * work.step[j]);
         }
         const ErrorCode code = evaluate(p, work, work.trial);
@@ -146,7 +146,7 @@ ErrorCode takeStep(int p, LikelihoodWork& work) {
 
 double uniquenessChange(const LikelihoodWork& work) {
     double change = 0.0;
-    for (std::size_t j = 0; j < work.current.uniqueness.size(); ++j) {
+    for (Index j = 0; j < work.current.uniqueness.size(); ++j) {
         change = std::max(change, std::fabs(work.current.uniqueness[j] - work.trial.uniqueness[j]));
     }
     return change;
@@ -154,10 +154,10 @@ double uniquenessChange(const LikelihoodWork& work) {
 
 // Loadings from the eigenpairs of the correlations scaled by the roots of the uniquenesses.
 ErrorCode findLoadings(int p, const double* correlation, LikelihoodWork& work, FactorModel& model) {
-    const auto n = static_cast<std::size_t>(p);
+    const Index n = p;
     const Block<double>& s = work.current.uniqueness;
-    for (std::size_t i = 0; i < n; ++i) {
-        for (std::size_t j = 0; j < n; ++j) {
+    for (Index i = 0; i < n; ++i) {
+        for (Index j = 0; j < n; ++j) {
             work.matrix[i * n + j] = correlation[i * n + j] / std::sqrt(s[i]) / std::sqrt(s[j]);
         }
     }
@@ -165,30 +165,30 @@ ErrorCode findLoadings(int p, const double* correlation, LikelihoodWork& work, F
     const ErrorCode code = SymmetricEigen(p, p, vectors.data(), work.weights.data(), work.matrix.data());
     if (code != success) return code;
     const double* values = work.weights.data();
-    const auto kept = static_cast<std::size_t>(
-        std::count_if(values, values + work.factors, [](double value) { return value > 1.0; }));
+    const Index kept =
+        (std::count_if(values, values + work.factors, [](double value) { return value > 1.0; }));
     model.kept = static_cast<int>(kept);
-    for (std::size_t k = 0; k < kept; ++k) {
+    for (Index k = 0; k < kept; ++k) {
         double sum = 0.0;
-        for (std::size_t j = 0; j < n; ++j) {
+        for (Index j = 0; j < n; ++j) {
             const double loading = std::sqrt(s[j]) * vectors[j * n + k] * std::sqrt(values[k] - 1.0);
             model.loadings[j * kept + k] = loading;
             sum += loading * loading;
         }
         model.sumsOfSquares[k] = sum;
     }
-    for (std::size_t j = 0; j < n; ++j) model.communality[j] = 1.0 - s[j];
+    for (Index j = 0; j < n; ++j) model.communality[j] = 1.0 - s[j];
     return success;
 }
 
 } // namespace
 
-ErrorCode UniquenessPoint::allocate(std::size_t p) {
+ErrorCode UniquenessPoint::allocate(Index p) {
     return uniqueness.allocate(p) | values.allocate(p) | vectors.allocate(p * p);
 }
 
 ErrorCode LikelihoodWork::allocate(int p) {
-    const auto n = static_cast<std::size_t>(p);
+    const Index n = p;
     ErrorCode code = current.allocate(n) | trial.allocate(n);
     for (Block<double>* square : {&inverseRoot, &w, &first, &second, &hessian, &inverse, &matrix}) {
         code |= square->allocate(n * n);
@@ -203,7 +203,7 @@ ErrorCode startLikelihood(int p, const double* correlation, bool estimated, cons
     const double m = model.requested;
     if (m > variables || (variables - m) * (variables - m) < variables + m) return singularFactorMatrix;
     work.factors = std::max(model.requested, 0);
-    for (std::size_t j = 0; j < work.current.uniqueness.size(); ++j) {
+    for (Index j = 0; j < work.current.uniqueness.size(); ++j) {
         const double place = estimated ? 1.0 - model.communality[j] : unestimatedUniqueness;
         const double start = std::min((1.0 - m / (2.0 * variables)) * place, greatestStart);
         if (!(start > 0.0)) return singularFactorMatrix;

@@ -14,7 +14,7 @@ struct UniquenessPoint {
     Block<double> vectors;    // p x p, v in columns
     double discrepancy = 0.0; // the sum to be minimised
 
-    ErrorCode allocate(std::size_t p);
+    ErrorCode allocate(Index p);
 };
 
 struct LikelihoodWork {

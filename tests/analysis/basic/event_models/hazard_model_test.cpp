@@ -41,8 +41,8 @@ TEST(Hazard, GraphShowsTheSurvival) {
     ASSERT_EQ(session.analyse(command), success);
     const GraphSpec& graph = session.run.graph.spec;
     ASSERT_TRUE(graph.seriesCount == 3 && graph.itemCount == 8 && graph.vectorCount == 1);
-    EXPECT_STREQ(graph.seriesNames[2].text, "cumulative hazard");
-    EXPECT_STREQ(graph.itemLabels[3].text, "event 4");
+    EXPECT_STREQ(graph.seriesNames[2], "cumulative hazard");
+    EXPECT_STREQ(graph.itemLabels[3], "event 4");
     const std::vector<double> row = session.row("baseline", "event 4");
     expectNear({graph.values[9], graph.values[10], graph.values[11]}, {row[0], row[4], row[3]}, 1e-11);
 

@@ -42,7 +42,7 @@ TEST(CurveRegression, IsTheRegressionOnTransformedColumns) {
         std::vector<std::vector<double>> columns(static_cast<std::size_t>(data.variables));
         for (std::size_t at = 0; at < data.count(); ++at) {
             const std::size_t v = at % columns.size();
-            const std::string name = data.names[v].text;
+            const std::string name = data.names[v];
             const double value = (name == curve.purpose ? curve.y : curve.x)(data.values[at]);
             columns[v].push_back(name == curve.squared ? value * value : value);
             if (name == curve.squared) actual.run.options.slotColumns[9] = static_cast<std::int32_t>(v) + 1;

@@ -160,13 +160,13 @@ TEST(MultipleRegression, HasOnePurposeShowsProgressAndBuildsItsGraph) {
         ASSERT_EQ(run.runKind(1), success);
         EXPECT_EQ(run.frontend.percentages, (std::vector<int>{0, method == 0 ? 20 : 15, 40, 75, 90, 100}));
         EXPECT_EQ(run.run.data.selectedCount, 1);
-        EXPECT_STREQ(run.run.data.working.names[3].text, "Water.Temp");
+        EXPECT_STREQ(run.run.data.working.names[3], "Water.Temp");
 
         const GraphSpec& spec = run.run.graph.spec;
         EXPECT_TRUE(spec.seriesCount == 3 && spec.kind == 7 && spec.vectorCount == 1 && spec.itemCount == 21);
-        EXPECT_STREQ(spec.seriesNames[0].text, "theoretic score");
-        EXPECT_STREQ(spec.seriesNames[1].text, "standard resudial");
-        EXPECT_STREQ(spec.seriesNames[2].text, "measure value");
+        EXPECT_STREQ(spec.seriesNames[0], "theoretic score");
+        EXPECT_STREQ(spec.seriesNames[1], "standard resudial");
+        EXPECT_STREQ(spec.seriesNames[2], "measure value");
         const Numbers row = run.sample(3);
         EXPECT_NEAR(spec.values[9], row[1], 1e-6);
         EXPECT_NEAR(spec.values[10], row[5], 1e-6);

@@ -17,8 +17,8 @@ TEST(Quantification1, GraphAndModel) {
     ASSERT_EQ(session.analyse(command), success);
     const Graph& graph = session.run.graph;
     ASSERT_TRUE(graph.present);
-    EXPECT_STREQ(graph.spec.seriesNames[1].text, "standard resudial");
-    EXPECT_STREQ(graph.spec.itemLabels[1].text, "s2");
+    EXPECT_STREQ(graph.spec.seriesNames[1], "standard resudial");
+    EXPECT_STREQ(graph.spec.itemLabels[1], "s2");
     expectNear({graph.spec.values.data() + 3, graph.spec.values.data() + 6}, {4.9425, -0.374362075943, 4.7},
                1e-9);
     EXPECT_EQ(graph.spec.vectorCount, 1);

@@ -27,7 +27,7 @@ TEST(PrincipalCoordinates, FindThePointsBehindInnerProducts) {
     EXPECT_EQ(session.frontend.percentages, (std::vector<int>{0, 25, 50, 75, 100}));
 
     ASSERT_EQ(session.run.graph.spec.seriesCount, 2);
-    EXPECT_STREQ(session.run.graph.spec.seriesNames[1].text, "dimention 2");
+    EXPECT_STREQ(session.run.graph.spec.seriesNames[1], "dimention 2");
     for (std::size_t i = 0; i < 5; ++i) { // the signs of the axes are free
         EXPECT_NEAR(graphValue(session, i, 0) * graphValue(session, 0, 0), (points[i][0] - 2.4) * -2.4,
                     1e-12);

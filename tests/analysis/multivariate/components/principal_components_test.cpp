@@ -48,9 +48,9 @@ TEST(PrincipalComponents, GraphAndIdentities) {
     const GraphSpec& spec = session.run.graph.spec;
     EXPECT_TRUE(spec.kind == 7 && spec.seriesCount == 4 && spec.itemCount == 50 && spec.vectorCount == 4);
     EXPECT_TRUE(spec.numbering == 1 && spec.vectorOption == 1);
-    EXPECT_STREQ(spec.seriesNames[3].text, "factor 4");
-    EXPECT_STREQ(spec.itemLabels[49].text, "Wyoming");
-    EXPECT_STREQ(spec.vectorNames[3].text, "Rape");
+    EXPECT_STREQ(spec.seriesNames[3], "factor 4");
+    EXPECT_STREQ(spec.itemLabels[49], "Wyoming");
+    EXPECT_STREQ(spec.vectorNames[3], "Rape");
     for (std::size_t a = 0; a < 4; ++a) {
         double length = 0;
         for (std::size_t b = 0; b < 4; ++b) {

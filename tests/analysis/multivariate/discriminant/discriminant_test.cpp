@@ -83,7 +83,7 @@ TEST(Discriminant, CanonicalVectorsAsManyAsAlphaSays) {
 
     ASSERT_EQ(session.analyse(5, {0, 1, 1e-7, 0.0, 0.001}), success);
     const GraphSpec& spec = session.run.graph.spec;
-    EXPECT_STREQ(spec.seriesNames[1].text, "vector 2");
+    EXPECT_STREQ(spec.seriesNames[1], "vector 2");
     EXPECT_NEAR(spec.values[3], session.row("discriminant score", "s2")[3], 1e-11);
     EXPECT_GT(session.failAllocations(command, {outOfMemory, graphNotBuilt}), 30);
 }

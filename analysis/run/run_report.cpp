@@ -1,0 +1,24 @@
+#include "analysis/run/run_report.h"
+
+#include "report/table_formats.h"
+
+void openReport(AnalysisRun& run, const ReportOpening& opening) {
+    const Settings& settings = run.options.settings;
+    run.report.lower.clear();
+    continueReport(run.report, opening);
+    SetFormatsFromData(run.report, run.data, settings.variableStringLength, settings.sampleStringLength);
+}
+
+void continueReport(Report& report, const ReportOpening& opening) {
+    report.lower.appendFormat("\n%s\n", opening.title);
+    if (opening.option != nullptr) report.lower.appendFormat("%s\n", opening.option);
+    if (opening.isSpaced) report.lower.append("\n");
+    report.status.clear();
+    report.status.append("status : ");
+    report.status.append(opening.status != nullptr ? opening.status : opening.title);
+}
+
+void closeReport(Screens& screens, const Report& report) {
+    screens.showLower(report);
+    screens.showStatus(report);
+}

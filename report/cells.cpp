@@ -1,0 +1,129 @@
+#include "report/cells.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <string_view>
+
+namespace {
+
+std::string_view cutTo(const char* text, int length) {
+    return std::string_view(text).substr(0, length > 0 ? static_cast<std::size_t>(length) : 0);
+}
+
+void writeLabel(Report& report, const char* label, int width) {
+    report.lower.appendRight(cutTo(label, width), width);
+}
+
+} // namespace
+
+NumberText numberText(double value, int width, int decimals) {
+    char digits[numberSize];
+    const std::string_view number = formatNumber(value, decimals, digits);
+    NumberText text;
+    std::snprintf(text.text, sizeof text.text, "%*.*s", width, static_cast<int>(number.size()),
+                  number.data());
+    return text;
+}
+
+NumberedName numberedName(const char* prefix, Index index) {
+    NumberedName name;
+    std::snprintf(name.text, sizeof name.text, "%.40s %td", prefix, index + 1);
+    return name;
+}
+
+void writeCaption(Report& report, const char* text) {
+    report.lower.append("\t");
+    report.lower.append(text);
+    report.lower.append("\n");
+}
+
+void writeCaptionFormat(Report& report, const char* format, ...) {
+    char text[260];
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    writeCaption(report, text);
+}
+
+void endTable(Report& report) {
+    report.lower.append("\n");
+}
+
+void startHeader(Report& report, const char* label) {
+    startHeader(report, label, report.formats.labelWidth);
+}
+
+void startRow(Report& report, Index number, const char* label) {
+    startRow(report, number, label, report.formats.labelWidth);
+}
+
+void startUnnumberedRow(Report& report, const char* label) {
+    startUnnumberedRow(report, label, report.formats.labelWidth);
+}
+
+void endRow(Report& report) {
+    report.lower.append("\n");
+}
+
+void startHeader(Report& report, const char* label, int labelWidth) {
+    report.lower.append("  n,");
+    writeLabel(report, label, labelWidth);
+}
+
+void startRow(Report& report, Index number, const char* label, int labelWidth) {
+    report.lower.appendInteger(number, 3);
+    report.lower.append(",");
+    writeLabel(report, label, labelWidth);
+}
+
+void startUnnumberedRow(Report& report, const char* label, int labelWidth, const char* mark) {
+    report.lower.append(mark);
+    report.lower.append(",");
+    writeLabel(report, label, labelWidth);
+}
+
+void writeName(Report& report, const char* name) {
+    report.lower.append(",");
+    report.lower.appendRight(cutTo(name, report.formats.nameLength), report.formats.width);
+}
+
+void writeText(Report& report, const char* text, int width) {
+    report.lower.append(",");
+    report.lower.appendRight(cutTo(text, width), width);
+}
+
+void writeValue(Report& report, double value, int slot) {
+    writeCell(report, value, {report.formats.width, report.formats.decimals[slot]});
+}
+
+void writeCell(Report& report, double value, CellFormat format) {
+    report.lower.append(",");
+    report.lower.appendNumber(value, format.width, format.decimals);
+}
+
+void writeInteger(Report& report, std::int64_t value, int width) {
+    report.lower.append(",");
+    report.lower.appendInteger(value, width);
+}
+
+void writeCells(Report& report, Index number, const char* label, std::span<const double> values,
+                CellFormat format) {
+    startRow(report, number, label);
+    for (const double value : values) writeCell(report, value, format);
+    endRow(report);
+}
+
+void writeCellRow(Report& report, Index number, const char* label, double value, CellFormat format) {
+    writeCells(report, number, label, {&value, 1}, format);
+}
+
+void RowLabels::startRow(Report& report, Index row) const {
+    if (list_ != nullptr) {
+        ::startRow(report, row + 1, (*list_)[first_ + row]);
+    } else if (prefix_ != nullptr) {
+        ::startRow(report, row + 1, numberedName(prefix_, row).text);
+    } else {
+        ::startRow(report, row + 1, texts_[static_cast<std::size_t>(row)]);
+    }
+}
