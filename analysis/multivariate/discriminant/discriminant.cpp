@@ -1,6 +1,7 @@
 #include "analysis/multivariate/discriminant/discriminant.h"
 
 #include "analysis/multivariate/discriminant/discriminant_report.h"
+#include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
 #include "data/categories.h"
 
@@ -67,34 +68,36 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, const DiscriminantOp
                   DiscriminantResult& result) {
     const GroupStatistics& statistics = result.statistics;
     gatherGroups(data, result.statistics);
-    screens.setProgress(15);
-    ErrorCode code = options.testBoxM != 0 ? testBoxM(statistics, result.box) : success;
-    if (code != success) return code;
-    screens.setProgress(30);
-    if (options.forwardSelection != 0) {
+    ErrorCode code = screens.setProgress(15);
+    if (code == success && options.testBoxM != 0) code = testBoxM(statistics, result.box);
+    if (code == success) code = screens.setProgress(30);
+    if (code == success && options.forwardSelection != 0) {
         code = selectForward(statistics, options.fIn, options.fInProbability, result.selection);
     }
+    if (code == success) code = screens.setProgress(50);
+    if (code == success) code = result.functions.allocate(statistics, result.selection);
+    if (code == success) {
+        code = statistics.groups == 2
+                   ? findFisher(statistics, result.selection, result.functions)
+                   : findCanonical(statistics, result.selection, options.canonAlpha, result.functions);
+    }
+    if (code == success) code = screens.setProgress(80);
     if (code != success) return code;
-    screens.setProgress(50);
-    code = statistics.groups == 2
-               ? findFisher(statistics, result.selection, result.functions)
-               : findCanonical(statistics, result.selection, options.canonAlpha, result.functions);
-    if (code != success) return code;
-    screens.setProgress(80);
     classifySamples(data, statistics, result.selection, result.functions);
-    screens.setProgress(100);
-    return success;
+    return screens.setProgress(100);
 }
 
-ErrorCode buildDiscriminantGraph(Screens& screens, AnalysisRun& run, const DiscriminantFunctions& functions) {
+// Two groups have a single score, which is no graph.
+ErrorCode buildDiscriminantGraph(Screens& screens, AnalysisRun& run, const DiscriminantResult& result) {
+    if (result.statistics.groups < 3) return success;
     return buildScoreGraph(screens, run,
                            {.seriesPrefix = "vector",
-                            .seriesCount = functions.vectors,
-                            .scores = functions.scores.data(),
-                            .scoreStride = functions.vectors});
+                            .seriesCount = result.functions.vectors,
+                            .scores = result.functions.scores.data(),
+                            .scoreStride = result.functions.scores.columns()});
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
+ErrorCode runDiscriminantAnalysis(Screens& screens, AnalysisRun& run) {
     reorderWorkingBySelection(run.data);
     const DataMatrix& data = run.data.working;
     if (run.data.selectedCount == 0) return illegalGroupVariable;
@@ -106,18 +109,20 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
     code = result.allocate(data, groups);
     if (code != success) return code;
 
-    startProgress(screens, run.report);
-    code = compute(screens, data, run.options.settings.discriminant, result);
+    code = startProgress(screens, run.report);
+    if (code == success) code = compute(screens, data, run.options.settings.discriminant, result);
     screens.hideProgress();
     if (code != success) return code;
-    writeDiscriminantReport(screens, run, result);
-    return groups >= 3 ? buildDiscriminantGraph(screens, run, result.functions) : success;
+
+    writeDiscriminantReport(run, result);
+    closeReport(screens, run.report);
+    return buildDiscriminantGraph(screens, run, result);
 }
 
 } // namespace
 
 const Analysis discriminantAnalysis = {.fields = fields,
-                                       .driver = run,
+                                       .driver = runDiscriminantAnalysis,
                                        .isEnabled = isEnabled,
                                        .refuse = refuse,
                                        .ownPurposes = &AnalysisRun::discriminantGroup};

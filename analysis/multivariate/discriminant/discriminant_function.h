@@ -3,15 +3,15 @@
 #include "analysis/multivariate/discriminant/discriminant_selection.h"
 
 // Scores that discriminate the groups: one of Fisher's linear function for two groups, the canonical ones for
-// more. k is the number of selected variables, D = min(G - 1, k) for canonical functions and 1 for Fisher's,
-// of which the first `vectors` are used.
+// more. k is the number of selected variables, D = min(G - 1, k) for canonical functions and 1 for Fisher's.
+// Of their D columns the first `vectors` are used.
 struct DiscriminantFunctions {
-    int dimensions = 0; // D
-    int vectors = 0;
-    Block<double> coefficients;   // k x vectors, for the variables as they are
-    Block<double> constants;      // vectors
-    Block<double> centroids;      // G x vectors: the scores of the groups' means
-    Block<double> scores;         // samples x vectors
+    Index dimensions = 0; // D
+    Index vectors = 0;
+    Matrix coefficients;          // k x D, for the variables as they are
+    Block<double> constants;      // D
+    Matrix centroids;             // G x D: the scores of the groups' means
+    Matrix scores;                // samples x D
     Block<std::int32_t> assigned; // samples: the group that a sample is put into, from 0
     Block<std::int32_t> crossed;  // G x G: samples of each group (row) that are put into each group
 
@@ -23,22 +23,23 @@ struct DiscriminantFunctions {
     double hotellingDegrees[2] = {};
 
     // Canonical functions.
-    Block<double> standardized;                    // k x vectors, for variables with a pooled variance of 1
-    Block<double> eigenvalues;                     // q, of W^-1 (T - W); the first D count
+    Matrix standardized;                           // k x D, for variables with a pooled variance of 1
+    Block<double> eigenvalues;                     // k, of W^-1 (T - W); the first D count
     Block<double> chiSquare, probability, degrees; // D: Bartlett's tests that this root and all behind are 0
 
-    ErrorCode allocate(const GroupStatistics& statistics);
+    // For functions of the selected variables. Returns 0 or outOfMemory.
+    [[nodiscard]] ErrorCode allocate(const GroupStatistics& statistics, const VariableSelection& selection);
 };
 
 // Two groups: coefficients S^-1 (m1 - m2) with the pooled covariance matrix S (Fisher 1936), the constant so
 // that 0 is in the middle between the groups. Returns 0, outOfMemory or singularMatrix.
-ErrorCode findFisher(const GroupStatistics& statistics, const VariableSelection& selection,
-                     DiscriminantFunctions& functions);
+[[nodiscard]] ErrorCode findFisher(const GroupStatistics& statistics, const VariableSelection& selection,
+                                   DiscriminantFunctions& functions);
 
 // Three or more groups: the eigenvectors of W^-1/2 (T - W) W^-1/2 (Rao 1952), the number of used ones by
 // Bartlett's tests at the level alpha, one at least. Returns 0, outOfMemory or singularMatrix.
-ErrorCode findCanonical(const GroupStatistics& statistics, const VariableSelection& selection, double alpha,
-                        DiscriminantFunctions& functions);
+[[nodiscard]] ErrorCode findCanonical(const GroupStatistics& statistics, const VariableSelection& selection,
+                                      double alpha, DiscriminantFunctions& functions);
 
 // Scores every sample and puts it into a group: of two by the sign of the score, 0 counting for the first; of
 // more by the nearest centroid, the first of equals.

@@ -2,17 +2,17 @@
 
 #include "analysis/multivariate/discriminant/discriminant_function.h"
 #include "analysis/run/analysis_run.h"
-#include "report/screens.h"
 
 // What a discriminant analysis found.
 struct DiscriminantResult {
     GroupStatistics statistics;
     BoxTest box;
     VariableSelection selection;
-    DiscriminantFunctions functions;
+    DiscriminantFunctions functions; // allocated for the selected variables
 
-    ErrorCode allocate(const DataMatrix& data, int groups);
+    // For all but the functions, with all variables selected. Returns 0 or outOfMemory.
+    [[nodiscard]] ErrorCode allocate(const DataMatrix& data, Index groups);
 };
 
-// Replaces the lower text and the status, and shows them.
-void writeDiscriminantReport(Screens& screens, AnalysisRun& run, const DiscriminantResult& result);
+// Replaces the lower text and the status.
+void writeDiscriminantReport(AnalysisRun& run, const DiscriminantResult& result);

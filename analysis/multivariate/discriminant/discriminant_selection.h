@@ -5,16 +5,16 @@
 // The explanatory variables in the order in which they count, and how they were chosen.
 struct VariableSelection {
     Block<std::int32_t> order; // q: indices from 0, the selected ones first
-    int selected = 0;
+    Index selected = 0;
     // Of each entered variable; q rooms.
     Block<double> f, probability, firstDegrees, secondDegrees;
 
     // All variables selected, in their own order. Returns 0 or outOfMemory.
-    ErrorCode allocate(int variables);
+    [[nodiscard]] ErrorCode allocate(Index variables);
 };
 
 // Forward selection by the partial F of Wilks' lambda (Rao 1965): the variable with the largest F enters
 // until that is below fIn or its upper tail above fInProbability. A variable whose F is not a number is
 // passed over. Returns 0 or outOfMemory.
-ErrorCode selectForward(const GroupStatistics& statistics, double fIn, double fInProbability,
-                        VariableSelection& selection);
+[[nodiscard]] ErrorCode selectForward(const GroupStatistics& statistics, double fIn, double fInProbability,
+                                      VariableSelection& selection);

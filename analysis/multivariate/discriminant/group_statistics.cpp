@@ -22,92 +22,88 @@ void addSample(const double* x, Index q, double n, double* means, double* packed
     }
 }
 
-// Adds a packed triangle to a full matrix.
-void addPacked(Index q, const double* packed, double* full) {
-    for (Index i = 0; i < q; ++i) {
-        full[i * (q + 1)] += *packed++;
-        for (Index j = i + 1; j < q; ++j) {
-            full[i * q + j] += *packed;
-            full[j * q + i] += *packed++;
+// Adds a packed triangle to a whole square matrix.
+void addPacked(const double* packed, Matrix& sums) {
+    for (Index i = 0; i < sums.rows(); ++i) {
+        sums(i, i) += *packed++;
+        for (Index j = i + 1; j < sums.columns(); ++j) {
+            sums(i, j) += *packed;
+            sums(j, i) += *packed++;
         }
     }
 }
 
 // Room for the determinant of a covariance matrix, q x q each.
 struct DeterminantWork {
-    Block<double> covariance, decomposed, inverse;
+    Matrix covariance, decomposed, inverse;
 
-    ErrorCode allocate(Index count) {
-        return covariance.allocate(count) | decomposed.allocate(count) | inverse.allocate(count);
+    [[nodiscard]] ErrorCode allocate(Index q) {
+        return covariance.allocate(q, q) | decomposed.allocate(q, q) | inverse.allocate(q, q);
     }
 };
 
 // The determinant of the covariance matrix, whose sums of products stand in its place and are destroyed.
 // Returns 0, outOfMemory or singularMatrix.
-ErrorCode covarianceDeterminant(int q, double divisor, DeterminantWork& work, double& determinant) {
+ErrorCode covarianceDeterminant(double divisor, DeterminantWork& work, double& determinant) {
     for (double& value : work.covariance) value /= divisor;
     // By rounding alone a singular matrix has a determinant above 0 as often as not.
-    ErrorCode code = invertRegular(q, work.covariance.data(), work.decomposed.data(), work.inverse.data());
+    ErrorCode code = invertRegular(work.covariance, work.decomposed, work.inverse);
     if (code != success) return code;
-    code = MatrixDeterminant(q, q, work.covariance.data(), determinant);
+    code = MatrixDeterminant(work.covariance, determinant);
     return code == success && !(determinant > 0.0) ? singularMatrix : code;
 }
 
 } // namespace
 
-ErrorCode GroupStatistics::allocate(const DataMatrix& data, int groupCount) {
+ErrorCode GroupStatistics::allocate(const DataMatrix& data, Index groupCount) {
     groups = groupCount;
     variables = data.variables - 1;
     samples = data.samples;
-    const Index g = groups;
-    const Index q = variables;
-    return counts.allocate(g) | groupMeans.allocate(g * q) | totalMeans.allocate(q) |
-           groupSums.allocate(g * packedSize()) | totalSums.allocate(packedSize()) | total.allocate(q * q) |
-           within.allocate(q * q);
+    const Index packed = variables * (variables + 1) / 2;
+    return counts.allocate(groups) | groupMeans.allocate(groups, variables) | totalMeans.allocate(variables) |
+           groupSums.allocate(groups, packed) | totalSums.allocate(packed) |
+           total.allocate(variables, variables) | within.allocate(variables, variables);
 }
 
 void gatherGroups(const DataMatrix& data, GroupStatistics& statistics) {
     const Index q = statistics.variables;
-    const Index packed = statistics.packedSize();
-    for (std::int32_t i = 0; i < data.samples; ++i) {
-        const double* x = data.values.data() + Index{i} * (q + 1);
-        const Index g = categoryOf(data, i, statistics.variables);
-        addSample(x, q, i + 1.0, statistics.totalMeans.data(), statistics.totalSums.data());
-        addSample(x, q, ++statistics.counts[g], statistics.groupMeans.data() + g * q,
-                  statistics.groupSums.data() + g * packed);
+    for (std::int32_t s = 0; s < data.samples; ++s) {
+        const double* x = data.row(s);
+        const Index g = categoryOf(data, s, q);
+        addSample(x, q, s + 1.0, statistics.totalMeans.data(), statistics.totalSums.data());
+        addSample(x, q, ++statistics.counts[g], statistics.groupMeans.row(g), statistics.groupSums.row(g));
     }
-    addPacked(q, statistics.totalSums.data(), statistics.total.data());
-    for (Index g = 0; g < statistics.counts.size(); ++g) {
-        addPacked(q, statistics.groupSums.data() + g * packed, statistics.within.data());
+    addPacked(statistics.totalSums.data(), statistics.total);
+    for (Index g = 0; g < statistics.groups; ++g) {
+        addPacked(statistics.groupSums.row(g), statistics.within);
     }
 }
 
-ErrorCode BoxTest::allocate(int groups) {
+ErrorCode BoxTest::allocate(Index groups) {
     return determinants.allocate(groups + 1);
 }
 
 ErrorCode testBoxM(const GroupStatistics& statistics, BoxTest& test) {
     DeterminantWork work;
-    if (work.allocate(statistics.within.size()) != success) return outOfMemory;
-    const double within = statistics.samples - statistics.groups;
+    if (work.allocate(statistics.variables) != success) return outOfMemory;
+    const double within = statistics.withinDegrees();
     std::copy(statistics.within.begin(), statistics.within.end(), work.covariance.begin());
-    ErrorCode code = covarianceDeterminant(statistics.variables, within, work, test.determinants[0]);
+    ErrorCode code = covarianceDeterminant(within, work, test.determinants[0]);
     if (code != success) return code;
 
     double m = within * std::log(test.determinants[0]);
     double reciprocals = -1.0 / within;
-    for (Index g = 0; g < statistics.counts.size(); ++g) {
+    for (Index g = 0; g < statistics.groups; ++g) {
         const double degrees = statistics.counts[g] - 1;
-        std::fill(work.covariance.begin(), work.covariance.end(), 0.0);
-        addPacked(statistics.variables, statistics.groupSums.data() + g * statistics.packedSize(),
-                  work.covariance.data());
-        code = covarianceDeterminant(statistics.variables, degrees, work, test.determinants[g + 1]);
+        work.covariance.fill(0.0);
+        addPacked(statistics.groupSums.row(g), work.covariance);
+        code = covarianceDeterminant(degrees, work, test.determinants[g + 1]);
         if (code != success) return code;
         m -= degrees * std::log(test.determinants[g + 1]);
         reciprocals += 1.0 / degrees;
     }
-    const double q = statistics.variables;
-    const double others = statistics.groups - 1;
+    const double q = static_cast<double>(statistics.variables);
+    const double others = static_cast<double>(statistics.groups - 1);
     test.chiSquare = m * (1.0 - reciprocals * (2.0 * q * q + 3.0 * q - 1.0) / (6.0 * (q + 1.0) * others));
     test.degrees = q * (q + 1.0) * others / 2.0;
     return ChiSquareUpperProbability(1, &test.chiSquare, &test.degrees, &test.probability);
