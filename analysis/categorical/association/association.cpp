@@ -1,5 +1,6 @@
 #include "analysis/categorical/association/association.h"
 
+#include <array>
 #include <cstdio>
 #include <span>
 
@@ -7,7 +8,6 @@
 #include "analysis/run/run_report.h"
 #include "data/category_cross_table.h"
 #include "report/category_rows.h"
-#include "report/table_formats.h"
 #include "report/tables.h"
 
 namespace {
@@ -36,7 +36,8 @@ struct AssociationWork {
     Block<double> gamma;
     Block<double> tau;
 
-    ErrorCode allocate() {
+    // For the layout that is there. Returns 0 or outOfMemory.
+    [[nodiscard]] ErrorCode allocate() {
         const Index variables = layout.first.size();
         const Index pairs = variables * (variables - 1) / 2;
         return crossTable.allocate(layout) | marginal.allocate(layout.totalCategories) |
@@ -47,9 +48,7 @@ struct AssociationWork {
 
 void count(const DataMatrix& data, AssociationWork& work) {
     fillCrossTable(data, work.layout, work.crossTable);
-    for (std::int32_t g = 0; g < work.layout.totalCategories; ++g) {
-        work.marginal[g] = work.crossTable.at(g, g);
-    }
+    for (Index g = 0; g < work.marginal.size(); ++g) work.marginal[g] = work.crossTable.at(g, g);
 }
 
 // Calls measure(pair, table) for the table of each pair of variables.
@@ -80,101 +79,85 @@ void measureOrder(const DataMatrix& data, AssociationWork& work) {
     });
 }
 
-void compute(Screens& screens, const DataMatrix& data, AssociationWork& work) {
+ErrorCode compute(Screens& screens, const DataMatrix& data, AssociationWork& work) {
     count(data, work);
-    screens.setProgress(30);
+    ErrorCode code = screens.setProgress(30);
+    if (code != success) return code;
     forEachPair(data, work, [&](Index pair, const ContingencyTable& table) {
         work.chiSquares[pair] = chiSquareFamily(table);
     });
-    screens.setProgress(60);
+    code = screens.setProgress(60);
+    if (code != success) return code;
     forEachPair(data, work, [&](Index pair, const ContingencyTable& table) {
         work.lambda[pair] = goodmanKruskalLambda(table);
     });
-    screens.setProgress(90);
+    code = screens.setProgress(90);
+    if (code != success) return code;
     if (work.scale == orderScale) measureOrder(data, work);
-    screens.setProgress(100);
+    return screens.setProgress(100);
 }
+
+constexpr int countWidth = 5;
+constexpr CellFormat measureCell = {12, 6};
 
 void writeCrossTable(Report& report, const DataSet& data, const AssociationWork& work) {
-    constexpr int width = 5;
-    report.lower.append("\tcross table of category\n");
-    writeNumberedHeader(report, work.layout.totalCategories, width);
+    writeCaption(report, "cross table of category");
+    writeNumberedHeader(report, work.layout.totalCategories, countWidth);
     writeCategoryRows(report, work.layout, data.working.names, [&](Index g) {
-        for (std::int32_t c = 0; c <= static_cast<std::int32_t>(g); ++c) {
-            report.lower.append(",");
-            report.lower.appendInteger(work.crossTable.at(static_cast<std::int32_t>(g), c), width);
-        }
+        for (Index h = 0; h <= g; ++h) writeInteger(report, work.crossTable.at(g, h), countWidth);
     });
-    report.lower.append("\n");
+    endTable(report);
 }
 
-constexpr int measureWidth = 12;
-
-void writeMeasure(Report& report, double value) {
-    writeCell(report, value, {measureWidth, 6});
-}
-
-// A row for each pair with the cells that writeCells(pair) adds.
-template <class WriteCells>
-void writePairs(Report& report, Index variables, std::span<const char* const> headings,
-                WriteCells writeCells) {
-    WriteNamedHeader(report, headings.data(), static_cast<int>(headings.size()), measureWidth);
-    char label[40];
+// A row for each pair with the numbers that valuesOf(pair) returns.
+template <class ValuesOf>
+void writePairs(Report& report, Index variables, std::span<const char* const> headings, ValuesOf valuesOf) {
+    WriteNamedHeader(report, headings, measureCell.width);
+    char label[64];
     Index pair = 0;
     for (Index i = 1; i <= variables; ++i) {
         for (Index j = i + 1; j <= variables; ++j, ++pair) {
-            std::snprintf(label, sizeof label, "var%2d - var%2d", static_cast<int>(i), static_cast<int>(j));
-            startRow(report, static_cast<int>(pair + 1), label);
-            writeCells(pair);
-            endRow(report);
+            std::snprintf(label, sizeof label, "var%2td - var%2td", i, j);
+            writeCells(report, pair + 1, label, valuesOf(pair), measureCell);
         }
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeAccordance(Report& report, const AssociationWork& work) {
-    report.lower.append("\tchi square, accordance coefficients -- root mean square contingency phi, "
-                        "coefficient of contingency c\n"
-                        "\tassociation measures -- cramer's v, tschuprow's t, goodman-kruskul's lamda\n");
+void writeAccordance(Report& report, const DataSet& data, const AssociationWork& work) {
+    writeCaption(report, "chi square, accordance coefficients -- root mean square contingency phi, "
+                         "coefficient of contingency c");
+    writeCaption(report, "association measures -- cramer's v, tschuprow's t, goodman-kruskul's lamda");
     const char* const headings[] = {"chi.s", "r.m.c.phi", "c.c.c", "cr.v", "ts.t", "g.k.lamda"};
-    writePairs(report, work.layout.first.size(), headings, [&](Index pair) {
+    writePairs(report, data.working.variables, headings, [&](Index pair) {
         const ChiSquareFamily& family = work.chiSquares[pair];
-        writeMeasure(report, family.chiSquare);
-        writeMeasure(report, family.phi);
-        writeMeasure(report, family.contingency);
-        writeMeasure(report, family.cramer);
-        writeMeasure(report, family.tschuprow);
-        writeMeasure(report, work.lambda[pair]);
+        return std::array{family.chiSquare, family.phi,       family.contingency,
+                          family.cramer,    family.tschuprow, work.lambda[pair]};
     });
 }
 
-void writeOrder(Report& report, const AssociationWork& work) {
-    report.lower.append(
-        "\tassociation measures -- goodman-kruskul's gamma, kendall's tau, -- in case of order scale\n");
+void writeOrder(Report& report, const DataSet& data, const AssociationWork& work) {
+    writeCaption(report,
+                 "association measures -- goodman-kruskul's gamma, kendall's tau, -- in case of order scale");
     const char* const headings[] = {"g.k.gamma", "k.tau"};
-    writePairs(report, work.layout.first.size(), headings, [&](Index pair) {
-        writeMeasure(report, work.gamma[pair]);
-        writeMeasure(report, work.tau[pair]);
+    writePairs(report, data.working.variables, headings, [&](Index pair) {
+        return std::array{work.gamma[pair], work.tau[pair]};
     });
 }
 
-void writeReport(Screens& screens, AnalysisRun& run, const AssociationWork& work) {
-    const Settings& settings = run.options.settings;
-    const char* scale = work.scale == orderScale ? "order" : "nominal";
+void writeReport(AnalysisRun& run, const AssociationWork& work) {
     Report& report = run.report;
-    report.lower.clear();
-    report.lower.appendFormat("\nassociation measures analysis statistics\n-- %s scale data\n\n", scale);
-    report.status.clear();
-    report.status.appendFormat("status : association measures analysis statistics -- %s scale data", scale);
-
-    SetFormatsFromData(report, run.data, settings.variableStringLength, settings.sampleStringLength);
+    const bool hasOrder = work.scale == orderScale;
+    openReport(run, {.title = "association measures analysis statistics",
+                     .option = hasOrder ? "-- order scale data" : "-- nominal scale data",
+                     .status = hasOrder ? "association measures analysis statistics -- order scale data"
+                                        : "association measures analysis statistics -- nominal scale data"});
     writeCrossTable(report, run.data, work);
-    writeAccordance(report, work);
-    if (work.scale == orderScale) writeOrder(report, work);
-    closeReport(screens, report);
+    writeAccordance(report, run.data, work);
+    if (hasOrder) writeOrder(report, run.data, work);
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
+ErrorCode runAssociationAnalysis(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
     AssociationWork work;
     work.scale = run.options.settings.association.scale;
@@ -182,13 +165,16 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
     if (code == success) code = work.allocate();
     if (code != success) return code;
 
-    startProgress(screens, run.report);
-    compute(screens, data, work);
+    code = startProgress(screens, run.report);
+    if (code == success) code = compute(screens, data, work);
     screens.hideProgress();
-    writeReport(screens, run, work);
+    if (code != success) return code;
+
+    writeReport(run, work);
+    closeReport(screens, run.report);
     return success;
 }
 
 } // namespace
 
-const Analysis associationAnalysis = {.fields = fields, .driver = run};
+const Analysis associationAnalysis = {.fields = fields, .driver = runAssociationAnalysis};

@@ -19,15 +19,15 @@ std::int32_t wrappedDifference(std::int32_t a, std::int32_t b) {
     return static_cast<std::int32_t>(static_cast<Wrapping>(a) - static_cast<Wrapping>(b));
 }
 
-const std::int32_t* rowOf(const ContingencyTable& table, std::int32_t row) {
-    return table.counts + Index{row} * table.stride;
+const std::int32_t* rowOf(const ContingencyTable& table, Index row) {
+    return table.counts + row * table.stride;
 }
 
 double chiSquare(const ContingencyTable& table) {
     double sum = 0.0;
-    for (std::int32_t a = 0; a < table.rows; ++a) {
+    for (Index a = 0; a < table.rows; ++a) {
         const std::int32_t* row = rowOf(table, a);
-        for (std::int32_t b = 0; b < table.columns; ++b) {
+        for (Index b = 0; b < table.columns; ++b) {
             const std::int32_t product = wrappedProduct(table.rowTotals[a], table.columnTotals[b]);
             const double expected = static_cast<double>(product) / table.samples;
             const double difference = row[b] - expected;
@@ -52,13 +52,12 @@ ChiSquareFamily chiSquareFamily(const ContingencyTable& table) {
 double goodmanKruskalLambda(const ContingencyTable& table) {
     std::int32_t columnLargest[mostCategories] = {};
     std::int64_t modes = 0;
-    for (std::int32_t a = 0; a < table.rows; ++a) {
+    for (Index a = 0; a < table.rows; ++a) {
         const std::int32_t* row = rowOf(table, a);
         modes += *std::max_element(row, row + table.columns);
-        for (std::int32_t b = 0; b < table.columns; ++b)
-            columnLargest[b] = std::max(columnLargest[b], row[b]);
+        for (Index b = 0; b < table.columns; ++b) columnLargest[b] = std::max(columnLargest[b], row[b]);
     }
-    for (std::int32_t b = 0; b < table.columns; ++b) modes += columnLargest[b];
+    for (Index b = 0; b < table.columns; ++b) modes += columnLargest[b];
     const std::int64_t marginalModes =
         static_cast<std::int64_t>(*std::max_element(table.rowTotals, table.rowTotals + table.rows)) +
         *std::max_element(table.columnTotals, table.columnTotals + table.columns);
@@ -70,11 +69,11 @@ OrderedPairs countOrderedPairs(const ContingencyTable& table, std::int32_t* belo
     Wrapping concordant = 0, discordant = 0, tiedRow = 0, tiedColumn = 0;
     Wrapping allBelow = 0;
     std::fill_n(below, table.columns, 0);
-    for (std::int32_t a = table.rows - 1; a >= 0; --a) {
+    for (Index a = table.rows - 1; a >= 0; --a) {
         const std::int32_t* row = rowOf(table, a);
         Wrapping belowRight = 0; // samples in the rows below whose column is greater
         Wrapping right = 0;      // samples of this row whose column is greater
-        for (std::int32_t b = table.columns - 1; b >= 0; --b) {
+        for (Index b = table.columns - 1; b >= 0; --b) {
             const Wrapping count = static_cast<Wrapping>(row[b]);
             const Wrapping belowHere = static_cast<Wrapping>(below[b]);
             concordant += count * belowRight;

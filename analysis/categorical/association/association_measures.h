@@ -1,13 +1,11 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-
 #include "data/categories.h"
 
 // Measures of association of a two-way table of counts, at most 64 x 64. Counts and their products are 32-bit
 // and wrap where this is said: reports depend on this.
 
+// The table of two variables, a block within the cross table of all categories.
 struct ContingencyTable {
     const std::int32_t* counts; // row a begins at counts[a * stride]
     Index stride;
@@ -25,10 +23,13 @@ struct ChiSquareFamily {
     double cramer;      // V
     double tschuprow;   // T
 };
-// The products of totals behind the expected counts, and Cramer's min(rows - 1, columns - 1) N, wrap.
+
+// Chi-square and the coefficients that are made of it. The products of totals behind the expected counts, and
+// Cramer's min(rows - 1, columns - 1) N, wrap.
 ChiSquareFamily chiSquareFamily(const ContingencyTable& table);
 
-// Symmetric lambda (Goodman and Kruskal 1954).
+// Symmetric lambda (Goodman and Kruskal 1954): the share by which the best guess of either variable errs less
+// when the other one is known.
 double goodmanKruskalLambda(const ContingencyTable& table);
 
 // Pairs of samples by the order of their rows and columns. The counts wrap.
@@ -38,6 +39,7 @@ struct OrderedPairs {
     std::int32_t tiedRow;    // in the row only
     std::int32_t tiedColumn; // in the column only
 };
+
 // A few operations a cell. `below` is scratch, one count for each column.
 OrderedPairs countOrderedPairs(const ContingencyTable& table, std::int32_t* below);
 

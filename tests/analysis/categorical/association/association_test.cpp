@@ -22,7 +22,7 @@ struct Table {
             columnTotals[at % columnTotals.size()] += counts[at];
             samples += counts[at];
         }
-        view = {counts.data(), columnTotals.size(), rowTotals.data(), columnTotals.data(), rows, columns,
+        view = {counts.data(), std::ssize(columnTotals), rowTotals.data(), columnTotals.data(), rows, columns,
                 samples};
     }
     OrderedPairs pairs() const {
