@@ -145,16 +145,20 @@ void writeOrder(Report& report, const DataSet& data, const AssociationWork& work
     });
 }
 
+constexpr ReportOpening ofOrder = {.title = "association measures analysis statistics",
+                                   .option = "-- order scale data",
+                                   .status = "association measures analysis statistics -- order scale data"};
+constexpr ReportOpening ofNominal = {.title = "association measures analysis statistics",
+                                     .option = "-- nominal scale data",
+                                     .status =
+                                         "association measures analysis statistics -- nominal scale data"};
+
 void writeReport(AnalysisRun& run, const AssociationWork& work) {
     Report& report = run.report;
-    const bool hasOrder = work.scale == orderScale;
-    openReport(run, {.title = "association measures analysis statistics",
-                     .option = hasOrder ? "-- order scale data" : "-- nominal scale data",
-                     .status = hasOrder ? "association measures analysis statistics -- order scale data"
-                                        : "association measures analysis statistics -- nominal scale data"});
+    openReport(run, work.scale == orderScale ? ofOrder : ofNominal);
     writeCrossTable(report, run.data, work);
     writeAccordance(report, run.data, work);
-    if (hasOrder) writeOrder(report, run.data, work);
+    if (work.scale == orderScale) writeOrder(report, run.data, work);
 }
 
 ErrorCode runAssociationAnalysis(Screens& screens, AnalysisRun& run) {

@@ -51,18 +51,17 @@ ChiSquareFamily chiSquareFamily(const ContingencyTable& table) {
 
 double goodmanKruskalLambda(const ContingencyTable& table) {
     std::int32_t columnLargest[mostCategories] = {};
-    std::int64_t modes = 0;
+    Index modes = 0;
     for (Index a = 0; a < table.rows; ++a) {
         const std::int32_t* row = rowOf(table, a);
         modes += *std::max_element(row, row + table.columns);
         for (Index b = 0; b < table.columns; ++b) columnLargest[b] = std::max(columnLargest[b], row[b]);
     }
     for (Index b = 0; b < table.columns; ++b) modes += columnLargest[b];
-    const std::int64_t marginalModes =
-        static_cast<std::int64_t>(*std::max_element(table.rowTotals, table.rowTotals + table.rows)) +
-        *std::max_element(table.columnTotals, table.columnTotals + table.columns);
+    const Index marginalModes = Index{*std::max_element(table.rowTotals, table.rowTotals + table.rows)} +
+                                *std::max_element(table.columnTotals, table.columnTotals + table.columns);
     return static_cast<double>(modes - marginalModes) /
-           static_cast<double>(2 * static_cast<std::int64_t>(table.samples) - marginalModes);
+           static_cast<double>(2 * Index{table.samples} - marginalModes);
 }
 
 OrderedPairs countOrderedPairs(const ContingencyTable& table, std::int32_t* below) {
