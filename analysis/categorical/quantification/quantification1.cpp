@@ -9,7 +9,6 @@
 #include "data/category_cross_table.h"
 #include "numeric/lu.h"
 #include "report/category_rows.h"
-#include "report/table_formats.h"
 #include "report/tables.h"
 
 namespace {
@@ -27,23 +26,24 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t) {
 }
 
 // With K categories, position K of the products is the purpose variable y and position K + 1 the constant;
-// with q items the correlations have q + 1 rows, the last for y.
+// with q items the correlations have q + 1 rows, the last for y. R positions are kept.
 struct Quantification1Work {
     CategoryLayout layout;
     CategoryCrossTable crossTable;
-    Block<double> products;     // (K + 2) x (K + 2), y centred
-    Block<Index> kept;          // positions but for the first category of each item
-    Block<double> reduced;      // kept rows and columns of the products
-    Block<double> inverse;      // of the reduced matrix
+    Matrix products;            // (K + 2) x (K + 2), y centred
+    Block<Index> kept;          // R: all positions but the first category of each item
+    Matrix reduced;             // R x R: kept rows and columns of the products
+    Matrix reducedScratch;      // R x R
+    Matrix inverse;             // R x R: of the reduced matrix
     Block<double> quantities;   // K + 2
     Block<double> standardized; // K: the quantities less their mean over the samples of the item
-    Block<double> correlation;  // (q + 1) x (q + 1)
-    Block<double> decomposed;   // scratch for its inversion
-    Block<double> inverseCorrelation;
-    Block<double> partial;     // q
-    Block<double> scores;      // samples x 3: prediction, standardized residual, y
-    double mean = 0.0;         // of y
-    double sumOfSquares = 0.0; // of y, about the mean
+    Matrix correlation;         // (q + 1) x (q + 1)
+    Matrix correlationScratch;  // (q + 1) x (q + 1)
+    Matrix inverseCorrelation;  // (q + 1) x (q + 1)
+    Block<double> partial;      // q
+    Matrix scores;              // samples x 3: prediction, standardized residual, y
+    double mean = 0.0;          // of y
+    double sumOfSquares = 0.0;  // of y, about the mean
     double constant = 0.0;
     double determination = 0.0;
     double residualDeviation = 0.0;
@@ -51,39 +51,39 @@ struct Quantification1Work {
     Index items() const { return layout.first.size(); }
     Index categories() const { return layout.totalCategories; }
 
-    ErrorCode allocate(std::int32_t samples) {
+    // For the layout that is there. Returns 0 or outOfMemory.
+    [[nodiscard]] ErrorCode allocate(Index samples) {
         const Index positions = categories() + 2;
-        const Index keptCount = positions - items();
+        const Index r = positions - items();
         const Index variables = items() + 1;
-        return crossTable.allocate(layout) | products.allocate(positions * positions) |
-               kept.allocate(keptCount) | reduced.allocate(keptCount * keptCount) |
-               inverse.allocate(keptCount * keptCount) | quantities.allocate(positions) |
-               standardized.allocate(categories()) | correlation.allocate(variables * variables) |
-               decomposed.allocate(variables * variables) |
-               inverseCorrelation.allocate(variables * variables) | partial.allocate(items()) |
-               scores.allocate(3 * samples);
+        return crossTable.allocate(layout) | products.allocate(positions, positions) | kept.allocate(r) |
+               reduced.allocate(r, r) | reducedScratch.allocate(r, r) | inverse.allocate(r, r) |
+               quantities.allocate(positions) | standardized.allocate(categories()) |
+               correlation.allocate(variables, variables) |
+               correlationScratch.allocate(variables, variables) |
+               inverseCorrelation.allocate(variables, variables) | partial.allocate(items()) |
+               scores.allocate(samples, 3);
     }
 };
 
-double purposeOf(const DataMatrix& data, std::int32_t sample) {
-    return data.values[(sample + 1) * data.variables - 1];
+double purposeOf(const DataMatrix& data, Index sample) {
+    return data.at(sample, data.variables - 1);
 }
 
 // Fills the sums of y and the column of its sums in each category. False when all values of y are equal.
 bool sumPurpose(const DataMatrix& data, Quantification1Work& work) {
     const Index y = work.categories();
-    const Index stride = y + 2;
     const double samples = data.samples;
     const double first = purposeOf(data, 0);
     bool varies = false;
     double sum = 0.0, squares = 0.0;
-    for (std::int32_t s = 0; s < data.samples; ++s) {
+    for (Index s = 0; s < data.samples; ++s) {
         const double value = purposeOf(data, s);
         varies = varies || value != first;
         sum += value;
         squares += value * value;
         for (Index i = 0; i < work.items(); ++i) {
-            work.products[globalCategory(data, work.layout, s, i) * stride + y] += value;
+            work.products(globalCategory(data, work.layout, s, i), y) += value;
         }
     }
     work.mean = sum / samples;
@@ -94,18 +94,17 @@ bool sumPurpose(const DataMatrix& data, Quantification1Work& work) {
 void fillProducts(const DataMatrix& data, Quantification1Work& work) {
     const Index y = work.categories();
     const Index constant = y + 1;
-    const Index stride = y + 2;
-    double* const products = work.products.data();
+    Matrix& products = work.products;
     for (Index g = 0; g < y; ++g) {
-        for (Index h = 0; h < y; ++h) products[g * stride + h] = work.crossTable.counts[g * y + h];
-        const double frequency = products[g * stride + g];
-        products[g * stride + y] -= work.mean * frequency;
-        products[g * stride + constant] = frequency;
-        products[y * stride + g] = products[g * stride + y];
-        products[constant * stride + g] = frequency;
+        for (Index h = 0; h < y; ++h) products(g, h) = work.crossTable.at(g, h);
+        const double frequency = products(g, g);
+        products(g, y) -= work.mean * frequency;
+        products(g, constant) = frequency;
+        products(y, g) = products(g, y);
+        products(constant, g) = frequency;
     }
-    products[y * stride + y] = work.sumOfSquares;
-    products[constant * stride + constant] = data.samples;
+    products(y, y) = work.sumOfSquares;
+    products(constant, constant) = data.samples;
 }
 
 void keepPositions(Quantification1Work& work) {
@@ -114,123 +113,110 @@ void keepPositions(Quantification1Work& work) {
     work.kept[work.kept.size() - 1] = work.categories() + 1;
 }
 
-void reduceProducts(Quantification1Work& work) {
-    const Index stride = work.categories() + 2;
-    double* reduced = work.reduced.data();
-    for (const Index g : work.kept) {
-        for (const Index h : work.kept) *reduced++ = work.products[g * stride + h];
-    }
-}
-
 ErrorCode invertProducts(Quantification1Work& work) {
-    const int order = static_cast<int>(work.kept.size());
-    double determinant = 0.0;
-    reduceProducts(work);
-    const ErrorCode code = MatrixInverse(order, order, work.reduced.data(), work.inverse.data(), determinant);
-    if (code != success) return code;
-    reduceProducts(work); // the inversion has destroyed it
-    const bool singular = isSingular(order, order, work.reduced.data(), order, work.inverse.data());
-    return singular ? singularMatrix : success;
+    for (Index r = 0; r < work.kept.size(); ++r) {
+        const double* products = work.products.row(work.kept[r]);
+        double* reduced = work.reduced.row(r);
+        for (const Index h : work.kept) *reduced++ = products[h];
+    }
+    return invertRegular(work.reduced, work.reducedScratch, work.inverse);
 }
 
 void takeQuantities(Quantification1Work& work) {
-    const Index y = work.categories();
-    const Index order = work.kept.size();
-    const Index yRow = order - 2;
-    const double pivot = work.inverse[yRow * order + yRow];
-    for (Index k = 0; k < order; ++k) {
-        if (k != yRow) work.quantities[work.kept[k]] = -work.inverse[k * order + yRow] / pivot;
+    const Index y = work.kept.size() - 2;
+    const double pivot = work.inverse(y, y);
+    for (Index r = 0; r < work.kept.size(); ++r) {
+        if (r != y) work.quantities[work.kept[r]] = -work.inverse(r, y) / pivot;
     }
-    work.constant = work.quantities[y + 1] + work.mean;
+    work.constant = work.quantities[work.categories() + 1] + work.mean;
 }
 
-void standardizeQuantities(std::int32_t samples, Quantification1Work& work) {
+void standardizeQuantities(const DataMatrix& data, Quantification1Work& work) {
     for (Index i = 0; i < work.items(); ++i) {
         const Index first = work.layout.first[i];
         const Index end = first + work.layout.categoryCount[i];
-        const Index step = work.categories() + 3; // along the diagonal of the products
         double mean = 0.0;
-        for (Index g = first; g < end; ++g) mean += work.products[g * step] * work.quantities[g];
-        mean /= samples;
+        for (Index g = first; g < end; ++g) mean += work.products(g, g) * work.quantities[g];
+        mean /= data.samples;
         for (Index g = first; g < end; ++g) work.standardized[g] = work.quantities[g] - mean;
     }
 }
 
-// Sums of products of the items, each sample having the standardized quantity of its category, and of y.
-// Returns singularMatrix when an item does not vary.
-ErrorCode correlateItems(Screens& screens, Quantification1Work& work) {
-    constexpr double leastShare = 1e-20; // of the variation of an item in that of y
+// Sums of products of the items, each sample having the standardized quantity of its category, and of y, in
+// the place of the correlations.
+void sumItems(Quantification1Work& work) {
     const Index y = work.items();
-    const Index variables = y + 1;
-    const Index stride = work.categories() + 2;
-    double* const sums = work.correlation.data();
-    std::fill_n(sums, variables * variables, 0.0);
     for (Index i = 0; i < y; ++i) {
         const Index first = work.layout.first[i];
         const Index end = first + work.layout.categoryCount[i];
+        double* sums = work.correlation.row(i);
         for (Index g = first; g < end; ++g) {
-            const double* row = work.products.data() + g * stride;
+            const double* row = work.products.row(g);
             const double quantity = work.standardized[g];
             for (Index j = 0, h = 0; j < y; ++j) {
                 const Index jEnd = h + work.layout.categoryCount[j];
-                for (; h < jEnd; ++h) sums[i * variables + j] += row[h] * quantity * work.standardized[h];
+                for (; h < jEnd; ++h) sums[j] += row[h] * quantity * work.standardized[h];
             }
-            sums[i * variables + y] += row[work.categories()] * quantity;
+            sums[y] += row[work.categories()] * quantity;
         }
-        sums[y * variables + i] = sums[i * variables + y];
+        work.correlation(y, i) = sums[y];
     }
-    sums[y * variables + y] = work.sumOfSquares;
-    screens.setProgress(40);
+    work.correlation(y, y) = work.sumOfSquares;
+}
 
-    for (Index i = 0; i < y; ++i) {
-        if (!(sums[i * variables + i] > leastShare * work.sumOfSquares)) return singularMatrix;
+// Whether each item varies by more than a share of the variation of y.
+bool doItemsVary(const Quantification1Work& work) {
+    constexpr double leastShare = 1e-20;
+    for (Index i = 0; i < work.items(); ++i) {
+        if (!(work.correlation(i, i) > leastShare * work.sumOfSquares)) return false;
     }
-    screens.setProgress(50);
-    for (Index i = 0; i < variables; ++i) {
+    return true;
+}
+
+void scaleToCorrelations(Matrix& sums) {
+    for (Index i = 0; i < sums.rows(); ++i) {
         for (Index j = 0; j < i; ++j) {
-            const double scale = std::sqrt(sums[i * variables + i]) * std::sqrt(sums[j * variables + j]);
-            sums[i * variables + j] = sums[j * variables + i] = sums[i * variables + j] / scale;
+            sums(i, j) = sums(j, i) = sums(i, j) / (std::sqrt(sums(i, i)) * std::sqrt(sums(j, j)));
         }
     }
-    for (Index i = 0; i < variables; ++i) sums[i * variables + i] = 1.0;
-    screens.setProgress(60);
-    return success;
+    for (Index i = 0; i < sums.rows(); ++i) sums(i, i) = 1.0;
 }
 
-ErrorCode invertCorrelation(Screens& screens, Quantification1Work& work) {
-    const int order = static_cast<int>(work.items() + 1);
-    std::copy(work.correlation.begin(), work.correlation.end(), work.decomposed.begin());
-    screens.setProgress(70);
-    double determinant = 0.0;
-    const ErrorCode code =
-        MatrixInverse(order, order, work.decomposed.data(), work.inverseCorrelation.data(), determinant);
+// The correlations of the items with each other and with y. Returns singularMatrix when an item does not
+// vary.
+ErrorCode correlateItems(Screens& screens, Quantification1Work& work) {
+    sumItems(work);
+    ErrorCode code = screens.setProgress(40);
+    if (code == success && !doItemsVary(work)) code = singularMatrix;
+    if (code == success) code = screens.setProgress(50);
     if (code != success) return code;
-    screens.setProgress(80);
-    const bool singular =
-        isSingular(order, order, work.correlation.data(), order, work.inverseCorrelation.data());
-    return singular ? singularMatrix : success;
+    scaleToCorrelations(work.correlation);
+    return screens.setProgress(60);
 }
 
-void measureFit(std::int32_t samples, Quantification1Work& work) {
+// The partial correlations of the items with y.
+void correlatePartially(Quantification1Work& work) {
     const Index y = work.items();
-    const Index variables = y + 1;
-    const double* inverse = work.inverseCorrelation.data();
-    const double ofPurpose = inverse[y * variables + y];
+    const Matrix& inverse = work.inverseCorrelation;
     for (Index i = 0; i < y; ++i) {
-        work.partial[i] = -inverse[i * variables + y] / std::sqrt(ofPurpose * inverse[i * variables + i]);
+        work.partial[i] = -inverse(i, y) / std::sqrt(inverse(y, y) * inverse(i, i));
     }
+}
+
+void measureFit(const DataMatrix& data, Quantification1Work& work) {
+    const double ofPurpose = work.inverseCorrelation(work.items(), work.items());
     work.determination = std::max(0.0, 1.0 - 1.0 / ofPurpose);
-    work.residualDeviation = std::sqrt(work.sumOfSquares / (samples * ofPurpose));
+    work.residualDeviation = std::sqrt(work.sumOfSquares / (data.samples * ofPurpose));
 }
 
 void predictSamples(const DataMatrix& data, Quantification1Work& work) {
-    double* score = work.scores.data();
-    for (std::int32_t s = 0; s < data.samples; ++s, score += 3) {
+    for (Index s = 0; s < data.samples; ++s) {
         double prediction = work.constant;
         for (Index i = 0; i < work.items(); ++i) {
             prediction += work.quantities[globalCategory(data, work.layout, s, i)];
         }
         const double value = purposeOf(data, s);
+        double* score = work.scores.row(s);
         score[0] = prediction;
         score[1] = (value - prediction) / work.residualDeviation;
         score[2] = value;
@@ -238,109 +224,106 @@ void predictSamples(const DataMatrix& data, Quantification1Work& work) {
 }
 
 ErrorCode compute(Screens& screens, const DataMatrix& data, Quantification1Work& work) {
-    screens.setProgress(5);
+    ErrorCode code = screens.setProgress(5);
+    if (code != success) return code;
     fillCrossTable(data, work.layout, work.crossTable);
     if (!sumPurpose(data, work)) return singularMatrix;
     fillProducts(data, work);
     keepPositions(work);
-    screens.setProgress(10);
-    ErrorCode code = invertProducts(work);
+    code = screens.setProgress(10);
+    if (code == success) code = invertProducts(work);
+    if (code == success) code = screens.setProgress(15);
     if (code != success) return code;
-    screens.setProgress(15);
     takeQuantities(work);
-    screens.setProgress(20);
-    standardizeQuantities(data.samples, work);
-    screens.setProgress(30);
-    code = correlateItems(screens, work);
-    if (code == success) code = invertCorrelation(screens, work);
+    code = screens.setProgress(20);
     if (code != success) return code;
-    measureFit(data.samples, work);
-    screens.setProgress(90);
+    standardizeQuantities(data, work);
+    code = screens.setProgress(30);
+    if (code == success) code = correlateItems(screens, work);
+    if (code == success) {
+        code = invertRegular(work.correlation, work.correlationScratch, work.inverseCorrelation);
+    }
+    if (code == success) code = screens.setProgress(70);
+    if (code != success) return code;
+    correlatePartially(work);
+    code = screens.setProgress(80);
+    if (code != success) return code;
+    measureFit(data, work);
+    code = screens.setProgress(90);
+    if (code != success) return code;
     predictSamples(data, work);
-    screens.setProgress(100);
-    return success;
+    return screens.setProgress(100);
 }
 
-constexpr int columnWidth = 18;
+constexpr CellFormat quantityCell = {18, 9};
 
-void writeNumber(Report& report, double value) {
-    writeCell(report, value, {columnWidth, 9});
-}
-
-void writeLine(Report& report, int number, const char* label, double value) {
-    startRow(report, number, label);
-    writeNumber(report, value);
-    endRow(report);
+void writeCorrelations(Report& report, const DataSet& data, const Quantification1Work& work) {
+    writeCaption(report, "correlation coefficient matrix");
+    WriteLowerTriangle(report, data, work.correlation.data(), 3);
+    endTable(report);
 }
 
 void writeQuantities(Report& report, const DataSet& data, const Quantification1Work& work) {
-    report.lower.append(
-        "\tquantity, standardized quantity, single correlation coefficient, partial correlation "
-        "coefficient\n");
     const char* const headings[] = {"quantity", "s.quantity", "s.c.coef", "p.c.coef"};
-    WriteNamedHeader(report, headings, 4, columnWidth);
+    writeCaption(
+        report,
+        "quantity, standardized quantity, single correlation coefficient, partial correlation coefficient");
+    WriteNamedHeader(report, headings, quantityCell.width);
     writeCategoryRows(
         report, work.layout, data.working.names,
         [&](Index i) {
-            writeText(report, "", columnWidth);
-            writeText(report, "", columnWidth);
-            writeNumber(report, work.correlation[i * (work.items() + 1) + work.items()]);
-            writeNumber(report, work.partial[i]);
+            writeText(report, "", quantityCell.width);
+            writeText(report, "", quantityCell.width);
+            writeCell(report, work.correlation(i, work.items()), quantityCell);
+            writeCell(report, work.partial[i], quantityCell);
         },
         [&](Index g) {
-            writeNumber(report, work.quantities[g]);
-            writeNumber(report, work.standardized[g]);
+            writeCell(report, work.quantities[g], quantityCell);
+            writeCell(report, work.standardized[g], quantityCell);
         });
-    startRow(report, 0, "constant");
-    writeNumber(report, work.constant);
-    writeNumber(report, work.mean);
-    endRow(report);
-    report.lower.append("\n");
+    const double constants[] = {work.constant, work.mean};
+    writeCells(report, 0, "constant", constants, quantityCell);
+    endTable(report);
 }
 
 void writeFit(Report& report, const Quantification1Work& work) {
-    report.lower.append("\tmultiple coefficient of determination, multiple correlation coefficient\n");
-    writeLine(report, 1, "m.c.determ", work.determination);
-    writeLine(report, 2, "m.c.coef", std::sqrt(work.determination));
-    report.lower.append("\n");
+    writeCaption(report, "multiple coefficient of determination, multiple correlation coefficient");
+    writeCellRow(report, 1, "m.c.determ", work.determination, quantityCell);
+    writeCellRow(report, 2, "m.c.coef", std::sqrt(work.determination), quantityCell);
+    endTable(report);
 }
 
 void writeSamples(Report& report, const DataSet& data, const Quantification1Work& work) {
-    report.lower.append("\tmesure, prediction, standardized residual\n");
     const char* const headings[] = {"measure", "prediction", "residual", "s.residual"};
-    WriteNamedHeader(report, headings, 4, report.formats.nameLength);
-    const double* score = work.scores.data();
-    for (std::int32_t s = 0; s < data.working.samples; ++s, score += 3) {
+    writeCaption(report, "mesure, prediction, standardized residual");
+    WriteNamedHeader(report, headings, report.formats.nameLength);
+    for (Index s = 0; s < data.working.samples; ++s) {
+        const double* score = work.scores.row(s);
         const double values[] = {score[2], score[0], score[2] - score[0], score[1]};
-        WriteValueRow(report, values, 4, 3, data.working.label(s), s + 1);
+        WriteValueRow(report, values, std::ssize(values), 3, data.working.label(s), s + 1);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeReport(Screens& screens, AnalysisRun& run, const Quantification1Work& work) {
-    const Settings& settings = run.options.settings;
+// The space at the end of the status is kept so that it stays comparable.
+void writeReport(AnalysisRun& run, const Quantification1Work& work) {
     Report& report = run.report;
-    report.lower.clear();
-    report.lower.append("\nquantification 1 multiple regression analysis statistics\n\n");
-    report.status.clear();
-    report.status.append("status : quantification 1 multiple regression analysis statistics ");
-
-    SetFormatsFromData(report, run.data, settings.variableStringLength, settings.sampleStringLength);
-    report.lower.append("\tcorrelation coefficient matrix\n");
-    WriteLowerTriangle(report, run.data, work.correlation.data(), 3);
-    report.lower.append("\n");
+    openReport(run, {.title = "quantification 1 multiple regression analysis statistics",
+                     .status = "quantification 1 multiple regression analysis statistics "});
+    writeCorrelations(report, run.data, work);
     writeQuantities(report, run.data, work);
     writeFit(report, work);
     writeSamples(report, run.data, work);
-    closeReport(screens, report);
 }
 
 // A graph that cannot be shown has told so and leaves the result as it is.
 ErrorCode buildQuantification1Graph(Screens& screens, AnalysisRun& run, const Quantification1Work& work) {
     const char* const series[] = {"theoretic score", "standard resudial", "measure value"};
-    const ErrorCode code = buildScoreGraph(
-        screens, run,
-        {.seriesNames = series, .seriesCount = 3, .scores = work.scores.data(), .scoreStride = 3});
+    const ErrorCode code = buildScoreGraph(screens, run,
+                                           {.seriesNames = series,
+                                            .seriesCount = 3,
+                                            .scores = work.scores.data(),
+                                            .scoreStride = work.scores.columns()});
     return code == graphNotBuilt ? success : code;
 }
 
@@ -353,18 +336,18 @@ ErrorCode keepModel(AnalysisRun& run, const Quantification1Work& work) {
     std::copy(work.quantities.begin(), work.quantities.end(), model.quantities.begin());
     std::snprintf(model.title.data(), model.title.size(), "quantification 1 multiple regression analysis");
     model.kind = run.kind;
-    model.count = static_cast<std::int32_t>(work.items());
+    model.count = run.data.working.variables - 1; // the purpose variable is the last column
     model.constant = work.constant;
     model.alpha = 0.0;
-    for (Index v = 0; v < work.items(); ++v) {
-        model.variables[v] = static_cast<std::int32_t>(v);
+    for (std::int32_t v = 0; v < model.count; ++v) {
+        model.variables[v] = v;
         model.terms[v] = work.layout.categoryCount[v];
         model.startValues[v] = 1.0;
     }
     return success;
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
+ErrorCode runQuantification1(Screens& screens, AnalysisRun& run) {
     reorderWorkingBySelection(run.data);
     const DataMatrix& data = run.data.working;
     const std::int32_t items = data.variables - 1; // the purpose variable is the last column
@@ -374,15 +357,17 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
     if (code == success) code = work.allocate(data.samples);
     if (code != success) return code;
 
-    startProgress(screens, run.report);
-    code = compute(screens, data, work);
+    code = startProgress(screens, run.report);
+    if (code == success) code = compute(screens, data, work);
     screens.hideProgress();
     if (code == success) code = keepModel(run, work);
     if (code != success) return code;
-    writeReport(screens, run, work);
+
+    writeReport(run, work);
+    closeReport(screens, run.report);
     return buildQuantification1Graph(screens, run, work);
 }
 
 } // namespace
 
-const Analysis quantification1 = {.fields = fields, .driver = run, .refuse = refuse};
+const Analysis quantification1 = {.fields = fields, .driver = runQuantification1, .refuse = refuse};
