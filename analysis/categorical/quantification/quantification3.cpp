@@ -2,14 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 #include "analysis/run/run_report.h"
 #include "numeric/distributions.h"
 #include "numeric/eigen.h"
 #include "numeric/moments.h"
 #include "report/category_rows.h"
-#include "report/table_formats.h"
 #include "report/tables.h"
 
 namespace {
@@ -44,27 +42,27 @@ struct ResponseTable {
     const CategoryLayout* layout; // null: the data as it stands
 
     Index rows() const { return data.samples; }
-    Index columns() const { return (layout != nullptr ? layout->totalCategories : data.variables); }
+    Index columns() const { return layout != nullptr ? layout->totalCategories : data.variables; }
     Index cells() const { return data.variables; } // of a row
-    const double* row(Index s) const { return data.values.data() + s * cells(); }
+    const double* row(Index s) const { return data.row(s); }
     Index column(const double* row, Index cell) const {
         return layout != nullptr ? layout->first[cell] + static_cast<Index>(row[cell]) - 1 : cell;
     }
     double value(const double* row, Index cell) const { return layout != nullptr ? 1.0 : row[cell]; }
 };
 
-// Up to F factors; entry 0 of the tests is for all of them, factor f has entry f.
+// Up to F factors; entry 0 of the tests is for all of them, factor f has entry f. Of F columns the first
+// `factors` are used.
 struct Quantification3Work {
-    Index factorsAsked = 0;   // F
     Index factors = 0;        // those there are, up to F
     Block<double> rowSums;    // N
     Block<double> columnSums; // K
     double total = 0.0;
-    Block<double> matrix;        // K x K, then its eigenvectors
+    Matrix matrix;               // K x K, then its eigenvectors
     Block<double> eigenvalues;   // K
     double eigenvalueSum = 0.0;  // of those that are not negligible
-    Block<double> columnWeights; // K x F
-    Block<double> rowWeights;    // N x F
+    Matrix columnWeights;        // K x F
+    Matrix rowWeights;           // N x F
     Block<double> ratio;         // F
     Block<double> cumulative;    // F
     Block<double> chiSquare;     // F + 1
@@ -75,15 +73,16 @@ struct Quantification3Work {
     double columnRedundancy = 0.0;
     double cramer = 0.0;
 
-    ErrorCode allocate(const ResponseTable& table, std::int32_t asked) {
+    // F is `asked`, but at least 1 and at most K. Returns 0 or outOfMemory.
+    [[nodiscard]] ErrorCode allocate(const ResponseTable& table, Index asked) {
+        const Index rows = table.rows();
         const Index columns = table.columns();
-        factorsAsked = std::min<Index>(std::max(asked, 1), columns);
-        return rowSums.allocate(table.rows()) | columnSums.allocate(columns) |
-               matrix.allocate(columns * columns) | eigenvalues.allocate(columns) |
-               columnSquares.allocate(columns) | columnWeights.allocate(columns * factorsAsked) |
-               rowWeights.allocate(table.rows() * factorsAsked) | ratio.allocate(factorsAsked) |
-               cumulative.allocate(factorsAsked) | chiSquare.allocate(factorsAsked + 1) |
-               freedom.allocate(factorsAsked + 1) | probability.allocate(factorsAsked + 1);
+        const Index most = std::min(std::max(asked, Index{1}), columns);
+        return rowSums.allocate(rows) | columnSums.allocate(columns) | matrix.allocate(columns, columns) |
+               eigenvalues.allocate(columns) | columnSquares.allocate(columns) |
+               columnWeights.allocate(columns, most) | rowWeights.allocate(rows, most) |
+               ratio.allocate(most) | cumulative.allocate(most) | chiSquare.allocate(most + 1) |
+               freedom.allocate(most + 1) | probability.allocate(most + 1);
     }
 };
 
@@ -102,21 +101,20 @@ void sumTable(const ResponseTable& table, Quantification3Work& work) {
 // The lower triangle of S(g,h) = sum of x_sg x_sh / r_s over the rows / sqrt(c_g c_h) - sqrt(c_g c_h) / T,
 // whose last term takes the trivial solution away. Rows and columns whose sum is not above 0 add nothing.
 void fillMatrix(const ResponseTable& table, Quantification3Work& work) {
-    const Index columns = table.columns();
     for (Index s = 0; s < table.rows(); ++s) {
         if (!(work.rowSums[s] > 0.0)) continue;
         const double* row = table.row(s);
         for (Index i = 0; i < table.cells(); ++i) {
-            double* const line = work.matrix.data() + table.column(row, i) * columns;
+            double* const line = work.matrix.row(table.column(row, i));
             const double value = table.value(row, i);
             for (Index j = 0; j <= i; ++j) {
                 line[table.column(row, j)] += value * table.value(row, j) / work.rowSums[s];
             }
         }
     }
-    for (Index g = 0; g < columns; ++g) {
+    for (Index g = 0; g < work.matrix.rows(); ++g) {
         for (Index h = 0; h <= g; ++h) {
-            double& element = work.matrix[g * columns + h];
+            double& element = work.matrix(g, h);
             if (work.columnSums[g] > 0.0 && work.columnSums[h] > 0.0) {
                 const double root = std::sqrt(work.columnSums[g] * work.columnSums[h]);
                 element = element / root - root / work.total;
@@ -131,10 +129,10 @@ void fillMatrix(const ResponseTable& table, Quantification3Work& work) {
 ErrorCode decompose(Screens& screens, const ResponseTable& table, Quantification3Work& work) {
     if (work.total <= 0.0) return success;
     fillMatrix(table, work);
-    screens.setProgress(25);
+    const ErrorCode code = screens.setProgress(25);
+    if (code != success) return code;
     if (!allFinite(work.matrix.data(), work.matrix.size())) return eigenNotConvergent;
-    const int columns = static_cast<int>(table.columns());
-    return SymmetricEigen(columns, columns, work.matrix.data(), work.eigenvalues.data(), work.matrix.data());
+    return SymmetricEigen(work.matrix, work.eigenvalues, work.matrix);
 }
 
 void takeFactors(Quantification3Work& work) {
@@ -142,7 +140,7 @@ void takeFactors(Quantification3Work& work) {
     while (present < work.eigenvalues.size() && work.eigenvalues[present] > negligible) {
         work.eigenvalueSum += work.eigenvalues[present++];
     }
-    work.factors = std::min(work.factorsAsked, present);
+    work.factors = std::min(work.ratio.size(), present);
     double sum = 0.0;
     for (Index f = 0; f < work.factors; ++f) {
         work.ratio[f] = work.eigenvalues[f] / work.eigenvalueSum;
@@ -150,14 +148,11 @@ void takeFactors(Quantification3Work& work) {
     }
 }
 
-void weighColumns(const ResponseTable& table, Quantification3Work& work) {
-    const Index columns = table.columns();
-    for (Index g = 0; g < columns; ++g) {
+void weighColumns(Quantification3Work& work) {
+    for (Index g = 0; g < work.columnWeights.rows(); ++g) {
         if (!(work.columnSums[g] > 0.0)) continue;
         const double scale = std::sqrt(work.total / work.columnSums[g]);
-        for (Index f = 0; f < work.factors; ++f) {
-            work.columnWeights[g * work.factorsAsked + f] = scale * work.matrix[g * columns + f];
-        }
+        for (Index f = 0; f < work.factors; ++f) work.columnWeights(g, f) = scale * work.matrix(g, f);
     }
 }
 
@@ -165,10 +160,10 @@ void weighRows(const ResponseTable& table, Quantification3Work& work) {
     for (Index s = 0; s < table.rows(); ++s) {
         if (!(work.rowSums[s] > 0.0)) continue;
         const double* row = table.row(s);
-        double* const weights = work.rowWeights.data() + s * work.factorsAsked;
+        double* const weights = work.rowWeights.row(s);
         for (Index cell = 0; cell < table.cells(); ++cell) {
             const double share = table.value(row, cell) / work.rowSums[s];
-            const double* ofColumn = work.columnWeights.data() + table.column(row, cell) * work.factorsAsked;
+            const double* ofColumn = work.columnWeights.row(table.column(row, cell));
             for (Index f = 0; f < work.factors; ++f) weights[f] += share * ofColumn[f];
         }
         for (Index f = 0; f < work.factors; ++f) weights[f] /= std::sqrt(work.eigenvalues[f]);
@@ -187,7 +182,7 @@ void testFactors(const ResponseTable& table, Quantification3Work& work) {
     }
     work.chiSquare[0] = work.total * work.eigenvalueSum;
     work.freedom[0] = (rows - 1.0) * (columns - 1.0);
-    ChiSquareUpperProbability(static_cast<int>(work.factors + 1), work.chiSquare.data(), work.freedom.data(),
+    ChiSquareUpperProbability(work.factors + 1, work.chiSquare.data(), work.freedom.data(),
                               work.probability.data());
 
     const double freeColumns =
@@ -203,7 +198,7 @@ double redundancyTerm(double squares, double sum, double total) {
     return (squares / sum - sum / total) / (total - sum);
 }
 
-void measureRedundancy(Screens& screens, const ResponseTable& table, Quantification3Work& work) {
+ErrorCode measureRedundancy(Screens& screens, const ResponseTable& table, Quantification3Work& work) {
     for (Index s = 0; s < table.rows(); ++s) {
         const double* row = table.row(s);
         const double rowSum = work.rowSums[s];
@@ -216,70 +211,69 @@ void measureRedundancy(Screens& screens, const ResponseTable& table, Quantificat
         }
         work.rowRedundancy += redundancyTerm(squares, rowSum, work.total);
     }
-    screens.setProgress(85);
+    const ErrorCode code = screens.setProgress(85);
+    if (code != success) return code;
     for (Index g = 0; g < table.columns(); ++g) {
         work.columnRedundancy += redundancyTerm(work.columnSquares[g], work.columnSums[g], work.total);
     }
-    screens.setProgress(100);
+    return screens.setProgress(100);
 }
 
 ErrorCode compute(Screens& screens, const ResponseTable& table, Quantification3Work& work) {
-    screens.setProgress(10);
-    sumTable(table, work);
-    const ErrorCode code = decompose(screens, table, work);
+    ErrorCode code = screens.setProgress(10);
     if (code != success) return code;
-    screens.setProgress(40);
+    sumTable(table, work);
+    code = decompose(screens, table, work);
+    if (code == success) code = screens.setProgress(40);
+    if (code != success) return code;
     takeFactors(work);
-    weighColumns(table, work);
+    weighColumns(work);
     weighRows(table, work);
-    screens.setProgress(55);
+    code = screens.setProgress(55);
+    if (code != success) return code;
     testFactors(table, work);
-    screens.setProgress(70);
-    measureRedundancy(screens, table, work);
-    return success;
+    code = screens.setProgress(70);
+    return code == success ? measureRedundancy(screens, table, work) : code;
 }
+
+constexpr ReportOpening ofCategories = {
+    .title = "quantification 3 canonical correlation analysis statistics",
+    .option = "-- due to categorical variable data",
+    .status =
+        "quantification 3 canonical correlation analysis statistics -- due to categorical variable data"};
+constexpr ReportOpening ofCrossData = {
+    .title = "quantification 3 canonical correlation analysis statistics",
+    .option = "-- due to categorical cross data",
+    .status = "quantification 3 canonical correlation analysis statistics -- due to categorical cross data"};
+
+constexpr CellFormat redundancyCell = {15, 9};
 
 void writeColumnWeights(Report& report, const DataSet& data, const ResponseTable& table,
                         const Quantification3Work& work) {
-    const int factors = static_cast<int>(work.factors);
-    report.lower.append("\tweight coefficient matrix of variable (column data)\n");
-    WriteFactorHeader(report, factors, report.formats.nameLength);
-    const auto weightsOf = [&](Index g) { return work.columnWeights.data() + g * work.factorsAsked; };
+    writeCaption(report, "weight coefficient matrix of variable (column data)");
     if (table.layout != nullptr) {
+        WriteFactorHeader(report, work.factors, report.formats.nameLength);
         writeCategoryRows(report, *table.layout, data.working.names, [&](Index g) {
-            for (int f = 0; f < factors; ++f) writeValue(report, weightsOf(g)[f], 6);
+            for (Index f = 0; f < work.factors; ++f) writeValue(report, work.columnWeights(g, f), 6);
         });
     } else {
-        char label[32];
-        for (int g = 0; g < data.working.variables; ++g) {
-            std::snprintf(label, sizeof label, "category %d", g + 1);
-            WriteValueRow(report, weightsOf(g), factors, 6, label, g + 1);
-        }
+        WriteFactorTable(report, work.columnWeights, work.factors, RowLabels("category"));
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
 void writeRowWeights(Report& report, const DataSet& data, const Quantification3Work& work) {
-    report.lower.append("\tweight coefficient matrix of sample (row data)\n");
-    WriteFactorTable(report, data.working.samples, static_cast<int>(work.factors), work.rowWeights.data(),
-                     static_cast<int>(work.factorsAsked), data.working.labels);
-    report.lower.append("\n");
+    writeCaption(report, "weight coefficient matrix of sample (row data)");
+    WriteFactorTable(report, work.rowWeights, work.factors, data.working.labels);
+    endTable(report);
 }
 
 void writeRedundancy(Report& report, const Quantification3Work& work) {
-    const struct {
-        const char* label;
-        double value;
-    } rows[] = {
-        {"Re(X/Y)", work.rowRedundancy}, {"Re(Y/X)", work.columnRedundancy}, {"cramer r.c.", work.cramer}};
-    report.lower.append("\tredundancy coefficient -- Re(X/Y),  Re(Y/X), cramer relation coefficient\n");
-    int number = 0;
-    for (const auto& row : rows) {
-        startRow(report, ++number, row.label);
-        writeCell(report, row.value, {15, 9});
-        endRow(report);
-    }
-    report.lower.append("\n");
+    writeCaption(report, "redundancy coefficient -- Re(X/Y),  Re(Y/X), cramer relation coefficient");
+    writeCellRow(report, 1, "Re(X/Y)", work.rowRedundancy, redundancyCell);
+    writeCellRow(report, 2, "Re(Y/X)", work.columnRedundancy, redundancyCell);
+    writeCellRow(report, 3, "cramer r.c.", work.cramer, redundancyCell);
+    endTable(report);
 }
 
 void writeTests(Report& report, const Quantification3Work& work) {
@@ -297,18 +291,14 @@ void writeTests(Report& report, const Quantification3Work& work) {
         {"chi.free", work.freedom.data() + 1, work.freedom.data(), 0},
     };
     const int width = report.formats.nameLength;
-    report.lower.append(
-        "\tchi square test\n\t-- eigen value, ratio contributed, cummulative ratio, chi square, chi "
-        "probability, degree of freedom\n");
-    char heading[32];
+    writeCaption(report, "chi square test");
+    writeCaption(report, "-- eigen value, ratio contributed, cummulative ratio, chi square, chi probability, "
+                         "degree of freedom");
     startHeader(report);
     writeText(report, "all", width);
-    for (Index f = 1; f <= work.factors; ++f) {
-        std::snprintf(heading, sizeof heading, "factor %d", static_cast<int>(f));
-        writeText(report, heading, width);
-    }
+    for (Index f = 0; f < work.factors; ++f) writeText(report, numberedName("factor", f).text, width);
     endRow(report);
-    int number = 0;
+    Index number = 0;
     for (const auto& row : rows) {
         startRow(report, ++number, row.label);
         if (row.ofAll != nullptr) {
@@ -319,30 +309,19 @@ void writeTests(Report& report, const Quantification3Work& work) {
         for (Index f = 0; f < work.factors; ++f) writeValue(report, row.ofFactors[f], row.slot);
         endRow(report);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeReport(Screens& screens, AnalysisRun& run, const ResponseTable& table,
-                 const Quantification3Work& work) {
-    const Settings& settings = run.options.settings;
-    const char* source = table.layout != nullptr ? "categorical variable" : "categorical cross";
+void writeReport(AnalysisRun& run, const ResponseTable& table, const Quantification3Work& work) {
     Report& report = run.report;
-    report.lower.clear();
-    report.lower.appendFormat(
-        "\nquantification 3 canonical correlation analysis statistics\n-- due to %s data\n\n", source);
-    report.status.clear();
-    report.status.appendFormat(
-        "status : quantification 3 canonical correlation analysis statistics -- due to %s data", source);
-
-    SetFormatsFromData(report, run.data, settings.variableStringLength, settings.sampleStringLength);
+    openReport(run, table.layout != nullptr ? ofCategories : ofCrossData);
     writeColumnWeights(report, run.data, table, work);
     writeRowWeights(report, run.data, work);
     writeRedundancy(report, work);
     writeTests(report, work);
-    closeReport(screens, report);
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
+ErrorCode runQuantification3(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
     const bool categorical = run.options.quantification3Data == categoricalVariables;
     CategoryLayout layout;
@@ -356,14 +335,16 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
     ErrorCode code = work.allocate(table, run.options.quantification3Count);
     if (code != success) return code;
 
-    startProgress(screens, run.report);
-    code = compute(screens, table, work);
+    code = startProgress(screens, run.report);
+    if (code == success) code = compute(screens, table, work);
     screens.hideProgress();
     if (code != success) return code;
-    writeReport(screens, run, table, work);
+
+    writeReport(run, table, work);
+    closeReport(screens, run.report);
     return success;
 }
 
 } // namespace
 
-const Analysis quantification3 = {.fields = fields, .driver = run};
+const Analysis quantification3 = {.fields = fields, .driver = runQuantification3};
