@@ -14,7 +14,7 @@ double medianOf(double* values, Index count) {
 }
 
 // A value replaces the first one only when it is strictly beyond it.
-void extremes(const double* values, Index count, double& maximum, double& minimum) {
+void findExtremes(const double* values, Index count, double& maximum, double& minimum) {
     maximum = minimum = values[0];
     for (Index s = 1; s < count; ++s) {
         if (values[s] > maximum) maximum = values[s];
@@ -22,7 +22,7 @@ void extremes(const double* values, Index count, double& maximum, double& minimu
     }
 }
 
-void moments(const double* values, Index count, BasicStatistics& statistics, Index j) {
+void findMoments(const double* values, Index count, BasicStatistics& statistics, Index j) {
     const double n = static_cast<double>(count);
     double sum = 0.0;
     for (Index s = 0; s < count; ++s) sum += values[s];
@@ -58,17 +58,20 @@ ErrorCode BasicStatistics::allocate(Index variables, Index samples) {
            variance.allocate(variables) | column.allocate(samples);
 }
 
-void basicStatistics(Screens& screens, const DataMatrix& data, BasicStatistics& statistics) {
+ErrorCode findBasicStatistics(Screens& screens, const DataMatrix& data, BasicStatistics& statistics) {
     const Index variables = data.variables;
     const Index samples = data.samples;
-    if (samples == 0) return;
+    if (samples == 0) return success;
+
     double* const column = statistics.column.data();
     for (Index j = 0; j < variables; ++j) {
-        for (Index s = 0; s < samples; ++s) column[s] = data.values[s * variables + j];
-        extremes(column, samples, statistics.maximum[j], statistics.minimum[j]);
-        moments(column, samples, statistics, j);
+        for (Index s = 0; s < samples; ++s) column[s] = data.at(s, j);
+        findExtremes(column, samples, statistics.maximum[j], statistics.minimum[j]);
+        findMoments(column, samples, statistics, j);
         const bool varies = statistics.maximum[j] > statistics.minimum[j];
         statistics.median[j] = varies ? medianOf(column, samples) : statistics.maximum[j];
-        screens.setProgress(static_cast<int>(70 * (j + 1) / variables));
+        const ErrorCode code = screens.setProgress(static_cast<int>(70 * (j + 1) / variables));
+        if (code != success) return code;
     }
+    return success;
 }

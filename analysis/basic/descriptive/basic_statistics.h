@@ -5,8 +5,6 @@
 
 // Nine statistics of each variable, in the order of the report.
 struct BasicStatistics {
-    static constexpr int count = 9;
-
     Block<double> maximum;
     Block<double> minimum;
     Block<double> mean;
@@ -18,9 +16,11 @@ struct BasicStatistics {
     Block<double> variance; // divisor N - 1
     Block<double> column;   // scratch: one variable's samples
 
-    ErrorCode allocate(Index variables, Index samples);
+    // Zero-filled arrays; 0 or outOfMemory.
+    [[nodiscard]] ErrorCode allocate(Index variables, Index samples);
 };
 
 // Fills the statistics from the data and moves the progress from 0 to 70. A variable with one value only has
-// skew and kurtosis 0.
-void basicStatistics(Screens& screens, const DataMatrix& data, BasicStatistics& statistics);
+// skew and kurtosis 0. Returns what the progress does.
+[[nodiscard]] ErrorCode findBasicStatistics(Screens& screens, const DataMatrix& data,
+                                            BasicStatistics& statistics);

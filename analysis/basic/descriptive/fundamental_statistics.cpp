@@ -32,117 +32,121 @@ const OptionField fields[] = {
      .control = 2004},
 };
 
-// Flags of IncompleteBeta, as the rank correlations pass them on.
-constexpr ErrorCode betaOutsideDomain = 1;
-constexpr ErrorCode betaNotConvergent = 2;
-
+// Everything that the engine fills and the report shows.
 struct FundamentalWork {
     MomentMatrices moments;
     BasicStatistics basic;
-    SpearmanTable spearman;
-    KendallTable kendall;
-    ErrorCode rankError = success;
+    RankCorrelations ranks;
 
-    ErrorCode allocate(const DataMatrix& data) {
+    [[nodiscard]] ErrorCode allocate(const DataMatrix& data) {
         const Index variables = data.variables;
-        const Index pairs = variables * (variables - 1) / 2;
-        return moments.allocate(data.variables) | basic.allocate(variables, data.samples) |
-               spearman.allocate(pairs) | kendall.allocate(pairs);
+        return moments.allocate(variables) | basic.allocate(variables, data.samples) |
+               ranks.allocate(variables * (variables - 1) / 2);
     }
 };
 
-void compute(Screens& screens, const DataMatrix& data, FundamentalWork& work) {
+ErrorCode compute(Screens& screens, const DataMatrix& data, FundamentalWork& work) {
     MeanCovarianceCorrelation(data.values.data(), data.samples, data.variables, work.moments);
-    basicStatistics(screens, data, work.basic);
-    work.rankError = rankCorrelations(screens, data, work.spearman, work.kendall);
+    const ErrorCode code = findBasicStatistics(screens, data, work.basic);
+    if (code != success) return code;
+    return findRankCorrelations(screens, data, work.ranks);
 }
 
+// The spelling of captions is kept so that reports stay comparable and spreadsheets find them.
 void writeBasicStatistics(Report& report, const DataSet& data, const BasicStatistics& basic) {
     const struct {
         const char* label;
         const Block<double>& values;
-    } rows[BasicStatistics::count] = {
+    } rows[] = {
         {"maximum", basic.maximum}, {"minimum", basic.minimum},           {"mean", basic.mean},
         {"median", basic.median},   {"std.dev", basic.standardDeviation}, {"ave.dev", basic.averageDeviation},
         {"skew", basic.skew},       {"kurtosis", basic.kurtosis},         {"variance", basic.variance},
     };
-    report.lower.append("\tbasis statistics\n");
+    // The variances fix the widths of all nine rows.
+    SetFormatsFromValues(report, basic.variance.data(), basic.variance.size());
+    writeCaption(report, "basis statistics");
     WriteVariableHeader(report, data);
-    int number = 0;
+    Index number = 0;
     for (const auto& row : rows) {
-        WriteValueRow(report, row.values.data(), data.working.variables, 6, row.label, ++number);
+        WriteValueRow(report, row.values.data(), row.values.size(), 6, row.label, ++number);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeMatrix(Report& report, const DataSet& data, const char* title, const Block<double>& matrix) {
+void writeMatrix(Report& report, const DataSet& data, const char* caption, const Matrix& matrix) {
     SetFormatsFromValues(report, matrix.data(), matrix.size());
-    report.lower.append(title);
+    writeCaption(report, caption);
     WriteLowerTriangle(report, data, matrix.data(), 6);
-    report.lower.append("\n");
+    endTable(report);
 }
 
 void writeSpearman(Report& report, const DataSet& data, const SpearmanTable& table) {
-    report.lower.append("\tspeaman's ranking correlation coefficients\n");
+    writeCaption(report, "speaman's ranking correlation coefficients");
     WritePairTable5(report, data,
                     {{"D", table.d.data()},
                      {"zd", table.zd.data()},
                      {"pd", table.pd.data()},
                      {"rs", table.rs.data()},
                      {"pr", table.pr.data()}});
-    report.lower.append("\n");
+    endTable(report);
 }
 
 void writeKendall(Report& report, const DataSet& data, const KendallTable& table) {
-    report.lower.append("\tkendall's ranking correlation coefficients\n");
+    writeCaption(report, "kendall's ranking correlation coefficients");
     WritePairTable3(report, data,
                     {{"tau", table.tau.data()}, {"z", table.z.data()}, {"prob", table.prob.data()}});
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeReport(Screens& screens, AnalysisRun& run, const FundamentalWork& work) {
-    const Settings& settings = run.options.settings;
-    const FundamentalOptions& options = settings.fundamental;
-    Report& report = run.report;
-    report.lower.clear();
-    report.lower.append("\nfundamental analysis statistics\n\n");
-    report.status.clear();
-    report.status.append("status : fundamental analysis statistics");
+void writeRankFault(Report& report, const char* caption) {
+    writeCaption(report, caption);
+    endTable(report);
+}
 
-    SetFormatsFromValues(report, work.basic.variance.data(), work.basic.variance.size(),
-                         settings.variableStringLength, settings.sampleStringLength);
+void writeRankCorrelations(Report& report, const DataSet& data, const RankCorrelations& ranks,
+                           const FundamentalOptions& options) {
+    // Bit by bit: a lack of memory shares no bit with the flags, and the tables show zeros.
+    if ((ranks.fault & (options.spearmanRanking | options.kendallRanking)) == 0) {
+        if (options.spearmanRanking != 0) writeSpearman(report, data, ranks.spearman);
+        if (options.kendallRanking != 0) writeKendall(report, data, ranks.kendall);
+    } else if (ranks.fault == betaOutsideDomain) {
+        writeRankFault(report, "invalid freedom for speaman's ranking");
+    } else if (ranks.fault == betaNotConvergent) {
+        writeRankFault(report, "a or b is too large in continuefunc");
+    }
+}
+
+void writeReport(AnalysisRun& run, const FundamentalWork& work) {
+    const FundamentalOptions& options = run.options.settings.fundamental;
+    Report& report = run.report;
+    openReport(run, {.title = "fundamental analysis statistics"});
     writeBasicStatistics(report, run.data, work.basic);
     if (options.covarianceMatrix != 0) {
-        writeMatrix(report, run.data, "\tcovariance matrix\n", work.moments.covariance);
+        writeMatrix(report, run.data, "covariance matrix", work.moments.covariance);
     }
     if (options.correlationMatrix != 0) {
-        writeMatrix(report, run.data, "\tcorrelation matrix\n", work.moments.correlation);
+        writeMatrix(report, run.data, "correlation matrix", work.moments.correlation);
     }
-
-    // A bitwise test: an error of another bit than the flags' prints the tables all the same.
-    if ((work.rankError & (options.spearmanRanking | options.kendallRanking)) == 0) {
-        if (options.spearmanRanking != 0) writeSpearman(report, run.data, work.spearman);
-        if (options.kendallRanking != 0) writeKendall(report, run.data, work.kendall);
-    } else if (work.rankError == betaOutsideDomain) {
-        report.lower.append("\tinvalid freedom for speaman's ranking\n\n");
-    } else if (work.rankError == betaNotConvergent) {
-        report.lower.append("\ta or b is too large in continuefunc\n\n");
-    }
-    closeReport(screens, report);
+    writeRankCorrelations(report, run.data, work.ranks, options);
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
+// Each step answers with a code; the first one that is not success ends the run, and the run flow tells it
+// to the user.
+ErrorCode runFundamentalStatistics(Screens& screens, AnalysisRun& run) {
     FundamentalWork work;
-    const ErrorCode code = work.allocate(run.data.working);
+    ErrorCode code = work.allocate(run.data.working);
     if (code != success) return code;
 
-    startProgress(screens, run.report);
-    compute(screens, run.data.working, work);
+    code = startProgress(screens, run.report);
+    if (code == success) code = compute(screens, run.data.working, work);
     screens.hideProgress();
-    writeReport(screens, run, work);
+    if (code != success) return code;
+
+    writeReport(run, work);
+    closeReport(screens, run.report);
     return success;
 }
 
 } // namespace
 
-const Analysis fundamentalStatistics = {.fields = fields, .driver = run};
+const Analysis fundamentalStatistics = {.fields = fields, .driver = runFundamentalStatistics};

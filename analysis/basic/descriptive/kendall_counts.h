@@ -2,7 +2,7 @@
 
 #include "analysis/basic/descriptive/ranked_column.h"
 
-// The pairs of samples as Kendall's tau counts them.
+// The pairs of samples as Kendall's tau counts them. i and j number the columns of the data.
 struct KendallCounts {
     double s;      // concordant pairs less discordant ones
     double first;  // pairs that differ in the first column
@@ -10,10 +10,10 @@ struct KendallCounts {
 };
 
 // Counts by the sign of the product of both differences, over all pairs: O(N^2).
-KendallCounts countAllPairs(const DataMatrix& data, std::int32_t i, std::int32_t j);
+KendallCounts countAllPairs(const DataMatrix& data, Index i, Index j);
 
 // The same counts in O(N log N): the discordant pairs are the exchanges of a merge sort (Knight, 1966).
 // `scratch` holds 3 N integers. Where a product of differences may leave the range of a double, all pairs are
 // counted.
-KendallCounts countPairs(const DataMatrix& data, std::int32_t i, std::int32_t j, const RankedColumn& first,
+KendallCounts countPairs(const DataMatrix& data, Index i, Index j, const RankedColumn& first,
                          const RankedColumn& second, std::int32_t* scratch);

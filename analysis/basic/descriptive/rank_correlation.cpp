@@ -21,9 +21,9 @@ void kendallOfPair(const KendallCounts& counts, double n, KendallTable& table, I
     table.prob[pair] = twoSidedNormal(z);
 }
 
-double squaredDifferences(const double* first, const double* second, std::int32_t samples) {
+double squaredDifferences(const double* first, const double* second, Index samples) {
     double sum = 0.0;
-    for (std::int32_t s = 0; s < samples; ++s) {
+    for (Index s = 0; s < samples; ++s) {
         const double difference = first[s] - second[s];
         sum += difference * difference;
     }
@@ -44,7 +44,7 @@ ErrorCode spearmanOfPair(const RankedColumn& first, const RankedColumn& second, 
     std::uint32_t flag = 0;
     double pr = 0.0;
     if (fac > 0.0) {
-        // Divided by the tie factor, not by (1 + rs)(1 - rs): reports depend on this value.
+        // Divided by the tie factor, not by (1 + rs)(1 - rs): kept so that reports stay comparable.
         const double df = n - 2.0;
         const double t2 = rs * rs * df / fac;
         pr = IncompleteBeta(0.5 * df, 0.5, df / (df + t2), flag);
@@ -68,24 +68,29 @@ ErrorCode KendallTable::allocate(Index pairs) {
     return tau.allocate(pairs) | z.allocate(pairs) | prob.allocate(pairs);
 }
 
-ErrorCode rankCorrelations(Screens& screens, const DataMatrix& data, SpearmanTable& spearman,
-                           KendallTable& kendall) {
+ErrorCode RankCorrelations::allocate(Index pairs) {
+    return spearman.allocate(pairs) | kendall.allocate(pairs);
+}
+
+ErrorCode findRankCorrelations(Screens& screens, const DataMatrix& data, RankCorrelations& correlations) {
     RankedColumns ranked;
     Block<std::int32_t> scratch;
-    const ErrorCode code = ranked.rank(data) | scratch.allocate(3 * data.samples);
-    if (code != success) return code;
+    correlations.fault = ranked.rank(data) | scratch.allocate(3 * Index{data.samples});
+    if (correlations.fault != success) return success;
 
+    const Index variables = data.variables;
     Index pair = 0;
-    for (std::int32_t i = 0; i + 1 < data.variables; ++i) {
+    for (Index i = 0; i + 1 < variables; ++i) {
         const RankedColumn& first = ranked.columns[i];
-        for (std::int32_t j = i + 1; j < data.variables; ++j, ++pair) {
+        for (Index j = i + 1; j < variables; ++j, ++pair) {
             const RankedColumn& second = ranked.columns[j];
             const KendallCounts counts = countPairs(data, i, j, first, second, scratch.data());
-            kendallOfPair(counts, data.samples, kendall, pair);
-            const ErrorCode flag = spearmanOfPair(first, second, data.samples, spearman, pair);
-            if (flag != success) return flag;
+            kendallOfPair(counts, data.samples, correlations.kendall, pair);
+            correlations.fault = spearmanOfPair(first, second, data.samples, correlations.spearman, pair);
+            if (correlations.fault != success) return success;
         }
-        screens.setProgress(70 + static_cast<int>(30LL * (i + 1) / (data.variables - 1)));
+        const ErrorCode code = screens.setProgress(70 + static_cast<int>(30 * (i + 1) / (variables - 1)));
+        if (code != success) return code;
     }
     return success;
 }

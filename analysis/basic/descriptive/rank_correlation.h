@@ -1,12 +1,10 @@
 #pragma once
 
-#include <cstdint>
-
 #include "data/data_set.h"
 #include "report/screens.h"
 
-// Rank correlations of all pairs of the columns of a samples x variables matrix. The pairs are numbered
-// (1,2), (1,3), ... (2,3), ... and every array below has an item for each.
+// Rank correlations of all pairs of the variables. The pairs are numbered (1,2), (1,3), ... (2,3), ... and
+// every array below has an item for each.
 
 struct SpearmanTable {
     Block<double> d;  // sum of squared rank differences
@@ -15,7 +13,7 @@ struct SpearmanTable {
     Block<double> rs;
     Block<double> pr; // of rs, from Student's t
 
-    ErrorCode allocate(Index pairs);
+    [[nodiscard]] ErrorCode allocate(Index pairs);
 };
 
 struct KendallTable {
@@ -23,10 +21,25 @@ struct KendallTable {
     Block<double> z;
     Block<double> prob;
 
-    ErrorCode allocate(Index pairs);
+    [[nodiscard]] ErrorCode allocate(Index pairs);
 };
 
-// Fills both tables and moves the progress from 70 to 100. Returns success, outOfMemory, or the flag of
-// IncompleteBeta (1), which ends the computation at its pair.
-ErrorCode rankCorrelations(Screens& screens, const DataMatrix& data, SpearmanTable& spearman,
-                           KendallTable& kendall);
+// Flags of IncompleteBeta.
+constexpr ErrorCode betaOutsideDomain = 1;
+constexpr ErrorCode betaNotConvergent = 2;
+
+struct RankCorrelations {
+    SpearmanTable spearman;
+    KendallTable kendall;
+    // What kept the tables from being filled, so that the rest of them is zero: outOfMemory or a flag of
+    // IncompleteBeta.
+    ErrorCode fault = success;
+
+    // Zero-filled tables; 0 or outOfMemory.
+    [[nodiscard]] ErrorCode allocate(Index pairs);
+};
+
+// Fills both tables and moves the progress from 70 to 100. A fault is kept in the record and does not end the
+// run. Returns what the progress does.
+[[nodiscard]] ErrorCode findRankCorrelations(Screens& screens, const DataMatrix& data,
+                                             RankCorrelations& correlations);

@@ -8,13 +8,11 @@
 namespace {
 
 // `keys` and `order` are scratch.
-void rankColumn(const DataMatrix& data, std::int32_t index, double* keys, double* order,
-                RankedColumn& column) {
-    const std::int32_t samples = data.samples;
-    const double* value = data.values.data() + index;
-    for (std::int32_t s = 0; s < samples; ++s, value += data.variables) {
-        keys[s] = *value;
-        order[s] = s;
+void rankColumn(const DataMatrix& data, Index j, double* keys, double* order, RankedColumn& column) {
+    const Index samples = data.samples;
+    for (Index s = 0; s < samples; ++s) {
+        keys[s] = data.at(s, j);
+        order[s] = static_cast<double>(s);
     }
     SortKeysWithCompanion(samples, keys, order);
 
@@ -23,18 +21,19 @@ void rankColumn(const DataMatrix& data, std::int32_t index, double* keys, double
     column.tiedPairs = 0.0;
     column.leastGap = std::numeric_limits<double>::infinity();
     column.range = samples > 0 ? keys[samples - 1] - keys[0] : 0.0;
-    for (std::int32_t first = 0, next = 0; first < samples; first = next) {
+    for (Index first = 0, next = 0; first < samples; first = next) {
         next = first + 1;
         while (next < samples && keys[next] == keys[first]) ++next;
-        const double length = next - first;
+        const double length = static_cast<double>(next - first);
+        const double meanRank = 0.5 * static_cast<double>(first + 1 + next);
         column.tieSum += length * length * length - length;
         column.tiedPairs += 0.5 * length * (length - 1.0);
         if (next < samples) column.leastGap = std::min(column.leastGap, keys[next] - keys[first]);
-        for (std::int32_t at = first; at < next; ++at) {
-            const std::int32_t sample = static_cast<std::int32_t>(order[at]);
+        for (Index at = first; at < next; ++at) {
+            const auto sample = static_cast<std::int32_t>(order[at]);
             column.sorted[at] = sample;
             column.runs[sample] = column.runCount;
-            column.ranks[sample] = 0.5 * (first + 1.0 + next);
+            column.ranks[sample] = meanRank;
         }
         ++column.runCount;
     }
@@ -47,16 +46,17 @@ ErrorCode RankedColumns::rank(const DataMatrix& data) {
     const Index variables = data.variables;
     Block<double> keys;
     Block<double> order;
-    const ErrorCode code = columns.allocate(variables) | ranks.allocate(variables * samples) |
+    const ErrorCode code = columns.allocate(variables) | ranks.allocate(variables, samples) |
                            runs.allocate(variables * samples) | sorted.allocate(variables * samples) |
                            keys.allocate(samples) | order.allocate(samples);
     if (code != success) return code;
+
     for (Index j = 0; j < variables; ++j) {
         RankedColumn& column = columns[j];
-        column.ranks = ranks.data() + j * samples;
+        column.ranks = ranks.row(j);
         column.runs = runs.data() + j * samples;
         column.sorted = sorted.data() + j * samples;
-        rankColumn(data, static_cast<std::int32_t>(j), keys.data(), order.data(), column);
+        rankColumn(data, j, keys.data(), order.data(), column);
     }
     return success;
 }

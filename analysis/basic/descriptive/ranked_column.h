@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/data_set.h"
+#include "numeric/matrix.h"
 
 // One column of a data matrix, ranked. Ranks count from 1; a run of equal values has the mean of its
 // positions. The arrays have an item for each sample and belong to RankedColumns.
@@ -18,10 +19,11 @@ struct RankedColumn {
 // Every column of a data matrix, each sorted once however many pairs it stands in.
 struct RankedColumns {
     Block<RankedColumn> columns;
-    Block<double> ranks;
+    // A row for each variable, an item for each sample.
+    Matrix ranks;
     Block<std::int32_t> runs;
     Block<std::int32_t> sorted;
 
     // Success, or outOfMemory.
-    ErrorCode rank(const DataMatrix& data);
+    [[nodiscard]] ErrorCode rank(const DataMatrix& data);
 };

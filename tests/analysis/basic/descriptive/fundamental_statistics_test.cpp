@@ -2,7 +2,6 @@
 
 #include <random>
 
-#include "analysis/basic/descriptive/basic_statistics.h"
 #include "analysis/basic/descriptive/kendall_counts.h"
 #include "analysis/basic/descriptive/rank_correlation.h"
 #include "tests/support/analysis_session.h"
@@ -26,10 +25,10 @@ TEST(KendallCounts, FastCountEqualsTheCountOfAllPairs) {
     Block<std::int32_t> scratch;
     ASSERT_EQ(ranked.rank(data) | scratch.allocate(3 * 101), success);
     for (int pair = 0; pair < 81; ++pair) {
-        const int i = pair / 9, j = pair % 9;
+        const Index i = pair / 9, j = pair % 9;
         const KendallCounts plain = countAllPairs(data, i, j);
-        const KendallCounts fast = countPairs(data, i, j, ranked.columns[static_cast<std::size_t>(i)],
-                                              ranked.columns[static_cast<std::size_t>(j)], scratch.data());
+        const KendallCounts fast =
+            countPairs(data, i, j, ranked.columns[i], ranked.columns[j], scratch.data());
         EXPECT_TRUE(plain.s == fast.s && plain.first == fast.first && plain.second == fast.second)
             << i << " " << j;
     }
@@ -39,10 +38,11 @@ TEST(KendallCounts, FastCountEqualsTheCountOfAllPairs) {
 TEST(RankCorrelation, TiesHaveMeanRanksAndCorrectTheMoments) {
     RecordingFrontend frontend;
     const DataMatrix data = matrixOf({{1, 2, 2, 4}, {10, 30, 20, 40}, {5, 5, 5, 5}});
-    SpearmanTable spearman;
-    KendallTable kendall;
-    ASSERT_EQ(spearman.allocate(3) | kendall.allocate(3), success);
-    ASSERT_EQ(rankCorrelations(frontend, data, spearman, kendall), success);
+    RankCorrelations correlations;
+    ASSERT_EQ(correlations.allocate(3), success);
+    ASSERT_EQ(findRankCorrelations(frontend, data, correlations) | correlations.fault, success);
+    const SpearmanTable& spearman = correlations.spearman;
+    const KendallTable& kendall = correlations.kendall;
 
     const double e = 60, fac = 1 - 6.0 / e;
     EXPECT_DOUBLE_EQ(spearman.d[0], 0.5);
