@@ -1,7 +1,6 @@
 #include "analysis/multivariate/canonical/canonical_correlation.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "analysis/multivariate/canonical/canonical_variates.h"
 #include "analysis/run/run_report.h"
@@ -26,17 +25,6 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t) {
 }
 
 void writeStatistics(Report& report, const CanonicalVariates& variates) {
-    report.lower.append(
-        "\teigen value, correlation, wilks lambda, chi square, chi prob, degree of freedom\n");
-    startHeader(report);
-    writeText(report, "all", report.formats.nameLength);
-    for (int k = 2; k <= variates.pairs; ++k) {
-        char name[textSlotSize];
-        std::snprintf(name, sizeof name, "factor %d", k);
-        writeText(report, name, report.formats.nameLength);
-    }
-    endRow(report);
-
     const struct {
         const char* label;
         const Block<double>& values;
@@ -46,95 +34,84 @@ void writeStatistics(Report& report, const CanonicalVariates& variates) {
         {"wilks.l", variates.wilks, 6},           {"chi.square", variates.chiSquare, 6},
         {"chi.prob", variates.chiProbability, 6}, {"deg.free", variates.freedom, 0},
     };
-    int number = 0;
+    writeCaption(report, "eigen value, correlation, wilks lambda, chi square, chi prob, degree of freedom");
+    startHeader(report);
+    writeText(report, "all", report.formats.nameLength);
+    for (Index k = 1; k < variates.pairs; ++k) {
+        writeText(report, numberedName("factor", k).text, report.formats.nameLength);
+    }
+    endRow(report);
+    Index number = 0;
     for (const auto& row : rows) {
-        SetFormatsFromValues(report, row.values.data(), variates.correlations.size());
+        SetFormatsFromValues(report, row.values.data(), variates.pairs);
         WriteValueRow(report, row.values.data(), variates.pairs, row.slot, row.label, ++number);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
 void writeRao(Report& report, const CanonicalVariates& variates) {
-    const struct {
-        const char* label;
-        double value;
-        int decimals;
-    } rows[] = {
-        {"f.value", variates.raoF, 12},
-        {"f.probability", variates.raoProbability, 12},
-        {"deg.free.1", variates.raoFreedom1, 0},
-        {"deg.free.2", variates.raoFreedom2, 0},
-    };
-    report.lower.append("\trao stats as f.value, f.probability, degree of freedom 1 and 2\n");
-    int number = 0;
-    for (const auto& row : rows) {
-        startRow(report, ++number, row.label);
-        writeCell(report, row.value, {18, row.decimals});
-        endRow(report);
-    }
-    report.lower.append("\n");
+    writeCaption(report, "rao stats as f.value, f.probability, degree of freedom 1 and 2");
+    writeCellRow(report, 1, "f.value", variates.raoF, wideCell);
+    writeCellRow(report, 2, "f.probability", variates.raoProbability, wideCell);
+    writeCellRow(report, 3, "deg.free.1", variates.raoFreedom1, wideCount);
+    writeCellRow(report, 4, "deg.free.2", variates.raoFreedom2, wideCount);
+    endTable(report);
 }
 
 void writeRedundancy(Report& report, const CanonicalVariates& variates) {
-    report.lower.append("\tredundancy coefficient of variables\n");
+    const Matrix& redundancy = variates.redundancy;
+    writeCaption(report, "redundancy coefficient of variables");
     WritePrefixedHeader(report, variates.pairs, "factor", "total", report.formats.nameLength);
-    SetFormatsFromValues(report, variates.redundancy.data(), variates.redundancy.size());
-    WriteValueRow(report, variates.redundancy.data(), variates.pairs + 1, 6, "explanatory", 1);
-    WriteValueRow(report, &variates.redundancy[variates.redundancy.size() / 2], variates.pairs + 1, 6,
-                  "purpose", 2);
-    report.lower.append("\n");
+    SetFormatsFromValues(report, redundancy.data(), redundancy.size());
+    WriteValueRow(report, redundancy.row(0), redundancy.columns(), 6, "explanatory", 1);
+    WriteValueRow(report, redundancy.row(1), redundancy.columns(), 6, "purpose", 2);
+    endTable(report);
 }
 
-void writeMatrix(Report& report, const char* title, const Block<double>& matrix, int rows, int pairs,
-                 const RowLabels& names) {
+void writeMatrix(Report& report, const char* caption, const Matrix& matrix, const RowLabels& names) {
     SetFormatsFromValues(report, matrix.data(), matrix.size());
-    report.lower.append(title);
-    WriteFactorTable(report, rows, pairs, matrix.data(), pairs, names);
+    writeCaption(report, caption);
+    WriteFactorTable(report, matrix, matrix.columns(), names);
 }
 
-void writeReport(Screens& screens, AnalysisRun& run, const CanonicalVariates& variates) {
-    const Settings& settings = run.options.settings;
+void writeReport(AnalysisRun& run, const CanonicalVariates& variates) {
     const TextList& names = run.data.working.names;
-    const int q1 = variates.q1, q2 = variates.q2, m = variates.pairs;
+    const RowLabels explanatory(names), purpose(names, variates.q1);
     Report& report = run.report;
-    report.lower.clear();
-    report.lower.append("\ncanonical correlation analysis statistics\n");
-    report.status.clear();
-    report.status.append("status : canonical correlation analysis statistics");
-
-    SetFormatsFromData(report, run.data, settings.variableStringLength, settings.sampleStringLength);
+    openReport(run, {.title = "canonical correlation analysis statistics", .isSpaced = false});
     writeStatistics(report, variates);
     writeRao(report, variates);
     writeRedundancy(report, variates);
-    writeMatrix(report, "\tweight coefficient matrix of explanatory variables\n", variates.explanatoryWeights,
-                q1, m, names);
-    writeMatrix(report, "\tweight coefficient matrix of purpose variables\n", variates.purposeWeights, q2, m,
-                RowLabels(names, q1));
-    report.lower.append("\n");
-    writeMatrix(report, "\tstructure matrix of explanatory variables\n", variates.explanatoryStructure, q1, m,
-                names);
-    writeMatrix(report, "\tstructure matrix of purpose variables\n", variates.purposeStructure, q2, m,
-                RowLabels(names, q1));
-    report.lower.append("\n");
-    closeReport(screens, report);
+    writeMatrix(report, "weight coefficient matrix of explanatory variables", variates.explanatoryWeights,
+                explanatory);
+    writeMatrix(report, "weight coefficient matrix of purpose variables", variates.purposeWeights, purpose);
+    endTable(report);
+    writeMatrix(report, "structure matrix of explanatory variables", variates.explanatoryStructure,
+                explanatory);
+    writeMatrix(report, "structure matrix of purpose variables", variates.purposeStructure, purpose);
+    endTable(report);
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
+ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
     reorderWorkingBySelection(run.data);
     if (run.data.otherCount == 0 || run.data.selectedCount == 0) return noEffectiveVariable;
     CanonicalVariates variates;
     ErrorCode code = variates.allocate(run.data.otherCount, run.data.selectedCount);
     if (code != success) return code;
 
-    startProgress(screens, run.report);
-    code = findCanonicalVariates(screens, run.data.working, variates);
+    code = startProgress(screens, run.report);
+    if (code == success) code = findCanonicalVariates(screens, run.data.working, variates);
     screens.hideProgress();
     if (code != success) return code;
-    writeReport(screens, run, variates);
+
+    writeReport(run, variates);
+    closeReport(screens, run.report);
     return success;
 }
 
 } // namespace
 
-const Analysis canonicalCorrelation = {
-    .fields = fields, .driver = run, .refuse = refuse, .ownPurposes = &AnalysisRun::canonicalPurposes};
+const Analysis canonicalCorrelation = {.fields = fields,
+                                       .driver = runCanonicalCorrelation,
+                                       .refuse = refuse,
+                                       .ownPurposes = &AnalysisRun::canonicalPurposes};

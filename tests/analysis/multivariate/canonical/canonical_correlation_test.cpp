@@ -32,11 +32,12 @@ TEST(CanonicalVariates, WeightsGiveTheCorrelationsBack) {
     expectNear({variates.meanSquare, variates.generalisedSquare, variates.harmonicSquare},
                {0.3482479638, 0.8425849297, 0.5769746882}, 1e-9);
     const double squares[] = {0.79012414167, 0.23477659296, 0.01984315686};
-    for (std::size_t k = 0; k < 3; ++k) {
+    for (Index k = 0; k < 3; ++k) {
         double correlation = 0;
-        for (std::size_t i = 0; i < 9; ++i)
-            correlation += variates.explanatoryWeights[i / 3 * 3 + k] * variates.r12[i] *
-                           variates.purposeWeights[i % 3 * 3 + k];
+        for (Index i = 0; i < 3; ++i)
+            for (Index j = 0; j < 3; ++j)
+                correlation +=
+                    variates.explanatoryWeights(i, k) * variates.r12(i, j) * variates.purposeWeights(j, k);
         EXPECT_NEAR(correlation, std::sqrt(squares[k]), 1e-9) << k;
     }
 }
