@@ -34,10 +34,10 @@ void benchMerging() {
             ClusterMerging fast, plain;
             if (!fillDistances(fast, values) || !fillDistances(plain, values)) return;
             const auto start = std::chrono::steady_clock::now();
-            mergeClusters(criterion, fast);
+            if (mergeClusters(criterion, fast) != success) return;
             const double seconds = secondsSince(start);
             const auto plainStart = std::chrono::steady_clock::now();
-            mergePlainly(criterion, plain);
+            if (mergePlainly(criterion, plain) != success) return;
             const double plainSeconds = secondsSince(plainStart);
             int different = 0;
             for (Index step = 0; step < fast.merges.size(); ++step) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <string_view>
+#include <cstdio>
 #include <utility>
 
 #include "analysis/multivariate/cluster/cluster_merging.h"
@@ -10,8 +10,7 @@
 #include "analysis/run/run_report.h"
 #include "numeric/lu.h"
 #include "numeric/moments.h"
-#include "report/table_formats.h"
-#include "report/tables.h"
+#include "report/cells.h"
 
 namespace {
 
@@ -40,13 +39,12 @@ const OptionField fields[] = {
      .choices = criteria},
 };
 
+constexpr const char* title = "cluster analysis statistics";
 const char* const distanceTitles[] = {"mahalanobis", "standardized value", "raw data value"};
 const char* const criterionTitles[] = {"nearest neighbour", "furtherest neighbour", "median method",
                                        "group average",     "centroid method",      "Ward's method"};
 
 constexpr int median = 2;
-// Lines of the tables are numbered up to here.
-constexpr Index mostNumbered = 999;
 
 // The options as indices of the texts above, whatever a settings file holds.
 struct ClusterChoice {
@@ -65,47 +63,49 @@ ClusterChoice choiceOf(const ClusterOptions& options) {
 }
 
 struct ClusterWork {
+    ClusterChoice choice = {};
     MomentMatrices moments;
-    Block<double> standardized; // samples x variables
-    Block<double> factors;      // p x p, scratch of the inversion
-    Block<double> inverse;      // p x p: of the correlation matrix
-    Block<double> difference;   // p, scratch
-    Block<double> product;      // p, scratch: the inverse times the difference
+    Matrix standardized;      // samples x variables
+    Matrix scratch;           // p x p, of the inversion
+    Matrix inverse;           // p x p: of the correlation matrix
+    Block<double> difference; // p, scratch
+    Block<double> product;    // p, scratch: the inverse times the difference
     ClusterMerging merging;
-    Block<char> row; // of the dendrogram
+    Block<char> picture; // a row of the dendrogram with its end
 
-    ErrorCode allocate(const ClusterChoice& choice, const DataMatrix& data) {
+    [[nodiscard]] ErrorCode allocate(const ClusterChoice& chosen, const DataMatrix& data) {
+        choice = chosen;
         const Index p = data.variables;
         const Index items = choice.ofVariables ? p : data.samples;
-        ErrorCode code = merging.allocate(items) | row.allocate(dendrogramWidth(items));
+        ErrorCode code = merging.allocate(items) | picture.allocate(dendrogramWidth(items) + 1);
         if (choice.ofVariables || choice.raw()) return code;
-        code |= moments.allocate(data.variables) | standardized.allocate(data.count());
+        code |= moments.allocate(p) | standardized.allocate(data.samples, p);
         if (!choice.mahalanobis()) return code;
-        return code | factors.allocate(p * p) | inverse.allocate(p * p) | difference.allocate(p) |
+        return code | scratch.allocate(p, p) | inverse.allocate(p, p) | difference.allocate(p) |
                product.allocate(p);
     }
 };
 
-void standardize(const DataMatrix& data, ClusterWork& work) {
-    const Index p = data.variables;
+ErrorCode standardize(const DataMatrix& data, ClusterWork& work) {
+    MeanCovarianceCorrelation(data.values.data(), data.samples, data.variables, work.moments);
+    if (anyDeviationBelow(work.moments.sds, leastDeviation)) return illegalData;
     const double* means = work.moments.means.data();
     const double* sds = work.moments.sds.data();
-    for (Index at = 0; at < work.standardized.size(); at += p) {
-        for (Index j = 0; j < p; ++j) {
-            work.standardized[at + j] = (data.values[at + j] - means[j]) / sds[j];
-        }
+    for (Index i = 0; i < work.standardized.rows(); ++i) {
+        const double* values = data.row(i);
+        double* row = work.standardized.row(i);
+        for (Index j = 0; j < work.standardized.columns(); ++j) row[j] = (values[j] - means[j]) / sds[j];
     }
+    return success;
 }
 
 // The inverse is left transposed: products with it run along its rows then.
-ErrorCode invertCorrelation(int variables, ClusterWork& work) {
-    const Index p = variables;
-    Block<double>& inverse = work.inverse;
-    const ErrorCode code =
-        invertRegular(variables, work.moments.correlation.data(), work.factors.data(), inverse.data());
+ErrorCode invertCorrelation(ClusterWork& work) {
+    Matrix& inverse = work.inverse;
+    const ErrorCode code = invertRegular(work.moments.correlation, work.scratch, inverse);
     if (code != success) return code;
-    for (Index i = 0; i < p; ++i) {
-        for (Index j = 0; j < i; ++j) std::swap(inverse[i * p + j], inverse[j * p + i]);
+    for (Index i = 0; i < inverse.rows(); ++i) {
+        for (Index j = 0; j < i; ++j) std::swap(inverse(i, j), inverse(j, i));
     }
     return success;
 }
@@ -125,7 +125,7 @@ double mahalanobisDistance(const double* a, const double* b, Index p, ClusterWor
         product[j] = 0.0;
     }
     for (Index j = 0; j < p; ++j) {
-        const double* column = work.inverse.data() + j * p;
+        const double* column = work.inverse.row(j);
         for (Index i = 0; i < p; ++i) product[i] += column[i] * difference[j];
     }
     double sum = 0.0;
@@ -133,130 +133,140 @@ double mahalanobisDistance(const double* a, const double* b, Index p, ClusterWor
     return sum;
 }
 
-// Distances of all pairs of samples, rows of values; Mahalanobis or squared Euclidean.
-void measureSamples(const double* values, Index p, bool mahalanobis, ClusterWork& work) {
+// Mahalanobis or squared Euclidean distances of all pairs of samples, as they are or standardized.
+void measureSamples(const DataMatrix& data, ClusterWork& work) {
+    const Index p = data.variables;
+    const bool mahalanobis = work.choice.mahalanobis();
+    const auto sample = [&](Index i) { return work.choice.raw() ? data.row(i) : work.standardized.row(i); };
     ClusterMerging& merging = work.merging;
     for (Index a = 0; a < merging.count; ++a) {
+        const double* first = sample(a);
         const Index row = merging.rowStart(a);
         for (Index b = a + 1; b < merging.count; ++b) {
-            merging.distances[row + b] = mahalanobis
-                                             ? mahalanobisDistance(values + a * p, values + b * p, p, work)
-                                             : squaredDistance(values + a * p, values + b * p, p);
+            const double* second = sample(b);
+            merging.distances[row + b] =
+                mahalanobis ? mahalanobisDistance(first, second, p, work) : squaredDistance(first, second, p);
         }
     }
 }
 
-// All variables are equally far from one another, as if without any correlation: reports depend on this
-// value.
+// All variables are equally far from one another, as if without any correlation: this value is kept so that
+// reports stay comparable.
 void measureVariables(ClusterMerging& merging) {
     for (double& distance : merging.distances) distance = 2.0;
 }
 
-ErrorCode compute(Screens& screens, const DataMatrix& data, const ClusterChoice& choice, ClusterWork& work) {
-    const int p = data.variables;
-    const bool usesMoments = !choice.ofVariables && !choice.raw();
-    if (usesMoments) {
-        MeanCovarianceCorrelation(data.values.data(), data.samples, p, work.moments);
-        if (anyDeviationBelow(work.moments.sds.data(), p, leastDeviation)) return illegalData;
-        standardize(data, work);
-    }
-    screens.setProgress(15);
+ErrorCode compute(Screens& screens, const DataMatrix& data, ClusterWork& work) {
+    const ClusterChoice& choice = work.choice;
+    ErrorCode code = choice.ofVariables || choice.raw() ? success : standardize(data, work);
+    if (code == success) code = screens.setProgress(15);
+    if (code == success && !choice.ofVariables && choice.mahalanobis()) code = invertCorrelation(work);
+    if (code != success) return code;
+
     if (choice.ofVariables) {
         measureVariables(work.merging);
     } else {
-        if (choice.mahalanobis()) {
-            const ErrorCode code = invertCorrelation(p, work);
-            if (code != success) return code;
-        }
-        const double* values = usesMoments ? work.standardized.data() : data.values.data();
-        measureSamples(values, p, choice.mahalanobis(), work);
+        measureSamples(data, work);
     }
-    screens.setProgress(30);
+    code = screens.setProgress(30);
+    if (code != success) return code;
+
     if (choice.criterion == median) {
         for (double& distance : work.merging.distances) distance = std::sqrt(distance);
     }
-    screens.setProgress(50);
-    const ErrorCode code = mergeClusters(choice.criterion, work.merging);
+    code = screens.setProgress(50);
+    if (code == success) code = mergeClusters(choice.criterion, work.merging);
+    if (code == success) code = screens.setProgress(75);
     if (code != success) return code;
-    screens.setProgress(75);
-    screens.setProgress(100); // the dendrogram is worked out while it is written
-    return success;
+    return screens.setProgress(100); // the dendrogram is worked out while it is written
 }
 
-void writeRowNumber(Report& report, Index number, bool numbered) {
-    if (numbered) {
-        report.lower.appendInteger(static_cast<std::int64_t>(number), 3);
+// The rows of both tables have their number a second time, in a cell that has room for all of them.
+constexpr int placeWidth = 7;
+constexpr int pairWidth = 2 * placeWidth + 5; // two places and "   + "
+constexpr int arrowWidth = 5;
+constexpr CellFormat levelCell = {18, 9};
+// Rows are numbered up to here.
+constexpr Index mostNumbered = 999;
+
+void startPlace(Report& report, Index place, bool isNumbered) {
+    const NumberText text = numberText(static_cast<double>(place), placeWidth, 0);
+    if (isNumbered) {
+        startRow(report, place, text.text, placeWidth);
     } else {
-        report.lower.append("---");
+        startUnnumberedRow(report, text.text, placeWidth, "---");
     }
-    report.lower.append(",");
 }
 
-void writeMerges(Report& report, const Block<ClusterMerge>& merges, bool rooted) {
-    report.lower.append("\tuniting information as refresh units number and distance\n"
-                        "  n,   step,       unit cluster,   ->,  fresh,          distance\n");
+void writeMerges(Report& report, const ClusterWork& work) {
+    const Block<ClusterMerge>& merges = work.merging.merges;
+    const bool isRoot = work.choice.criterion == median;
+    writeCaption(report, "uniting information as refresh units number and distance");
+    startHeader(report, "step", placeWidth);
+    writeText(report, "unit cluster", pairWidth);
+    writeText(report, "->", arrowWidth);
+    writeText(report, "fresh", placeWidth);
+    writeText(report, "distance", levelCell.width);
+    endRow(report);
     for (Index s = 0; s < merges.size() && !report.lower.isCut(); ++s) {
         const ClusterMerge& merge = merges[s];
-        writeRowNumber(report, s + 1, s < mostNumbered);
-        report.lower.appendFormat("%7d,%7d   + %7d,   ->,%7d", static_cast<int>(s) + 1, merge.first + 1,
-                                  merge.second + 1, merge.second + 1);
-        writeCell(report, rooted ? merge.level : std::sqrt(merge.level), {18, 9});
+        char pair[32];
+        std::snprintf(pair, sizeof pair, "%7d   + %7d", merge.first + 1, merge.second + 1);
+        startPlace(report, s + 1, s < mostNumbered);
+        writeText(report, pair, pairWidth);
+        writeText(report, "->", arrowWidth);
+        writeInteger(report, merge.second + 1, placeWidth);
+        writeCell(report, isRoot ? merge.level : std::sqrt(merge.level), levelCell);
         endRow(report);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
 // The first row goes without a number when the table of merges ran out of them.
 void writeDendrogram(Report& report, const TextList& labels, ClusterWork& work) {
     const Block<ClusterMerge>& merges = work.merging.merges;
-    report.lower.append("\tdendrogram\n"
-                        "\t-- case of too much items please view the dendrogram due to save as text file\n");
+    writeCaption(report, "dendrogram");
+    writeCaption(report, "-- case of too much items please view the dendrogram due to save as text file");
     for (Index r = 0; r < work.merging.count && !report.lower.isCut(); ++r) {
-        writeRowNumber(report, r + 1, r > 0 || merges.size() < mostNumbered);
-        report.lower.appendInteger(static_cast<std::int64_t>(r) + 1, 7);
+        const Index length = writeDendrogramRow(merges.data(), merges.size(), r, work.picture.data());
+        work.picture[length] = '\0';
+        startPlace(report, r + 1, r > 0 || merges.size() < mostNumbered);
         writeText(report, labels[r], report.formats.width);
-        report.lower.append(",");
-        const Index length = writeDendrogramRow(merges.data(), merges.size(), r, work.row.data());
-        report.lower.append(std::string_view(work.row.data(), length));
+        writeText(report, work.picture.data(), static_cast<int>(length));
         endRow(report);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeReport(Screens& screens, AnalysisRun& run, const ClusterChoice& choice, ClusterWork& work) {
-    const Settings& settings = run.options.settings;
+void writeReport(AnalysisRun& run, ClusterWork& work) {
+    const ClusterChoice& choice = work.choice;
     const DataMatrix& data = run.data.working;
     Report& report = run.report;
-    report.lower.clear();
-    report.lower.append("\ncluster analysis statistics\n");
-    report.status.clear();
-    report.status.append("status : cluster analysis statistics ");
-    for (TextBuffer* text : {&report.lower, &report.status}) {
-        text->appendFormat("-- divided by %s, %s distance, %s", divisions[choice.ofVariables ? 1 : 0],
-                           distanceTitles[choice.distance], criterionTitles[choice.criterion]);
-    }
-    report.lower.append("\n\n");
-
-    SetFormatsFromData(report, run.data, settings.variableStringLength, settings.sampleStringLength);
-    writeMerges(report, work.merging.merges, choice.criterion == median);
+    char option[120], status[160];
+    std::snprintf(option, sizeof option, "-- divided by %s, %s distance, %s",
+                  divisions[choice.ofVariables ? 1 : 0], distanceTitles[choice.distance],
+                  criterionTitles[choice.criterion]);
+    std::snprintf(status, sizeof status, "%s %s", title, option);
+    openReport(run, {.title = title, .option = option, .status = status});
+    writeMerges(report, work);
     writeDendrogram(report, choice.ofVariables ? data.names : data.labels, work);
-    closeReport(screens, report);
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
-    const ClusterChoice choice = choiceOf(run.options.settings.cluster);
+ErrorCode runClusterAnalysis(Screens& screens, AnalysisRun& run) {
     ClusterWork work;
-    ErrorCode code = work.allocate(choice, run.data.working);
+    ErrorCode code = work.allocate(choiceOf(run.options.settings.cluster), run.data.working);
     if (code != success) return code;
 
-    startProgress(screens, run.report);
-    code = compute(screens, run.data.working, choice, work);
+    code = startProgress(screens, run.report);
+    if (code == success) code = compute(screens, run.data.working, work);
     screens.hideProgress();
     if (code != success) return code;
-    writeReport(screens, run, choice, work);
+
+    writeReport(run, work);
+    closeReport(screens, run.report);
     return success;
 }
 
 } // namespace
 
-const Analysis clusterAnalysis = {.fields = fields, .driver = run};
+const Analysis clusterAnalysis = {.fields = fields, .driver = runClusterAnalysis};

@@ -162,9 +162,8 @@ ErrorCode mergeClusters(int criterion, ClusterMerging& merging) {
         const Index place = findClosest(state);
         if (place == state.activeCount) return illegalData;
         const std::int32_t first = merging.active[place];
-        const Index i = first;
         // All clusters have the same rank, so it is always the first of the pair that gives its number up.
-        merge = {first, merging.nearest[i], merging.nearestDistance[i]};
+        merge = {first, merging.nearest[first], merging.nearestDistance[first]};
         removeActive(state, place);
         unite(state, merge);
     }

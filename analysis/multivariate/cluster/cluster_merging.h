@@ -25,15 +25,16 @@ struct ClusterMerging {
     Block<double> toSecond;
 
     // Zero-filled arrays for items >= 1; success or outOfMemory.
-    ErrorCode allocate(Index items);
+    [[nodiscard]] ErrorCode allocate(Index items);
 
-    // The distance of items a and b stands at rowStart(a) + b, a < b. For a = 0 the start wraps below 0.
+    // The distance of items a and b stands at rowStart(a) + b, a < b; the first start is -1.
     Index rowStart(Index a) const { return a * (2 * count - a - 1) / 2 - a - 1; }
 };
 
 // Merges the two closest clusters until one is left, and combines their distances to the others by a rule of
 // the kind of Lance and Williams (1967) whose coefficients are made from the number of the criterion: 0
 // nearest neighbour, 1 furthest neighbour, 2 median, 3 group average, 4 centroid, 5 Ward. They are not those
-// that go with these names elsewhere: reports depend on these values. Of equally close pairs the first in the
-// order of `distances` is merged. Returns success, or illegalData when no pair is closer than 1e300.
-ErrorCode mergeClusters(int criterion, ClusterMerging& merging);
+// that go with these names elsewhere, and are kept so that reports stay comparable. Of equally close pairs
+// the first in the order of `distances` is merged. Returns success, or illegalData when no pair is closer
+// than 1e300.
+[[nodiscard]] ErrorCode mergeClusters(int criterion, ClusterMerging& merging);

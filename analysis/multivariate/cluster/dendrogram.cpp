@@ -26,5 +26,5 @@ Index writeDendrogramRow(const ClusterMerge* merges, Index steps, Index item, ch
         end = std::copy_n(glyph, 2, end);
     }
     if (survives) end = std::copy_n("--", 2, end);
-    return (end - row);
+    return end - row;
 }

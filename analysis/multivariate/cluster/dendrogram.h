@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstddef>
-
 #include "analysis/multivariate/cluster/cluster_merging.h"
 
 // Characters that the longest row of a dendrogram has.

@@ -32,11 +32,11 @@ TEST(ClusterMerging, EqualsThePlainWay) {
                                 merges.size() * sizeof(ClusterMerge));
     };
     for (int trial = 0; trial < 1800; ++trial) {
-        const std::size_t n = trial < 1764 ? 1 + random() % 24 : 90;
+        const Index n = trial < 1764 ? 1 + random() % 24 : 90;
         const std::vector<double>& from = values[trial / 6 % 6];
         ClusterMerging fast, plain;
         ASSERT_EQ(fast.allocate(n) | plain.allocate(n), success);
-        for (std::size_t at = 0; at < fast.distances.size(); ++at)
+        for (Index at = 0; at < fast.distances.size(); ++at)
             fast.distances[at] = plain.distances[at] = from[random() % from.size()];
         EXPECT_EQ(mergeClusters(trial % 6, fast), mergePlainly(trial % 6, plain));
         ASSERT_TRUE(bytes(fast.merges) == bytes(plain.merges)) << trial;

@@ -9,18 +9,18 @@
 // mergeClusters as its rule reads, with a look at every pair in every step; rank is what decides which of the
 // two clusters gives its number up.
 inline ErrorCode mergePlainly(int c, ClusterMerging& merging) {
-    const auto distance = [&merging](std::size_t a, std::size_t b) -> double& {
+    const auto distance = [&merging](Index a, Index b) -> double& {
         return merging.distances[a < b ? merging.rowStart(a) + b : merging.rowStart(b) + a];
     };
     const double gamma = (c - 0.5) * ((5 - c) % 4), e = ((5 - c) % 3) * 0.5;
     const int u = (c + 1) % 6, w = (c + 1) % 5 - u, t = (c + 1) % 4;
-    const std::size_t n = merging.count;
+    const Index n = merging.count;
     std::vector<int> s(n), rank(n, static_cast<int>(n));
     for (ClusterMerge& merge : merging.merges) {
         double x = 1e300;
-        std::size_t i = n, j = n;
-        for (std::size_t a = 0; a < n; ++a) {
-            for (std::size_t b = a + 1; b < n && rank[a] >= 0; ++b) {
+        Index i = n, j = n;
+        for (Index a = 0; a < n; ++a) {
+            for (Index b = a + 1; b < n && rank[a] >= 0; ++b) {
                 if (rank[b] < 0 || !(distance(a, b) < x)) continue;
                 x = distance(a, b), i = a, j = b;
             }
@@ -28,7 +28,7 @@ inline ErrorCode mergePlainly(int c, ClusterMerging& merging) {
         if (i == n) return illegalData;
         if (rank[i] > rank[j]) std::swap(i, j);
         merge = {static_cast<std::int32_t>(i), static_cast<std::int32_t>(j), x};
-        for (std::size_t k = 0; k < n; ++k) {
+        for (Index k = 0; k < n; ++k) {
             if (rank[k] < 0 || k == i || k == j) continue;
             const double q = t / static_cast<double>((s[k] + 1) * u + (s[i] + s[j] + 2));
             const double ai = (s[i] + 1 + s[k] * u) * q + e, aj = (s[j] + 1 + s[k] * u) * q + e;
