@@ -198,6 +198,7 @@ void startPlace(Report& report, Index place, bool isNumbered) {
     }
 }
 
+// Levels are squared distances, but for the median method, which starts from the roots.
 void writeMerges(Report& report, const ClusterWork& work) {
     const Block<ClusterMerge>& merges = work.merging.merges;
     const bool isRoot = work.choice.criterion == median;
