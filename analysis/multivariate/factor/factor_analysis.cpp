@@ -5,6 +5,7 @@
 
 #include "analysis/multivariate/factor/factor_report.h"
 #include "analysis/multivariate/factor/maximum_likelihood_factor.h"
+#include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
 #include "numeric/lu.h"
 #include "numeric/moments.h"
@@ -99,71 +100,89 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t given) {
 
 struct FactorWork {
     MomentMatrices moments;
-    Block<double> inverse;      // p x p, of the correlations
-    Block<double> scratch;      // p x p
-    Block<double> rowScales;    // p
-    Block<double> standardized; // p: one sample
+    Matrix inverse;          // p x p, of the correlations
+    Matrix scratch;          // p x p
+    Block<double> rowScales; // p
     LikelihoodWork likelihood;
-    Block<double> coefficients; // p x kept, of the scores
+    Matrix standardized; // samples x p
+    Matrix coefficients; // p x factors, of the scores
     FactorResult result;
 
-    ErrorCode allocate(const DataMatrix& data, int requested, bool likelihoodToo) {
+    // A request for more factors than memory has room for ends here, before anything is computed.
+    [[nodiscard]] ErrorCode allocate(const DataMatrix& data, int requested, bool likelihoodToo) {
         const Index p = data.variables;
-        ErrorCode code = result.allocate(data.variables, data.samples, requested);
+        ErrorCode code = allocateFactors(data, factorRoom(requested));
         if (code != success) return code;
-        if (likelihoodToo) code |= likelihood.allocate(data.variables);
-        return code | moments.allocate(data.variables) | inverse.allocate(p * p) | scratch.allocate(p * p) |
-               rowScales.allocate(p) | standardized.allocate(p) |
-               coefficients.allocate(p * factorRoom(requested));
+        if (likelihoodToo) code |= likelihood.allocate(p);
+        return code | result.model.allocate(p, requested) | moments.allocate(p) | inverse.allocate(p, p) |
+               scratch.allocate(p, p) | rowScales.allocate(p) | standardized.allocate(data.samples, p);
+    }
+
+    // What is found with so many factors once they are extracted.
+    [[nodiscard]] ErrorCode allocateFactors(const DataMatrix& data, Index factors) {
+        const ErrorCode code = result.allocate(data.variables, data.samples, factors);
+        if (code != success) return code;
+        return coefficients.allocate(data.variables, factors);
     }
 };
 
 ErrorCode findMoments(const DataMatrix& data, MomentMatrices& moments) {
     MeanCovarianceCorrelation(data.values.data(), data.samples, data.variables, moments);
-    const bool finite = allFinite(moments.means.data(), moments.means.size()) &&
-                        allFinite(moments.sds.data(), moments.sds.size());
-    if (!finite) return notFinite;
-    return anyDeviationBelow(moments.sds.data(), data.variables, leastDeviation) ? illegalData : success;
+    if (!allFinite(moments.means) || !allFinite(moments.sds)) return notFinite;
+    return anyDeviationBelow(moments.sds, leastDeviation) ? illegalData : success;
 }
 
-ErrorCode invertCorrelations(int p, FactorWork& work) {
-    return invertRegular(p, work.moments.correlation.data(), work.scratch.data(), work.inverse.data());
+ErrorCode invertCorrelations(FactorWork& work) {
+    return invertRegular(work.moments.correlation, work.scratch, work.inverse);
 }
 
 // Squared multiple correlations (Guttman 1956).
-ErrorCode estimateCommunalities(int p, FactorWork& work) {
-    const ErrorCode code = invertCorrelations(p, work);
+ErrorCode estimateCommunalities(FactorWork& work) {
+    const ErrorCode code = invertCorrelations(work);
     if (code != success) return code;
     Block<double>& communality = work.result.model.communality;
-    for (Index j = 0; j < communality.size(); ++j) {
-        communality[j] = 1.0 - 1.0 / work.inverse[j * (communality.size() + 1)];
-    }
+    for (Index j = 0; j < communality.size(); ++j) communality[j] = 1.0 - 1.0 / work.inverse(j, j);
     return success;
 }
 
-ErrorCode extract(Screens& screens, int p, const FactorOptions& options, bool byLikelihood,
-                  FactorWork& work) {
-    const double* correlation = work.moments.correlation.data();
+ErrorCode extractByLikelihood(Screens& screens, bool estimated, FactorWork& work) {
+    const Matrix& correlation = work.moments.correlation;
     FactorModel& model = work.result.model;
-    if (!byLikelihood) return extractPrincipalFactors(p, correlation, options.repetition != 0, model);
-    const ErrorCode code = startLikelihood(p, correlation, options.useSmc != 0, model, work.likelihood);
+    ErrorCode code = startLikelihood(correlation, estimated, model, work.likelihood);
+    if (code == success) code = screens.setProgress(30);
     if (code != success) return code;
-    screens.setProgress(30);
-    return fitLikelihood(p, correlation, work.likelihood, model);
+    return fitLikelihood(correlation, work.likelihood, model);
 }
 
 // Multiplies or divides each row by the root of the variable's communality.
-void scaleRows(const Block<double>& scales, Index factors, bool divide, double* matrix) {
-    for (Index j = 0; j < scales.size(); ++j) {
-        for (Index k = 0; k < factors; ++k) {
-            matrix[j * factors + k] =
-                divide ? matrix[j * factors + k] / scales[j] : matrix[j * factors + k] * scales[j];
+void scaleRows(const Block<double>& scales, bool divide, Matrix& matrix) {
+    for (Index j = 0; j < matrix.rows(); ++j) {
+        double* row = matrix.row(j);
+        for (Index k = 0; k < matrix.columns(); ++k) {
+            row[k] = divide ? row[k] / scales[j] : row[k] * scales[j];
         }
     }
 }
 
+ErrorCode rotateScaled(double gamma, FactorWork& work) {
+    FactorResult& result = work.result;
+    if (result.rotation == Rotation::orthogonal) {
+        rotateOrthogonal(gamma, result.rotated);
+        scaleRows(work.rowScales, false, result.rotated);
+        return success;
+    }
+    ErrorCode code = rotateOblique(gamma, result.rotated, result.oblique);
+    if (code != success) return code;
+    scaleRows(work.rowScales, false, result.oblique.structure);
+    code = findPattern(result.oblique);
+    if (code != success) return code;
+    const Matrix& pattern = result.oblique.pattern;
+    std::copy(pattern.begin(), pattern.end(), result.rotated.begin());
+    return success;
+}
+
 // The factors stay in the order of the extraction. One factor and none come out as they are.
-ErrorCode rotate(int p, const FactorOptions& options, FactorWork& work) {
+ErrorCode rotate(const FactorOptions& options, FactorWork& work) {
     FactorResult& result = work.result;
     const FactorModel& model = result.model;
     result.rotation = rotationOf(options);
@@ -172,27 +191,14 @@ ErrorCode rotate(int p, const FactorOptions& options, FactorWork& work) {
         const bool scaled = options.standardize != 0 && model.communality[j] > 0.0;
         work.rowScales[j] = scaled ? std::sqrt(model.communality[j]) : 1.0;
     }
-
-    const Index kept = model.kept;
-    const Index count = work.rowScales.size() * kept;
-    std::copy_n(model.loadings.data(), count, result.rotated.data());
-    scaleRows(work.rowScales, kept, true, result.rotated.data());
-    const bool oblique = result.rotation == Rotation::oblique;
+    std::copy(model.loadings.begin(), model.loadings.end(), result.rotated.begin());
+    scaleRows(work.rowScales, true, result.rotated);
     const double gamma = (2 - criterionOf(options, result.rotation)) / 2.0;
-    if (oblique) {
-        ErrorCode code = rotateOblique(p, model.kept, gamma, result.rotated.data(), result.oblique);
-        if (code != success) return code;
-        scaleRows(work.rowScales, kept, false, result.oblique.structure.data());
-        code = findPattern(p, model.kept, result.oblique);
-        if (code != success) return code;
-        std::copy_n(result.oblique.pattern.data(), count, result.rotated.data());
-    } else {
-        rotateOrthogonal(p, model.kept, gamma, result.rotated.data());
-        scaleRows(work.rowScales, kept, false, result.rotated.data());
-    }
-    for (Index k = 0; k < kept; ++k) {
+    const ErrorCode code = rotateScaled(gamma, work);
+    if (code != success) return code;
+    for (Index k = 0; k < result.rotated.columns(); ++k) {
         double sum = 0.0;
-        for (Index i = k; i < count; i += kept) sum += result.rotated[i] * result.rotated[i];
+        for (Index j = 0; j < result.rotated.rows(); ++j) sum += result.rotated(j, k) * result.rotated(j, k);
         result.rotatedSumsOfSquares[k] = sum;
     }
     return success;
@@ -200,57 +206,56 @@ ErrorCode rotate(int p, const FactorOptions& options, FactorWork& work) {
 
 // Regression scores (Thomson 1939) of the standardized samples.
 void findScores(const DataMatrix& data, FactorWork& work) {
-    const Index variables = work.standardized.size();
-    const int kept = work.result.model.kept;
-    for (Index i = 0; i < data.samples; ++i) {
-        const double* row = data.values.data() + i * variables;
-        for (Index j = 0; j < variables; ++j) {
-            work.standardized[j] = (row[j] - work.moments.means[j]) / work.moments.sds[j];
+    for (Index i = 0; i < work.standardized.rows(); ++i) {
+        const double* values = data.row(i);
+        double* row = work.standardized.row(i);
+        for (Index j = 0; j < work.standardized.columns(); ++j) {
+            row[j] = (values[j] - work.moments.means[j]) / work.moments.sds[j];
         }
-        multiply(1, data.variables, kept, work.standardized.data(), work.coefficients.data(),
-                 work.result.scores.data() + i * kept);
     }
+    multiply(work.standardized, work.coefficients, work.result.scores);
 }
 
 ErrorCode compute(Screens& screens, const DataMatrix& data, const FactorOptions& options, bool byLikelihood,
                   FactorWork& work) {
-    const int p = data.variables;
+    FactorModel& model = work.result.model;
     ErrorCode code = findMoments(data, work.moments);
+    if (code == success) code = screens.setProgress(15);
+    if (code == success && options.useSmc != 0) code = estimateCommunalities(work);
+    if (code == success) code = screens.setProgress(25);
     if (code != success) return code;
-    screens.setProgress(15);
-    if (options.useSmc != 0) code = estimateCommunalities(p, work);
+
+    code = byLikelihood ? extractByLikelihood(screens, options.useSmc != 0, work)
+                        : extractPrincipalFactors(work.moments.correlation, options.repetition != 0, model);
+    if (code == success) code = work.allocateFactors(data, model.kept());
+    if (code == success) code = screens.setProgress(40);
+    if (code == success) code = rotate(options, work);
+    if (code == success) code = screens.setProgress(60);
+    if (code == success) code = invertCorrelations(work);
     if (code != success) return code;
-    screens.setProgress(25);
-    code = extract(screens, p, options, byLikelihood, work);
+
+    multiply(work.inverse, work.result.finalLoadings(), work.coefficients);
+    code = screens.setProgress(80);
     if (code != success) return code;
-    screens.setProgress(40);
-    code = rotate(p, options, work);
-    if (code != success) return code;
-    screens.setProgress(60);
-    code = invertCorrelations(p, work);
-    if (code != success) return code;
-    const FactorResult& result = work.result;
-    multiply(p, p, result.model.kept, work.inverse.data(), result.finalLoadings(), work.coefficients.data());
-    screens.setProgress(80);
     findScores(data, work);
-    screens.setProgress(100);
-    return success;
+    return screens.setProgress(100);
 }
 
 ErrorCode buildFactorGraph(Screens& screens, AnalysisRun& run, const FactorResult& result) {
+    const Matrix& loadings = result.finalLoadings();
     return buildScoreGraph(screens, run,
                            {.seriesPrefix = "factor",
-                            .seriesCount = result.model.kept,
+                            .seriesCount = result.scores.columns(),
                             .scores = result.scores.data(),
-                            .scoreStride = result.model.kept,
+                            .scoreStride = result.scores.columns(),
                             .vectorNames = &run.data.working.names,
-                            .vectorCount = run.data.working.variables,
-                            .vectors = result.finalLoadings(),
-                            .vectorStride = result.model.kept,
+                            .vectorCount = loadings.rows(),
+                            .vectors = loadings.data(),
+                            .vectorStride = loadings.columns(),
                             .takesPreferences = true});
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
+ErrorCode runFactorAnalysis(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
     const FactorOptions& options = run.options.settings.factor;
     const bool byLikelihood = run.kind == maximumLikelihoodKind;
@@ -258,17 +263,19 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
     ErrorCode code = work.allocate(data, options.factorNumber, byLikelihood);
     if (code != success) return code;
 
-    startProgress(screens, run.report);
-    code = compute(screens, data, options, byLikelihood, work);
+    code = startProgress(screens, run.report);
+    if (code == success) code = compute(screens, data, options, byLikelihood, work);
     screens.hideProgress();
     if (code != success) return code;
-    writeFactorReport(screens, run,
-                      byLikelihood ? "maximum likelihood analysis statistics"
-                                   : "principal factor analysis statistics",
-                      work.result);
+
+    writeFactorReport(
+        run, byLikelihood ? "maximum likelihood analysis statistics" : "principal factor analysis statistics",
+        work.result);
+    closeReport(screens, run.report);
     return buildFactorGraph(screens, run, work.result);
 }
 
 } // namespace
 
-const Analysis factorAnalysis = {.fields = fields, .driver = run, .isEnabled = isEnabled, .refuse = refuse};
+const Analysis factorAnalysis = {
+    .fields = fields, .driver = runFactorAnalysis, .isEnabled = isEnabled, .refuse = refuse};

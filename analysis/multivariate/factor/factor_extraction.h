@@ -1,20 +1,23 @@
 #pragma once
 
-#include "numeric/block.h"
+#include "numeric/matrix.h"
 
 // Common factors of p variables, as they are extracted from a correlation matrix.
 struct FactorModel {
-    int requested = 0; // as the user gave it: 0 and less keep no factor, more than p at most p
-    int kept = 0;
+    int requested = 0;           // as the user gave it: 0 and less keep no factor, more than p at most p
     Block<double> communality;   // p
-    Block<double> loadings;      // p x kept
-    Block<double> sumsOfSquares; // kept, of the loadings of each factor
+    Matrix loadings;             // p x factors
+    Block<double> sumsOfSquares; // of the loadings of each factor
+
+    Index kept() const { return loadings.columns(); }
 
     // Room for all requested factors, with communalities of 1. Returns 0 or outOfMemory.
-    ErrorCode allocate(int p, int requestedFactors);
+    [[nodiscard]] ErrorCode allocate(Index p, int requestedFactors);
+    // Leaves zeros for so many factors; the communalities stay. Returns 0 or outOfMemory.
+    [[nodiscard]] ErrorCode keep(Index factors);
 };
 
-// The number of factors that arrays are made for.
+// The number of factors that room is asked for before it is known how many there are.
 Index factorRoom(int requested);
 
 // Principal factors of the p x p correlation matrix (Thomson 1934): the leading eigenvectors, each times the
@@ -22,4 +25,4 @@ Index factorRoom(int requested);
 // communalities are replaced by the sums of squares of the loadings until they move by less than 1e-5, 70
 // times at most; once otherwise. Only positive eigenvalues count, which can lower the number of factors.
 // Returns 0 or outOfMemory.
-ErrorCode extractPrincipalFactors(int p, const double* correlation, bool repeat, FactorModel& model);
+[[nodiscard]] ErrorCode extractPrincipalFactors(const Matrix& correlation, bool repeat, FactorModel& model);

@@ -1,6 +1,7 @@
 #include "analysis/multivariate/factor/factor_report.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "analysis/run/run_report.h"
 #include "report/table_formats.h"
@@ -8,53 +9,54 @@
 
 namespace {
 
-void writeOptions(TextBuffer& text, const FactorOptions& options, Rotation rotation) {
-    if (rotation == Rotation::none) {
-        text.append("-- no rotation");
-    } else {
+struct OptionLine {
+    char text[160];
+};
+
+OptionLine describeOptions(const FactorOptions& options, Rotation rotation) {
+    char rotated[80] = "no rotation";
+    if (rotation != Rotation::none) {
         const int criterion = criterionOf(options, rotation);
         const bool oblique = rotation == Rotation::oblique;
-        text.appendFormat("-- %s rotation due to %s criterion", oblique ? "oblique" : "orthogonal",
-                          oblique ? obliqueCriteria[criterion] : orthogonalCriteria[criterion]);
+        std::snprintf(rotated, sizeof rotated, "%s rotation due to %s criterion",
+                      oblique ? "oblique" : "orthogonal",
+                      oblique ? obliqueCriteria[criterion] : orthogonalCriteria[criterion]);
     }
-    if (options.useSmc != 0) text.append(", use SMC");
-    if (options.repetition != 0) text.append(", repetition");
-    if (options.standardize != 0) text.append(", standardized");
-    text.append("\n\n");
+    OptionLine line;
+    std::snprintf(line.text, sizeof line.text, "-- %s%s%s%s", rotated, options.useSmc != 0 ? ", use SMC" : "",
+                  options.repetition != 0 ? ", repetition" : "",
+                  options.standardize != 0 ? ", standardized" : "");
+    return line;
 }
 
 void writeCommunalities(Report& report, const DataMatrix& data, const Block<double>& communality) {
-    report.lower.append("\tcommunality of variables\n");
+    writeCaption(report, "communality of variables");
     for (Index j = 0; j < communality.size(); ++j) {
-        startRow(report, static_cast<int>(j) + 1, data.name(j));
-        writeCell(report, communality[j], {18, 12});
-        endRow(report);
+        writeCellRow(report, j + 1, data.name(j), communality[j], wideCell);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-// A table of rows x factors in its own formats.
-void writeTable(Report& report, const char* title, const char* when, int rows, int factors,
-                const double* matrix, const RowLabels& labels) {
-    SetFormatsFromValues(report, matrix, Index{rows} * factors);
-    report.lower.appendFormat("\t%s%s\n", title, when);
-    WriteFactorTable(report, rows, factors, matrix, factors, labels);
+// A table with a column for each factor, in its own formats.
+void writeTable(Report& report, const char* title, const Matrix& matrix, const RowLabels& labels) {
+    SetFormatsFromValues(report, matrix.data(), matrix.size());
+    writeCaption(report, title);
+    WriteFactorTable(report, matrix, matrix.columns(), labels);
 }
 
-void writeSums(Report& report, const char* when, int factors, const double* sums) {
-    SetFormatsFromValues(report, sums, factors);
-    report.lower.appendFormat("\tsum square of factor loading%s\n", when);
-    WriteFactorHeader(report, factors, report.formats.nameLength);
-    WriteValueRow(report, sums, factors, 6, "s.s.f.load", 1);
+void writeSums(Report& report, const char* title, const Block<double>& sums) {
+    SetFormatsFromValues(report, sums.data(), sums.size());
+    writeCaption(report, title);
+    WriteFactorHeader(report, sums.size(), report.formats.nameLength);
+    WriteValueRow(report, sums.data(), sums.size(), 6, "s.s.f.load", 1);
 }
 
-void writeOblique(Report& report, const DataMatrix& data, int factors, const ObliqueRotation& oblique) {
-    writeTable(report, "factor structure matrix in case of oblique rotation", "", data.variables, factors,
-               oblique.structure.data(), data.names);
-    const Index count = factors;
-    SetFormatsFromValues(report, oblique.correlations.data(), count * count);
-    report.lower.append("\tcorrelation coefficient matrix in case of oblique rotation\n");
-    WriteFactorTriangle(report, factors, oblique.correlations.data(), factors);
+void writeOblique(Report& report, const DataMatrix& data, const ObliqueRotation& oblique) {
+    writeTable(report, "factor structure matrix in case of oblique rotation", oblique.structure, data.names);
+    const Matrix& correlations = oblique.correlations;
+    SetFormatsFromValues(report, correlations.data(), correlations.size());
+    writeCaption(report, "correlation coefficient matrix in case of oblique rotation");
+    WriteFactorTriangle(report, correlations.rows(), correlations.data(), correlations.columns());
 }
 
 } // namespace
@@ -64,42 +66,35 @@ int criterionOf(const FactorOptions& options, Rotation rotation) {
                       0, 2);
 }
 
-ErrorCode FactorResult::allocate(int p, int samples, int requested) {
-    const ErrorCode code = oblique.allocate(p, requested);
+ErrorCode FactorResult::allocate(Index p, Index samples, Index factors) {
+    const ErrorCode code = oblique.allocate(p, factors);
     if (code != success) return code;
-    const Index room = factorRoom(requested);
-    return model.allocate(p, requested) | rotated.allocate(Index{p} * room) |
-           rotatedSumsOfSquares.allocate(room) | scores.allocate(Index{samples} * room);
+    return rotated.allocate(p, factors) | rotatedSumsOfSquares.allocate(factors) |
+           scores.allocate(samples, factors);
 }
 
-void writeFactorReport(Screens& screens, AnalysisRun& run, const char* title, const FactorResult& result) {
-    const Settings& settings = run.options.settings;
+void writeFactorReport(AnalysisRun& run, const char* title, const FactorResult& result) {
     const DataMatrix& data = run.data.working;
     const FactorModel& model = result.model;
-    const int factors = model.kept;
     const bool isRotated = result.rotation != Rotation::none;
-    const char* const when = isRotated ? " before rotation" : "";
     Report& report = run.report;
-    report.lower.clear();
-    report.lower.appendFormat("\n%s\n", title);
-    writeOptions(report.lower, settings.factor, result.rotation);
-    report.status.clear();
-    report.status.appendFormat("status : %s", title);
-
-    SetFormatsFromValues(report, model.communality.data(), model.communality.size(),
-                         settings.variableStringLength, settings.sampleStringLength);
+    const OptionLine option = describeOptions(run.options.settings.factor, result.rotation);
+    openReport(run, {.title = title, .option = option.text});
+    SetFormatsFromValues(report, model.communality.data(), model.communality.size());
     writeCommunalities(report, data, model.communality);
-    writeTable(report, "factor loading", when, data.variables, factors, model.loadings.data(), data.names);
-    report.lower.append("\n");
-    writeSums(report, when, factors, model.sumsOfSquares.data());
-    report.lower.append("\n");
+    writeTable(report, isRotated ? "factor loading before rotation" : "factor loading", model.loadings,
+               data.names);
+    endTable(report);
+    writeSums(report,
+              isRotated ? "sum square of factor loading before rotation" : "sum square of factor loading",
+              model.sumsOfSquares);
+    endTable(report);
+    // Tables of a rotation have no empty line behind them.
     if (isRotated) {
-        writeTable(report, "factor loading", " after rotation", data.variables, factors,
-                   result.rotated.data(), data.names);
-        writeSums(report, " after rotation", factors, result.rotatedSumsOfSquares.data());
+        writeTable(report, "factor loading after rotation", result.rotated, data.names);
+        writeSums(report, "sum square of factor loading after rotation", result.rotatedSumsOfSquares);
     }
-    if (result.rotation == Rotation::oblique) writeOblique(report, data, factors, result.oblique);
-    writeTable(report, "factor score", "", data.samples, factors, result.scores.data(), data.labels);
-    report.lower.append("\n");
-    closeReport(screens, report);
+    if (result.rotation == Rotation::oblique) writeOblique(report, data, result.oblique);
+    writeTable(report, "factor score", result.scores, data.labels);
+    endTable(report);
 }

@@ -3,7 +3,6 @@
 #include "analysis/multivariate/factor/factor_extraction.h"
 #include "analysis/multivariate/factor/factor_rotation.h"
 #include "analysis/run/analysis_run.h"
-#include "report/screens.h"
 
 enum class Rotation { none, oblique, orthogonal };
 
@@ -18,18 +17,17 @@ int criterionOf(const FactorOptions& options, Rotation rotation);
 struct FactorResult {
     FactorModel model;
     Rotation rotation = Rotation::none;
-    Block<double> rotated;              // p x kept: loadings, the pattern of an oblique rotation
-    Block<double> rotatedSumsOfSquares; // kept
+    Matrix rotated;                     // p x factors: loadings, the pattern of an oblique rotation
+    Block<double> rotatedSumsOfSquares; // of each factor
     ObliqueRotation oblique;
-    Block<double> scores; // samples x kept
+    Matrix scores; // samples x factors
 
-    // Room for all requested factors. Returns 0 or outOfMemory.
-    ErrorCode allocate(int p, int samples, int requested);
+    // Zero-filled arrays for so many factors; the model keeps its own. Returns 0 or outOfMemory.
+    [[nodiscard]] ErrorCode allocate(Index p, Index samples, Index factors);
 
-    const double* finalLoadings() const {
-        return rotation == Rotation::none ? model.loadings.data() : rotated.data();
-    }
+    const Matrix& finalLoadings() const { return rotation == Rotation::none ? model.loadings : rotated; }
 };
 
-// Replaces the lower text and the status, and shows them.
-void writeFactorReport(Screens& screens, AnalysisRun& run, const char* title, const FactorResult& result);
+// Replaces the lower text and the status: communalities, loadings with their sums of squares, what the
+// rotation made of them, and the scores of the samples.
+void writeFactorReport(AnalysisRun& run, const char* title, const FactorResult& result);

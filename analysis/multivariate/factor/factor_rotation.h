@@ -1,6 +1,6 @@
 #pragma once
 
-#include "numeric/block.h"
+#include "numeric/matrix.h"
 
 // Rotations of a p x factors loading matrix to simple structure; gamma is the weight of the column sums in
 // the criterion: 1 for varimax and covarimin, 0.5 for biquartimax and biquartimin, 0 for quartimax and
@@ -9,22 +9,22 @@
 // Turns the columns of the loadings in place, two at a time, so that the sum over the factors of
 // sum l^4 - gamma / p (sum l^2)^2 is greatest (Kaiser 1958; Harman 1976), until no sine of a sweep has a
 // square of 1e-5.
-void rotateOrthogonal(int p, int factors, double gamma, double* loadings);
+void rotateOrthogonal(double gamma, Matrix& loadings);
 
 struct ObliqueRotation {
-    Block<double> structure;    // p x factors: the projections on the reference axes
-    Block<double> correlations; // factors x factors: the inner products of the reference axes
-    Block<double> pattern;      // p x factors: structure times the inverse of the correlations
+    Matrix structure;    // p x factors: the projections on the reference axes
+    Matrix correlations; // factors x factors: the inner products of the reference axes
+    Matrix pattern;      // p x factors: structure times the inverse of the correlations
 
-    // Room for as many factors as are requested. Returns 0 or outOfMemory.
-    ErrorCode allocate(int p, int requested);
+    // Zero-filled matrices; returns 0 or outOfMemory.
+    [[nodiscard]] ErrorCode allocate(Index p, Index factors);
 };
 
 // Finds reference axes one after the other so that the sum over the pairs of factors of
 // sum v_k^2 v_l^2 - gamma / p sum v_k^2 sum v_l^2 of the projections v is least (Carroll 1953), until no
 // element of an axis moves by 1e-5. A new axis points to the side of the one it replaces. Fills structure and
-// correlations. Returns 0 or outOfMemory.
-ErrorCode rotateOblique(int p, int factors, double gamma, const double* loadings, ObliqueRotation& rotation);
+// correlations of a rotation that is allocated for the loadings. Returns 0 or outOfMemory.
+[[nodiscard]] ErrorCode rotateOblique(double gamma, const Matrix& loadings, ObliqueRotation& rotation);
 
 // Fills the pattern. Returns 0, outOfMemory, or singularMatrix when axes fell together.
-ErrorCode findPattern(int p, int factors, ObliqueRotation& rotation);
+[[nodiscard]] ErrorCode findPattern(ObliqueRotation& rotation);

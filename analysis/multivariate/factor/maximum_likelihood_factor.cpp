@@ -23,15 +23,13 @@ constexpr double unestimatedUniqueness = 0.5;
 constexpr double greatestStart = 100.0;
 
 // Completes a point whose uniquenesses are set.
-ErrorCode evaluate(int p, LikelihoodWork& work, UniquenessPoint& point) {
-    const Index n = p;
-    composeSymmetric(p, work.inverseRoot.data(), point.uniqueness.data(), work.matrix.data());
+ErrorCode evaluate(LikelihoodWork& work, UniquenessPoint& point) {
+    composeSymmetric(work.inverseRoot, point.uniqueness.data(), work.matrix);
     for (double& element : work.matrix) element = -element;
-    for (Index j = 0; j < n; ++j) work.matrix[j * (n + 1)] += 1.0;
-    const ErrorCode code =
-        SymmetricEigen(p, p, point.vectors.data(), point.values.data(), work.matrix.data());
+    for (Index j = 0; j < work.matrix.rows(); ++j) work.matrix(j, j) += 1.0;
+    const ErrorCode code = SymmetricEigen(point.vectors, point.values, work.matrix);
     point.discrepancy = 0.0;
-    for (auto l = work.factors; l < n; ++l) {
+    for (Index l = work.factors; l < point.values.size(); ++l) {
         const double gamma = 1.0 - point.values[l];
         point.discrepancy += std::log(gamma) + 1.0 / gamma - 1.0;
     }
@@ -39,101 +37,115 @@ ErrorCode evaluate(int p, LikelihoodWork& work, UniquenessPoint& point) {
 }
 
 // First derivatives of the discrepancy by ln s.
-void findGradient(Index n, LikelihoodWork& work) {
+void findGradient(LikelihoodWork& work) {
     const UniquenessPoint& point = work.current;
-    std::fill(work.gradient.begin(), work.gradient.end(), 0.0);
-    for (Index j = 0; j < n; ++j) {
-        for (auto l = work.factors; l < n; ++l) {
+    for (Index j = 0; j < work.gradient.size(); ++j) {
+        double sum = 0.0;
+        for (Index l = work.factors; l < point.values.size(); ++l) {
             const double gamma = 1.0 - point.values[l];
-            const double w = work.w[j * n + l];
-            work.gradient[j] += -point.values[l] / (gamma * gamma) * w * w;
+            const double w = work.w(j, l);
+            sum += -point.values[l] / (gamma * gamma) * w * w;
         }
-        work.gradient[j] *= point.uniqueness[j];
+        work.gradient[j] = sum * point.uniqueness[j];
     }
 }
 
 // out = sum over the eigenvalues behind the first m of weight(mu) w w'.
-template <class Weight> void sumBehind(int p, LikelihoodWork& work, Weight weight, Block<double>& out) {
-    const Index m = work.factors;
-    std::fill_n(work.weights.data(), m, 0.0);
-    for (Index l = m; l < work.weights.size(); ++l) work.weights[l] = weight(work.current.values[l]);
-    composeSymmetric(p, work.w.data(), work.weights.data(), out.data());
+template <class Weight> void sumBehind(LikelihoodWork& work, Weight weight, Matrix& out) {
+    std::fill_n(work.weights.data(), work.factors, 0.0);
+    for (Index l = work.factors; l < work.weights.size(); ++l) {
+        work.weights[l] = weight(work.current.values[l]);
+    }
+    composeSymmetric(work.w, work.weights.data(), out);
 }
 
 // Second derivatives by ln s (Clarke 1970), in a form without 0 / 0 for eigenvalues that are equal. Leaves
 // the sum of w w' / gamma in `first`.
-void findHessian(int p, LikelihoodWork& work) {
-    const Index n = p;
+void findHessian(LikelihoodWork& work) {
+    const Index p = work.hessian.rows();
     sumBehind(
-        p, work, [](double mu) { return 1.0 / (1.0 - mu); }, work.first);
+        work, [](double mu) { return 1.0 / (1.0 - mu); }, work.first);
     sumBehind(
-        p, work, [](double mu) { return 1.0 / ((1.0 - mu) * (1.0 - mu)); }, work.second);
-    for (Index i = 0; i < n * n; ++i) {
-        work.hessian[i] = 2.0 * work.first[i] * work.second[i] - work.first[i] * work.first[i];
+        work, [](double mu) { return 1.0 / ((1.0 - mu) * (1.0 - mu)); }, work.second);
+    for (Index i = 0; i < p; ++i) {
+        for (Index j = 0; j < p; ++j) {
+            const double first = work.first(i, j);
+            work.hessian(i, j) = 2.0 * first * work.second(i, j) - first * first;
+        }
     }
     for (Index k = 0; k < work.factors; ++k) {
         const double leading = work.current.values[k];
         sumBehind(
-            p, work,
-            [leading](double mu) { return 2.0 * (-mu / ((1.0 - mu) * (1.0 - mu))) / (leading - mu); },
+            work, [leading](double mu) { return 2.0 * (-mu / ((1.0 - mu) * (1.0 - mu))) / (leading - mu); },
             work.second);
-        for (Index i = 0; i < n; ++i) {
-            for (Index j = 0; j < n; ++j) {
-                work.hessian[i * n + j] += work.w[i * n + k] * work.w[j * n + k] * work.second[i * n + j];
+        for (Index i = 0; i < p; ++i) {
+            for (Index j = 0; j < p; ++j) {
+                work.hessian(i, j) += work.w(i, k) * work.w(j, k) * work.second(i, j);
             }
         }
     }
     const Block<double>& s = work.current.uniqueness;
-    for (Index i = 0; i < n; ++i) {
-        for (Index j = 0; j < n; ++j) work.hessian[i * n + j] *= s[i] * s[j];
-        work.hessian[i * (n + 1)] += work.gradient[i];
+    for (Index i = 0; i < p; ++i) {
+        for (Index j = 0; j < p; ++j) work.hessian(i, j) *= s[i] * s[j];
+        work.hessian(i, i) += work.gradient[i];
     }
 }
 
 // An approximation that is never indefinite, for places where the second derivatives are.
-void approximateHessian(Index n, LikelihoodWork& work) {
+void approximateHessian(LikelihoodWork& work) {
     const Block<double>& s = work.current.uniqueness;
-    for (Index i = 0; i < n; ++i) {
-        for (Index j = 0; j < n; ++j) {
-            work.hessian[i * n + j] = s[i] * s[j] * work.first[i * n + j] * work.first[i * n + j];
+    for (Index i = 0; i < s.size(); ++i) {
+        for (Index j = 0; j < s.size(); ++j) {
+            const double first = work.first(i, j);
+            work.hessian(i, j) = s[i] * s[j] * first * first;
         }
-        work.hessian[i * (n + 1)] += std::max(work.gradient[i], 0.0);
+        work.hessian(i, i) += std::max(work.gradient[i], 0.0);
     }
 }
 
-// The Newton step of ln s, no longer than longestStep. Returns 0, outOfMemory or singularFactorMatrix.
-ErrorCode findStep(int p, LikelihoodWork& work) {
-    const Index n = p;
-    multiply(p, p, p, work.inverseRoot.data(), work.current.vectors.data(), work.w.data());
-    findGradient(n, work);
-    findHessian(p, work);
-    ErrorCode code = SymmetricEigen(p, p, work.matrix.data(), work.weights.data(), work.hessian.data());
-    if (code != success) return code;
-    if (!(work.weights[n - 1] > leastCondition * work.weights[0])) approximateHessian(n, work);
-    double determinant = 0.0;
-    code = MatrixInverse(p, p, work.hessian.data(), work.inverse.data(), determinant);
-    if (code != success) return code;
-    multiply(p, p, 1, work.inverse.data(), work.gradient.data(), work.step.data());
-    if (!allFinite(work.step.data(), n)) return singularFactorMatrix;
+// step = -inverse gradient, no longer than longestStep. Returns 0 or singularFactorMatrix.
+ErrorCode makeStep(LikelihoodWork& work) {
     double longest = 0.0;
-    for (const double part : work.step) longest = std::max(longest, std::fabs(part));
+    for (Index i = 0; i < work.step.size(); ++i) {
+        const double* row = work.inverse.row(i);
+        double sum = 0.0;
+        for (Index j = 0; j < work.gradient.size(); ++j) sum += row[j] * work.gradient[j];
+        work.step[i] = sum;
+        longest = std::max(longest, std::fabs(sum));
+    }
+    if (!allFinite(work.step)) return singularFactorMatrix;
     const double scale = longest > longestStep ? longestStep / longest : 1.0;
     for (double& part : work.step) part *= -scale;
     return success;
 }
 
+// The Newton step of ln s. Returns 0, outOfMemory or singularFactorMatrix.
+ErrorCode findStep(LikelihoodWork& work) {
+    multiply(work.inverseRoot, work.current.vectors, work.w);
+    findGradient(work);
+    findHessian(work);
+    ErrorCode code = SymmetricEigen(work.matrix, work.weights, work.hessian);
+    if (code != success) return code;
+    const double greatest = work.weights[0];
+    const double least = work.weights[work.weights.size() - 1];
+    if (!(least > leastCondition * greatest)) approximateHessian(work);
+    double determinant = 0.0;
+    code = MatrixInverse(work.hessian, work.inverse, determinant);
+    if (code != success) return code;
+    return makeStep(work);
+}
+
 // Moves along the step, halved while it makes the fit worse; the last trial is taken in any case and the
 // point before it becomes `trial`.
-ErrorCode takeStep(int p, LikelihoodWork& work) {
-    const Index n = p;
+ErrorCode takeStep(LikelihoodWork& work) {
     const double before = work.current.discrepancy;
     const double tolerance = 1e-10 * std::max(1.0, std::fabs(before));
     double part = 1.0;
     for (int halvings = 0;; ++halvings) {
-        for (Index j = 0; j < n; ++j) {
+        for (Index j = 0; j < work.step.size(); ++j) {
             work.trial.uniqueness[j] = work.current.uniqueness[j] * std::exp(part * work.step[j]);
         }
-        const ErrorCode code = evaluate(p, work, work.trial);
+        const ErrorCode code = evaluate(work, work.trial);
         if (code != success) return code;
         const double after = work.trial.discrepancy;
         const bool worse = std::isnan(after) || after - before > tolerance;
@@ -153,56 +165,55 @@ double uniquenessChange(const LikelihoodWork& work) {
 }
 
 // Loadings from the eigenpairs of the correlations scaled by the roots of the uniquenesses.
-ErrorCode findLoadings(int p, const double* correlation, LikelihoodWork& work, FactorModel& model) {
-    const Index n = p;
+ErrorCode findLoadings(const Matrix& correlation, LikelihoodWork& work, FactorModel& model) {
+    const Index p = correlation.rows();
     const Block<double>& s = work.current.uniqueness;
-    for (Index i = 0; i < n; ++i) {
-        for (Index j = 0; j < n; ++j) {
-            work.matrix[i * n + j] = correlation[i * n + j] / std::sqrt(s[i]) / std::sqrt(s[j]);
+    for (Index i = 0; i < p; ++i) {
+        for (Index j = 0; j < p; ++j) {
+            work.matrix(i, j) = correlation(i, j) / std::sqrt(s[i]) / std::sqrt(s[j]);
         }
     }
-    Block<double>& vectors = work.hessian;
-    const ErrorCode code = SymmetricEigen(p, p, vectors.data(), work.weights.data(), work.matrix.data());
+    Matrix& vectors = work.hessian;
+    ErrorCode code = SymmetricEigen(vectors, work.weights, work.matrix);
     if (code != success) return code;
     const double* values = work.weights.data();
-    const Index kept =
-        (std::count_if(values, values + work.factors, [](double value) { return value > 1.0; }));
-    model.kept = static_cast<int>(kept);
+    const Index kept = std::count_if(values, values + work.factors, [](double value) { return value > 1.0; });
+    code = model.keep(kept);
+    if (code != success) return code;
     for (Index k = 0; k < kept; ++k) {
         double sum = 0.0;
-        for (Index j = 0; j < n; ++j) {
-            const double loading = std::sqrt(s[j]) * vectors[j * n + k] * std::sqrt(values[k] - 1.0);
-            model.loadings[j * kept + k] = loading;
+        for (Index j = 0; j < p; ++j) {
+            const double loading = std::sqrt(s[j]) * vectors(j, k) * std::sqrt(values[k] - 1.0);
+            model.loadings(j, k) = loading;
             sum += loading * loading;
         }
         model.sumsOfSquares[k] = sum;
     }
-    for (Index j = 0; j < n; ++j) model.communality[j] = 1.0 - s[j];
+    for (Index j = 0; j < p; ++j) model.communality[j] = 1.0 - s[j];
     return success;
 }
 
 } // namespace
 
 ErrorCode UniquenessPoint::allocate(Index p) {
-    return uniqueness.allocate(p) | values.allocate(p) | vectors.allocate(p * p);
+    return uniqueness.allocate(p) | values.allocate(p) | vectors.allocate(p, p);
 }
 
-ErrorCode LikelihoodWork::allocate(int p) {
-    const Index n = p;
-    ErrorCode code = current.allocate(n) | trial.allocate(n);
-    for (Block<double>* square : {&inverseRoot, &w, &first, &second, &hessian, &inverse, &matrix}) {
-        code |= square->allocate(n * n);
+ErrorCode LikelihoodWork::allocate(Index p) {
+    ErrorCode code = current.allocate(p) | trial.allocate(p);
+    for (Matrix* square : {&inverseRoot, &w, &first, &second, &hessian, &inverse, &matrix}) {
+        code |= square->allocate(p, p);
     }
-    for (Block<double>* vector : {&weights, &gradient, &step}) code |= vector->allocate(n);
+    for (Block<double>* vector : {&weights, &gradient, &step}) code |= vector->allocate(p);
     return code;
 }
 
-ErrorCode startLikelihood(int p, const double* correlation, bool estimated, const FactorModel& model,
+ErrorCode startLikelihood(const Matrix& correlation, bool estimated, const FactorModel& model,
                           LikelihoodWork& work) {
-    const double variables = p;
+    const double variables = static_cast<double>(correlation.rows());
     const double m = model.requested;
     if (m > variables || (variables - m) * (variables - m) < variables + m) return singularFactorMatrix;
-    work.factors = std::max(model.requested, 0);
+    work.factors = factorRoom(model.requested);
     for (Index j = 0; j < work.current.uniqueness.size(); ++j) {
         const double place = estimated ? 1.0 - model.communality[j] : unestimatedUniqueness;
         const double start = std::min((1.0 - m / (2.0 * variables)) * place, greatestStart);
@@ -210,23 +221,23 @@ ErrorCode startLikelihood(int p, const double* correlation, bool estimated, cons
         work.current.uniqueness[j] = start;
     }
 
-    const ErrorCode code = SymmetricEigen(p, p, work.matrix.data(), work.weights.data(), correlation);
+    const ErrorCode code = SymmetricEigen(work.matrix, work.weights, correlation);
     if (code != success) return code;
     for (double& value : work.weights) value = value > 0.0 ? 1.0 / std::sqrt(value) : 0.0;
-    composeSymmetric(p, work.matrix.data(), work.weights.data(), work.inverseRoot.data());
+    composeSymmetric(work.matrix, work.weights.data(), work.inverseRoot);
     return success;
 }
 
-ErrorCode fitLikelihood(int p, const double* correlation, LikelihoodWork& work, FactorModel& model) {
-    ErrorCode code = evaluate(p, work, work.current);
+ErrorCode fitLikelihood(const Matrix& correlation, LikelihoodWork& work, FactorModel& model) {
+    ErrorCode code = evaluate(work, work.current);
     if (code != success) return code;
     for (int round = 0; round < mostRounds; ++round) {
-        code = findStep(p, work);
-        if (code == success) code = takeStep(p, work);
+        code = findStep(work);
+        if (code == success) code = takeStep(work);
         if (code != success) return code;
         const double change = uniquenessChange(work);
         if (change > largestChange) return singularFactorMatrix;
         if (change < smallestChange) break;
     }
-    return findLoadings(p, correlation, work, model);
+    return findLoadings(correlation, work, model);
 }

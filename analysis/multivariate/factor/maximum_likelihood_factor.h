@@ -11,32 +11,32 @@
 struct UniquenessPoint {
     Block<double> uniqueness; // p, s
     Block<double> values;     // p, mu
-    Block<double> vectors;    // p x p, v in columns
+    Matrix vectors;           // p x p, v in columns
     double discrepancy = 0.0; // the sum to be minimised
 
-    ErrorCode allocate(Index p);
+    [[nodiscard]] ErrorCode allocate(Index p);
 };
 
 struct LikelihoodWork {
-    int factors = 0;           // m
-    Block<double> inverseRoot; // p x p, R^(-1/2)
+    Index factors = 0;  // m
+    Matrix inverseRoot; // p x p, R^(-1/2)
     UniquenessPoint current, trial;
-    Block<double> w;                // p x p, in columns
-    Block<double> weights;          // p
-    Block<double> first, second;    // p x p
-    Block<double> hessian, inverse; // p x p
-    Block<double> gradient, step;   // p, for ln s
-    Block<double> matrix;           // p x p
+    Matrix w;                     // p x p, in columns
+    Block<double> weights;        // p
+    Matrix first, second;         // p x p
+    Matrix hessian, inverse;      // p x p
+    Block<double> gradient, step; // p, for ln s
+    Matrix matrix;                // p x p
 
-    ErrorCode allocate(int p);
+    [[nodiscard]] ErrorCode allocate(Index p);
 };
 
 // Chooses the first uniquenesses, (1 - m / 2p) (1 - communality), or half of the factor's place where no
 // communality was estimated, and takes the inverse root of R. Returns 0, outOfMemory, or singularFactorMatrix
 // when m factors leave no degree of freedom or a first uniqueness is not above 0.
-ErrorCode startLikelihood(int p, const double* correlation, bool estimated, const FactorModel& model,
-                          LikelihoodWork& work);
+[[nodiscard]] ErrorCode startLikelihood(const Matrix& correlation, bool estimated, const FactorModel& model,
+                                        LikelihoodWork& work);
 
 // Newton's method on ln s from there, 50 rounds at most, until no uniqueness moves by 1e-5; then the
 // communalities and loadings. Returns 0, outOfMemory, or singularFactorMatrix when the iteration diverges.
-ErrorCode fitLikelihood(int p, const double* correlation, LikelihoodWork& work, FactorModel& model);
+[[nodiscard]] ErrorCode fitLikelihood(const Matrix& correlation, LikelihoodWork& work, FactorModel& model);

@@ -18,8 +18,9 @@ struct FactorSession : AnalysisSession {
     }
     std::vector<double> communalities() const {
         std::vector<double> values;
-        for (const TextSlot& name : run.data.working.names)
-            values.push_back(row("communality", std::string(name.text).substr(0, 15))[0]);
+        const TextList& names = run.data.working.names;
+        for (Index j = 0; j < names.size(); ++j)
+            values.push_back(row("communality", std::string(names[j]).substr(0, 15))[0]);
         return values;
     }
 };
@@ -61,24 +62,26 @@ TEST(FactorAnalysis, Communalities) {
 // One pass from communalities of 1 is a principal component analysis: all components reproduce the
 // correlations, whatever is requested beyond them.
 TEST(PrincipalFactors, OnePassFromOneIsComponents) {
-    const double r[] = {1, 0.5, 0.2, 0.5, 1, 0.3, 0.2, 0.3, 1},
-                 equal[] = {1, 0.4, 0.4, 0.4, 1, 0.4, 0.4, 0.4, 1};
+    Matrix r, equal;
+    ASSERT_EQ(r.allocate(3, 3) | equal.allocate(3, 3), success);
+    std::ranges::copy(std::vector<double>{1, 0.5, 0.2, 0.5, 1, 0.3, 0.2, 0.3, 1}, r.begin());
+    std::ranges::copy(std::vector<double>{1, 0.4, 0.4, 0.4, 1, 0.4, 0.4, 0.4, 1}, equal.begin());
     FactorModel model;
     for (const int requested : {3, 7}) {
         ASSERT_EQ(model.allocate(3, requested), success);
-        ASSERT_EQ(extractPrincipalFactors(3, r, false, model), success);
-        ASSERT_EQ(model.kept, 3);
-        for (std::size_t i = 0; i < 9; ++i) {
-            const double *j = model.loadings.data() + i / 3 * 3, *k = model.loadings.data() + i % 3 * 3;
-            EXPECT_NEAR(std::inner_product(j, j + 3, k, 0.0), r[i], 1e-14);
+        ASSERT_EQ(extractPrincipalFactors(r, false, model), success);
+        ASSERT_EQ(model.kept(), 3);
+        for (Index i = 0; i < 9; ++i) {
+            const double *j = model.loadings.row(i / 3), *k = model.loadings.row(i % 3);
+            EXPECT_NEAR(std::inner_product(j, j + 3, k, 0.0), r(i / 3, i % 3), 1e-14);
         }
         EXPECT_NEAR(model.communality[1], 1.0, 1e-14);
     }
     // Communalities of 0: equal correlations alone have one positive root, r (p - 1).
     ASSERT_EQ(model.allocate(3, 3), success);
     std::fill(model.communality.begin(), model.communality.end(), 0.0);
-    ASSERT_EQ(extractPrincipalFactors(3, equal, false, model), success);
-    EXPECT_EQ(model.kept, 1);
+    ASSERT_EQ(extractPrincipalFactors(equal, false, model), success);
+    EXPECT_EQ(model.kept(), 1);
     EXPECT_NEAR(model.sumsOfSquares[0], 0.8, 1e-14);
     EXPECT_NEAR(model.communality[0], 0.8 / 3, 1e-14);
 }

@@ -14,6 +14,13 @@ const std::vector<double> loadings = {-0.726, -0.433, -0.001, -0.688, -0.350, 0.
                                       0.359,  0.105,  -0.609, 0.447,  -0.502, -0.567, 0.449,  0.617};
 constexpr std::size_t p = 8, m = 3;
 
+Matrix matrixFrom(Index rows, Index columns, const std::vector<double>& elements) {
+    Matrix matrix;
+    EXPECT_EQ(matrix.allocate(rows, columns), success);
+    std::copy(elements.begin(), elements.end(), matrix.begin());
+    return matrix;
+}
+
 // The sums over the variables of the products of squares of two columns, less gamma / p times the product of
 // sums; over each column with itself or over the pairs of columns.
 double criterion(const double* v, double gamma, bool ofPairs) {
@@ -50,17 +57,18 @@ TEST(FactorRotation, ReachesTheBestCriterionAndKeepsTheProducts) {
     } cases[] = {{1.0, 1.9208800678, -0.9401504349, 0.036877},
                  {0.5, 2.6447941310, -0.3438763549, 0.086723},
                  {0.0, 3.3808654443, 0.0530967257, 0.296647}};
-    const double* const given = loadings.data();
+    const Matrix unrotated = matrixFrom(p, m, loadings);
+    const double* const given = unrotated.data();
     for (const auto& one : cases) {
-        std::vector<double> rotated = loadings;
-        rotateOrthogonal(p, m, one.gamma, rotated.data());
+        Matrix rotated = matrixFrom(p, m, loadings);
+        rotateOrthogonal(one.gamma, rotated);
         EXPECT_NEAR(criterion(rotated.data(), one.gamma, false), one.orthogonal, 1e-8) << one.gamma;
         expectProducts(rotated.data(), rotated.data(), given, given, p);
 
         ObliqueRotation rotation;
         ASSERT_EQ(rotation.allocate(p, m), success);
-        ASSERT_EQ(rotateOblique(p, m, one.gamma, given, rotation), success);
-        ASSERT_EQ(findPattern(p, m, rotation), success);
+        ASSERT_EQ(rotateOblique(one.gamma, unrotated, rotation), success);
+        ASSERT_EQ(findPattern(rotation), success);
         const double *phi = rotation.correlations.data(), *pattern = rotation.pattern.data(),
                      *structure = rotation.structure.data();
         EXPECT_NEAR(criterion(structure, one.gamma, true), one.oblique, 1e-9) << one.gamma;
@@ -77,25 +85,26 @@ TEST(FactorRotation, ReachesTheBestCriterionAndKeepsTheProducts) {
 TEST(OrthogonalRotation, FindsSimpleStructureAtAnyAngle) {
     for (const double degrees : {-40, -10, 3, 30, 44, 60, 100}) {
         const double c = std::cos(degrees / 57.29577951308232), s = std::sin(degrees / 57.29577951308232);
-        double turned[] = {0.9 * c, 0.9 * s, 0.7 * c, 0.7 * s, -0.8 * s, 0.8 * c, -0.6 * s, 0.6 * c};
-        rotateOrthogonal(4, 2, 1.0, turned);
-        for (std::size_t j = 0; j < 8; j += 2) EXPECT_NEAR(turned[j] * turned[j + 1], 0.0, 1e-14) << degrees;
+        Matrix turned =
+            matrixFrom(4, 2, {0.9 * c, 0.9 * s, 0.7 * c, 0.7 * s, -0.8 * s, 0.8 * c, -0.6 * s, 0.6 * c});
+        rotateOrthogonal(1.0, turned);
+        for (Index j = 0; j < 4; ++j) EXPECT_NEAR(turned(j, 0) * turned(j, 1), 0.0, 1e-14) << degrees;
     }
     // No angle is better than another when both numerator and denominator are 0; nothing then turns, and what
     // is not a number ends.
-    double zeros[] = {0, 0, 0, 0}, invalid[] = {NAN, 1, 2, 3};
-    rotateOrthogonal(2, 2, 1.0, zeros);
-    EXPECT_EQ(zeros[0], 0.0);
-    rotateOrthogonal(2, 2, 1.0, invalid);
-    EXPECT_EQ(invalid[2], 2.0);
+    Matrix zeros = matrixFrom(2, 2, {0, 0, 0, 0}), invalid = matrixFrom(2, 2, {NAN, 1, 2, 3});
+    rotateOrthogonal(1.0, zeros);
+    EXPECT_EQ(zeros(0, 0), 0.0);
+    rotateOrthogonal(1.0, invalid);
+    EXPECT_EQ(invalid(1, 0), 2.0);
 }
 
 TEST(ObliqueRotation, SimpleStructureStaysWithItsSigns) {
-    const double simple[] = {0.9, 0, -0.7, 0, 0, 0.8, 0, -0.6};
+    const Matrix simple = matrixFrom(4, 2, {0.9, 0, -0.7, 0, 0, 0.8, 0, -0.6});
     ObliqueRotation rotation;
     ASSERT_EQ(rotation.allocate(4, 2), success);
-    ASSERT_EQ(rotateOblique(4, 2, 0.0, simple, rotation), success);
-    for (std::size_t i = 0; i < 8; ++i) EXPECT_NEAR(rotation.structure[i], simple[i], 1e-15);
+    ASSERT_EQ(rotateOblique(0.0, simple, rotation), success);
+    for (Index i = 0; i < 8; ++i) EXPECT_NEAR(rotation.structure.data()[i], simple.data()[i], 1e-15);
 }
 
 // The diagonal of the inverse is 1 / (1 - r^2): 5e5 still counts, 5e6 does not.
@@ -103,9 +112,8 @@ TEST(ObliqueRotation, RefusesFactorsThatAreNearlyOne) {
     ObliqueRotation rotation;
     ASSERT_EQ(rotation.allocate(1, 2), success);
     for (const double r : {1 - 1e-6, 1 - 1e-7, 1.0, 2.0, static_cast<double>(NAN)}) {
-        rotation.correlations[0] = rotation.correlations[3] = 1.0;
-        rotation.correlations[1] = rotation.correlations[2] = r;
-        EXPECT_EQ(findPattern(1, 2, rotation), r == 1 - 1e-6 ? success : singularMatrix) << r;
+        rotation.correlations = matrixFrom(2, 2, {1.0, r, r, 1.0});
+        EXPECT_EQ(findPattern(rotation), r == 1 - 1e-6 ? success : singularMatrix) << r;
     }
     EXPECT_EQ(rotation.allocate(1, 2000000000), outOfMemory);
 }
