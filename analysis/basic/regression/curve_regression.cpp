@@ -1,6 +1,7 @@
 #include "analysis/basic/regression/curve_regression.h"
 
 #include "analysis/basic/regression/regression_analysis.h"
+#include "analysis/basic/regression/regression_options.h"
 
 namespace {
 
@@ -12,22 +13,21 @@ constexpr int firstDegreeEdit = 2211;
 constexpr int firstDegreeArrows = 2221;
 
 // Ten columns, then the degree of each.
-constexpr Index firstFieldCount = 1 + AnalysisOptions::slotCount;
+constexpr int firstFieldCount = 1 + AnalysisOptions::slotCount;
 std::array<OptionField, firstFieldCount> degreeFields() {
     std::array<OptionField, firstFieldCount> all = {};
     all[0] = {.type = OptionType::variables,
               .offset = offsetof(AnalysisOptions, slotColumns),
               .control = firstColumnList,
               .count = AnalysisOptions::slotCount};
-    for (Index k = 1; k < firstFieldCount; ++k) {
-        const int slot = static_cast<int>(k) - 1;
-        all[k] = {.type = OptionType::real,
-                  .offset = offsetof(AnalysisOptions, slotDegrees) + (k - 1) * sizeof(double),
-                  .control = firstDegreeEdit + slot,
-                  .arrows = firstDegreeArrows + slot,
-                  .step = 0.1,
-                  .least = 0.1,
-                  .most = 99.0};
+    for (int slot = 0; slot < AnalysisOptions::slotCount; ++slot) {
+        all[1 + slot] = {.type = OptionType::real,
+                         .offset = offsetof(AnalysisOptions, slotDegrees) + slot * sizeof(double),
+                         .control = firstDegreeEdit + slot,
+                         .arrows = firstDegreeArrows + slot,
+                         .step = 0.1,
+                         .least = 0.1,
+                         .most = 99.0};
     }
     return all;
 }
@@ -42,16 +42,17 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t) {
     return refuseRegression(options, options.settings.curve);
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
+ErrorCode runCurveRegression(Screens& screens, AnalysisRun& run) {
     return runRegression(screens, run, run.options.settings.curve);
 }
 
 } // namespace
 
-const Analysis curveRegression = {.fields = fields, .driver = run, .isEnabled = isEnabled, .refuse = refuse};
+const Analysis curveRegression = {
+    .fields = fields, .driver = runCurveRegression, .isEnabled = isEnabled, .refuse = refuse};
 
 const Analysis polynomialRegression = {.fields = fields,
-                                       .driver = run,
+                                       .driver = runCurveRegression,
                                        .isEnabled = isEnabled,
                                        .refuse = refuse,
                                        .firstFields = firstFields,

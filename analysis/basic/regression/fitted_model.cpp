@@ -19,20 +19,21 @@ void keepRegressionModel(AnalysisRun& run, const RegressionResult& result) {
     FittedModel& model = run.data.model;
     const RegressionFit& fit = result.fit;
     const MomentMatrices& moments = result.regressedMoments();
-    const std::int32_t variables = run.data.working.variables;
+    const DataMatrix& data = run.data.working;
+    const Index purpose = data.variables - 1;
     model.kind = run.kind;
-    model.count = fit.count;
+    model.count = static_cast<std::int32_t>(fit.count);
     model.constant = fit.constant;
     model.alpha = fit.alpha;
     model.residualVariance = fit.residualVariance;
     nameModel(model, result.model);
 
-    std::copy_n(result.degrees.data(), variables - 1, model.degrees.data());
-    std::copy_n(result.ownMoments.means.data(), variables - 1, model.startValues.data());
+    std::copy_n(result.degrees.data(), purpose, model.degrees.data());
+    std::copy_n(result.ownMoments.means.data(), purpose, model.startValues.data());
     std::fill(model.terms.begin(), model.terms.end(), 0);
     for (Index j = 0; j < fit.count; ++j) {
         const Index column = fit.variables[j];
-        model.variables[j] = fit.variables[j];
+        model.variables[j] = static_cast<std::int32_t>(column);
         model.coefficients[j] = fit.coefficients[j];
         model.means[j] = moments.means[column];
         model.terms[column] = 1;
@@ -41,10 +42,9 @@ void keepRegressionModel(AnalysisRun& run, const RegressionResult& result) {
     // Without an interval nothing was inverted; a prediction that wants one does it.
     model.inverted = fit.alpha != 0.0;
     if (model.inverted) {
-        const Index count = fit.count;
-        std::copy_n(fit.intervalMatrix.data(), count * count, model.inverse.data());
+        std::copy(fit.intervalMatrix.begin(), fit.intervalMatrix.end(), model.inverse.begin());
     } else {
-        copyMinor(moments.covariance.data(), variables, fit.variables.data(), fit.count,
-                  run.data.working.samples, model.inverse.data());
+        copyMinor(moments.covariance, fit.variables.data(), fit.count, data.samples, model.inverse.data(),
+                  fit.count);
     }
 }

@@ -1,6 +1,7 @@
 #include "analysis/basic/regression/multiple_regression.h"
 
 #include "analysis/basic/regression/regression_analysis.h"
+#include "analysis/basic/regression/regression_options.h"
 
 namespace {
 
@@ -14,11 +15,11 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t) {
     return refuseRegression(options, options.settings.regression);
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
+ErrorCode runMultipleRegression(Screens& screens, AnalysisRun& run) {
     return runRegression(screens, run, run.options.settings.regression);
 }
 
 } // namespace
 
 const Analysis multipleRegression = {
-    .fields = fields, .driver = run, .isEnabled = isEnabled, .refuse = refuse};
+    .fields = fields, .driver = runMultipleRegression, .isEnabled = isEnabled, .refuse = refuse};

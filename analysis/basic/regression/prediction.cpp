@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 #include "analysis/basic/regression/curve_model.h"
-#include "analysis/basic/regression/regression.h"
+#include "analysis/basic/regression/regression_report.h"
 #include "analysis/run/run_flow.h"
 #include "analysis/run/run_report.h"
 #include "numeric/distributions.h"
@@ -14,8 +15,8 @@
 
 namespace {
 
-Index explanatoryCount(const AnalysisRun& run) {
-    return (std::max(run.data.working.variables - 1, 0));
+std::int32_t explanatoryCount(const AnalysisRun& run) {
+    return std::max(run.data.working.variables - 1, 0);
 }
 
 bool isQuantification(const FittedModel& model) {
@@ -25,16 +26,15 @@ bool isQuantification(const FittedModel& model) {
 // Makes the interval matrix of a run that had no interval.
 ErrorCode invertIntervalMatrix(FittedModel& model) {
     if (model.inverted) return success;
-    const Index size = Index{model.count} * model.count;
-    Block<double> matrix;
-    const ErrorCode code = matrix.allocate(size);
+    const Index k = model.count;
+    Matrix matrix;
+    ErrorCode code = matrix.allocate(k, k);
     if (code != success) return code;
-    std::copy_n(model.inverse.data(), size, matrix.data());
+    std::copy_n(model.inverse.begin(), matrix.size(), matrix.begin());
     double determinant = 0.0;
-    const ErrorCode inversion =
-        MatrixInverse(model.count, model.count, matrix.data(), model.inverse.data(), determinant);
-    model.inverted = inversion == success;
-    return inversion;
+    code = MatrixInverse(k, k, matrix.data(), model.inverse.data(), determinant);
+    model.inverted = code == success;
+    return code;
 }
 
 ErrorCode predictFromQuantities(const FittedModel& model, const PredictionEntry& entry,
@@ -77,45 +77,35 @@ ErrorCode predictFromRegression(AnalysisRun& run, const PredictionEntry& entry, 
     if (code != success) return code;
     const std::int32_t samples = run.data.working.samples;
     const double t = TInverse(samples - model.count - 1, entry.alpha);
-    const double halfWidth = intervalHalfWidth(deviations.data(), model.count, model.inverse.data(), t,
-                                               samples, model.residualVariance);
+    const double halfWidth =
+        intervalHalfWidth(deviations.data(), count, model.inverse.data(), t, samples, model.residualVariance);
     prediction.infimum = curve.response(sum - halfWidth);
     prediction.supremum = curve.response(sum + halfWidth);
     if (prediction.infimum > prediction.supremum) std::swap(prediction.infimum, prediction.supremum);
     return success;
 }
 
-void writeValues(AnalysisRun& run, const PredictionEntry& entry, const Block<double>& values) {
-    Report& report = run.report;
-    const Settings& settings = run.options.settings;
-    const FittedModel& model = run.data.model;
+// Of the model's variables, in model order.
+void writeValues(Report& report, const DataSet& data, const Settings& settings, const Block<double>& values) {
+    constexpr const char* heads[] = {"value"};
     SetFormatsFromValues(report, values.data(), values.size(), settings.variableStringLength,
                          settings.sampleStringLength);
-    report.lower.append("\tvalue of explanatory variables\n");
-    const char* const header[] = {"value"};
-    WriteNamedHeader(report, header, 1, settings.variableStringLength);
-    for (std::int32_t j = 0; j < model.count; ++j) {
-        const Index column = model.variables[j];
-        WriteValueRow(report, &entry.values[column], 1, 6, run.data.working.name(column), j + 1);
+    writeCaption(report, "value of explanatory variables");
+    WriteNamedHeader(report, heads, report.formats.nameLength);
+    for (Index j = 0; j < values.size(); ++j) {
+        WriteValueRow(report, &values[j], 1, 6, data.working.name(data.model.variables[j]), j + 1);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeResponse(AnalysisRun& run, const PredictionEntry& entry, const Prediction& prediction) {
-    Report& report = run.report;
-    const Settings& settings = run.options.settings;
-    const double values[] = {prediction.median, prediction.infimum, prediction.supremum};
+void writeResponse(Report& report, const FittedModel& model, double alpha, const Prediction& prediction) {
+    constexpr const char* heads[] = {"prediction"};
     constexpr const char* labels[] = {"median", "infimum", "supremum"};
-    SetFormatsFromValues(report, values, prediction.hasLimits ? 3 : 1, settings.variableStringLength,
-                         settings.sampleStringLength);
-    report.lower.append("\tprediction, infimum and supremum as effective coverage\n");
-    if (!isQuantification(run.data.model)) {
-        report.lower.append("\t-- effective coverage due to alpha is ");
-        report.lower.appendNumber(entry.alpha, 0, 6);
-        report.lower.append("\n");
-    }
-    const char* const header[] = {"prediction"};
-    WriteNamedHeader(report, header, 1, settings.variableStringLength);
+    const double values[] = {prediction.median, prediction.infimum, prediction.supremum};
+    SetFormatsFromValues(report, values, prediction.hasLimits ? 3 : 1);
+    writeCaption(report, "prediction, infimum and supremum as effective coverage");
+    if (!isQuantification(model)) writeCoverage(report, alpha);
+    WriteNamedHeader(report, heads, report.formats.nameLength);
     for (int k = 0; k < 3; ++k) {
         startRow(report, k + 1, labels[k]);
         if (k == 0 || prediction.hasLimits) {
@@ -125,7 +115,7 @@ void writeResponse(AnalysisRun& run, const PredictionEntry& entry, const Predict
         }
         endRow(report);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
 } // namespace
@@ -153,13 +143,17 @@ ErrorCode writePrediction(AnalysisRun& run, const PredictionEntry& entry, Predic
     for (Index j = 0; j < values.size(); ++j) {
         values[j] = entry.values[model.variables[j]];
     }
-    if (where == PredictionReport::replacing) run.report.lower.clear();
-    run.report.lower.append("\nprediction statistics\n");
-    run.report.lower.appendFormat("-- due to %s\n\n", model.title.data());
-    run.report.status.clear();
-    run.report.status.append("status : prediction statistics");
-    writeValues(run, entry, values);
-    writeResponse(run, entry, prediction);
+
+    char option[fittedModelTitleSize + 16];
+    std::snprintf(option, sizeof option, "-- due to %s", model.title.data());
+    const ReportOpening opening = {.title = "prediction statistics", .option = option};
+    if (where == PredictionReport::replacing) {
+        openReport(run, opening);
+    } else {
+        continueReport(run.report, opening);
+    }
+    writeValues(run.report, run.data, run.options.settings, values);
+    writeResponse(run.report, model, entry.alpha, prediction);
     return success;
 }
 
@@ -172,15 +166,12 @@ ErrorCode runPrediction(Frontend& frontend, AnalysisRun& run) {
         if (!frontend.enterPrediction(run, entry, page)) return success;
     }
     code = writePrediction(run, entry, PredictionReport::replacing);
-    if (code == success) {
-        frontend.showLower(run.report);
-        frontend.showStatus(run.report);
-    }
+    if (code == success) closeReport(frontend, run.report);
     return reportResult(frontend, run, code);
 }
 
 int predictionPageCount(const AnalysisRun& run) {
-    return static_cast<int>(explanatoryCount(run) / predictionPlaces) + 1;
+    return explanatoryCount(run) / predictionPlaces + 1;
 }
 
 PredictionPlace predictionPlace(const AnalysisRun& run, PredictionEntry& entry, int page, int place) {

@@ -8,7 +8,7 @@ constexpr std::int32_t quantificationKind = 11;
 
 // The entry that a prediction starts from: the means of the variables (the first category of each in a
 // quantification) and the alpha of the run. Returns success or outOfMemory.
-ErrorCode startPrediction(const AnalysisRun& run, PredictionEntry& entry);
+[[nodiscard]] ErrorCode startPrediction(const AnalysisRun& run, PredictionEntry& entry);
 
 struct Prediction {
     double median = 0.0; // on the scale of the purpose variable, as are the limits
@@ -21,12 +21,14 @@ struct Prediction {
 // model do not matter. Makes the model's interval matrix when the entry is the first to need it. Returns
 // success; illegalCategoricalData for a value that is no category; notFinite for a transformed value that is
 // not finite; outOfMemory.
-ErrorCode computePrediction(AnalysisRun& run, const PredictionEntry& entry, Prediction& prediction);
+[[nodiscard]] ErrorCode computePrediction(AnalysisRun& run, const PredictionEntry& entry,
+                                          Prediction& prediction);
 
 // Writes the report of a prediction into the lower text, behind what is there or instead of it, and the
 // status, or leaves both alone and returns a code of computePrediction.
 enum class PredictionReport { replacing, appended };
-ErrorCode writePrediction(AnalysisRun& run, const PredictionEntry& entry, PredictionReport where);
+[[nodiscard]] ErrorCode writePrediction(AnalysisRun& run, const PredictionEntry& entry,
+                                        PredictionReport where);
 
 // The "Prediction" command: asks for the values page by page, then replaces the lower text by the report.
 // Cancelling a page changes nothing, and without a model nothing happens. Returns the reported code.

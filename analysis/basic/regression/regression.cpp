@@ -8,42 +8,40 @@
 
 namespace {
 
-Index index(std::int32_t i) {
-    return i;
+// Degrees of freedom of the residuals.
+double residualFreedom(const RegressionData& data, const RegressionFit& fit) {
+    return static_cast<double>(data.samples - fit.count - 1);
 }
 
-// The inverse of the correlation matrix of the model's variables, the purpose variable last.
 ErrorCode invertCorrelation(const RegressionData& data, DeterminantTest test, RegressionFit& fit) {
-    const std::int32_t order = fit.count + 1;
-    fit.variables[index(fit.count)] = data.variables - 1;
-    copyMinor(data.moments.correlation.data(), data.variables, fit.variables.data(), order, 1.0,
-              fit.matrix.data());
+    fit.variables[fit.count] = data.purpose();
+    copyMinor(data.moments.correlation, fit.variables.data(), fit.count + 1, 1.0, fit.correlation.data(),
+              fit.correlation.columns());
     double determinant = 0.0;
-    const ErrorCode code = MatrixInverse(order, order, fit.matrix.data(), fit.inverse.data(), determinant);
+    const ErrorCode code = MatrixInverse(fit.correlation, fit.inverse, determinant);
     if (code != success) return code;
     return test == DeterminantTest::refuseNegative && determinant < 0.0 ? singularMatrix : success;
 }
 
 void computeCoefficients(const RegressionData& data, RegressionFit& fit) {
     const MomentMatrices& moments = data.moments;
-    const Index k = index(fit.count);
-    const double* q = fit.inverse.data();
-    const double* last = q + k * (k + 1);
+    const Index k = fit.count;
+    const double last = fit.inverse(k, k);
     fit.constant = moments.means[data.purpose()];
     for (Index j = 0; j < k; ++j) {
-        const Index column = index(fit.variables[j]);
-        fit.standardized[j] = -q[j * (k + 1) + k] / last[k];
+        const Index column = fit.variables[j];
+        const double beside = fit.inverse(j, k);
+        fit.standardized[j] = -beside / last;
         fit.coefficients[j] = fit.standardized[j] * moments.sds[data.purpose()] / moments.sds[column];
         fit.constant -= fit.coefficients[j] * moments.means[column];
-        fit.partial[j] = -q[j * (k + 1) + k] / std::sqrt(last[k] * q[j * (k + 1) + j]);
+        fit.partial[j] = -beside / std::sqrt(last * fit.inverse(j, j));
     }
 }
 
-void computeDeterminations(std::int32_t samples, RegressionFit& fit) {
-    const double n = samples;
-    const double k = fit.count;
-    const Index order = index(fit.count) + 1;
-    const double determination = 1.0 - 1.0 / fit.inverse[order * order - 1];
+void computeDeterminations(const RegressionData& data, RegressionFit& fit) {
+    const double n = data.samples;
+    const double k = static_cast<double>(fit.count);
+    const double determination = 1.0 - 1.0 / fit.inverse(fit.count, fit.count);
     fit.determinations[0] = determination;
     fit.determinations[1] = ((n - 1.0) * determination - k) / (n - k - 1.0);
     fit.determinations[2] =
@@ -54,53 +52,52 @@ void computeDeterminations(std::int32_t samples, RegressionFit& fit) {
 }
 
 // F tests of each variable, given the others, and of the model; standard errors follow from them.
-void computeTests(std::int32_t samples, RegressionFit& fit) {
-    const Index k = index(fit.count);
-    const double* q = fit.inverse.data();
-    const double last = q[(k + 1) * (k + 1) - 1];
+void computeTests(const RegressionData& data, RegressionFit& fit) {
+    const Index k = fit.count;
+    const double modelFreedom = static_cast<double>(k);
+    const double freedom = residualFreedom(data, fit);
+    const double last = fit.inverse(k, k);
     const double determination = fit.determinations[0];
-    const double freedom = samples - fit.count - 1;
     for (Index j = 0; j < k; ++j) {
-        const double beside = q[j * (k + 1) + k];
-        const double without = 1.0 - 1.0 / (last - beside * beside / q[j * (k + 1) + j]);
+        const double beside = fit.inverse(j, k);
+        const double without = 1.0 - 1.0 / (last - beside * beside / fit.inverse(j, j));
         fit.fValues[j] = (determination - without) * freedom / (1.0 - determination);
         const double root = std::sqrt(fit.fValues[j]);
         fit.errors[j] = root == 0.0 ? 0.0 : std::fabs(fit.coefficients[j] / root);
     }
-    fit.fValues[k] = freedom * determination / ((1.0 - determination) * fit.count);
+    fit.fValues[k] = freedom * determination / ((1.0 - determination) * modelFreedom);
 
     std::fill_n(fit.freedoms[0].data(), k, 1.0);
-    fit.freedoms[0][k] = fit.count;
+    fit.freedoms[0][k] = modelFreedom;
     std::fill_n(fit.freedoms[1].data(), k + 1, freedom);
-    FUpperProbability(fit.count + 1, fit.fValues.data(), fit.freedoms[0].data(), fit.freedoms[1].data(),
+    FUpperProbability(k + 1, fit.fValues.data(), fit.freedoms[0].data(), fit.freedoms[1].data(),
                       fit.fProbabilities.data());
 }
 
 ErrorCode makeIntervalMatrix(const RegressionData& data, double alpha, RegressionFit& fit) {
     fit.alpha = 0.0;
     if (alpha == 0.0) return success;
-    copyMinor(data.moments.covariance.data(), data.variables, fit.variables.data(), fit.count, data.samples,
-              fit.matrix.data());
+    copyMinor(data.moments.covariance, fit.variables.data(), fit.count, data.samples, fit.products.data(),
+              fit.products.columns());
     double determinant = 0.0;
-    const ErrorCode code =
-        MatrixInverse(fit.count, fit.count, fit.matrix.data(), fit.intervalMatrix.data(), determinant);
+    const ErrorCode code = MatrixInverse(fit.products, fit.intervalMatrix, determinant);
     if (code == success) fit.alpha = alpha;
     return code;
 }
 
 void computeSamples(const RegressionData& data, RegressionFit& fit) {
     const MomentMatrices& moments = data.moments;
-    const double freedom = data.samples - fit.count - 1;
+    const double freedom = residualFreedom(data, fit);
     const double deviation =
         moments.sds[data.purpose()] * std::sqrt(data.samples * (1.0 - fit.determinations[0]) / freedom);
     fit.residualVariance = deviation * deviation;
     const double t = fit.alpha == 0.0 ? 0.0 : TInverse(freedom, fit.alpha);
 
-    const double* row = data.values;
-    for (Index i = 0; i < index(data.samples); ++i, row += data.variables) {
+    for (Index i = 0; i < data.samples; ++i) {
+        const double* row = data.row(i);
         double prediction = fit.constant;
-        for (Index j = 0; j < index(fit.count); ++j) {
-            const Index column = index(fit.variables[j]);
+        for (Index j = 0; j < fit.count; ++j) {
+            const Index column = fit.variables[j];
             prediction += fit.coefficients[j] * row[column];
             fit.deviations[j] = row[column] - moments.means[column];
         }
@@ -115,31 +112,32 @@ void computeSamples(const RegressionData& data, RegressionFit& fit) {
 
 } // namespace
 
-ErrorCode RegressionFit::allocate(std::int32_t samples, std::int32_t allVariables) {
-    const Index n = index(samples);
-    const Index p = index(allVariables);
-    return variables.allocate(p) | coefficients.allocate(p) | errors.allocate(p) | fValues.allocate(p) |
-           fProbabilities.allocate(p) | standardized.allocate(p) | partial.allocate(p) |
-           intervalMatrix.allocate(p * p) | predictions.allocate(n) | halfWidths.allocate(n) |
-           standardizedResiduals.allocate(n) | matrix.allocate(p * p) | inverse.allocate(p * p) |
-           freedoms[0].allocate(p) | freedoms[1].allocate(p) | deviations.allocate(p);
+ErrorCode RegressionFit::allocate(Index samples, Index modelCount) {
+    const Index n = samples;
+    const Index k = count = modelCount;
+    return variables.allocate(k + 1) | coefficients.allocate(k) | errors.allocate(k) |
+           fValues.allocate(k + 1) | fProbabilities.allocate(k + 1) | standardized.allocate(k) |
+           partial.allocate(k) | intervalMatrix.allocate(k, k) | predictions.allocate(n) |
+           halfWidths.allocate(n) | standardizedResiduals.allocate(n) | correlation.allocate(k + 1, k + 1) |
+           inverse.allocate(k + 1, k + 1) | products.allocate(k, k) | freedoms[0].allocate(k + 1) |
+           freedoms[1].allocate(k + 1) | deviations.allocate(k);
 }
 
-void copyMinor(const double* matrix, std::int32_t stride, const std::int32_t* variables, std::int32_t count,
-               double factor, double* out) {
-    for (std::int32_t i = 0; i < count; ++i) {
-        const double* row = matrix + index(variables[i]) * index(stride);
-        for (std::int32_t j = 0; j < count; ++j) *out++ = factor * row[variables[j]];
+void copyMinor(const Matrix& matrix, const Index* variables, Index count, double factor, double* out,
+               Index stride) {
+    for (Index i = 0; i < count; ++i, out += stride) {
+        const double* row = matrix.row(variables[i]);
+        for (Index j = 0; j < count; ++j) out[j] = factor * row[variables[j]];
     }
 }
 
-double intervalHalfWidth(const double* deviations, std::int32_t count, const double* intervalMatrix, double t,
+double intervalHalfWidth(const double* deviations, Index count, const double* intervalMatrix, double t,
                          std::int32_t samples, double residualVariance) {
-    const Index k = index(count);
     double distance = 0.0;
-    for (Index i = 0; i < k; ++i) {
+    const double* row = intervalMatrix;
+    for (Index i = 0; i < count; ++i, row += count) {
         double sum = 0.0;
-        for (Index j = 0; j < k; ++j) sum += intervalMatrix[i * k + j] * deviations[j];
+        for (Index j = 0; j < count; ++j) sum += row[j] * deviations[j];
         distance += sum * deviations[i];
     }
     return t * std::sqrt((1.0 / samples + 1.0 + distance) * residualVariance);
@@ -148,16 +146,15 @@ double intervalHalfWidth(const double* deviations, std::int32_t count, const dou
 ErrorCode fitRegression(Screens& screens, const RegressionData& data, double alpha, DeterminantTest test,
                         RegressionFit& fit) {
     ErrorCode code = invertCorrelation(data, test, fit);
+    if (code == success) code = screens.setProgress(40);
     if (code != success) return code;
-    screens.setProgress(40);
     computeCoefficients(data, fit);
-    computeDeterminations(data.samples, fit);
-    computeTests(data.samples, fit);
-    screens.setProgress(75);
-    code = makeIntervalMatrix(data, alpha, fit);
+    computeDeterminations(data, fit);
+    computeTests(data, fit);
+    code = screens.setProgress(75);
+    if (code == success) code = makeIntervalMatrix(data, alpha, fit);
+    if (code == success) code = screens.setProgress(90);
     if (code != success) return code;
-    screens.setProgress(90);
     computeSamples(data, fit);
-    screens.setProgress(100);
-    return success;
+    return screens.setProgress(100);
 }

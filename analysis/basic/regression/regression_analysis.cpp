@@ -2,30 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "analysis/basic/regression/fitted_model.h"
 #include "analysis/basic/regression/regression_report.h"
+#include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
 
 namespace {
 
-constexpr const char* methods[] = {"all", "forward", "backward", "forward-selection", "backward-elimination"};
-constexpr const char* criteria[] = {"aic", "f"};
-
-// Controls of the dialog.
-constexpr int purposeList = 2101;
-constexpr int methodButtons = 2102;
-constexpr int criterionButtons = 2107;
-constexpr int fInEdit = 2109;
-constexpr int fOutEdit = 2110;
-constexpr int alphaEdit = 2111;
-
 // Of a transformed column, as a share of its mean.
 constexpr double leastRelativeDeviation = 1e-9;
-
-double valueAt(const DataMatrix& data, std::int32_t sample, std::int32_t variable) {
-    return data.values[Index{sample} * data.variables + variable];
-}
 
 bool isChosenSlot(const AnalysisRun& run, int slot) {
     const std::int32_t variable = run.options.slotColumns[slot];
@@ -41,13 +28,13 @@ bool degreesArePositive(const AnalysisRun& run) {
 
 // Whether the model takes every value of the explanatory variables, then of the purpose variable.
 ErrorCode checkValues(const CurveModel& model, const DataMatrix& data) {
-    for (std::int32_t i = 0; i < data.samples; ++i) {
-        for (std::int32_t v = 0; v < data.variables - 1; ++v) {
-            if (!model.takesExplanatory(valueAt(data, i, v))) return invalidInvolutionVariable;
-        }
+    const Index purpose = data.variables - 1;
+    for (Index i = 0; i < data.samples; ++i) {
+        const double* row = data.row(i);
+        if (!std::all_of(row, row + purpose, model.takesExplanatory)) return invalidInvolutionVariable;
     }
-    for (std::int32_t i = 0; i < data.samples; ++i) {
-        if (!model.takesPurpose(valueAt(data, i, data.variables - 1))) return invalidPurposeVariable;
+    for (Index i = 0; i < data.samples; ++i) {
+        if (!model.takesPurpose(data.at(i, purpose))) return invalidPurposeVariable;
     }
     return success;
 }
@@ -62,23 +49,24 @@ void fillDegrees(const AnalysisRun& run, Block<double>& degrees) {
 }
 
 void transform(const DataMatrix& data, RegressionResult& result) {
-    const Index variables = data.variables;
-    for (Index at = 0; at < data.count(); ++at) {
-        const Index v = at % variables;
-        result.transformed[at] = v + 1 < variables
-                                     ? result.model.explanatory(data.values[at], result.degrees[v])
-                                     : result.model.purpose(data.values[at]);
+    const Index purpose = data.variables - 1;
+    for (Index i = 0; i < data.samples; ++i) {
+        const double* row = data.row(i);
+        double* transformed = result.transformed.row(i);
+        for (Index v = 0; v < purpose; ++v) {
+            transformed[v] = result.model.explanatory(row[v], result.degrees[v]);
+        }
+        transformed[purpose] = result.model.purpose(row[purpose]);
     }
 }
 
-bool isTransformed(const RegressionResult& result, Index column, Index variables) {
-    return column + 1 < variables ? result.model.changesExplanatory(result.degrees[column])
-                                  : result.model.changesPurpose();
+bool isTransformed(const RegressionResult& result, Index column, Index purpose) {
+    return column < purpose ? result.model.changesExplanatory(result.degrees[column])
+                            : result.model.changesPurpose();
 }
 
 // The moments of the data and of what is regressed.
 ErrorCode computeMoments(const DataMatrix& data, RegressionResult& result) {
-    const Index variables = data.variables;
     MeanCovarianceCorrelation(data.values.data(), data.samples, data.variables, result.ownMoments);
     if (result.transforms()) {
         transform(data, result);
@@ -86,13 +74,12 @@ ErrorCode computeMoments(const DataMatrix& data, RegressionResult& result) {
         MeanCovarianceCorrelation(result.transformed.data(), data.samples, data.variables, result.moments);
     }
     const MomentMatrices& moments = result.regressedMoments();
-    if (!allFinite(result.ownMoments.means.data(), variables) ||
-        !allFinite(moments.means.data(), variables) || !allFinite(moments.sds.data(), variables)) {
+    if (!allFinite(result.ownMoments.means) || !allFinite(moments.means) || !allFinite(moments.sds)) {
         return notFinite;
     }
-    if (anyDeviationBelow(result.ownMoments.sds.data(), data.variables, leastDeviation)) return illegalData;
-    for (Index v = 0; v < variables; ++v) {
-        if (isTransformed(result, v, variables) &&
+    if (anyDeviationBelow(result.ownMoments.sds, leastDeviation)) return illegalData;
+    for (Index v = 0; v < data.variables; ++v) {
+        if (isTransformed(result, v, data.variables - 1) &&
             !(moments.sds[v] > leastRelativeDeviation * std::fabs(moments.means[v]))) {
             return illegalData;
         }
@@ -100,22 +87,29 @@ ErrorCode computeMoments(const DataMatrix& data, RegressionResult& result) {
     return success;
 }
 
-ErrorCode fit(Screens& screens, const RegressionData& data, const RegressionOptions& options,
-              RegressionResult& result) {
-    RegressionFit& fit = result.fit;
-    if (!isStepwise(options)) {
-        screens.setProgress(20);
-        fit.count = data.variables - 1;
-        for (std::int32_t v = 0; v < fit.count; ++v) fit.variables[v] = v;
-        return fitRegression(screens, data, options.alpha, DeterminantTest::refuseNegative, fit);
-    }
-    screens.setProgress(15);
-    const ErrorCode code = selectVariables(data, options, result.selection);
+RegressionData regressedData(const DataMatrix& data, const RegressionResult& result) {
+    const double* values = result.transforms() ? result.transformed.data() : data.values.data();
+    return {values, data.samples, data.variables, result.regressedMoments()};
+}
+
+ErrorCode fitAll(Screens& screens, const RegressionData& data, double alpha, RegressionFit& fit) {
+    ErrorCode code = screens.setProgress(20);
+    if (code == success) code = fit.allocate(data.samples, data.purpose());
     if (code != success) return code;
-    fit.count = result.selection.count;
-    if (fit.count == 0) return noEffectiveVariable;
-    std::copy_n(result.selection.variables.data(), fit.count, fit.variables.data());
-    return fitRegression(screens, data, options.alpha, DeterminantTest::none, fit);
+    std::iota(fit.variables.begin(), fit.variables.end(), Index{0});
+    return fitRegression(screens, data, alpha, DeterminantTest::refuseNegative, fit);
+}
+
+ErrorCode fitSelected(Screens& screens, const RegressionData& data, const RegressionOptions& options,
+                      RegressionResult& result) {
+    const StepwiseSelection& selection = result.selection;
+    ErrorCode code = screens.setProgress(15);
+    if (code == success) code = selectVariables(data, options, result.selection);
+    if (code == success && selection.count == 0) code = noEffectiveVariable;
+    if (code == success) code = result.fit.allocate(data.samples, selection.count);
+    if (code != success) return code;
+    std::copy_n(selection.variables.begin(), selection.count, result.fit.variables.begin());
+    return fitRegression(screens, data, options.alpha, DeterminantTest::none, result.fit);
 }
 
 // Predictions and their limits on the scale of the purpose variable.
@@ -131,114 +125,47 @@ void computeResponses(RegressionResult& result) {
 
 ErrorCode compute(Screens& screens, const AnalysisRun& run, const RegressionOptions& options,
                   RegressionResult& result) {
-    const DataMatrix& working = run.data.working;
     fillDegrees(run, result.degrees);
-    ErrorCode code = computeMoments(working, result);
+    ErrorCode code = computeMoments(run.data.working, result);
     if (code != success) return code;
-    const double* values = result.transforms() ? result.transformed.data() : working.values.data();
-    const RegressionData data = {values, working.samples, working.variables, result.regressedMoments()};
-    code = fit(screens, data, options, result);
-    if (code == success) computeResponses(result);
-    return code;
+    const RegressionData data = regressedData(run.data.working, result);
+    code = isStepwise(options) ? fitSelected(screens, data, options, result)
+                               : fitAll(screens, data, options.alpha, result.fit);
+    if (code != success) return code;
+    computeResponses(result);
+    return success;
 }
 
 ErrorCode buildRegressionGraph(Screens& screens, AnalysisRun& run, const RegressionResult& result) {
-    constexpr int seriesCount = 3;
+    constexpr Index seriesCount = 3;
     constexpr const char* names[seriesCount] = {"theoretic score", "standard resudial", "measure value"};
     if (run.options.settings.expressGraph == 0) return success;
     const DataMatrix& data = run.data.working;
-    Block<double> scores;
-    const ErrorCode code = scores.allocate(seriesCount * data.samples);
+    Matrix scores;
+    const ErrorCode code = scores.allocate(data.samples, seriesCount);
     if (code != success) return code;
-    double* score = scores.data();
-    for (std::int32_t i = 0; i < data.samples; ++i) {
-        *score++ = result.predictions[i];
-        *score++ = result.fit.standardizedResiduals[i];
-        *score++ = valueAt(data, i, data.variables - 1);
+    for (Index i = 0; i < data.samples; ++i) {
+        double* row = scores.row(i);
+        row[0] = result.predictions[i];
+        row[1] = result.fit.standardizedResiduals[i];
+        row[2] = data.at(i, data.variables - 1);
     }
     return buildScoreGraph(screens, run,
                            {.seriesNames = names,
                             .seriesCount = seriesCount,
                             .scores = scores.data(),
-                            .scoreStride = seriesCount});
+                            .scoreStride = scores.columns()});
 }
 
 } // namespace
 
-ErrorCode RegressionResult::allocate(std::int32_t samples, std::int32_t variables) {
+ErrorCode RegressionResult::allocate(Index samples, Index variables) {
     const Index n = samples;
     const Index p = variables;
-    ErrorCode code = ownMoments.allocate(variables) | degrees.allocate(p) | selection.allocate(variables) |
-                     fit.allocate(samples, variables) | predictions.allocate(n) | infima.allocate(n) |
-                     suprema.allocate(n);
-    if (transforms()) code |= transformed.allocate(n * p) | moments.allocate(variables);
+    ErrorCode code = ownMoments.allocate(p) | degrees.allocate(p) | selection.allocate(p) |
+                     predictions.allocate(n) | infima.allocate(n) | suprema.allocate(n);
+    if (transforms()) code |= transformed.allocate(n, p) | moments.allocate(p);
     return code;
-}
-
-std::array<OptionField, 6> regressionFields(std::size_t group) {
-    return {{
-        {.type = OptionType::variable,
-         .name = "purpose",
-         .help = "the variable to explain",
-         .offset = offsetof(AnalysisOptions, purposes),
-         .control = purposeList},
-        {.type = OptionType::choice,
-         .name = "method",
-         .help = "how the explanatory variables are selected",
-         .offset = group + offsetof(RegressionOptions, method),
-         .control = methodButtons,
-         .choices = methods},
-        {.type = OptionType::choice,
-         .name = "criterion",
-         .help = "what the selection goes by",
-         .offset = group + offsetof(RegressionOptions, criterion),
-         .control = criterionButtons,
-         .choices = criteria},
-        {.type = OptionType::real,
-         .name = "f-in",
-         .help = "the least F to enter a variable",
-         .offset = group + offsetof(RegressionOptions, fIn),
-         .control = fInEdit,
-         .arrows = 2112,
-         .step = 0.1,
-         .least = 0.01,
-         .most = 99.0},
-        {.type = OptionType::real,
-         .name = "f-out",
-         .help = "the largest F to remove a variable, below f-in",
-         .offset = group + offsetof(RegressionOptions, fOut),
-         .control = fOutEdit,
-         .arrows = 2113,
-         .step = 0.1,
-         .least = 0.01,
-         .most = 99.0},
-        {.type = OptionType::real,
-         .name = "alpha",
-         .help = "of the prediction intervals, 0 for none",
-         .offset = group + offsetof(RegressionOptions, alpha),
-         .control = alphaEdit,
-         .arrows = 2114,
-         .step = 0.01,
-         .least = 0.01,
-         .most = 0.5},
-    }};
-}
-
-bool isRegressionFieldEnabled(const RegressionOptions& options, const OptionField& field) {
-    switch (field.control) {
-    case criterionButtons:
-        return options.method > 0;
-    case fInEdit:
-    case fOutEdit:
-        return options.method > 0 && options.criterion == 1;
-    default:
-        return true;
-    }
-}
-
-const char* refuseRegression(const AnalysisOptions& options, const RegressionOptions& regression) {
-    if (!(regression.fIn > regression.fOut)) return "f-in should be larger than f-out";
-    return options.purposes[0] == 0 ? "please select one purpose variable" : nullptr;
 }
 
 ErrorCode runRegression(Screens& screens, AnalysisRun& run, const RegressionOptions& options) {
@@ -251,12 +178,13 @@ ErrorCode runRegression(Screens& screens, AnalysisRun& run, const RegressionOpti
     if (code == success) code = result.allocate(data.samples, data.variables);
     if (code != success) return code;
 
-    startProgress(screens, run.report);
-    code = compute(screens, run, options, result);
+    code = startProgress(screens, run.report);
+    if (code == success) code = compute(screens, run, options, result);
     screens.hideProgress();
     if (code != success) return code;
 
     keepRegressionModel(run, result);
-    writeRegressionReport(screens, run, options, result);
+    writeRegressionReport(run, options, result);
+    closeReport(screens, run.report);
     return buildRegressionGraph(screens, run, result);
 }

@@ -9,189 +9,158 @@
 
 namespace {
 
-constexpr int processWidth = 12;
-constexpr int coefficientWidth = 18;
-constexpr int coefficientDecimals = 12;
+constexpr CellFormat processCell = {12, 6};
 constexpr int sampleWidth = 12;
 constexpr int sampleSlot = 6;
+// Of a limit that was not computed; wider than the others, so that spreadsheets find it in the same place.
+constexpr int missingLimitWidth = 15;
 
 constexpr const char* methodNames[] = {"", "forward regression in/out", "backward regression out/in",
                                        "forward selection in", "backward elimination out"};
 constexpr const char* criterionNames[] = {"AIC value", "f value"};
 constexpr const char* markNames[] = {"none", "in", "out"};
 
-// What every table reads.
-struct Tables {
-    Report& report;
-    const DataMatrix& data;
-    const RegressionResult& result;
-    int nameLength;
-    int labelLength;
-
-    const char* nameOf(std::int32_t column) const { return data.name(column); }
-    const char* modelName(std::int32_t place) const { return nameOf(result.fit.variables[place]); }
-};
-
-template <int count> void writeHeader(Report& report, const char* const (&names)[count], int width) {
-    WriteNamedHeader(report, names, count, width);
-}
-
-void writeCoefficient(Report& report, double value) {
-    writeCell(report, value, {coefficientWidth, coefficientDecimals});
-}
-
-void writeDegrees(const Tables& tables) {
-    Report& report = tables.report;
-    report.lower.append("\tdegree of terms\n");
-    writeHeader(report, {"degree"}, tables.nameLength);
-    for (std::int32_t v = 0; v < tables.data.variables - 1; ++v) {
-        const double* degree = tables.result.degrees.data() + v;
-        WriteValueRow(report, degree, 1, 6, tables.nameOf(v), v + 1);
+void writeDegrees(Report& report, const DataMatrix& data, const RegressionResult& result) {
+    constexpr const char* heads[] = {"degree"};
+    writeCaption(report, "degree of terms");
+    WriteNamedHeader(report, heads, report.formats.nameLength);
+    for (Index v = 0; v < data.variables - 1; ++v) {
+        WriteValueRow(report, &result.degrees[v], 1, 6, data.name(v), v + 1);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeProcess(const Tables& tables, const RegressionOptions& options) {
-    Report& report = tables.report;
-    report.lower.appendFormat("\tprocess of %s due to %s\n", methodNames[options.method],
-                              criterionNames[options.criterion == 1 ? 1 : 0]);
-    writeHeader(report, {"variable", "in/out", "m.c.det", "f.value", "AIC"}, processWidth);
-    const StepwiseSelection& selection = tables.result.selection;
-    for (std::int32_t k = 0; k < selection.stepCount; ++k) {
+void writeProcess(Report& report, const DataMatrix& data, const RegressionOptions& options,
+                  const StepwiseSelection& selection) {
+    constexpr const char* heads[] = {"variable", "in/out", "m.c.det", "f.value", "AIC"};
+    writeCaptionFormat(report, "process of %s due to %s", methodNames[options.method],
+                       criterionNames[options.criterion == 1 ? 1 : 0]);
+    WriteNamedHeader(report, heads, processCell.width);
+    report.formats.width = processCell.width; // names are cut to their own length
+    for (Index k = 0; k < selection.stepCount; ++k) {
         const SelectionStep& step = selection.steps[k];
         char label[32];
-        std::snprintf(label, sizeof label, "%d step", k + 1);
+        std::snprintf(label, sizeof label, "%td step", k + 1);
         startRow(report, k + 1, label);
-        report.lower.appendFormat(",%*.*s,%*s", processWidth, tables.nameLength, tables.nameOf(step.variable),
-                                  processWidth, markNames[static_cast<int>(step.mark)]);
+        writeName(report, data.name(step.variable));
+        writeText(report, markNames[static_cast<int>(step.mark)], processCell.width);
         for (const double value : {step.determination, step.f, step.aic}) {
-            writeCell(report, value, {processWidth, 6});
+            writeCell(report, value, processCell);
         }
         endRow(report);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeCoefficients(const Tables& tables) {
-    Report& report = tables.report;
-    const RegressionFit& fit = tables.result.fit;
-    report.lower.append("\tpartial regression coefficient, standard error, f value, f prob\n");
-    writeHeader(report, {"p.r.coefficient", "s.error", "f.value", "f.probability"}, coefficientWidth);
-    for (std::int32_t k = 0; k < fit.count; ++k) {
-        const Index j = k;
-        startRow(report, k + 1, tables.modelName(k));
-        for (const double value :
-             {fit.coefficients[j], fit.errors[j], fit.fValues[j], fit.fProbabilities[j]}) {
-            writeCoefficient(report, value);
-        }
-        endRow(report);
+void writeCoefficients(Report& report, const DataMatrix& data, const RegressionFit& fit) {
+    constexpr const char* heads[] = {"p.r.coefficient", "s.error", "f.value", "f.probability"};
+    writeCaption(report, "partial regression coefficient, standard error, f value, f prob");
+    WriteNamedHeader(report, heads, wideCell.width);
+    for (Index j = 0; j < fit.count; ++j) {
+        const double values[] = {fit.coefficients[j], fit.errors[j], fit.fValues[j], fit.fProbabilities[j]};
+        writeCells(report, j + 1, data.name(fit.variables[j]), values, wideCell);
     }
-    startRow(report, 0, "constant");
-    writeCoefficient(report, fit.constant);
-    endRow(report);
-    report.lower.append("\n");
+    writeCellRow(report, 0, "constant", fit.constant, wideCell);
+    endTable(report);
 }
 
-void writeStandardized(const Tables& tables) {
-    Report& report = tables.report;
-    const RegressionFit& fit = tables.result.fit;
-    report.lower.append("\tstandard partial regression coefficient, partial correlation coefficient\n");
-    writeHeader(report, {"s.p.r.coefficient", "p.c.coefficient"}, coefficientWidth);
-    for (std::int32_t k = 0; k < fit.count; ++k) {
-        const Index j = k;
-        startRow(report, k + 1, tables.modelName(k));
-        writeCoefficient(report, fit.standardized[j]);
-        writeCoefficient(report, fit.partial[j]);
-        endRow(report);
+// The table of the determinations follows without an empty line.
+void writeStandardized(Report& report, const DataMatrix& data, const RegressionFit& fit) {
+    constexpr const char* heads[] = {"s.p.r.coefficient", "p.c.coefficient"};
+    writeCaption(report, "standard partial regression coefficient, partial correlation coefficient");
+    WriteNamedHeader(report, heads, wideCell.width);
+    for (Index j = 0; j < fit.count; ++j) {
+        const double values[] = {fit.standardized[j], fit.partial[j]};
+        writeCells(report, j + 1, data.name(fit.variables[j]), values, wideCell);
     }
 }
 
-void writeDeterminations(const Tables& tables) {
-    Report& report = tables.report;
-    const RegressionFit& fit = tables.result.fit;
+void writeDeterminations(Report& report, const RegressionFit& fit) {
+    constexpr const char* heads[] = {"m.c.determination", "m.c.coefficient", "f.value", "f.probability"};
     constexpr const char* labels[RegressionFit::determinationCount] = {"model value", "adjusted",
                                                                        "re-adjusted"};
-    report.lower.append("\tmultiple coefficient of determination, multiple correlation coefficient, f value, "
-                        "f probability\n");
-    writeHeader(report, {"m.c.determination", "m.c.coefficient", "f.value", "f.probability"},
-                coefficientWidth);
+    writeCaption(report, "multiple coefficient of determination, multiple correlation coefficient, f value, "
+                         "f probability");
+    WriteNamedHeader(report, heads, wideCell.width);
     for (int k = 0; k < RegressionFit::determinationCount; ++k) {
         startRow(report, k + 1, labels[k]);
-        writeCoefficient(report, fit.determinations[k]);
-        writeCoefficient(report, std::sqrt(fit.determinations[k]));
+        writeCell(report, fit.determinations[k], wideCell);
+        writeCell(report, std::sqrt(fit.determinations[k]), wideCell);
         if (k == 0) {
-            writeCoefficient(report, fit.fValues[fit.count]);
-            writeCoefficient(report, fit.fProbabilities[fit.count]);
+            writeCell(report, fit.fValues[fit.count], wideCell);
+            writeCell(report, fit.fProbabilities[fit.count], wideCell);
         }
         endRow(report);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeSamples(const Tables& tables) {
-    Report& report = tables.report;
-    const RegressionResult& result = tables.result;
-    const RegressionFit& fit = result.fit;
-    const Index samples = tables.data.samples;
-    report.lower.append(
-        "\tmesure, prediction, infimum and supremum as effective coverage, standardized residual\n");
-    report.lower.append("\t-- effective coverage due to alpha is ");
-    report.lower.appendNumber(fit.alpha, 0, 6);
-    report.lower.append("\n");
-    writeHeader(report, {"measure", "prediction", "infimum", "supremum", "residual", "s.residual"},
-                sampleWidth);
+void writeLimits(Report& report, const RegressionResult& result, Index sample) {
+    if (result.fit.alpha != 0.0) {
+        writeValue(report, result.infima[sample], sampleSlot);
+        writeValue(report, result.suprema[sample], sampleSlot);
+    } else {
+        writeText(report, "", missingLimitWidth);
+        writeText(report, "", missingLimitWidth);
+    }
+}
 
-    const double* const residuals = fit.standardizedResiduals.data();
+void writeSamples(Report& report, const DataMatrix& data, const RegressionResult& result) {
+    constexpr const char* heads[] = {"measure",  "prediction", "infimum",
+                                     "supremum", "residual",   "s.residual"};
+    const Block<double>& residuals = result.fit.standardizedResiduals;
+    const int labelWidth = report.formats.labelWidth;
+    writeCaption(report,
+                 "mesure, prediction, infimum and supremum as effective coverage, standardized residual");
+    writeCoverage(report, result.fit.alpha);
+    WriteNamedHeader(report, heads, sampleWidth);
+
     const TableFormats residualFormats =
-        formatsForMagnitude(largestMagnitude(residuals, samples), sampleWidth, tables.labelLength);
-    SetFormatsFromValues(report, result.predictions.data(), samples, sampleWidth, tables.labelLength);
-    const Index stride = tables.data.variables;
-    for (Index i = 0; i < samples; ++i) {
-        const double measure = tables.data.values[i * stride + stride - 1];
-        startRow(report, static_cast<int>(i) + 1, tables.data.label(i));
+        formatsForMagnitude(largestMagnitude(residuals.data(), residuals.size()), sampleWidth, labelWidth);
+    const CellFormat residualCell = {residualFormats.width, residualFormats.decimals[sampleSlot]};
+    SetFormatsFromValues(report, result.predictions.data(), result.predictions.size(), sampleWidth,
+                         labelWidth);
+    for (Index i = 0; i < data.samples; ++i) {
+        const double measure = data.at(i, data.variables - 1);
+        startRow(report, i + 1, data.label(i));
         writeValue(report, measure, sampleSlot);
         writeValue(report, result.predictions[i], sampleSlot);
-        if (fit.alpha != 0.0) {
-            writeValue(report, result.infima[i], sampleSlot);
-            writeValue(report, result.suprema[i], sampleSlot);
-        } else {
-            report.lower.append(",               ,               ");
-        }
+        writeLimits(report, result, i);
         writeValue(report, measure - result.predictions[i], sampleSlot);
-        writeCell(report, residuals[i], {residualFormats.width, residualFormats.decimals[sampleSlot]});
+        writeCell(report, residuals[i], residualCell);
         endRow(report);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeTitle(Report& report, const CurveModel& model) {
-    report.lower.clear();
-    report.status.clear();
+void openRegressionReport(AnalysisRun& run, const CurveModel& model) {
     if (model.name == nullptr) {
-        report.lower.append("\nmultiple regression analysis statistics\n");
-        report.status.append("status : multiple regression analysis statistics");
+        openReport(run, {.title = "multiple regression analysis statistics", .isSpaced = false});
         return;
     }
-    report.lower.append("\nnon-linear multiple regression analysis statistics\n");
-    report.lower.appendFormat("-- %s curve\n\n", model.name);
-    report.status.append("status : non-linear multiple regression analysis statistics");
+    char option[64];
+    std::snprintf(option, sizeof option, "-- %s curve", model.name);
+    openReport(run, {.title = "non-linear multiple regression analysis statistics", .option = option});
 }
 
 } // namespace
 
-void writeRegressionReport(Screens& screens, AnalysisRun& run, const RegressionOptions& options,
+void writeRegressionReport(AnalysisRun& run, const RegressionOptions& options,
                            const RegressionResult& result) {
-    const Settings& settings = run.options.settings;
-    const Tables tables = {run.report, run.data.working, result, settings.variableStringLength,
-                           settings.sampleStringLength};
-    writeTitle(run.report, result.model);
-    SetFormatsFromData(run.report, run.data, tables.nameLength, tables.labelLength);
-    if (result.model.hasDegrees) writeDegrees(tables);
-    if (isStepwise(options)) writeProcess(tables, options);
-    writeCoefficients(tables);
-    writeStandardized(tables);
-    writeDeterminations(tables);
-    writeSamples(tables);
-    screens.showLower(run.report);
-    screens.showStatus(run.report);
+    Report& report = run.report;
+    const DataMatrix& data = run.data.working;
+    openRegressionReport(run, result.model);
+    if (result.model.hasDegrees) writeDegrees(report, data, result);
+    if (isStepwise(options)) writeProcess(report, data, options, result.selection);
+    writeCoefficients(report, data, result.fit);
+    writeStandardized(report, data, result.fit);
+    writeDeterminations(report, result.fit);
+    writeSamples(report, data, result);
+}
+
+void writeCoverage(Report& report, double alpha) {
+    char text[64 + numberSize]; // an alpha can have 300 digits
+    std::snprintf(text, sizeof text, "-- effective coverage due to alpha is %s",
+                  numberText(alpha, 0, 6).text);
+    writeCaption(report, text);
 }

@@ -7,11 +7,11 @@
 struct RegressionResult {
     const CurveModel& model;
     MomentMatrices ownMoments; // of the data's own columns
-    Block<double> transformed; // samples x variables; empty when the model transforms nothing
+    Matrix transformed;        // samples x variables; empty when the model transforms nothing
     MomentMatrices moments;    // of the transformed columns; empty likewise
     Block<double> degrees;     // by working column
     StepwiseSelection selection;
-    RegressionFit fit;
+    RegressionFit fit; // allocated when its variables are known
 
     // Of each sample, on the scale of the purpose variable itself.
     Block<double> predictions;
@@ -23,7 +23,8 @@ struct RegressionResult {
     bool transforms() const { return model.name != nullptr; }
     const MomentMatrices& regressedMoments() const { return transforms() ? moments : ownMoments; }
 
-    ErrorCode allocate(std::int32_t samples, std::int32_t variables);
+    // Zero-filled arrays but the fit's; 0 or outOfMemory.
+    [[nodiscard]] ErrorCode allocate(Index samples, Index variables);
 };
 
 // Whether a method of the options selects variables.

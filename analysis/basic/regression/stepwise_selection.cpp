@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <numeric>
 
 #include "numeric/lu.h"
 
@@ -27,18 +28,17 @@ public:
     bool tryRemoval(Failure failure);
 
     ErrorCode code() const { return code_; }
-    std::int32_t modelSize() const { return selection_.count; }
+    Index modelSize() const { return selection_.count; }
 
 private:
-    double correlation(std::int32_t i, std::int32_t j) const {
-        return data_.moments.correlation[Index{i} * data_.variables + j];
-    }
-    std::int32_t purpose() const { return data_.variables - 1; }
+    const Matrix& correlation() const { return data_.moments.correlation; }
     bool isOver() const { return code_ != success || selection_.stepCount == selection_.steps.size(); }
+    // Degrees of freedom of the residuals of a model with so many variables.
+    double freedomOf(Index variables) const { return static_cast<double>(data_.samples - variables - 1); }
 
-    double aicOf(double determination, std::int32_t variables) const;
-    double score(std::int32_t candidate) const;
-    void move(std::int32_t variable, StepMark mark, double determination, double f, double aic);
+    double aicOf(double determination, Index variables) const;
+    double score(Index candidate) const;
+    void move(Index variable, StepMark mark, double determination, double f, double aic);
     void keep(const SelectionStep& step) { selection_.steps[selection_.stepCount++] = step; }
     void invertModel();
 
@@ -51,24 +51,25 @@ private:
 };
 
 // Akaike (1974), with constant and variance counted as parameters.
-double Selector::aicOf(double determination, std::int32_t variables) const {
+double Selector::aicOf(double determination, Index variables) const {
     const double n = data_.samples;
-    const double variance = data_.moments.covariance[data_.purpose() * data_.variables + data_.purpose()];
+    const double variance = data_.moments.covariance(data_.purpose(), data_.purpose());
     return n * std::log(2.0 * std::numbers::pi * variance * (1.0 - determination)) + n +
-           2.0 * (variables + 2);
+           2.0 * static_cast<double>(variables + 2);
 }
 
 // The determination of the model with one more variable, 0 for one that the model explains already.
-double Selector::score(std::int32_t candidate) const {
+double Selector::score(Index candidate) const {
     const Index k = selection_.count;
+    const Index* const variables = selection_.variables.data();
+    const double* const correlations = correlation().row(candidate);
     double tolerance = 1.0;
-    double residual = correlation(candidate, purpose());
+    double residual = correlations[data_.purpose()];
     for (Index i = 0; i < k; ++i) {
-        const double beside = correlation(candidate, selection_.variables[i]);
+        const double beside = correlations[variables[i]];
+        const double* const inverse = selection_.inverse.row(i);
         double sum = 0.0;
-        for (Index j = 0; j < k; ++j) {
-            sum += selection_.inverse[i * k + j] * correlation(candidate, selection_.variables[j]);
-        }
+        for (Index j = 0; j < k; ++j) sum += inverse[j] * correlations[variables[j]];
         tolerance -= beside * sum;
         residual -= beside * selection_.weights[i];
     }
@@ -78,46 +79,42 @@ double Selector::score(std::int32_t candidate) const {
 
 void Selector::invertModel() {
     const Index k = selection_.count;
-    copyMinor(data_.moments.correlation.data(), data_.variables, selection_.variables.data(),
-              selection_.count, 1.0, selection_.matrix.data());
+    const Index stride = selection_.matrix.columns();
+    copyMinor(correlation(), selection_.variables.data(), k, 1.0, selection_.matrix.data(), stride);
     double determinant = 0.0;
-    code_ = MatrixInverse(selection_.count, selection_.count, selection_.matrix.data(),
-                          selection_.inverse.data(), determinant);
+    code_ = MatrixInverse(k, stride, selection_.matrix.data(), selection_.inverse.data(), determinant);
     for (Index i = 0; i < k; ++i) {
-        selection_.weights[i] = 0.0;
+        const double* const inverse = selection_.inverse.row(i);
+        double weight = 0.0;
         for (Index j = 0; j < k; ++j) {
-            selection_.weights[i] +=
-                selection_.inverse[i * k + j] * correlation(selection_.variables[j], purpose());
+            weight += inverse[j] * correlation()(selection_.variables[j], data_.purpose());
         }
+        selection_.weights[i] = weight;
     }
 }
 
 void Selector::startFull() {
-    for (std::int32_t v = 0; v < purpose(); ++v) {
-        selection_.variables[v] = v;
-        selection_.inModel[v] = 1;
-    }
-    selection_.count = purpose();
-    std::copy_n(data_.moments.correlation.data(), selection_.matrix.size(), selection_.matrix.data());
+    const Index k = selection_.count = data_.purpose();
+    std::iota(selection_.variables.begin(), selection_.variables.begin() + k, Index{0});
+    std::fill_n(selection_.inModel.begin(), k, true);
+    std::copy(correlation().begin(), correlation().end(), selection_.matrix.begin());
     double determinant = 0.0;
-    code_ = MatrixInverse(data_.variables, data_.variables, selection_.matrix.data(),
-                          selection_.inverse.data(), determinant);
+    code_ = MatrixInverse(selection_.matrix, selection_.inverse, determinant);
     if (code_ == success && determinant < 0.0) code_ = singularMatrix;
     if (code_ != success) return;
-    determination_ = 1.0 - 1.0 / selection_.inverse[selection_.inverse.size() - 1];
-    aic_ = aicOf(determination_, selection_.count);
+    determination_ = 1.0 - 1.0 / selection_.inverse(k, k);
+    aic_ = aicOf(determination_, k);
     invertModel();
 }
 
-void Selector::move(std::int32_t variable, StepMark mark, double determination, double f, double aic) {
-    std::int32_t* const first = selection_.variables.begin();
+void Selector::move(Index variable, StepMark mark, double determination, double f, double aic) {
+    Index* const first = selection_.variables.begin();
     if (mark == StepMark::in) {
         first[selection_.count++] = variable;
     } else {
-        selection_.count =
-            static_cast<std::int32_t>(std::remove(first, first + selection_.count, variable) - first);
+        selection_.count = std::remove(first, first + selection_.count, variable) - first;
     }
-    selection_.inModel[variable] = mark == StepMark::in ? 1 : 0;
+    selection_.inModel[variable] = mark == StepMark::in;
     determination_ = determination;
     aic_ = aic;
     keep({variable, mark, determination, f, aic});
@@ -127,9 +124,9 @@ void Selector::move(std::int32_t variable, StepMark mark, double determination, 
 bool Selector::tryEntry(Failure failure) {
     if (isOver()) return false;
     double determination = 0.0;
-    std::int32_t variable = -1;
-    for (std::int32_t v = 0; v < purpose(); ++v) {
-        if (selection_.inModel[v] != 0) continue;
+    Index variable = -1;
+    for (Index v = 0; v < data_.purpose(); ++v) {
+        if (selection_.inModel[v]) continue;
         const double candidate = score(v);
         if (!(candidate > determination)) continue;
         determination = candidate;
@@ -137,7 +134,7 @@ bool Selector::tryEntry(Failure failure) {
     }
     if (variable < 0) return false;
 
-    const double freedom = data_.samples - selection_.count - 2;
+    const double freedom = freedomOf(selection_.count + 1);
     const double f = freedom * (determination - determination_) / (1.0 - determination);
     const double aic = aicOf(determination, selection_.count + 1);
     const bool better = options_.criterion == 1 ? f >= options_.fIn : aic < aic_;
@@ -151,18 +148,17 @@ bool Selector::tryEntry(Failure failure) {
 
 bool Selector::tryRemoval(Failure failure) {
     if (isOver() || selection_.count == 0) return false;
-    const Index k = selection_.count;
     double determination = std::numeric_limits<double>::quiet_NaN();
-    std::int32_t variable = selection_.variables[0];
-    for (Index i = 0; i < k; ++i) {
+    Index variable = selection_.variables[0];
+    for (Index i = 0; i < selection_.count; ++i) {
         const double weight = selection_.weights[i];
-        const double without = determination_ - weight * weight / selection_.inverse[i * k + i];
+        const double without = determination_ - weight * weight / selection_.inverse(i, i);
         if (!(without > determination) && !std::isnan(determination)) continue;
         determination = without;
         variable = selection_.variables[i];
     }
 
-    const double freedom = data_.samples - selection_.count - 1;
+    const double freedom = freedomOf(selection_.count);
     const double f = freedom * (determination_ - determination) / (1.0 - determination_);
     const double aic = aicOf(determination, selection_.count - 1);
     const bool better = options_.criterion == 1 ? f <= options_.fOut : aic < aic_;
@@ -176,10 +172,10 @@ bool Selector::tryRemoval(Failure failure) {
 
 } // namespace
 
-ErrorCode StepwiseSelection::allocate(std::int32_t allVariables) {
+ErrorCode StepwiseSelection::allocate(Index allVariables) {
     const Index p = allVariables;
-    return variables.allocate(p) | steps.allocate(2 * p + 1) | inModel.allocate(p) | matrix.allocate(p * p) |
-           inverse.allocate(p * p) | weights.allocate(p);
+    return variables.allocate(p) | steps.allocate(2 * p + 1) | inModel.allocate(p) | matrix.allocate(p, p) |
+           inverse.allocate(p, p) | weights.allocate(p);
 }
 
 ErrorCode selectVariables(const RegressionData& data, const RegressionOptions& options,

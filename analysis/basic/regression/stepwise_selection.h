@@ -7,7 +7,7 @@ enum class StepMark { none, in, out };
 
 // One test of the selection: determination and AIC of the model after it, and the F that it computed.
 struct SelectionStep {
-    std::int32_t variable;
+    Index variable;
     StepMark mark; // none: the test failed, and the model stays as it is
     double determination;
     double f;
@@ -17,17 +17,19 @@ struct SelectionStep {
 // The model that a stepwise method ends with, its steps and its scratch. A run that fills the list of 2P + 1
 // steps ends there.
 struct StepwiseSelection {
-    Block<std::int32_t> variables; // in model order
-    std::int32_t count = 0;
+    Block<Index> variables; // in model order
+    Index count = 0;
     Block<SelectionStep> steps;
-    std::int32_t stepCount = 0;
+    Index stepCount = 0;
 
-    Block<std::int32_t> inModel; // by column
-    Block<double> matrix;
-    Block<double> inverse; // of the correlations of the model's variables
+    Block<bool> inModel; // by column
+    // P x P, of which a model of count variables has the first count rows and columns.
+    Matrix matrix;         // scratch
+    Matrix inverse;        // of the correlations of the model's variables
     Block<double> weights; // their standardized coefficients
 
-    ErrorCode allocate(std::int32_t allVariables);
+    // Zero-filled arrays for P variables, the purpose variable included; 0 or outOfMemory.
+    [[nodiscard]] ErrorCode allocate(Index allVariables);
 };
 
 // Selects variables by options.method 1..4 with the criterion, fIn and fOut of the options:
@@ -36,5 +38,5 @@ struct StepwiseSelection {
 // enters when F is not below fIn and stays when F is above fOut; by AIC it moves when that makes the AIC
 // smaller. Returns success (the model may be empty), outOfMemory, or singularMatrix when the full model of 2
 // or 4 has a negative determinant.
-ErrorCode selectVariables(const RegressionData& data, const RegressionOptions& options,
-                          StepwiseSelection& selection);
+[[nodiscard]] ErrorCode selectVariables(const RegressionData& data, const RegressionOptions& options,
+                                        StepwiseSelection& selection);
