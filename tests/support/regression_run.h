@@ -16,13 +16,12 @@ struct RegressionRun : AnalysisSession {
     // The number of a variable of the loaded part, from 1.
     std::int32_t variable(const std::string& name) const {
         std::int32_t v = 0;
-        while (v < run.data.loaded.variables && name != run.data.loaded.names[static_cast<std::size_t>(v)])
-            ++v;
+        while (v < run.data.loaded.variables && name != run.data.loaded.name(v)) ++v;
         return v + 1;
     }
     void choosePurpose(const std::string& name) {
         for (std::int32_t& flag : run.data.selectionFlags) flag = 0;
-        run.data.selectionFlags[static_cast<std::size_t>(variable(name))] = 1;
+        run.data.selectionFlags[variable(name)] = 1;
     }
     RegressionOptions& options(std::int32_t kind) {
         return kind == 1 ? run.options.settings.regression : run.options.settings.curve;
@@ -30,14 +29,10 @@ struct RegressionRun : AnalysisSession {
     ErrorCode runKind(std::int32_t kind) { return analyse(firstAnalysisCommand + kind); }
 
     const FittedModel& model() const { return run.data.model; }
-    std::size_t variables() const { return static_cast<std::size_t>(run.data.working.variables); }
-    double value(std::size_t sample, std::size_t column) const {
-        return run.data.working.values[sample * variables() + column];
-    }
+    Index variables() const { return run.data.working.variables; }
+    double value(Index sample, Index column) const { return run.data.working.at(sample, column); }
     // Measure, prediction, infimum, supremum, residual and standardized residual, as printed.
-    std::vector<double> sample(std::size_t number) const {
-        return row("\tmesure", run.data.working.labels[number]);
-    }
+    std::vector<double> sample(Index number) const { return row("\tmesure", run.data.working.label(number)); }
 };
 
 inline void expectRelative(double actual, double expected, double relative) {

@@ -40,12 +40,13 @@ TEST(CurveRegression, IsTheRegressionOnTransformedColumns) {
         RegressionRun actual(curve.file, curve.purpose);
         const DataMatrix& data = actual.run.data.loaded;
         std::vector<std::vector<double>> columns(static_cast<std::size_t>(data.variables));
-        for (std::size_t at = 0; at < data.count(); ++at) {
-            const std::size_t v = at % columns.size();
-            const std::string name = data.names[v];
-            const double value = (name == curve.purpose ? curve.y : curve.x)(data.values[at]);
-            columns[v].push_back(name == curve.squared ? value * value : value);
-            if (name == curve.squared) actual.run.options.slotColumns[9] = static_cast<std::int32_t>(v) + 1;
+        for (std::int32_t v = 0; v < data.variables; ++v) {
+            const std::string name = data.name(v);
+            if (name == curve.squared) actual.run.options.slotColumns[9] = v + 1;
+            for (Index i = 0; i < data.samples; ++i) {
+                const double value = (name == curve.purpose ? curve.y : curve.x)(data.at(i, v));
+                columns[static_cast<std::size_t>(v)].push_back(name == curve.squared ? value * value : value);
+            }
         }
         actual.options(curve.kind) = curve.options;
         actual.run.options.slotDegrees[9] = 2.0;
@@ -59,7 +60,7 @@ TEST(CurveRegression, IsTheRegressionOnTransformedColumns) {
         ASSERT_EQ(model.count, expected.count);
         expectRelative(model.constant, expected.constant, 1e-8);
         expectRelative(model.residualVariance, expected.residualVariance, 1e-8);
-        for (std::size_t j = 0; j < static_cast<std::size_t>(model.count); ++j) {
+        for (Index j = 0; j < model.count; ++j) {
             EXPECT_EQ(model.variables[j], expected.variables[j]);
             expectRelative(model.coefficients[j], expected.coefficients[j], 1e-8);
         }

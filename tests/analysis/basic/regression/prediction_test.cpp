@@ -11,10 +11,10 @@ struct Fitted : RegressionRun {
         options(kind) = choice;
         EXPECT_EQ(runKind(kind), success);
     }
-    PredictionEntry entryOfSample(std::size_t number) const {
+    PredictionEntry entryOfSample(Index number) const {
         PredictionEntry entry;
         EXPECT_EQ(startPrediction(run, entry), success);
-        for (std::size_t v = 0; v < entry.values.size(); ++v) entry.values[v] = value(number, v);
+        for (Index v = 0; v < entry.values.size(); ++v) entry.values[v] = value(number, v);
         return entry;
     }
     Prediction predict(const PredictionEntry& entry, ErrorCode code = success) {
@@ -39,7 +39,7 @@ TEST(Prediction, OfATrainingRowIsTheSampleTable) {
         SCOPED_TRACE(kind);
         const bool categories = kind == 11;
         Fitted run(kind, file, purpose, backward);
-        for (const std::size_t number : {0, 9}) {
+        for (const Index number : {0, 9}) {
             const std::vector<double> row = run.sample(number);
             const Prediction prediction = run.predict(run.entryOfSample(number));
             EXPECT_NE(prediction.hasLimits, categories);
@@ -77,7 +77,7 @@ TEST(Prediction, MakesTheIntervalThatTheRunHadNot) {
 TEST(Prediction, RefusesValuesThatTheModelCannotTake) {
     Fitted involution(42, "stackloss.csv", "stack.loss", backward);
     Fitted quantification(11, "survey-y.csv", "y", backward);
-    const std::tuple<Fitted&, std::size_t, std::vector<double>, ErrorCode> cases[] = {
+    const std::tuple<Fitted&, Index, std::vector<double>, ErrorCode> cases[] = {
         {involution, 0, {0.0, -1.0, NAN}, notFinite},
         {involution, 2, {-1.0}, success}, // not in the model
         {quantification, 1, {3.0}, success},

@@ -47,18 +47,17 @@ template <class Use> void forEachLine(const char* name, int count, Use use) {
 TEST(Regression, AgreesWithLeastSquares) {
     forEachLine("least_squares.txt", 7, [](Engine& engine) {
         RegressionFit fit;
-        const std::int32_t k = fit.count = engine.run.data.working.variables - 1;
-        ASSERT_EQ(fit.allocate(engine.run.data.working.samples, k + 1), success);
-        std::iota(fit.variables.begin(), fit.variables.begin() + k, 0);
+        const std::int32_t k = engine.run.data.working.variables - 1;
+        ASSERT_EQ(fit.allocate(engine.run.data.working.samples, k), success);
+        std::iota(fit.variables.begin(), fit.variables.begin() + k, Index{0});
         ASSERT_EQ(fitRegression(engine.frontend, engine.data(), 0.05, DeterminantTest::refuseNegative, fit),
                   success);
         Numbers actual = {fit.constant};
-        actual.insert(actual.end(), fit.coefficients.begin(), fit.coefficients.begin() + k);
-        actual.insert(actual.end(), fit.errors.begin(), fit.errors.begin() + k);
+        actual.insert(actual.end(), fit.coefficients.begin(), fit.coefficients.end());
+        actual.insert(actual.end(), fit.errors.begin(), fit.errors.end());
         const double prediction = fit.predictions[0], halfWidth = fit.halfWidths[0];
-        actual.insert(actual.end(),
-                      {fit.determinations[0], fit.determinations[1], fit.fValues[static_cast<std::size_t>(k)],
-                       prediction, prediction - halfWidth, prediction + halfWidth});
+        actual.insert(actual.end(), {fit.determinations[0], fit.determinations[1], fit.fValues[k], prediction,
+                                     prediction - halfWidth, prediction + halfWidth});
         ASSERT_EQ(actual.size() + 1, engine.expected.size());
         for (std::size_t i = 0; i < actual.size(); ++i) expectRelative(actual[i], engine.expected[i], 1e-9);
         // A residual has lost the digits that measure and prediction share.
@@ -67,11 +66,11 @@ TEST(Regression, AgreesWithLeastSquares) {
         const double n = engine.run.data.working.samples, rest = 1 - fit.determinations[0];
         expectRelative(fit.determinations[2], 1 - rest * (n - 1) * (n + k + 1) / ((n + 1) * (n - k - 1)),
                        1e-12);
-        for (std::size_t j = 0; j < static_cast<std::size_t>(k); ++j) {
+        for (Index j = 0; j < k; ++j) {
             const double t = fit.coefficients[j] / fit.errors[j];
             expectRelative(fit.fValues[j], t * t, 1e-10);
             expectRelative(fit.partial[j], t / std::sqrt(t * t + n - k - 1), 1e-10);
-            expectRelative(fit.standardized[j] * engine.moments.sds[static_cast<std::size_t>(k)],
+            expectRelative(fit.standardized[j] * engine.moments.sds[k],
                            fit.coefficients[j] * engine.moments.sds[j], 1e-10);
         }
     });
@@ -88,7 +87,7 @@ TEST(StepwiseSelection, TakesTheStepsOfAnIndependentOne) {
                                   found),
                   success);
         Numbers actual(expected.begin(), expected.begin() + 4);
-        actual.push_back(found.count);
+        actual.push_back(static_cast<double>(found.count));
         actual.insert(actual.end(), found.variables.begin(), found.variables.begin() + found.count);
         for (const SelectionStep* step = found.steps.begin(); step < found.steps.begin() + found.stepCount;
              ++step) {
@@ -153,7 +152,7 @@ TEST(MultipleRegression, ClampsAdjustedValuesAndBlanksIntervals) {
 TEST(MultipleRegression, HasOnePurposeShowsProgressAndBuildsItsGraph) {
     for (const int method : {0, 1, 2}) {
         RegressionRun run("stackloss.csv", "stack.loss");
-        for (const std::size_t v : {2, 3}) run.run.data.selectionFlags[v] = 1;
+        for (const Index v : {2, 3}) run.run.data.selectionFlags[v] = 1;
         run.options(1).method = method;
         run.failAllocations(firstAnalysisCommand + 1, {outOfMemory, graphNotBuilt});
         run.frontend.percentages.clear();
