@@ -24,28 +24,27 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t) {
 // The samples from the latest time to the earliest, so that the sample at i and all before it, and those of
 // the same time after it, are at risk at its time.
 struct RiskOrder {
-    Block<std::int32_t> order;  // samples
-    Block<double> covariates;   // samples x covariates, standardized
+    Block<Index> order;         // samples
+    Matrix covariates;          // samples x covariates, standardized
     Block<double> times;        // samples
     Block<std::int32_t> states; // samples
 
-    ErrorCode allocate(const EventData& events) {
-        return order.allocate(events.samples) | covariates.allocate(events.samples * events.covariates) |
+    [[nodiscard]] ErrorCode allocate(const EventData& events) {
+        return order.allocate(events.samples) | covariates.allocate(events.samples, events.covariates) |
                times.allocate(events.samples) | states.allocate(events.samples);
     }
 };
 
 void sortByTime(const EventData& events, RiskOrder& risk) {
-    for (Index i = 0; i < events.samples; ++i) risk.order[i] = static_cast<std::int32_t>(i);
+    for (Index i = 0; i < events.samples; ++i) risk.order[i] = i;
     const double* times = events.times.data();
-    std::sort(risk.order.begin(), risk.order.end(), [times](std::int32_t a, std::int32_t b) {
+    std::sort(risk.order.begin(), risk.order.end(), [times](Index a, Index b) {
         if (times[a] != times[b]) return times[a] > times[b];
         return a < b;
     });
     for (Index i = 0; i < events.samples; ++i) {
         const Index s = risk.order[i];
-        std::copy_n(events.design.data() + s * events.width, events.covariates,
-                    risk.covariates.data() + i * events.covariates);
+        std::copy_n(events.design.row(s), events.covariates, risk.covariates.row(i));
         risk.times[i] = events.times[s];
         risk.states[i] = events.states[s];
     }
@@ -57,16 +56,18 @@ void sortByTime(const EventData& events, RiskOrder& risk) {
 struct RiskSums {
     double shift = 0.0;
     double total = 0.0;
-    Block<double> means;    // covariates
-    Block<double> products; // covariates x covariates
+    Block<double> means; // covariates
+    Matrix products;     // covariates x covariates
 
-    ErrorCode allocate(Index count) { return means.allocate(count) | products.allocate(count * count); }
+    [[nodiscard]] ErrorCode allocate(Index count) {
+        return means.allocate(count) | products.allocate(count, count);
+    }
 
     void clear() {
         shift = -std::numeric_limits<double>::infinity();
         total = 0.0;
         std::fill(means.begin(), means.end(), 0.0);
-        std::fill(products.begin(), products.end(), 0.0);
+        products.fill(0.0);
     }
 
     void add(double predictor, const double* row) {
@@ -78,11 +79,12 @@ struct RiskSums {
         const double share = weight / total;
         for (Index i = 0; i < count; ++i) {
             const double weighted = share * before * (row[i] - means[i]);
-            double* line = products.data() + i * count;
+            double* line = products.row(i);
             for (Index j = 0; j <= i; ++j) line[j] += weighted * (row[j] - means[j]);
         }
-        for (Index i = 0; i < count; ++i)
+        for (Index i = 0; i < count; ++i) {
             means[i] = before > 0.0 ? means[i] + share * (row[i] - means[i]) : row[i];
+        }
     }
 
 private:
@@ -97,8 +99,8 @@ private:
 // One distinct time with events.
 struct EventTime {
     double time;
-    double atRisk;
-    double events;
+    Index atRisk;
+    Index events;
     double cumulativeHazard;
 };
 
@@ -110,22 +112,23 @@ double predictorOf(const double* parameters, const double* row, Index count) {
 
 class PartialLikelihood : public LikelihoodModel {
 public:
-    PartialLikelihood(const RiskOrder& risk, Index covariates) : risk_(risk), count_(covariates) {}
+    explicit PartialLikelihood(const RiskOrder& risk) : risk_(risk) {}
 
-    ErrorCode allocate() { return sums_.allocate(count_); }
+    [[nodiscard]] ErrorCode allocate(Index covariates) { return sums_.allocate(covariates); }
 
     void evaluate(const double* parameters, LikelihoodPoint& point) override {
+        const Index count = risk_.covariates.columns();
         point.clear();
         visitTimes(parameters, [&](Index first, Index end) {
-            double events = 0.0;
+            Index events = 0;
             for (Index i = first; i < end; ++i) {
                 if (risk_.states[i] == 0) continue;
-                const double* row = risk_.covariates.data() + i * count_;
-                events += 1.0;
-                point.value += predictorOf(parameters, row, count_);
-                for (Index j = 0; j < count_; ++j) point.gradient[j] += row[j];
+                const double* row = risk_.covariates.row(i);
+                ++events;
+                point.value += predictorOf(parameters, row, count);
+                for (Index j = 0; j < count; ++j) point.gradient[j] += row[j];
             }
-            if (events > 0.0) addRisk(events, point);
+            if (events > 0) addRisk(static_cast<double>(events), point);
         });
     }
 
@@ -134,11 +137,11 @@ public:
     Index findEventTimes(const double* parameters, EventTime* found) {
         Index count = 0;
         visitTimes(parameters, [&](Index first, Index end) {
-            double events = 0.0;
+            Index events = 0;
             for (Index i = first; i < end; ++i) events += risk_.states[i];
-            if (events == 0.0) return;
-            const double hazard = events * std::exp(-sums_.shift) / sums_.total;
-            found[count++] = {risk_.times[first], static_cast<double>(end), events, hazard};
+            if (events == 0) return;
+            const double hazard = static_cast<double>(events) * std::exp(-sums_.shift) / sums_.total;
+            found[count++] = {risk_.times[first], end, events, hazard};
         });
         return count;
     }
@@ -147,12 +150,13 @@ private:
     // Calls `visit` with the samples of each distinct time once all who are at risk then are in the sums.
     template <class Visit> void visitTimes(const double* parameters, Visit visit) {
         sums_.clear();
-        const Index samples = risk_.times.size();
+        const Index samples = risk_.covariates.rows();
+        const Index count = risk_.covariates.columns();
         for (Index first = 0; first < samples;) {
             Index end = first;
             for (; end < samples && risk_.times[end] == risk_.times[first]; ++end) {
-                const double* row = risk_.covariates.data() + end * count_;
-                sums_.add(predictorOf(parameters, row, count_), row);
+                const double* row = risk_.covariates.row(end);
+                sums_.add(predictorOf(parameters, row, count), row);
             }
             visit(first, end);
             first = end;
@@ -162,36 +166,44 @@ private:
     // What so many events at a time take from the likelihood, its gradient and information.
     void addRisk(double events, LikelihoodPoint& point) const {
         point.value -= events * (sums_.shift + std::log(sums_.total));
-        for (Index i = 0; i < count_; ++i) {
+        for (Index i = 0; i < sums_.means.size(); ++i) {
             point.gradient[i] -= events * sums_.means[i];
-            for (Index j = 0; j <= i; ++j) {
-                point.information[i * count_ + j] += events * sums_.products[i * count_ + j] / sums_.total;
-            }
+            const double* products = sums_.products.row(i);
+            double* information = point.information.row(i);
+            for (Index j = 0; j <= i; ++j) information[j] += events * products[j] / sums_.total;
         }
     }
 
     const RiskOrder& risk_;
-    Index count_;
     RiskSums sums_;
 };
 
 struct HazardWork {
     RiskOrder risk;
+    PartialLikelihood likelihood{risk};
     NewtonRaphsonFit fit;
     EventCoefficients coefficients;
     Block<EventTime> eventTimes; // as many as events, from the earliest on
     Index timeCount = 0;         // distinct ones
     Block<double> hazards;       // samples: the cumulative baseline hazard at their time
 
-    ErrorCode allocate(const EventData& events) {
-        return risk.allocate(events) | fit.allocate(events.covariates) |
-               coefficients.allocate(events.covariates) | eventTimes.allocate(events.events) |
-               hazards.allocate(events.samples);
+    [[nodiscard]] ErrorCode allocate(const EventData& events) {
+        return risk.allocate(events) | likelihood.allocate(events.covariates) |
+               fit.allocate(events.covariates) | coefficients.allocate(events.covariates) |
+               eventTimes.allocate(events.events) | hazards.allocate(events.samples);
     }
 };
 
-void findBaseline(PartialLikelihood& likelihood, HazardWork& work) {
-    work.timeCount = likelihood.findEventTimes(work.fit.parameters.data(), work.eventTimes.data());
+void takeCoefficients(const EventData& events, HazardWork& work) {
+    for (Index j = 0; j < events.covariates; ++j) {
+        const double variance = work.fit.covariance(j, j);
+        work.coefficients.values[j] = work.fit.parameters[j] / events.deviations[j];
+        work.coefficients.errors[j] = std::sqrt(variance) / events.deviations[j];
+    }
+}
+
+void findBaseline(HazardWork& work) {
+    work.timeCount = work.likelihood.findEventTimes(work.fit.parameters.data(), work.eventTimes.data());
     EventTime* times = work.eventTimes.data();
     std::reverse(times, times + work.timeCount);
     for (Index e = 1; e < work.timeCount; ++e) times[e].cumulativeHazard += times[e - 1].cumulativeHazard;
@@ -202,71 +214,72 @@ void findBaseline(PartialLikelihood& likelihood, HazardWork& work) {
     }
 }
 
-void takeCoefficients(const EventData& events, HazardWork& work) {
-    for (Index j = 0; j < events.covariates; ++j) {
-        const double variance = work.fit.covariance[j * events.covariates + j];
-        work.coefficients.values[j] = work.fit.parameters[j] / events.deviations[j];
-        work.coefficients.errors[j] = std::sqrt(variance) / events.deviations[j];
-    }
+ErrorCode compute(Screens& screens, const EventData& events, Index limit, HazardWork& work) {
+    sortByTime(events, work.risk);
+    ErrorCode code = screens.setProgress(10);
+    if (code == success) code = newtonRaphson(work.likelihood, events.covariates, limit, work.fit);
+    if (code != success) return code;
+    takeCoefficients(events, work);
+    findBaseline(work);
+    return screens.setProgress(100);
 }
 
 void writeFit(Report& report, const NewtonRaphsonFit& fit) {
-    report.lower.append("\tlog partial likelihood, AIC\n");
+    writeCaption(report, "log partial likelihood, AIC");
     writeLikelihoodHeader(report);
     writeLikelihoodRow(report, 1, "null model", fit.startLikelihood, 0);
     writeLikelihoodRow(report, 2, "fitted model", fit.likelihood, fit.parameters.size());
-    report.lower.append("\n");
+    endTable(report);
     writeLikelihoodRatio(report, fit.startLikelihood, fit.likelihood, fit.parameters.size());
 }
 
 void writeBaseline(Report& report, const HazardWork& work) {
     constexpr const char* names[] = {"time", "at.risk", "events", "cum.hazard", "survival"};
-    report.lower.append("\tbaseline survival\n");
-    writeEventHeader(report, names);
-    char label[32];
+    writeCaption(report, "baseline survival");
+    WriteNamedHeader(report, names, wideCell.width);
     for (Index e = 0; e < work.timeCount; ++e) {
         const EventTime& at = work.eventTimes[e];
-        const int number = static_cast<int>(e) + 1;
-        std::snprintf(label, sizeof label, "event %d", number);
-        startRow(report, number, label);
-        writeEventValue(report, at.time);
-        writeEventCount(report, at.atRisk);
-        writeEventCount(report, at.events);
-        writeEventValue(report, at.cumulativeHazard);
-        writeEventValue(report, std::exp(-at.cumulativeHazard));
+        startRow(report, e + 1, numberedName("event", e).text);
+        writeCell(report, at.time, wideCell);
+        writeInteger(report, at.atRisk, wideCount.width);
+        writeInteger(report, at.events, wideCount.width);
+        writeCell(report, at.cumulativeHazard, wideCell);
+        writeCell(report, std::exp(-at.cumulativeHazard), wideCell);
         endRow(report);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
 void writeSamples(Report& report, const DataMatrix& data, const EventData& events, const HazardWork& work) {
     constexpr const char* names[] = {"time", "state", "risk.score", "m.residual"};
-    report.lower.append("\ttime, state, risk score, martingale residual\n");
-    writeEventHeader(report, names);
+    writeCaption(report, "time, state, risk score, martingale residual");
+    WriteNamedHeader(report, names, wideCell.width);
     for (Index s = 0; s < events.samples; ++s) {
-        const double* row = events.design.data() + s * events.width;
-        const double score = std::exp(predictorOf(work.fit.parameters.data(), row, events.covariates));
-        startRow(report, static_cast<int>(s) + 1, data.label(s));
-        writeEventValue(report, events.times[s]);
-        writeEventCount(report, events.states[s]);
-        writeEventValue(report, score);
-        writeEventValue(report, events.states[s] - work.hazards[s] * score);
+        const double predictor =
+            predictorOf(work.fit.parameters.data(), events.design.row(s), events.covariates);
+        const double score = std::exp(predictor);
+        startRow(report, s + 1, data.label(s));
+        writeCell(report, events.times[s], wideCell);
+        writeInteger(report, events.states[s], wideCount.width);
+        writeCell(report, score, wideCell);
+        writeCell(report, events.states[s] - work.hazards[s] * score, wideCell);
         endRow(report);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeReport(Screens& screens, AnalysisRun& run, const EventColumns& columns, const EventData& events,
-                 const HazardWork& work) {
+void writeReport(AnalysisRun& run, const EventData& events, const HazardWork& work) {
+    const DataMatrix& data = run.data.working;
     Report& report = run.report;
-    writeEventStart(run, "propotional hazard model statistics", columns);
-    report.lower.appendFormat(", %d iterations\n\n", work.fit.iterations);
-    report.lower.append("\tcoefficient, standard error, wald chi square, chi prob, hazard ratio\n");
-    writeCoefficients(report, run.data, events, work.coefficients, "hazard.ratio");
+    char iterations[24];
+    std::snprintf(iterations, sizeof iterations, "%td", work.fit.iterations);
+    const EventOption option = eventOption(data, events.columns, iterations);
+    openReport(run, {.title = "propotional hazard model statistics", .option = option.text});
+    writeCaption(report, "coefficient, standard error, wald chi square, chi prob, hazard ratio");
+    writeCoefficients(report, data, events, work.coefficients, "hazard.ratio");
     writeFit(report, work.fit);
     writeBaseline(report, work);
-    writeSamples(report, run.data.working, events, work);
-    closeReport(screens, report);
+    writeSamples(report, data, events, work);
 }
 
 // The event times in three series, with one empty vector.
@@ -276,46 +289,40 @@ ErrorCode buildSurvivalGraph(Screens& screens, AnalysisRun& run, const HazardWor
     GraphSpec spec;
     const ErrorCode code = spec.allocate(std::size(names), work.timeCount, 1);
     if (code != success) return code;
-    for (Index k = 0; k < std::ssize(names); ++k) {
-        spec.seriesNames.set(k, names[k]);
-    }
+    for (Index k = 0; k < std::ssize(names); ++k) spec.seriesNames.set(k, names[k]);
+    double* value = spec.values.data();
     for (Index e = 0; e < work.timeCount; ++e) {
         const EventTime& at = work.eventTimes[e];
         spec.itemLabels.set(e, numberedName("event", e).text);
         spec.numberLabels.setFormat(e, "%td", e + 1);
-        double* values = spec.values.data() + e * std::ssize(names);
-        values[0] = at.time;
-        values[1] = std::exp(-at.cumulativeHazard);
-        values[2] = at.cumulativeHazard;
+        *value++ = at.time;
+        *value++ = std::exp(-at.cumulativeHazard);
+        *value++ = at.cumulativeHazard;
     }
     if (run.everyGraphTakesPreferences) takeGraphPreferences(run.options.settings, spec);
     return buildGraph(screens, spec, run.graph);
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
+ErrorCode runHazardModel(Screens& screens, AnalysisRun& run) {
     const SurvivalOptions& options = run.options.settings.hazard;
     const EventColumns columns = {options.stateColumn, options.timeColumn, options.division};
     EventData events;
     ErrorCode code = takeEventData(run.data.working, columns, 0, events);
     if (code != success) return code;
     HazardWork work;
-    PartialLikelihood likelihood(work.risk, events.covariates);
-    code = work.allocate(events) | likelihood.allocate();
+    code = work.allocate(events);
     if (code != success) return code;
 
-    startProgress(screens, run.report);
-    sortByTime(events, work.risk);
-    screens.setProgress(10);
-    code = newtonRaphson(likelihood, events.covariates, options.iterations, work.fit);
-    screens.setProgress(100);
+    code = startProgress(screens, run.report);
+    if (code == success) code = compute(screens, events, options.iterations, work);
     screens.hideProgress();
     if (code != success) return code;
-    takeCoefficients(events, work);
-    findBaseline(likelihood, work);
-    writeReport(screens, run, columns, events, work);
+
+    writeReport(run, events, work);
+    closeReport(screens, run.report);
     return buildSurvivalGraph(screens, run, work);
 }
 
 } // namespace
 
-const Analysis hazardModel = {.fields = fields, .driver = run, .refuse = refuse};
+const Analysis hazardModel = {.fields = fields, .driver = runHazardModel, .refuse = refuse};

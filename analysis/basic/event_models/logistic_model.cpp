@@ -1,6 +1,7 @@
 #include "analysis/basic/event_models/logistic_model.h"
 
 #include <cmath>
+#include <cstdio>
 
 #include "analysis/basic/event_models/event_data.h"
 #include "analysis/basic/event_models/event_model_report.h"
@@ -39,9 +40,10 @@ public:
     explicit LogisticLikelihood(const EventData& events) : events_(events) {}
 
     double predictor(const double* parameters, Index sample) const {
-        const double* row = events_.design.data() + sample * events_.width;
+        const double* row = events_.design.row(sample);
+        const Index count = events_.design.columns();
         double sum = 0.0;
-        for (Index j = 0; j < events_.width; ++j) sum += parameters[j] * row[j];
+        for (Index j = 0; j < count; ++j) sum += parameters[j] * row[j];
         return sum;
     }
 
@@ -54,8 +56,7 @@ public:
             const double toward = event ? sum : -sum; // the logarithm of its odds is -ln(1 + exp(-toward))
             point.value -=
                 toward > 0.0 ? std::log1p(std::exp(-toward)) : std::log1p(std::exp(toward)) - toward;
-            point.add(events_.design.data() + s * events_.width, event ? odds.without : -odds.with,
-                      odds.with * odds.without);
+            point.add(events_.design.row(s), event ? odds.without : -odds.with, odds.with * odds.without);
         }
     }
 
@@ -64,18 +65,22 @@ private:
 };
 
 struct LogisticWork {
+    LogisticLikelihood likelihood;
     NewtonRaphsonFit fit;
     EventCoefficients coefficients;
-    Block<double> weights;        // of the parameters in the constant
-    double classified[2][2] = {}; // by state and estimated state
+    Block<double> weights;       // of the parameters in the constant
+    Index classified[2][2] = {}; // samples by state and estimated state
 
-    ErrorCode allocate(Index count) {
-        return fit.allocate(count) | coefficients.allocate(count) | weights.allocate(count);
+    explicit LogisticWork(const EventData& events) : likelihood(events) {}
+
+    [[nodiscard]] ErrorCode allocate(Index parameters) {
+        return fit.allocate(parameters) | coefficients.allocate(parameters) | weights.allocate(parameters);
     }
 };
 
+// Completes the design by the constant, and starts the model without covariates.
 void start(EventData& events, NewtonRaphsonFit& fit) {
-    for (Index s = 0; s < events.samples; ++s) events.design[s * events.width + events.covariates] = 1.0;
+    for (Index s = 0; s < events.samples; ++s) events.design(s, events.covariates) = 1.0;
     const double share = static_cast<double>(events.events) / static_cast<double>(events.samples);
     fit.parameters[events.covariates] = std::log(share / (1.0 - share));
 }
@@ -89,7 +94,7 @@ void takeCoefficients(const EventData& events, LogisticWork& work) {
     for (Index j = 0; j < covariates; ++j) {
         const double deviation = events.deviations[j];
         work.coefficients.values[j] = fit.parameters[j] / deviation;
-        work.coefficients.errors[j] = std::sqrt(fit.covariance[j * events.width + j]) / deviation;
+        work.coefficients.errors[j] = std::sqrt(fit.covariance(j, j)) / deviation;
         work.weights[j] = -events.means[j] / deviation;
         constant += work.weights[j] * fit.parameters[j];
     }
@@ -97,95 +102,103 @@ void takeCoefficients(const EventData& events, LogisticWork& work) {
     work.coefficients.errors[covariates] = fit.standardError(work.weights.data());
 }
 
-void classify(const EventData& events, const LogisticLikelihood& model, LogisticWork& work) {
+void classify(const EventData& events, LogisticWork& work) {
     for (Index s = 0; s < events.samples; ++s) {
-        const Odds odds = oddsOf(model.predictor(work.fit.parameters.data(), s));
+        const Odds odds = oddsOf(work.likelihood.predictor(work.fit.parameters.data(), s));
         ++work.classified[events.states[s]][odds.with > 0.5 ? 1 : 0];
     }
 }
 
-void writeDevianceRow(Report& report, int number, const char* label, double likelihood, Index parameters) {
-    startRow(report, number, label);
-    writeEventValue(report, likelihood);
-    writeEventValue(report, -2.0 * likelihood);
-    writeEventValue(report, -2.0 * likelihood + 2.0 * static_cast<double>(parameters));
-    endRow(report);
+ErrorCode compute(Screens& screens, EventData& events, Index limit, LogisticWork& work) {
+    start(events, work.fit);
+    ErrorCode code = screens.setProgress(10);
+    if (code == success) code = newtonRaphson(work.likelihood, events.covariates, limit, work.fit);
+    if (code != success) return code;
+    takeCoefficients(events, work);
+    classify(events, work);
+    return screens.setProgress(100);
+}
+
+void writeDevianceRow(Report& report, Index number, const char* label, double likelihood, Index parameters) {
+    const double deviance = -2.0 * likelihood;
+    const double values[] = {likelihood, deviance, deviance + 2.0 * static_cast<double>(parameters)};
+    writeCells(report, number, label, values, wideCell);
 }
 
 void writeFit(Report& report, const EventData& events, const NewtonRaphsonFit& fit) {
     constexpr const char* names[] = {"log.likelihood", "deviance", "AIC"};
-    report.lower.append("\tlog likelihood, deviance, AIC\n");
-    writeEventHeader(report, names);
+    writeCaption(report, "log likelihood, deviance, AIC");
+    WriteNamedHeader(report, names, wideCell.width);
     writeDevianceRow(report, 1, "null model", fit.startLikelihood, 1);
     writeDevianceRow(report, 2, "fitted model", fit.likelihood, events.covariates + 1);
-    report.lower.append("\n");
+    endTable(report);
     writeLikelihoodRatio(report, fit.startLikelihood, fit.likelihood, events.covariates);
 }
 
 void writeClassification(Report& report, const LogisticWork& work) {
     constexpr const char* names[] = {"estimated 0", "estimated 1"};
-    report.lower.append("\tclassification of samples\n");
-    WriteNamedHeader(report, names, 2, report.formats.nameLength);
-    WriteValueRow(report, work.classified[0], 2, 0, "state 0", 1);
-    WriteValueRow(report, work.classified[1], 2, 0, "state 1", 2);
-    report.lower.append("\n");
+    constexpr const char* labels[] = {"state 0", "state 1"};
+    writeCaption(report, "classification of samples");
+    WriteNamedHeader(report, names, report.formats.nameLength);
+    for (Index state = 0; state < 2; ++state) {
+        startRow(report, state + 1, labels[state]);
+        for (const Index count : work.classified[state]) writeInteger(report, count, report.formats.width);
+        endRow(report);
+    }
+    endTable(report);
 }
 
 // Pearson's residual (y - p) / sqrt(p (1 - p)) is the root of the odds against what happened.
-void writeSamples(Report& report, const DataMatrix& data, const EventData& events,
-                  const LogisticLikelihood& model, const NewtonRaphsonFit& fit) {
+void writeSamples(Report& report, const DataMatrix& data, const EventData& events, const LogisticWork& work) {
     constexpr const char* names[] = {"state", "probability", "s.residual"};
-    report.lower.append("\tstate, probability, standardized residual\n");
-    writeEventHeader(report, names);
+    writeCaption(report, "state, probability, standardized residual");
+    WriteNamedHeader(report, names, wideCell.width);
     for (Index s = 0; s < events.samples; ++s) {
-        const double predictor = model.predictor(fit.parameters.data(), s);
+        const double predictor = work.likelihood.predictor(work.fit.parameters.data(), s);
         const bool event = events.states[s] != 0;
-        startRow(report, static_cast<int>(s) + 1, data.label(s));
-        writeEventCount(report, events.states[s]);
-        writeEventValue(report, oddsOf(predictor).with);
-        writeEventValue(report, event ? std::exp(-predictor / 2.0) : -std::exp(predictor / 2.0));
+        startRow(report, s + 1, data.label(s));
+        writeInteger(report, events.states[s], wideCount.width);
+        writeCell(report, oddsOf(predictor).with, wideCell);
+        writeCell(report, event ? std::exp(-predictor / 2.0) : -std::exp(predictor / 2.0), wideCell);
         endRow(report);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeReport(Screens& screens, AnalysisRun& run, const EventColumns& columns, const EventData& events,
-                 const LogisticLikelihood& model, const LogisticWork& work) {
+void writeReport(AnalysisRun& run, const EventData& events, const LogisticWork& work) {
+    const DataMatrix& data = run.data.working;
     Report& report = run.report;
-    writeEventStart(run, "multiple logistic model statistics", columns);
-    report.lower.appendFormat(", %d iterations\n\n", work.fit.iterations);
-    report.lower.append("\tcoefficient, standard error, wald chi square, chi prob, odds ratio\n");
-    writeCoefficients(report, run.data, events, work.coefficients, "odds.ratio");
+    char iterations[24];
+    std::snprintf(iterations, sizeof iterations, "%td", work.fit.iterations);
+    const EventOption option = eventOption(data, events.columns, iterations);
+    openReport(run, {.title = "multiple logistic model statistics", .option = option.text});
+    writeCaption(report, "coefficient, standard error, wald chi square, chi prob, odds ratio");
+    writeCoefficients(report, data, events, work.coefficients, "odds.ratio");
     writeFit(report, events, work.fit);
     writeClassification(report, work);
-    writeSamples(report, run.data.working, events, model, work.fit);
-    closeReport(screens, report);
+    writeSamples(report, data, events, work);
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
+ErrorCode runLogisticModel(Screens& screens, AnalysisRun& run) {
     const Settings& settings = run.options.settings;
     const EventColumns columns = {settings.logisticState, 0, settings.logisticDivision};
     EventData events;
     ErrorCode code = takeEventData(run.data.working, columns, 1, events);
     if (code != success) return code;
-    LogisticWork work;
-    code = work.allocate(events.width);
+    LogisticWork work(events);
+    code = work.allocate(events.design.columns());
     if (code != success) return code;
 
-    startProgress(screens, run.report);
-    LogisticLikelihood model(events);
-    start(events, work.fit);
-    screens.setProgress(10);
-    code = newtonRaphson(model, events.covariates, settings.logisticIterations, work.fit);
-    screens.setProgress(100);
+    code = startProgress(screens, run.report);
+    if (code == success) code = compute(screens, events, settings.logisticIterations, work);
     screens.hideProgress();
     if (code != success) return code;
-    takeCoefficients(events, work);
-    classify(events, model, work);
-    writeReport(screens, run, columns, events, model, work);
+
+    writeReport(run, events, work);
+    closeReport(screens, run.report);
     return success;
 }
 
 } // namespace
 
-const Analysis logisticModel = {.fields = fields, .driver = run, .refuse = refuse};
+const Analysis logisticModel = {.fields = fields, .driver = runLogisticModel, .refuse = refuse};

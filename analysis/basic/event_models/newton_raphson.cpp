@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int mostHalvings = 20;
+constexpr Index mostHalvings = 20;
 constexpr double allowedLoss = 1e-12;   // of the log-likelihood in a step
 constexpr double convergence = 1e-8;    // change of a parameter
 constexpr double runawayVariance = 1e8; // over that at the start
@@ -17,30 +17,23 @@ constexpr double runawayVariance = 1e8; // over that at the start
 // outOfMemory.
 ErrorCode invertInformation(NewtonRaphsonFit& fit) {
     const Index count = fit.parameters.size();
-    const int order = static_cast<int>(count);
-    Block<double>& information = fit.point.information;
+    Matrix& information = fit.point.information;
     for (Index i = 0; i < count; ++i) {
-        fit.scales[i] = std::sqrt(information[i * count + i]);
+        fit.scales[i] = std::sqrt(information(i, i));
         if (!(fit.scales[i] > 0.0) || !std::isfinite(fit.scales[i])) return singularMatrix;
-        for (Index j = 0; j < i; ++j) information[j * count + i] = information[i * count + j];
+        for (Index j = 0; j < i; ++j) information(j, i) = information(i, j);
     }
     for (Index i = 0; i < count; ++i) {
         for (Index j = 0; j < count; ++j) {
-            fit.scaled[i * count + j] = information[i * count + j] / fit.scales[i] / fit.scales[j];
+            fit.scaled(i, j) = information(i, j) / fit.scales[i] / fit.scales[j];
         }
     }
-    std::copy(fit.scaled.begin(), fit.scaled.end(), fit.covariance.begin());
-    double determinant = 0.0;
-    const ErrorCode code =
-        MatrixInverse(order, order, fit.covariance.data(), fit.inverse.data(), determinant);
+    const ErrorCode code = invertRegular(fit.scaled, fit.covariance, fit.inverse);
     if (code != success) return code;
-    if (!allFinite(fit.inverse.data(), fit.inverse.size()) ||
-        isSingular(order, order, fit.scaled.data(), order, fit.inverse.data())) {
-        return singularMatrix;
-    }
+    if (!allFinite(fit.inverse.data(), fit.inverse.size())) return singularMatrix;
     for (Index i = 0; i < count; ++i) {
         for (Index j = 0; j < count; ++j) {
-            fit.covariance[i * count + j] = fit.inverse[i * count + j] / fit.scales[i] / fit.scales[j];
+            fit.covariance(i, j) = fit.inverse(i, j) / fit.scales[i] / fit.scales[j];
         }
     }
     return success;
@@ -50,9 +43,7 @@ void findStep(NewtonRaphsonFit& fit) {
     const Index count = fit.parameters.size();
     for (Index i = 0; i < count; ++i) {
         fit.step[i] = 0.0;
-        for (Index j = 0; j < count; ++j) {
-            fit.step[i] += fit.covariance[i * count + j] * fit.point.gradient[j];
-        }
+        for (Index j = 0; j < count; ++j) fit.step[i] += fit.covariance(i, j) * fit.point.gradient[j];
     }
 }
 
@@ -60,7 +51,7 @@ void findStep(NewtonRaphsonFit& fit) {
 bool takeStep(LikelihoodModel& model, NewtonRaphsonFit& fit) {
     const Index count = fit.parameters.size();
     const double least = fit.likelihood - allowedLoss * (1.0 + std::fabs(fit.likelihood));
-    for (int halvings = 0;; ++halvings) {
+    for (Index halvings = 0;; ++halvings) {
         for (Index i = 0; i < count; ++i) fit.trial[i] = fit.parameters[i] + fit.step[i];
         model.evaluate(fit.trial.data(), fit.point);
         const bool finite = std::isfinite(fit.point.value);
@@ -74,9 +65,8 @@ bool takeStep(LikelihoodModel& model, NewtonRaphsonFit& fit) {
 }
 
 bool runsAway(Index slopes, const NewtonRaphsonFit& fit) {
-    const Index count = fit.parameters.size();
     for (Index j = 0; j < slopes; ++j) {
-        if (fit.covariance[j * count + j] > runawayVariance * fit.start[j]) return true;
+        if (fit.covariance(j, j) > runawayVariance * fit.start[j]) return true;
     }
     return false;
 }
@@ -90,46 +80,49 @@ bool hasConverged(const NewtonRaphsonFit& fit) {
 
 } // namespace
 
+ErrorCode LikelihoodPoint::allocate(Index count) {
+    return gradient.allocate(count) | information.allocate(count, count);
+}
+
 void LikelihoodPoint::clear() {
     value = 0.0;
     std::fill(gradient.begin(), gradient.end(), 0.0);
-    std::fill(information.begin(), information.end(), 0.0);
+    information.fill(0.0);
 }
 
 void LikelihoodPoint::add(const double* row, double first, double second) {
     const Index count = gradient.size();
-    double* line = information.data();
-    for (Index i = 0; i < count; ++i, line += count) {
+    for (Index i = 0; i < count; ++i) {
         gradient[i] += first * row[i];
         const double weight = second * row[i];
+        double* line = information.row(i);
         for (Index j = 0; j <= i; ++j) line[j] += weight * row[j];
     }
 }
 
 ErrorCode NewtonRaphsonFit::allocate(Index count) {
-    const Index square = count * count;
-    return parameters.allocate(count) | covariance.allocate(square) | point.gradient.allocate(count) |
-           point.information.allocate(square) | start.allocate(count) | trial.allocate(count) |
-           step.allocate(count) | scales.allocate(count) | scaled.allocate(square) | inverse.allocate(square);
+    return parameters.allocate(count) | covariance.allocate(count, count) | point.allocate(count) |
+           start.allocate(count) | trial.allocate(count) | step.allocate(count) | scales.allocate(count) |
+           scaled.allocate(count, count) | inverse.allocate(count, count);
 }
 
 double NewtonRaphsonFit::standardError(const double* weights) const {
     const Index count = parameters.size();
     double variance = 0.0;
     for (Index i = 0; i < count; ++i) {
-        for (Index j = 0; j < count; ++j) variance += weights[i] * weights[j] * covariance[i * count + j];
+        for (Index j = 0; j < count; ++j) variance += weights[i] * weights[j] * covariance(i, j);
     }
     return std::sqrt(variance);
 }
 
-ErrorCode newtonRaphson(LikelihoodModel& model, Index slopes, std::int32_t limit, NewtonRaphsonFit& fit) {
+ErrorCode newtonRaphson(LikelihoodModel& model, Index slopes, Index limit, NewtonRaphsonFit& fit) {
     model.evaluate(fit.parameters.data(), fit.point);
     fit.startLikelihood = fit.likelihood = fit.point.value;
     fit.iterations = 0;
     if (!std::isfinite(fit.likelihood)) return notFinite;
     ErrorCode code = invertInformation(fit);
     if (code != success) return code == singularMatrix ? newtonRaphsonSingular : code;
-    for (Index j = 0; j < slopes; ++j) fit.start[j] = fit.covariance[j * fit.parameters.size() + j];
+    for (Index j = 0; j < slopes; ++j) fit.start[j] = fit.covariance(j, j);
 
     while (fit.iterations < limit) {
         findStep(fit);

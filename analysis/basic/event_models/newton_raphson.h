@@ -1,15 +1,14 @@
 #pragma once
 
-#include <cstdint>
-
-#include "numeric/block.h"
+#include "numeric/matrix.h"
 
 // The log-likelihood of some parameters and its derivatives.
 struct LikelihoodPoint {
     double value = 0.0;
-    Block<double> gradient;    // count
-    Block<double> information; // count x count, less the second derivatives; the lower triangle counts
+    Block<double> gradient; // count
+    Matrix information;     // count x count, less the second derivatives; the lower triangle counts
 
+    [[nodiscard]] ErrorCode allocate(Index count);
     void clear();
     // Adds what one sample gives whose linear predictor is row * parameters: the first derivative by the
     // predictor, less the second one.
@@ -25,21 +24,21 @@ public:
 
 struct NewtonRaphsonFit {
     Block<double> parameters; // starting values, then those of the maximum
-    Block<double> covariance; // count x count: the inverse of the information
+    Matrix covariance;        // count x count: the inverse of the information
     double startLikelihood = 0.0;
     double likelihood = 0.0;
-    std::int32_t iterations = 0; // updates taken
+    Index iterations = 0; // updates taken
 
     LikelihoodPoint point;
-    Block<double> start;   // count
-    Block<double> trial;   // count
-    Block<double> step;    // count
-    Block<double> scales;  // count
-    Block<double> scaled;  // count x count
-    Block<double> inverse; // count x count
+    Block<double> start;  // count: the variances at the start
+    Block<double> trial;  // count: parameters
+    Block<double> step;   // count
+    Block<double> scales; // count: the roots of the information's diagonal
+    Matrix scaled;        // count x count: the information with a unit diagonal
+    Matrix inverse;       // count x count: of that
 
-    ErrorCode allocate(Index count);
-    // Of a sum of the parameters with these weights.
+    [[nodiscard]] ErrorCode allocate(Index count);
+    // Of the sum of the parameters with these weights (count).
     double standardError(const double* weights) const;
 };
 
@@ -49,4 +48,5 @@ struct NewtonRaphsonFit {
 // newtonRaphsonSingular for an information that is singular at the start, newtonRaphsonNotConvergent for one
 // that becomes so, a parameter that runs away or `limit` updates without an end, notFinite for a likelihood
 // that no step makes finite, outOfMemory.
-ErrorCode newtonRaphson(LikelihoodModel& model, Index slopes, std::int32_t limit, NewtonRaphsonFit& fit);
+[[nodiscard]] ErrorCode newtonRaphson(LikelihoodModel& model, Index slopes, Index limit,
+                                      NewtonRaphsonFit& fit);

@@ -1,6 +1,7 @@
 #include "analysis/basic/event_models/weibull_model.h"
 
 #include <cmath>
+#include <cstdio>
 #include <numbers>
 
 #include "analysis/basic/event_models/event_data.h"
@@ -31,8 +32,8 @@ public:
     }
 
     double logHazard(const double* parameters, Index sample) const {
-        const double* row = events_.design.data() + sample * events_.width;
-        const Index linear = events_.width - 1;
+        const double* row = events_.design.row(sample);
+        const Index linear = events_.design.columns() - 1;
         double sum = shaped_ ? parameters[linear] * row[linear] : row[linear];
         for (Index j = 0; j < linear; ++j) sum += parameters[j] * row[j];
         return sum;
@@ -45,15 +46,16 @@ public:
             const double hazard = std::exp(logarithm);
             const double event = events_.states[s];
             point.value += event * logarithm - hazard;
-            point.add(events_.design.data() + s * events_.width, event - hazard, hazard);
+            point.add(events_.design.row(s), event - hazard, hazard);
         }
         point.value -= logTimes_;
         if (!shaped_) return;
-        const Index last = events_.width - 1;
+        const Index last = events_.design.columns() - 1;
         const double shape = parameters[last];
-        point.value += events_.events * std::log(shape);
-        point.gradient[last] += events_.events / shape;
-        point.information[last * events_.width + last] += events_.events / (shape * shape);
+        const double count = static_cast<double>(events_.events);
+        point.value += count * std::log(shape);
+        point.gradient[last] += count / shape;
+        point.information(last, last) += count / (shape * shape);
     }
 
 private:
@@ -69,7 +71,7 @@ struct SurvivalFit {
     EventCoefficients coefficients;
     double shape = 1.0;
 
-    ErrorCode allocate(Index parameters, Index count) {
+    [[nodiscard]] ErrorCode allocate(Index parameters, Index count) {
         return fit.allocate(parameters) | coefficients.allocate(count);
     }
 };
@@ -83,7 +85,7 @@ struct WeibullWork {
         : exponential{.likelihood = {events, false}, .fit = {}, .coefficients = {}},
           weibull{.likelihood = {events, true}, .fit = {}, .coefficients = {}} {}
 
-    ErrorCode allocate(const EventData& events) {
+    [[nodiscard]] ErrorCode allocate(const EventData& events) {
         const Index count = events.covariates + 1;
         return exponential.allocate(count, count) | weibull.allocate(count + 1, count) |
                weights.allocate(count + 1);
@@ -96,15 +98,15 @@ void start(EventData& events, WeibullWork& work) {
     work.meanLogTime /= static_cast<double>(events.samples);
     double sum = 0.0;
     for (Index s = 0; s < events.samples; ++s) {
-        double* added = events.design.data() + s * events.width + events.covariates;
+        double* added = events.design.row(s) + events.covariates;
         added[0] = 1.0;
         added[1] = std::log(events.times[s]) - work.meanLogTime;
         sum += std::exp(added[1]);
     }
-    work.exponential.fit.parameters[events.covariates] = std::log(events.events / sum);
+    work.exponential.fit.parameters[events.covariates] = std::log(static_cast<double>(events.events) / sum);
 }
 
-ErrorCode fit(const EventData& events, std::int32_t limit, WeibullWork& work) {
+ErrorCode fit(const EventData& events, Index limit, WeibullWork& work) {
     SurvivalFit& exponential = work.exponential;
     SurvivalFit& weibull = work.weibull;
     const ErrorCode code = newtonRaphson(exponential.likelihood, events.covariates, limit, exponential.fit);
@@ -143,73 +145,81 @@ void takeCoefficients(const EventData& events, WeibullWork& work, SurvivalFit& m
     model.coefficients.errors[covariates] = fitted.standardError(weights);
 }
 
+ErrorCode compute(Screens& screens, EventData& events, Index limit, WeibullWork& work) {
+    start(events, work);
+    ErrorCode code = screens.setProgress(10);
+    if (code == success) code = fit(events, limit, work);
+    if (code != success) return code;
+    takeCoefficients(events, work, work.exponential);
+    takeCoefficients(events, work, work.weibull);
+    return screens.setProgress(100);
+}
+
 void writeShape(Report& report, const WeibullWork& work) {
     constexpr const char* names[] = {"shape", "s.error", "chi.square", "chi.prob"};
     const NewtonRaphsonFit& fitted = work.weibull.fit;
+    const Index last = fitted.parameters.size() - 1;
     const double chiSquare = 2.0 * (fitted.likelihood - work.exponential.fit.likelihood);
-    report.lower.append("\tshape of weibull model, standard error, likelihood ratio chi square, chi prob\n");
-    writeEventHeader(report, names);
-    startRow(report, 1, "shape");
-    writeEventValue(report, work.weibull.shape);
-    writeEventValue(report, std::sqrt(fitted.covariance[fitted.covariance.size() - 1]));
-    writeEventValue(report, chiSquare);
-    writeEventValue(report, ChiSquareUpperTail(chiSquare, 1.0));
-    endRow(report);
-    report.lower.append("\n");
+    const double values[] = {work.weibull.shape, std::sqrt(fitted.covariance(last, last)), chiSquare,
+                             ChiSquareUpperTail(chiSquare, 1.0)};
+    writeCaption(report, "shape of weibull model, standard error, likelihood ratio chi square, chi prob");
+    WriteNamedHeader(report, names, wideCell.width);
+    writeCells(report, 1, "shape", values, wideCell);
+    endTable(report);
 }
 
 void writeFits(Report& report, const WeibullWork& work) {
     const NewtonRaphsonFit& exponential = work.exponential.fit;
     const NewtonRaphsonFit& weibull = work.weibull.fit;
-    report.lower.append("\tlog likelihood, AIC\n");
+    writeCaption(report, "log likelihood, AIC");
     writeLikelihoodHeader(report);
     writeLikelihoodRow(report, 1, "exponential", exponential.likelihood, exponential.parameters.size());
     writeLikelihoodRow(report, 2, "weibull", weibull.likelihood, weibull.parameters.size());
-    report.lower.append("\n");
+    endTable(report);
 }
 
 // The time that half survive, and the probability to survive the sample's own.
 void writeSurvival(Report& report, const SurvivalFit& model, double time, Index sample) {
     const double logHazard = model.likelihood.logHazard(model.fit.parameters.data(), sample);
     const double logHalf = std::log(std::numbers::ln2); // of the cumulative hazard at the median
-    writeEventValue(report, std::exp(std::log(time) - (logHazard - logHalf) / model.shape));
-    writeEventValue(report, std::exp(-std::exp(logHazard)));
+    writeCell(report, std::exp(std::log(time) - (logHazard - logHalf) / model.shape), wideCell);
+    writeCell(report, std::exp(-std::exp(logHazard)), wideCell);
 }
 
 void writeSamples(Report& report, const DataMatrix& data, const EventData& events, const WeibullWork& work) {
     constexpr const char* names[] = {"time", "state", "e.median", "e.survival", "w.median", "w.survival"};
-    report.lower.append(
-        "\ttime, state, median survival time and survival probability of exponential and weibull "
-        "model\n");
-    writeEventHeader(report, names);
+    writeCaption(report, "time, state, median survival time and survival probability of exponential and "
+                         "weibull model");
+    WriteNamedHeader(report, names, wideCell.width);
     for (Index s = 0; s < events.samples; ++s) {
-        startRow(report, static_cast<int>(s) + 1, data.label(s));
-        writeEventValue(report, events.times[s]);
-        writeEventCount(report, events.states[s]);
+        startRow(report, s + 1, data.label(s));
+        writeCell(report, events.times[s], wideCell);
+        writeInteger(report, events.states[s], wideCount.width);
         writeSurvival(report, work.exponential, events.times[s], s);
         writeSurvival(report, work.weibull, events.times[s], s);
         endRow(report);
     }
-    report.lower.append("\n");
+    endTable(report);
 }
 
-void writeReport(Screens& screens, AnalysisRun& run, const EventColumns& columns, const EventData& events,
-                 const WeibullWork& work) {
+void writeReport(AnalysisRun& run, const EventData& events, const WeibullWork& work) {
+    const DataMatrix& data = run.data.working;
     Report& report = run.report;
-    writeEventStart(run, "exponential weibull model statistics", columns);
-    report.lower.appendFormat(", %d and %d iterations\n\n", work.exponential.fit.iterations,
-                              work.weibull.fit.iterations);
-    report.lower.append("\texponential model : coefficient, standard error, wald chi square, chi prob\n");
-    writeCoefficients(report, run.data, events, work.exponential.coefficients, nullptr);
-    report.lower.append("\tweibull model : coefficient, standard error, wald chi square, chi prob\n");
-    writeCoefficients(report, run.data, events, work.weibull.coefficients, nullptr);
+    char iterations[64];
+    std::snprintf(iterations, sizeof iterations, "%td and %td", work.exponential.fit.iterations,
+                  work.weibull.fit.iterations);
+    const EventOption option = eventOption(data, events.columns, iterations);
+    openReport(run, {.title = "exponential weibull model statistics", .option = option.text});
+    writeCaption(report, "exponential model : coefficient, standard error, wald chi square, chi prob");
+    writeCoefficients(report, data, events, work.exponential.coefficients, nullptr);
+    writeCaption(report, "weibull model : coefficient, standard error, wald chi square, chi prob");
+    writeCoefficients(report, data, events, work.weibull.coefficients, nullptr);
     writeShape(report, work);
     writeFits(report, work);
-    writeSamples(report, run.data.working, events, work);
-    closeReport(screens, report);
+    writeSamples(report, data, events, work);
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
+ErrorCode runWeibullModel(Screens& screens, AnalysisRun& run) {
     const SurvivalOptions& options = run.options.settings.weibull;
     const EventColumns columns = {options.stateColumn, options.timeColumn, options.division};
     EventData events;
@@ -219,19 +229,16 @@ ErrorCode run(Screens& screens, AnalysisRun& run) {
     code = work.allocate(events);
     if (code != success) return code;
 
-    startProgress(screens, run.report);
-    start(events, work);
-    screens.setProgress(10);
-    code = fit(events, options.iterations, work);
-    screens.setProgress(100);
+    code = startProgress(screens, run.report);
+    if (code == success) code = compute(screens, events, options.iterations, work);
     screens.hideProgress();
     if (code != success) return code;
-    takeCoefficients(events, work, work.exponential);
-    takeCoefficients(events, work, work.weibull);
-    writeReport(screens, run, columns, events, work);
+
+    writeReport(run, events, work);
+    closeReport(screens, run.report);
     return success;
 }
 
 } // namespace
 
-const Analysis weibullModel = {.fields = fields, .driver = run, .refuse = refuse};
+const Analysis weibullModel = {.fields = fields, .driver = runWeibullModel, .refuse = refuse};

@@ -18,7 +18,7 @@ struct Curve : LikelihoodModel {
         ++evaluations;
         point.value = function(*parameters)[0];
         point.gradient[0] = function(*parameters)[1];
-        point.information[0] = -function(*parameters)[2];
+        point.information(0, 0) = -function(*parameters)[2];
     }
     ErrorCode fitFrom(double start, NewtonRaphsonFit& fit, std::int32_t limit = 100) {
         EXPECT_EQ(fit.allocate(1), success);
@@ -37,9 +37,9 @@ struct Paraboloid : LikelihoodModel {
         point.value = -(a * u * u + 2 * b * u * v + c * v * v) / 2;
         point.gradient[0] = -unit * (a * u + b * v);
         point.gradient[1] = -(b * u + c * v) / unit;
-        point.information[0] = a * unit * unit;
-        point.information[2] = b;
-        point.information[3] = c / unit / unit;
+        point.information(0, 0) = a * unit * unit;
+        point.information(1, 0) = b;
+        point.information(1, 1) = c / unit / unit;
     }
     ErrorCode fit(NewtonRaphsonFit& result) {
         EXPECT_EQ(result.allocate(2), success);
