@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 #include "analysis/categorical/log_linear/log_linear_report.h"
 #include "analysis/run/run_report.h"
 #include "data/categories.h"
 #include "numeric/sort.h"
-#include "report/table_formats.h"
 
 namespace {
 
@@ -56,8 +56,12 @@ const OptionField fields[] = {
               offsetof(AnalysisOptions, settings.logLinear.categories[2]), 3407, 3410),
 };
 
+bool isTable(const LogLinearOptions& options) {
+    return options.dataMode == contingencyTable;
+}
+
 bool isEnabled(const AnalysisOptions& options, const OptionField& field) {
-    return field.type != OptionType::wholeNumber || options.settings.logLinear.dataMode == contingencyTable;
+    return field.type != OptionType::wholeNumber || isTable(options.settings.logLinear);
 }
 
 const char* refuse(const AnalysisOptions& options, std::uint32_t) {
@@ -77,7 +81,7 @@ struct LogLinearWork {
     Margins observedMargins, logarithms, variances;
     ModelFitter fitter;
 
-    ErrorCode allocate(const ThreeWaySizes& sizes) {
+    [[nodiscard]] ErrorCode allocate(const ThreeWaySizes& sizes) {
         const Index cells = sizes.cells();
         return result.allocate(sizes) | table.allocate(cells) | corrected.allocate(cells) |
                expected.allocate(cells) | observedMargins.allocate(sizes) | logarithms.allocate(sizes) |
@@ -86,7 +90,7 @@ struct LogLinearWork {
 };
 
 ErrorCode checkTableSizes(const DataMatrix& data, const LogLinearOptions& options, ThreeWaySizes& sizes) {
-    for (int f = 0; f < 3; ++f) {
+    for (Index f = 0; f < 3; ++f) {
         const std::int32_t count = options.categories[f];
         if (count < leastCategories || count > mostCategories) return illegalCategoryNumber;
         sizes.levels[f] = count;
@@ -104,15 +108,25 @@ ErrorCode checkVariables(const DataMatrix& data, ThreeWaySizes& sizes) {
     return success;
 }
 
+ErrorCode checkData(const DataMatrix& data, const LogLinearOptions& options, ThreeWaySizes& sizes) {
+    return isTable(options) ? checkTableSizes(data, options, sizes) : checkVariables(data, sizes);
+}
+
+void selectModels(const LogLinearOptions& options, LogLinearResult& result) {
+    const Index first = std::clamp<Index>(options.firstModel, 0, logLinearModelCount - 1);
+    const Index second = std::clamp<Index>(options.secondModel, 0, logLinearModelCount - 1);
+    result.selected[0].model = std::max(first, second);
+    result.selected[1].model = std::min(first, second);
+}
+
 void countSamples(const DataMatrix& data, LogLinearWork& work) {
-    for (std::int32_t s = 0; s < data.samples; ++s) {
+    LogLinearResult& result = work.result;
+    for (Index s = 0; s < data.samples; ++s) {
         Index cell = 0;
-        for (std::int32_t f = 0; f < 3; ++f) {
-            cell = cell * work.result.sizes.levels[f] + (categoryOf(data, s, f));
-        }
-        ++work.result.observed[cell];
+        for (Index f = 0; f < 3; ++f) cell = cell * result.sizes.levels[f] + categoryOf(data, s, f);
+        ++result.observed[cell];
     }
-    for (Index m = 0; m < work.result.observed.size(); ++m) work.corrected[m] = work.result.observed[m] + 0.5;
+    for (Index m = 0; m < result.observed.size(); ++m) work.corrected[m] = result.observed[m] + 0.5;
 }
 
 // Counts are cut to whole numbers, the corrected ones are not.
@@ -136,25 +150,27 @@ void takeLogarithms(const double* counts, LogLinearWork& work) {
     work.variances.sum(work.corrected.data());
 }
 
-void estimateSaturated(Screens& screens, LogLinearWork& work) {
+ErrorCode estimateSaturated(Screens& screens, LogLinearWork& work) {
     takeLogarithms(work.corrected.data(), work);
-    for (int term = 0; term < uTermCount; ++term) {
+    ErrorCode code = success;
+    for (Index term = 0; code == success && term < uTermCount; ++term) {
         estimateUTerm(work.logarithms, work.variances, uTerms[term], work.result.saturated);
-        if (term == 2) screens.setProgress(30);
-        if (term == 5) screens.setProgress(40);
+        if (term == 2) code = screens.setProgress(30);
+        if (term == 5) code = screens.setProgress(40);
     }
-    screens.setProgress(55);
+    return code == success ? screens.setProgress(55) : code;
 }
 
 ErrorCode fitModels(LogLinearWork& work) {
-    for (int model = 0; model < logLinearModelCount; ++model) {
+    LogLinearResult& result = work.result;
+    for (Index model = 0; model < logLinearModelCount; ++model) {
         work.fitter.fit(work.observedMargins, model, work.expected.data());
-        work.result.freedom[model] = degreesOfFreedom(work.result.sizes, model);
-        work.result.chiSquares[model] =
-            likelihoodRatio(work.result.observed.data(), work.expected.data(), work.expected.size());
-        if (!std::isfinite(work.result.chiSquares[model])) return notFinite;
-        work.result.aic[model] = work.result.chiSquares[model] - 2.0 * work.result.freedom[model];
-        for (SelectedModel& each : work.result.selected) {
+        result.freedom[model] = degreesOfFreedom(result.sizes, model);
+        result.chiSquares[model] =
+            likelihoodRatio(result.observed.data(), work.expected.data(), work.expected.size());
+        if (!std::isfinite(result.chiSquares[model])) return notFinite;
+        result.aic[model] = result.chiSquares[model] - 2.0 * static_cast<double>(result.freedom[model]);
+        for (SelectedModel& each : result.selected) {
             if (each.model != model) continue;
             std::copy(work.expected.begin(), work.expected.end(), each.expected.begin());
         }
@@ -165,83 +181,85 @@ ErrorCode fitModels(LogLinearWork& work) {
 void estimateSelected(LogLinearWork& work) {
     for (SelectedModel& each : work.result.selected) {
         takeLogarithms(each.expected.data(), work);
-        for (int term = 0; term < uTermCount - 1; ++term) {
+        for (Index term = 0; term < uTermCount - 1; ++term) {
             estimateUTerm(work.logarithms, work.variances, uTerms[term], each.terms);
         }
     }
 }
 
-void rankModels(LogLinearWork& work) {
+void rankModels(LogLinearResult& result) {
     double keys[logLinearModelCount];
-    for (int model = 0; model < logLinearModelCount; ++model) {
-        keys[model] = work.result.aic[model];
-        work.result.ranking[model] = model;
+    for (Index model = 0; model < logLinearModelCount; ++model) {
+        keys[model] = result.aic[model];
+        result.ranking[model] = static_cast<double>(model);
     }
-    SortKeysWithCompanion(logLinearModelCount, keys, work.result.ranking);
+    SortKeysWithCompanion(logLinearModelCount, keys, result.ranking);
 }
 
-ErrorCode compute(Screens& screens, const DataMatrix& data, DataMode mode, LogLinearWork& work) {
-    screens.setProgress(5);
-    if (mode == categoryVariables) {
-        countSamples(data, work);
-    } else if (readCells(data, work) != success) {
-        return notFinite;
-    }
-    screens.setProgress(10);
-    std::copy(work.result.observed.begin(), work.result.observed.end(), work.table.begin());
-    work.observedMargins.sum(work.table.data());
-    if (work.observedMargins.sums[0][0] == 0.0) return notFinite;
-    screens.setProgress(20);
-    estimateSaturated(screens, work);
-    screens.setProgress(70);
-    const ErrorCode code = fitModels(work);
-    if (code != success) return code;
-    estimateSelected(work);
-    screens.setProgress(85);
-    rankModels(work);
-    screens.setProgress(100);
+ErrorCode readCounts(const DataMatrix& data, const LogLinearOptions& options, LogLinearWork& work) {
+    if (isTable(options)) return readCells(data, work);
+    countSamples(data, work);
     return success;
 }
 
-void writeReport(Screens& screens, AnalysisRun& run, DataMode mode, const LogLinearResult& result) {
-    const Settings& settings = run.options.settings;
-    const char* source = mode == categoryVariables ? "categorical variable" : "contingency table";
-    Report& report = run.report;
-    report.lower.clear();
-    report.lower.appendFormat("\nthree way log linear analysis statistics\n-- due to %s data\n\n", source);
-    report.status.clear();
-    report.status.appendFormat("status : three way log linear analysis statistics -- due to %s data", source);
-    SetFormatsFromData(report, run.data, settings.variableStringLength, settings.sampleStringLength);
-
-    writeLogLinearTables(report, result);
-    closeReport(screens, report);
+// notFinite for a table of nothing.
+ErrorCode sumCounts(LogLinearWork& work) {
+    std::copy(work.result.observed.begin(), work.result.observed.end(), work.table.begin());
+    work.observedMargins.sum(work.table.data());
+    return work.observedMargins.sums[0][0] == 0.0 ? notFinite : success;
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
+ErrorCode compute(Screens& screens, const DataMatrix& data, const LogLinearOptions& options,
+                  LogLinearWork& work) {
+    ErrorCode code = screens.setProgress(5);
+    if (code == success) code = readCounts(data, options, work);
+    if (code == success) code = screens.setProgress(10);
+    if (code == success) code = sumCounts(work);
+    if (code == success) code = screens.setProgress(20);
+    if (code == success) code = estimateSaturated(screens, work);
+    if (code == success) code = screens.setProgress(70);
+    if (code == success) code = fitModels(work);
+    if (code != success) return code;
+    estimateSelected(work);
+    code = screens.setProgress(85);
+    if (code != success) return code;
+    rankModels(work.result);
+    return screens.setProgress(100);
+}
+
+void writeReport(AnalysisRun& run, const LogLinearWork& work) {
+    constexpr const char* title = "three way log linear analysis statistics";
+    const bool table = isTable(run.options.settings.logLinear);
+    char option[48], status[96];
+    std::snprintf(option, sizeof option, "-- due to %s data",
+                  table ? "contingency table" : "categorical variable");
+    std::snprintf(status, sizeof status, "%s %s", title, option);
+    openReport(run, {.title = title, .option = option, .status = status});
+    writeLogLinearTables(run.report, work.result);
+}
+
+ErrorCode runLogLinearAnalysis(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
     const LogLinearOptions& options = run.options.settings.logLinear;
-    const DataMode mode = options.dataMode == contingencyTable ? contingencyTable : categoryVariables;
     ThreeWaySizes sizes = {};
-    ErrorCode code =
-        mode == contingencyTable ? checkTableSizes(data, options, sizes) : checkVariables(data, sizes);
+    ErrorCode code = checkData(data, options, sizes);
     if (code != success) return code;
     LogLinearWork work;
     code = work.allocate(sizes);
     if (code != success) return code;
-    const int first = std::clamp(options.firstModel, 0, logLinearModelCount - 1);
-    const int second = std::clamp(options.secondModel, 0, logLinearModelCount - 1);
-    work.result.selected[0].model = std::max(first, second);
-    work.result.selected[1].model = std::min(first, second);
+    selectModels(options, work.result);
 
-    startProgress(screens, run.report);
-    code = compute(screens, data, mode, work);
+    code = startProgress(screens, run.report);
+    if (code == success) code = compute(screens, data, options, work);
     screens.hideProgress();
     if (code != success) return code;
-    writeReport(screens, run, mode, work.result);
+
+    writeReport(run, work);
+    closeReport(screens, run.report);
     return success;
 }
 
 } // namespace
 
 const Analysis logLinearAnalysis = {
-    .fields = fields, .driver = run, .isEnabled = isEnabled, .refuse = refuse};
+    .fields = fields, .driver = runLogLinearAnalysis, .isEnabled = isEnabled, .refuse = refuse};

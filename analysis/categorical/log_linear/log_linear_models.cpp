@@ -23,22 +23,22 @@ constexpr const char* texts[logLinearModelCount] = {
 constexpr unsigned effects[logLinearModelCount] = {0x7e, 0x7c, 0x7a, 0x76, 0x78, 0x74, 0x72, 0x70, 0x68,
                                                    0x54, 0x32, 0x60, 0x50, 0x30, 0x40, 0x20, 0x10, 0x00};
 
-bool hasEffect(int model, int term) {
+bool hasEffect(Index model, Index term) {
     return (effects[model] & (0x40U >> term)) != 0;
 }
 
 // The terms of a model that are part of no other one: their margins settle its expected table.
 struct Generators {
     FactorSet sets[3];
-    int count = 0;
+    Index count = 0;
 };
 
-Generators generatorsOf(int model) {
+Generators generatorsOf(Index model) {
     Generators generators;
-    for (int term = 0; term < uTermCount; ++term) {
+    for (Index term = 0; term < uTermCount; ++term) {
         if (!hasEffect(model, term)) continue;
         bool maximal = true;
-        for (int other = term + 1; other < uTermCount; ++other) {
+        for (Index other = term + 1; other < uTermCount; ++other) {
             if (hasEffect(model, other) && (uTerms[term] & ~uTerms[other]) == 0) maximal = false;
         }
         if (maximal) generators.sets[generators.count++] = uTerms[term];
@@ -63,7 +63,7 @@ template <class Visit> void visitCells(const ThreeWaySizes& sizes, Visit visit) 
 void fitClosedForm(const Margins& observed, const Generators& generators, double* expected) {
     MarginView numerators[3], denominators[3];
     FactorSet seen = 0;
-    for (int g = 0; g < generators.count; ++g) {
+    for (Index g = 0; g < generators.count; ++g) {
         numerators[g] = observed.view(generators.sets[g]);
         denominators[g] = observed.view(generators.sets[g] & seen);
         seen |= generators.sets[g];
@@ -73,7 +73,7 @@ void fitClosedForm(const Margins& observed, const Generators& generators, double
     visitCells(observed.sizes, [&](Index i, Index j, Index k) {
         double numerator = generators.count == 0 ? total : numerators[0].at(i, j, k);
         double denominator = spread;
-        for (int g = 1; g < generators.count; ++g) {
+        for (Index g = 1; g < generators.count; ++g) {
             numerator *= numerators[g].at(i, j, k);
             denominator *= denominators[g].at(i, j, k);
         }
@@ -86,13 +86,10 @@ void scaleToMargin(const Margins& observed, FactorSet factors, double* table, do
     const Index count = observed.sizes.cells(factors);
     std::fill_n(fitted, count, 0.0);
     const MarginView at = observed.view(factors);
-    const auto cell = [&](Index i, Index j, Index k) {
-        return i * at.steps[0] + j * at.steps[1] + k * at.steps[2];
-    };
     const double* value = table;
-    visitCells(observed.sizes, [&](Index i, Index j, Index k) { fitted[cell(i, j, k)] += *value++; });
+    visitCells(observed.sizes, [&](Index i, Index j, Index k) { fitted[at.place(i, j, k)] += *value++; });
     for (Index m = 0; m < count; ++m) fitted[m] = quotient(at.values[m], fitted[m]);
-    visitCells(observed.sizes, [&](Index i, Index j, Index k) { *table++ *= fitted[cell(i, j, k)]; });
+    visitCells(observed.sizes, [&](Index i, Index j, Index k) { *table++ *= fitted[at.place(i, j, k)]; });
 }
 
 // Whether a cell changed by more than the fitting allows; a change that is not a number ends it.
@@ -122,10 +119,9 @@ double termVariance(const Margins& variances, FactorSet term, Index i, Index j, 
     for (FactorSet part = 0; part <= allFactors; ++part) {
         if ((part & ~term) != 0) continue;
         double weight = 1.0;
-        for (int f = 0; f < 3; ++f) {
+        for (Index f = 0; f < 3; ++f) {
             const double levels = static_cast<double>(variances.sizes.levels[f]);
-            const FactorSet factor = 1U << f;
-            weight *= (part & factor) != 0 ? 1.0 - 2.0 / levels : 1.0 / squared(levels);
+            weight *= hasFactor(part, f) ? 1.0 - 2.0 / levels : 1.0 / squared(levels);
         }
         // A variance that is infinite counts only where it has a weight.
         if (weight != 0.0) sum += weight * variances.view(part).at(i, j, k);
@@ -137,8 +133,8 @@ double termVariance(const Margins& variances, FactorSet term, Index i, Index j, 
 
 Index ThreeWaySizes::cells(FactorSet factors) const {
     Index count = 1;
-    for (int f = 0; f < 3; ++f) {
-        if ((factors >> f & 1U) != 0) count *= levels[f];
+    for (Index f = 0; f < 3; ++f) {
+        if (hasFactor(factors, f)) count *= levels[f];
     }
     return count;
 }
@@ -146,26 +142,29 @@ Index ThreeWaySizes::cells(FactorSet factors) const {
 ErrorCode Margins::allocate(const ThreeWaySizes& tableSizes) {
     sizes = tableSizes;
     ErrorCode code = success;
-    for (FactorSet factors = 0; factors < allFactors; ++factors)
+    for (FactorSet factors = 0; factors < allFactors; ++factors) {
         code |= sums[factors].allocate(sizes.cells(factors));
+    }
     return code;
 }
 
 void Margins::sum(const double* cells) {
     table = cells;
     for (Block<double>& margin : sums) std::fill(margin.begin(), margin.end(), 0.0);
+    constexpr FactorSet pairAB = factorA | factorB, pairAC = factorA | factorC, pairBC = factorB | factorC;
+    const MarginView ab = view(pairAB), ac = view(pairAC), bc = view(pairBC);
     const auto [a, b, c] = sizes.levels;
     for (Index i = 0; i < a; ++i) {
         for (Index j = 0; j < b; ++j) {
             for (Index k = 0; k < c; ++k, ++cells) {
-                sums[factorA | factorB][i * b + j] += *cells;
-                sums[factorA | factorC][i * c + k] += *cells;
-                sums[factorB | factorC][j * c + k] += *cells;
+                sums[pairAB][ab.place(i, j, k)] += *cells;
+                sums[pairAC][ac.place(i, j, k)] += *cells;
+                sums[pairBC][bc.place(i, j, k)] += *cells;
             }
-            sums[factorA][i] += sums[factorA | factorB][i * b + j];
-            sums[factorB][j] += sums[factorA | factorB][i * b + j];
+            sums[factorA][i] += ab.at(i, j, 0);
+            sums[factorB][j] += ab.at(i, j, 0);
         }
-        for (Index k = 0; k < c; ++k) sums[factorC][k] += sums[factorA | factorC][i * c + k];
+        for (Index k = 0; k < c; ++k) sums[factorC][k] += ac.at(i, 0, k);
         sums[0][0] += sums[factorA][i];
     }
 }
@@ -173,8 +172,8 @@ void Margins::sum(const double* cells) {
 MarginView Margins::view(FactorSet factors) const {
     MarginView margin = {factors == allFactors ? table : sums[factors].data(), {}};
     Index step = 1;
-    for (int f = 2; f >= 0; --f) {
-        if ((factors >> f & 1U) == 0) continue;
+    for (Index f = 2; f >= 0; --f) {
+        if (!hasFactor(factors, f)) continue;
         margin.steps[f] = step;
         step *= sizes.levels[f];
     }
@@ -185,32 +184,33 @@ std::span<const char* const> logLinearModelTexts() {
     return texts;
 }
 
-bool areNested(int first, int second) {
-    const int smaller = std::max(first, second), larger = std::min(first, second);
+bool areNested(Index first, Index second) {
+    const Index smaller = std::max(first, second), larger = std::min(first, second);
     return larger >= 0 && smaller < logLinearModelCount && (effects[smaller] & ~effects[larger]) == 0;
 }
 
-std::int32_t degreesOfFreedom(const ThreeWaySizes& sizes, int model) {
+Index degreesOfFreedom(const ThreeWaySizes& sizes, Index model) {
     Index parameters = 1;
-    for (int term = 0; term < uTermCount; ++term) {
+    for (Index term = 0; term < uTermCount; ++term) {
         if (!hasEffect(model, term)) continue;
         Index count = 1;
-        for (int f = 0; f < 3; ++f) {
-            if ((uTerms[term] >> f & 1U) != 0) count *= sizes.levels[f] - 1;
+        for (Index f = 0; f < 3; ++f) {
+            if (hasFactor(uTerms[term], f)) count *= sizes.levels[f] - 1;
         }
         parameters += count;
     }
-    return static_cast<std::int32_t>(sizes.cells() - parameters);
+    return sizes.cells() - parameters;
 }
 
 ErrorCode ModelFitter::allocate(const ThreeWaySizes& sizes) {
     Index largest = 0;
-    for (const FactorSet pair : {uTerms[3], uTerms[4], uTerms[5]})
+    for (const FactorSet pair : {uTerms[3], uTerms[4], uTerms[5]}) {
         largest = std::max(largest, sizes.cells(pair));
+    }
     return previous.allocate(sizes.cells()) | fitted.allocate(largest);
 }
 
-void ModelFitter::fit(const Margins& observed, int model, double* expected) {
+void ModelFitter::fit(const Margins& observed, Index model, double* expected) {
     const Generators generators = generatorsOf(model);
     if (model != 0) return fitClosedForm(observed, generators, expected);
     const Index cells = observed.sizes.cells();
@@ -240,16 +240,14 @@ ErrorCode UTermEstimates::allocate(const ThreeWaySizes& sizes, bool interaction)
 void estimateUTerm(const Margins& logarithms, const Margins& variances, FactorSet term,
                    UTermEstimates& result) {
     const ThreeWaySizes& sizes = logarithms.sizes;
-    const auto levelsOf = [&](int f) { return (term >> f & 1U) != 0 ? sizes.levels[f] : 1; };
+    const auto levelsOf = [&](Index f) { return hasFactor(term, f) ? sizes.levels[f] : 1; };
     const ThreeWaySizes levels = {{levelsOf(0), levelsOf(1), levelsOf(2)}};
     Index at = 0;
     visitCells(levels, [&](Index i, Index j, Index k) {
         double estimate = meanOf(logarithms, term, i, j, k);
-        for (int t = 0; uTerms[t] != term; ++t) { // less the terms that are part of it
+        for (Index t = 0; uTerms[t] != term; ++t) { // less the terms that are part of it
             if ((uTerms[t] & ~term) != 0) continue;
-            const double* lower = result.estimates[uTerms[t]].data();
-            const MarginView place = logarithms.view(uTerms[t]);
-            estimate -= lower[i * place.steps[0] + j * place.steps[1] + k * place.steps[2]];
+            estimate -= result.estimates[uTerms[t]][logarithms.view(uTerms[t]).place(i, j, k)];
         }
         result.estimates[term][at] = estimate - logarithms.sums[0][0] / static_cast<double>(sizes.cells());
         result.errors[term][at++] = std::sqrt(termVariance(variances, term, i, j, k));

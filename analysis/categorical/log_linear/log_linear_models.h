@@ -13,14 +13,21 @@ using FactorSet = unsigned;
 constexpr FactorSet factorA = 1, factorB = 2, factorC = 4;
 constexpr FactorSet allFactors = factorA | factorB | factorC;
 
-constexpr int uTermCount = 7;
+// Whether factor f (0 A, 1 B, 2 C) is in a set.
+constexpr bool hasFactor(FactorSet factors, Index f) {
+    return (factors >> f & 1U) != 0;
+}
+
+// The u-terms in the order of reports: main effects, then interactions of two and of three factors.
+constexpr Index uTermCount = 7;
 constexpr FactorSet uTerms[uTermCount] = {factorA,           factorB,           factorC,   factorA | factorB,
                                           factorA | factorC, factorB | factorC, allFactors};
 
+// How many levels A, B and C have.
 struct ThreeWaySizes {
     Index levels[3];
 
-    // Of the margin of some factors.
+    // How many cells the margin of some factors has.
     Index cells(FactorSet factors = allFactors) const;
 };
 
@@ -29,7 +36,8 @@ struct MarginView {
     const double* values;
     Index steps[3]; // 0 for a factor that is summed over
 
-    double at(Index i, Index j, Index k) const { return values[i * steps[0] + j * steps[1] + k * steps[2]]; }
+    Index place(Index i, Index j, Index k) const { return i * steps[0] + j * steps[1] + k * steps[2]; }
+    double at(Index i, Index j, Index k) const { return values[place(i, j, k)]; }
 };
 
 // The sums of a table over each set of factors.
@@ -38,21 +46,21 @@ struct Margins {
     const double* table = nullptr;
     Block<double> sums[allFactors]; // of each set but the whole
 
-    ErrorCode allocate(const ThreeWaySizes& tableSizes);
+    [[nodiscard]] ErrorCode allocate(const ThreeWaySizes& tableSizes);
     void sum(const double* cells); // refers to the cells from then on
     MarginView view(FactorSet factors) const;
 };
 
-constexpr int logLinearModelCount = 18;
+constexpr Index logLinearModelCount = 18;
 
 // What the lists and reports show of each model, 43 characters; their index is the model's number less 1.
 std::span<const char* const> logLinearModelTexts();
 
 // Whether one of two models (list indices) has all effects of the other. False for what is no index.
-bool areNested(int first, int second);
+bool areNested(Index first, Index second);
 
 // Cells less free parameters of a model (list index).
-std::int32_t degreesOfFreedom(const ThreeWaySizes& sizes, int model);
+Index degreesOfFreedom(const ThreeWaySizes& sizes, Index model);
 
 // Expected tables from the margins of the observed one. All but the first model have a closed form; that one
 // is fitted by iterative proportional fitting (Deming and Stephan 1940) from a table of ones until a cycle
@@ -61,8 +69,8 @@ struct ModelFitter {
     Block<double> previous; // cells
     Block<double> fitted;   // the largest two-way margin
 
-    ErrorCode allocate(const ThreeWaySizes& sizes);
-    void fit(const Margins& observed, int model, double* expected);
+    [[nodiscard]] ErrorCode allocate(const ThreeWaySizes& sizes);
+    void fit(const Margins& observed, Index model, double* expected);
 };
 
 // G2 = 2 sum n ln(n / m); empty cells add nothing.
@@ -74,7 +82,7 @@ struct UTermEstimates {
     Block<double> errors[allFactors + 1];
 
     // `interaction`: the three-factor term, too.
-    ErrorCode allocate(const ThreeWaySizes& sizes, bool interaction);
+    [[nodiscard]] ErrorCode allocate(const ThreeWaySizes& sizes, bool interaction);
 };
 
 // From the margins of the cells' logarithms and of their variances (1 / count). A term is a contrast of the

@@ -2,63 +2,98 @@
 
 #include <cstdio>
 
-#include "analysis/run/run_report.h"
-#include "report/tables.h"
+#include "report/cells.h"
 
 namespace {
 
-void writeLabelCell(Report& report, const char* label) {
-    writeText(report, label, report.formats.labelWidth);
-}
-
-void writeModelHeader(Report& report) {
-    report.lower.appendFormat("  n,%46s", "model");
-    for (const char* label : {"AIC", "chi.s", "freedom"}) writeLabelCell(report, label);
-    endRow(report);
-}
-
-void writeModel(Report& report, const LogLinearResult& result, int model) {
-    startRow(report, model + 1, logLinearModelTexts()[static_cast<std::size_t>(model)], 46);
-    writeValue(report, result.aic[model], 6);
-    writeValue(report, result.chiSquares[model], 6);
-    report.lower.append(",");
-    report.lower.appendInteger(result.freedom[model], report.formats.labelWidth);
-    endRow(report);
-}
-
-// What stands before the numbers of a u-term: its number and letters, then its levels line by line.
-void writeTermLetters(Report& report, int term) {
-    report.lower.appendFormat("%3d", term + 1);
-    for (int f = 0; f < 3; ++f) {
-        const char letter[] = {(uTerms[term] >> f & 1U) != 0 ? "ijk"[f] : ' ', '\0'};
-        report.lower.appendFormat(",%4s", letter);
-    }
-}
-
-void writeTermLevels(Report& report, int term, const Index (&levels)[3]) {
-    report.lower.append("   ");
-    for (int f = 0; f < 3; ++f) {
-        if ((uTerms[term] >> f & 1U) != 0) {
-            report.lower.appendFormat(",%4d", static_cast<int>(levels[f]) + 1);
-        } else {
-            report.lower.append(",    ");
-        }
-    }
-}
+constexpr int modelWidth = 46;
+constexpr int levelWidth = 4; // of the cells that say where a row stands
 
 constexpr const char* termNames[uTermCount] = {"uA(i)",   "uB(j)",   "uC(k)",    "uAB(ij)",
                                                "uAC(ik)", "uBC(jk)", "uABC(ijk)"};
 
-// Calls `write` with the cell of each level combination of a term, the first index slowest.
+struct CellText {
+    char text[32];
+};
+
+// "A1", "A2", ... of a level from 0.
+CellText levelName(char factor, Index level) {
+    CellText name;
+    std::snprintf(name.text, sizeof name.text, "%c%td", factor, level + 1);
+    return name;
+}
+
+CellText modelName(const SelectedModel& selected) {
+    CellText name;
+    std::snprintf(name.text, sizeof name.text, "LLM(%2td)", selected.model + 1);
+    return name;
+}
+
+// What a cell says of factor f in a u-term: its letter or its level (from 0), nothing for a factor that is
+// not in the term.
+CellText letterIn(FactorSet term, Index f) {
+    return {{hasFactor(term, f) ? "ijk"[f] : '\0', '\0'}};
+}
+
+CellText levelIn(FactorSet term, Index f, Index level) {
+    CellText text = {};
+    if (hasFactor(term, f)) std::snprintf(text.text, sizeof text.text, "%td", level + 1);
+    return text;
+}
+
+void writeHeading(Report& report, const char* heading) {
+    writeText(report, heading, report.formats.labelWidth);
+}
+
+void writeLevel(Report& report, const char* text) {
+    writeText(report, text, levelWidth);
+}
+
+void writeModelHeader(Report& report) {
+    startHeader(report, "model", modelWidth);
+    for (const char* heading : {"AIC", "chi.s", "freedom"}) writeHeading(report, heading);
+    endRow(report);
+}
+
+void writeModel(Report& report, const LogLinearResult& result, Index model) {
+    startRow(report, model + 1, logLinearModelTexts().data()[model], modelWidth);
+    writeValue(report, result.aic[model], 6);
+    writeValue(report, result.chiSquares[model], 6);
+    writeInteger(report, result.freedom[model], report.formats.labelWidth);
+    endRow(report);
+}
+
+void writeModelList(Report& report, const LogLinearResult& result) {
+    writeModelHeader(report);
+    for (const double model : result.ranking) writeModel(report, result, static_cast<Index>(model));
+    endTable(report);
+}
+
+void writeSelectedModels(Report& report, const LogLinearResult& result) {
+    writeModelHeader(report);
+    for (const SelectedModel& each : result.selected) writeModel(report, result, each.model);
+    endTable(report);
+}
+
+// The line over the numbers of a u-term; headings follow.
+void startTerm(Report& report, Index term) {
+    startRow(report, term + 1, letterIn(uTerms[term], 0).text, levelWidth);
+    for (Index f = 1; f < 3; ++f) writeLevel(report, letterIn(uTerms[term], f).text);
+}
+
+// A line for each level combination of a term, the first index slowest, with the values that `write` adds for
+// its cell.
 template <class Write>
-void writeTermLines(Report& report, const ThreeWaySizes& sizes, int term, Write write) {
+void writeTermLines(Report& report, const ThreeWaySizes& sizes, FactorSet term, Write write) {
     Index counts[3];
-    for (int f = 0; f < 3; ++f) counts[f] = (uTerms[term] >> f & 1U) != 0 ? sizes.levels[f] : 1;
+    for (Index f = 0; f < 3; ++f) counts[f] = hasFactor(term, f) ? sizes.levels[f] : 1;
     Index cell = 0;
     for (Index i = 0; i < counts[0]; ++i) {
         for (Index j = 0; j < counts[1]; ++j) {
             for (Index k = 0; k < counts[2]; ++k) {
-                writeTermLevels(report, term, {i, j, k});
+                startUnnumberedRow(report, levelIn(term, 0, i).text, levelWidth);
+                writeLevel(report, levelIn(term, 1, j).text);
+                writeLevel(report, levelIn(term, 2, k).text);
                 write(cell++);
                 endRow(report);
             }
@@ -66,58 +101,71 @@ void writeTermLines(Report& report, const ThreeWaySizes& sizes, int term, Write 
     }
 }
 
-void writeSaturatedTerm(Report& report, const LogLinearResult& result, int term) {
-    writeTermLetters(report, term);
-    char standardized[32];
-    std::snprintf(standardized, sizeof standardized, "std.%s", termNames[term]);
-    for (const char* label : {termNames[term], "std.e.", static_cast<const char*>(standardized)}) {
-        writeLabelCell(report, label);
-    }
+void writeSaturatedTerm(Report& report, const LogLinearResult& result, Index term) {
+    CellText standardized;
+    std::snprintf(standardized.text, sizeof standardized.text, "std.%s", termNames[term]);
+    startTerm(report, term);
+    writeHeading(report, termNames[term]);
+    writeHeading(report, "std.e.");
+    writeHeading(report, standardized.text);
     endRow(report);
-    const double* estimates = result.saturated.estimates[uTerms[term]].data();
-    const double* errors = result.saturated.errors[uTerms[term]].data();
-    writeTermLines(report, result.sizes, term, [&](Index cell) {
+    const Block<double>& estimates = result.saturated.estimates[uTerms[term]];
+    const Block<double>& errors = result.saturated.errors[uTerms[term]];
+    writeTermLines(report, result.sizes, uTerms[term], [&](Index cell) {
         writeValue(report, estimates[cell], 6);
         writeValue(report, errors[cell], 6);
         writeValue(report, estimates[cell] / errors[cell], 6);
     });
 }
 
+void writeSaturatedTerms(Report& report, const LogLinearResult& result) {
+    for (Index term = 0; term < uTermCount; ++term) writeSaturatedTerm(report, result, term);
+    endTable(report);
+}
+
+// Three empty cells; headings follow.
+void startLevelHeader(Report& report) {
+    startHeader(report, "", levelWidth);
+    for (Index f = 1; f < 3; ++f) writeLevel(report, "");
+}
+
+// A row that goes on with the levels above it; values follow.
+void startTableRow(Report& report, const char* levelB, const char* content) {
+    startUnnumberedRow(report, "", levelWidth);
+    writeLevel(report, levelB);
+    writeLevel(report, content);
+}
+
 // The models' numbers over their columns: a name cell and empty ones each.
 void writeTableHeader(Report& report, const LogLinearResult& result) {
     const Index columns = result.sizes.levels[2];
-    char name[32];
-    report.lower.append("  n,    ,    ,    ");
+    startLevelHeader(report);
     for (const SelectedModel& each : result.selected) {
-        std::snprintf(name, sizeof name, "LLM(%2d)", each.model + 1);
-        writeName(report, name);
+        writeName(report, modelName(each).text);
         for (Index k = 1; k < columns; ++k) writeName(report, "");
     }
-    report.lower.append("\n   ,    ,    ,    ");
-    for (int model = 0; model < 2; ++model) {
-        for (Index k = 0; k < columns; ++k) {
-            std::snprintf(name, sizeof name, "C%d", static_cast<int>(k) + 1);
-            writeName(report, name);
-        }
+    endRow(report);
+    startTableRow(report, "", "");
+    for (Index model = 0; model < 2; ++model) {
+        for (Index k = 0; k < columns; ++k) writeName(report, levelName('C', k).text);
     }
     endRow(report);
 }
 
-// The counts of one A and B level, then what each model expects and leaves.
+// The counts of one A and B level, whose cells begin at `first`, then what each model expects and leaves.
 void writeTableRows(Report& report, const LogLinearResult& result, Index first) {
     const Index columns = result.sizes.levels[2];
     const std::int32_t* observed = result.observed.data() + first;
-    for (int model = 0; model < 2; ++model) {
-        for (Index k = 0; k < columns; ++k) {
-            report.lower.append(",");
-            report.lower.appendInteger(observed[k], report.formats.width);
-        }
+    for (Index model = 0; model < 2; ++model) {
+        for (Index k = 0; k < columns; ++k) writeInteger(report, observed[k], report.formats.width);
     }
-    report.lower.append("\n   ,    ,    , exp");
+    endRow(report);
+    startTableRow(report, "", "exp");
     for (const SelectedModel& each : result.selected) {
         for (Index k = 0; k < columns; ++k) writeValue(report, each.expected[first + k], 6);
     }
-    report.lower.append("\n   ,    ,    , res");
+    endRow(report);
+    startTableRow(report, "", "res");
     for (const SelectedModel& each : result.selected) {
         for (Index k = 0; k < columns; ++k) writeValue(report, observed[k] - each.expected[first + k], 6);
     }
@@ -126,45 +174,45 @@ void writeTableRows(Report& report, const LogLinearResult& result, Index first) 
 
 void writeTable(Report& report, const LogLinearResult& result) {
     const auto [a, b, c] = result.sizes.levels;
+    Index first = 0;
     writeTableHeader(report, result);
-    char row[32], column[32];
     for (Index i = 0; i < a; ++i) {
-        std::snprintf(row, sizeof row, "A%d", static_cast<int>(i) + 1);
-        for (Index j = 0; j < b; ++j) {
-            std::snprintf(column, sizeof column, "B%d", static_cast<int>(j) + 1);
+        for (Index j = 0; j < b; ++j, first += c) {
             if (j == 0) {
-                report.lower.appendFormat("%3d,%4s,%4s, obs", static_cast<int>(i) + 1, row, column);
+                startRow(report, i + 1, levelName('A', i).text, levelWidth);
+                writeLevel(report, levelName('B', j).text);
+                writeLevel(report, "obs");
             } else {
-                report.lower.appendFormat("   ,    ,%4s, obs", column);
+                startTableRow(report, levelName('B', j).text, "obs");
             }
-            writeTableRows(report, result, (i * b + j) * c);
+            writeTableRows(report, result, first);
         }
     }
+    endTable(report);
 }
 
 void writeSelectedTerms(Report& report, const LogLinearResult& result) {
-    report.lower.append("  n,    ,    ,    ");
-    char name[32];
+    startLevelHeader(report);
     for (const SelectedModel& each : result.selected) {
-        std::snprintf(name, sizeof name, "LLM(%2d)", each.model + 1);
-        writeLabelCell(report, name);
-        writeLabelCell(report, "");
+        writeHeading(report, modelName(each).text);
+        writeHeading(report, "");
     }
     endRow(report);
-    for (int term = 0; term < uTermCount - 1; ++term) {
-        writeTermLetters(report, term);
-        for (int model = 0; model < 2; ++model) {
-            writeLabelCell(report, termNames[term]);
-            writeLabelCell(report, "std.e.");
+    for (Index term = 0; term < uTermCount - 1; ++term) {
+        startTerm(report, term);
+        for (Index model = 0; model < 2; ++model) {
+            writeHeading(report, termNames[term]);
+            writeHeading(report, "std.e.");
         }
         endRow(report);
-        writeTermLines(report, result.sizes, term, [&](Index cell) {
+        writeTermLines(report, result.sizes, uTerms[term], [&](Index cell) {
             for (const SelectedModel& each : result.selected) {
                 writeValue(report, each.terms.estimates[uTerms[term]][cell], 6);
                 writeValue(report, each.terms.errors[uTerms[term]][cell], 6);
             }
         });
     }
+    endTable(report);
 }
 
 } // namespace
@@ -179,19 +227,15 @@ ErrorCode LogLinearResult::allocate(const ThreeWaySizes& tableSizes) {
 }
 
 void writeLogLinearTables(Report& report, const LogLinearResult& result) {
-    report.lower.append("\tmodel list sorted, AIC value, chi square, freedom\n");
-    writeModelHeader(report);
-    for (const double model : result.ranking) writeModel(report, result, static_cast<int>(model));
-    report.lower.append("\n\testimated u-terms under saturated models -- main effects, two and three factors "
-                        "interactions\n");
-    for (int term = 0; term < uTermCount; ++term) writeSaturatedTerm(report, result, term);
-    report.lower.append("\n\tlog linear models selected\n");
-    writeModelHeader(report);
-    for (const SelectedModel& each : result.selected) writeModel(report, result, each.model);
-    report.lower.append("\n\tfrequency contingency cross table observed, expected and residual\n");
+    writeCaption(report, "model list sorted, AIC value, chi square, freedom");
+    writeModelList(report, result);
+    writeCaption(report, "estimated u-terms under saturated models -- main effects, two and three factors "
+                         "interactions");
+    writeSaturatedTerms(report, result);
+    writeCaption(report, "log linear models selected");
+    writeSelectedModels(report, result);
+    writeCaption(report, "frequency contingency cross table observed, expected and residual");
     writeTable(report, result);
-    report.lower.append(
-        "\n\testimated u-terms of selected models -- main effects and two factors interactions\n");
+    writeCaption(report, "estimated u-terms of selected models -- main effects and two factors interactions");
     writeSelectedTerms(report, result);
-    report.lower.append("\n");
 }

@@ -3,10 +3,11 @@
 #include "analysis/categorical/log_linear/log_linear_models.h"
 #include "report/report.h"
 
+// One of the two models that are reported in detail.
 struct SelectedModel {
-    int model; // list index
-    Block<double> expected;
-    UTermEstimates terms; // without the three-factor term
+    Index model;            // list index
+    Block<double> expected; // cells
+    UTermEstimates terms;   // without the three-factor term
 };
 
 // What the analysis finds.
@@ -15,12 +16,12 @@ struct LogLinearResult {
     Block<std::int32_t> observed; // cells
     UTermEstimates saturated;
     SelectedModel selected[2]; // the smaller model first
-    std::int32_t freedom[logLinearModelCount];
+    Index freedom[logLinearModelCount];
     double chiSquares[logLinearModelCount];
     double aic[logLinearModelCount];
     double ranking[logLinearModelCount]; // list indices by AIC
 
-    ErrorCode allocate(const ThreeWaySizes& tableSizes);
+    [[nodiscard]] ErrorCode allocate(const ThreeWaySizes& tableSizes);
 };
 
 // Appends all tables, in the formats that are set.
