@@ -40,25 +40,22 @@ const OptionField fields[] = {
 
 // An eigenvalue that is this small beside the largest one is rounding.
 constexpr double leastEigenvalue = 1e-10;
-constexpr int leastGraphObjects = 3;
+constexpr Index leastGraphObjects = 3;
 
 struct SimilarityWork {
-    Index objects = 0;
-    int dimensions = 0;        // that there are, of the largest eigenvalues
-    Block<double> matrix;      // objects x objects: that is decomposed
-    Block<double> means;       // of the rows, then of the columns
-    Block<double> coordinates; // objects x objects, dimension k in column k
+    Index dimensions = 0;      // that there are, of the largest eigenvalues
+    Matrix matrix;             // objects x objects: that is decomposed
+    Matrix coordinates;        // objects x objects, dimension k in column k
+    Block<double> rowMeans;    // objects
+    Block<double> columnMeans; // objects
     Block<double> eigenvalues; // objects
     Block<double> ratios;      // objects
     Block<double> communality; // objects
-    Block<double> printed;     // the values of one table
 
-    ErrorCode allocate(int count) {
-        objects = count;
-        return matrix.allocate(objects * objects) | means.allocate(2 * objects) |
-               coordinates.allocate(objects * objects) | eigenvalues.allocate(objects) |
-               ratios.allocate(objects) | communality.allocate(objects) |
-               printed.allocate(objects * std::max<Index>(objects, 3));
+    [[nodiscard]] ErrorCode allocate(Index objects) {
+        return matrix.allocate(objects, objects) | coordinates.allocate(objects, objects) |
+               rowMeans.allocate(objects) | columnMeans.allocate(objects) | eigenvalues.allocate(objects) |
+               ratios.allocate(objects) | communality.allocate(objects);
     }
 };
 
@@ -69,68 +66,53 @@ bool isSimilarityMatrix(const DataMatrix& data) {
 }
 
 // Off the diagonal the sums of both directions, on it what makes every row sum to 0.
-void symmetrise(const DataMatrix& data, SimilarityWork& work) {
-    const Index n = work.objects;
+void symmetrise(const DataMatrix& data, Matrix& matrix) {
+    const Index n = matrix.rows();
     for (Index i = 0; i < n; ++i) {
         double sum = 0.0;
         for (Index j = 0; j < n; ++j) {
             if (j == i) continue;
-            work.matrix[i * n + j] = data.values[i * n + j] + data.values[j * n + i];
-            sum += work.matrix[i * n + j];
+            matrix(i, j) = data.at(i, j) + data.at(j, i);
+            sum += matrix(i, j);
         }
-        work.matrix[i * n + i] = -sum;
+        matrix(i, i) = -sum;
     }
 }
 
 void centreDoubly(const DataMatrix& data, SimilarityWork& work) {
-    const Index n = work.objects;
+    const Index n = work.matrix.rows();
     const double count = static_cast<double>(n);
-    double* rowMeans = work.means.data();
-    double* columnMeans = rowMeans + n;
     double grandMean = 0.0;
     for (Index i = 0; i < n; ++i) {
+        const double* row = data.row(i);
         for (Index j = 0; j < n; ++j) {
-            rowMeans[i] += data.values[i * n + j];
-            columnMeans[j] += data.values[i * n + j];
+            work.rowMeans[i] += row[j];
+            work.columnMeans[j] += row[j];
         }
-        grandMean += rowMeans[i];
+        grandMean += work.rowMeans[i];
     }
     grandMean /= count * count;
-    for (double& mean : work.means) mean /= count;
+    for (double& mean : work.rowMeans) mean /= count;
+    for (double& mean : work.columnMeans) mean /= count;
     for (Index i = 0; i < n; ++i) {
+        const double* row = data.row(i);
+        double* centred = work.matrix.row(i);
         for (Index j = 0; j < n; ++j) {
-            work.matrix[i * n + j] = data.values[i * n + j] - rowMeans[i] - columnMeans[j] + grandMean;
+            centred[j] = row[j] - work.rowMeans[i] - work.columnMeans[j] + grandMean;
         }
     }
 }
 
 ErrorCode decompose(SimilarityWork& work) {
-    const int n = static_cast<int>(work.objects);
     if (!allFinite(work.matrix.data(), work.matrix.size())) return eigenNotConvergent;
-    const ErrorCode code =
-        SymmetricEigen(n, n, work.coordinates.data(), work.eigenvalues.data(), work.matrix.data());
+    const ErrorCode code = SymmetricEigen(work.coordinates, work.eigenvalues, work.matrix);
     if (code != success) return code;
-    return allFinite(work.eigenvalues.data(), work.objects) ? success : eigenNotConvergent;
+    return allFinite(work.eigenvalues) ? success : eigenNotConvergent;
 }
 
-ErrorCode computeQuantification4(Screens& screens, const DataMatrix& data, SimilarityWork& work) {
-    symmetrise(data, work);
-    const ErrorCode code = decompose(work);
-    screens.setProgress(30);
-    if (code != success) return code;
-    work.dimensions = static_cast<int>(work.objects);
-    screens.setProgress(100);
-    return success;
-}
-
-ErrorCode computePrincipalCoordinates(Screens& screens, const DataMatrix& data, SimilarityWork& work) {
-    centreDoubly(data, work);
-    screens.setProgress(25);
-    const ErrorCode code = decompose(work);
-    screens.setProgress(50);
-    if (code != success) return code;
-
-    const Index n = work.objects;
+// Gives the eigenvectors of valuable dimensions the length of the roots of their eigenvalues.
+void scaleCoordinates(SimilarityWork& work) {
+    const Index n = work.matrix.rows();
     const double least = leastEigenvalue * largestMagnitude(work.eigenvalues.data(), n);
     double sum = 0.0;
     Index valuable = 0;
@@ -141,36 +123,40 @@ ErrorCode computePrincipalCoordinates(Screens& screens, const DataMatrix& data, 
         cumulated += work.ratios[k];
         work.communality[k] = cumulated;
         const double length = std::sqrt(work.eigenvalues[k]);
-        for (Index i = 0; i < n; ++i) work.coordinates[i * n + k] *= length;
+        for (Index i = 0; i < n; ++i) work.coordinates(i, k) *= length;
     }
-    work.dimensions = static_cast<int>(valuable);
-    screens.setProgress(75);
-    screens.setProgress(100);
-    return success;
+    work.dimensions = valuable;
 }
 
-void writeStart(AnalysisRun& run, const char* title) {
-    const Settings& settings = run.options.settings;
-    Report& report = run.report;
-    report.lower.clear();
-    report.lower.append("\n");
-    report.lower.append(title);
-    report.lower.append("\n");
-    report.status.clear();
-    report.status.append("status : ");
-    report.status.append(title);
-    report.status.append(" ");
-    SetFormatsFromData(report, run.data, settings.variableStringLength, settings.sampleStringLength);
+ErrorCode computeQuantification4(Screens& screens, const DataMatrix& data, SimilarityWork& work) {
+    symmetrise(data, work.matrix);
+    ErrorCode code = decompose(work);
+    if (code == success) code = screens.setProgress(30);
+    if (code != success) return code;
+    work.dimensions = work.matrix.rows();
+    return screens.setProgress(100);
 }
 
-void writeScalingHeading(Screens& screens, AnalysisRun& run) {
-    constexpr const char* source = "-- due to  data";
-    writeStart(run, "multi dimentional analysis statistics");
-    run.report.status.append(source);
-    run.report.lower.append(source);
-    run.report.lower.append("\n\n\n");
-    screens.showLower(run.report);
-    screens.showStatus(run.report);
+ErrorCode computePrincipalCoordinates(Screens& screens, const DataMatrix& data, SimilarityWork& work) {
+    centreDoubly(data, work);
+    ErrorCode code = screens.setProgress(25);
+    if (code == success) code = decompose(work);
+    if (code == success) code = screens.setProgress(50);
+    if (code != success) return code;
+    scaleCoordinates(work);
+    code = screens.setProgress(75);
+    if (code != success) return code;
+    return screens.setProgress(100);
+}
+
+void setFormatsFor(Report& report, double largest) {
+    report.formats = formatsForMagnitude(largest, report.formats.nameLength, report.formats.labelWidth);
+}
+
+void writeSimilarities(Report& report, const DataSet& data, const double* matrix) {
+    SetFormatsFromValues(report, matrix, data.working.count());
+    WriteDataTable(report, data, matrix);
+    endTable(report);
 }
 
 struct EigenvalueRow {
@@ -178,82 +164,120 @@ struct EigenvalueRow {
     const Block<double>& values;
 };
 
-void writeEigenvalues(Report& report, std::span<const EigenvalueRow> rows, Index shown,
-                      Block<double>& scratch) {
-    double* end = scratch.data();
-    for (const EigenvalueRow& row : rows) end = std::copy_n(row.values.data(), shown, end);
-    SetFormatsFromValues(report, scratch.data(), rows.size() * shown);
-    WriteVectorHeader(report, static_cast<int>(shown), report.formats.nameLength);
-    int number = 0;
-    for (const EigenvalueRow& row : rows) {
-        WriteValueRow(report, row.values.data(), static_cast<int>(shown), 6, row.label, ++number);
-    }
-    report.lower.append("\n");
+void writeEigenvalues(Report& report, std::span<const EigenvalueRow> rows, Index shown) {
+    double largest = 0.0;
+    for (const EigenvalueRow& row : rows)
+        largest = std::max(largest, largestMagnitude(row.values.data(), shown));
+    setFormatsFor(report, largest);
+    WriteVectorHeader(report, shown, report.formats.nameLength);
+    Index number = 0;
+    for (const EigenvalueRow& row : rows)
+        WriteValueRow(report, row.values.data(), shown, 6, row.label, ++number);
+    endTable(report);
 }
 
-void writeCoordinates(Report& report, const DataSet& data, SimilarityWork& work, Index shown) {
-    const Index n = work.objects;
-    for (Index i = 0; i < n; ++i) {
-        std::copy_n(work.coordinates.data() + i * n, shown, work.printed.data() + i * shown);
-    }
-    SetFormatsFromValues(report, work.printed.data(), n * shown);
-    WriteVectorTable(report, static_cast<int>(n), static_cast<int>(shown), work.printed.data(),
-                     static_cast<int>(shown), data.working.labels);
-    report.lower.append("\n");
+void writeCoordinates(Report& report, const DataMatrix& data, const Matrix& coordinates, Index shown) {
+    double largest = 0.0;
+    for (Index i = 0; i < coordinates.rows(); ++i)
+        largest = std::max(largest, largestMagnitude(coordinates.row(i), shown));
+    setFormatsFor(report, largest);
+    WriteVectorTable(report, coordinates, shown, data.labels);
+    endTable(report);
 }
 
-void writeReport(Screens& screens, AnalysisRun& run, SimilarityModel model, SimilarityWork& work) {
+Index shownDimensions(const AnalysisRun& run, const SimilarityWork& work) {
+    return std::min<Index>(std::max(run.options.settings.similarity.dimensions, 1), work.dimensions);
+}
+
+void writeQuantification4(AnalysisRun& run, const SimilarityWork& work) {
+    const DataSet& data = run.data;
+    const Index shown = shownDimensions(run, work);
     Report& report = run.report;
-    const bool coordinates = model == principalCoordinates;
-    const Index shown = (std::min(std::max(run.options.settings.similarity.dimensions, 1), work.dimensions));
-    writeStart(run, coordinates ? "principal coordinates analysis statistics"
-                                : "quantification 4 analysis statistics");
+    openReport(run, {.title = "quantification 4 analysis statistics",
+                     .status = "quantification 4 analysis statistics "});
+    writeCaption(report, "similarity matrix");
+    writeSimilarities(report, data, data.working.values.data());
+    const EigenvalueRow rows[] = {{"eigen", work.eigenvalues}};
+    writeCaption(report, "eigen value of dimentions");
+    writeEigenvalues(report, rows, shown);
+    writeCaption(report, "eigen vector");
+    writeCoordinates(report, data.working, work.coordinates, shown);
+}
 
-    const double* matrix = coordinates ? work.matrix.data() : run.data.working.values.data();
-    report.lower.append(coordinates ? "\n\tdoubly centered similarity matrix\n" : "\n\tsimilarity matrix\n");
-    SetFormatsFromValues(report, matrix, work.objects * work.objects);
-    WriteDataTable(report, run.data, matrix);
-    report.lower.append("\n");
-
+void writePrincipalCoordinates(AnalysisRun& run, const SimilarityWork& work) {
+    const DataSet& data = run.data;
+    const Index shown = shownDimensions(run, work);
+    Report& report = run.report;
+    openReport(run, {.title = "principal coordinates analysis statistics",
+                     .status = "principal coordinates analysis statistics "});
+    writeCaption(report, "doubly centered similarity matrix");
+    writeSimilarities(report, data, work.matrix.data());
     const EigenvalueRow rows[] = {
         {"eigen", work.eigenvalues}, {"ratio", work.ratios}, {"communality", work.communality}};
-    report.lower.append(coordinates ? "\teigen value, ratio, communality of valuable dimentions\n"
-                                    : "\teigen value of dimentions\n");
-    writeEigenvalues(report, std::span(rows, coordinates ? 3 : 1), shown, work.printed);
-
-    report.lower.append(coordinates ? "\tstandardized eigen vector\n" : "\teigen vector\n");
-    writeCoordinates(report, run.data, work, shown);
-    closeReport(screens, report);
+    writeCaption(report, "eigen value, ratio, communality of valuable dimentions");
+    writeEigenvalues(report, rows, shown);
+    writeCaption(report, "standardized eigen vector");
+    writeCoordinates(report, data.working, work.coordinates, shown);
 }
 
-ErrorCode run(Screens& screens, AnalysisRun& run) {
-    const DataMatrix& data = run.data.working;
-    const auto model = static_cast<SimilarityModel>(run.kind - similarityKind);
-    if (!isSimilarityMatrix(data)) return illegalSimilarityData;
-    if (model == multidimensionalScaling) {
-        startProgress(screens, run.report);
-        screens.hideProgress();
-        writeScalingHeading(screens, run);
+// There is no such model: the report is its heading, with a second empty line.
+void writeMultidimensionalScaling(AnalysisRun& run) {
+    openReport(run, {.title = "multi dimentional analysis statistics",
+                     .option = "-- due to  data",
+                     .status = "multi dimentional analysis statistics -- due to  data"});
+    endTable(run.report);
+}
+
+ErrorCode compute(Screens& screens, const DataMatrix& data, SimilarityModel model, SimilarityWork& work) {
+    switch (model) {
+    case quantification4:
+        return computeQuantification4(screens, data, work);
+    case principalCoordinates:
+        return computePrincipalCoordinates(screens, data, work);
+    case multidimensionalScaling:
         return success;
     }
+    return success;
+}
 
-    SimilarityWork work;
-    ErrorCode code = work.allocate(data.samples);
-    if (code != success) return code;
-    startProgress(screens, run.report);
-    code = model == quantification4 ? computeQuantification4(screens, data, work)
-                                    : computePrincipalCoordinates(screens, data, work);
-    screens.hideProgress();
-    if (code != success) return code;
-    writeReport(screens, run, model, work);
-    if (data.variables < leastGraphObjects) return success;
+void writeReport(AnalysisRun& run, SimilarityModel model, const SimilarityWork& work) {
+    switch (model) {
+    case quantification4:
+        return writeQuantification4(run, work);
+    case principalCoordinates:
+        return writePrincipalCoordinates(run, work);
+    case multidimensionalScaling:
+        return writeMultidimensionalScaling(run);
+    }
+}
+
+ErrorCode buildSimilarityGraph(Screens& screens, AnalysisRun& run, const SimilarityWork& work) {
+    if (work.coordinates.rows() < leastGraphObjects) return success;
     return buildScoreGraph(screens, run,
                            {.seriesPrefix = "dimention",
                             .seriesCount = work.dimensions,
                             .scores = work.coordinates.data(),
-                            .scoreStride = data.samples});
+                            .scoreStride = work.coordinates.columns()});
+}
+
+ErrorCode runSimilarityAnalysis(Screens& screens, AnalysisRun& run) {
+    const DataMatrix& data = run.data.working;
+    const auto model = static_cast<SimilarityModel>(run.kind - similarityKind);
+    if (!isSimilarityMatrix(data)) return illegalSimilarityData;
+    SimilarityWork work;
+    ErrorCode code = work.allocate(model == multidimensionalScaling ? 0 : data.samples);
+    if (code != success) return code;
+
+    code = startProgress(screens, run.report);
+    if (code == success) code = compute(screens, data, model, work);
+    screens.hideProgress();
+    if (code != success) return code;
+
+    writeReport(run, model, work);
+    closeReport(screens, run.report);
+    return buildSimilarityGraph(screens, run, work);
 }
 
 } // namespace
 
-const Analysis similarityAnalysis = {.fields = fields, .driver = run};
+const Analysis similarityAnalysis = {.fields = fields, .driver = runSimilarityAnalysis};
