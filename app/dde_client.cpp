@@ -47,9 +47,9 @@ void endDdeClient(Program& program) {
     program.dde = 0;
 }
 
-ErrorCode DdeWorkbook::connectWorkbook(const char* path) {
+LinkCode DdeWorkbook::connectWorkbook(const char* path) {
     const DWORD instance = program_.dde;
-    if (instance == 0) return ddeNotInitialized;
+    if (instance == 0) return LinkCode::notInitialized;
     begun_ = true;
     EnableWindow(program_.window, FALSE);
     DdeGetLastError(instance); // forgets an earlier one
@@ -59,35 +59,35 @@ ErrorCode DdeWorkbook::connectWorkbook(const char* path) {
     if (service_ != nullptr && topic_ != nullptr) {
         conversation_ = DdeConnect(instance, service_, topic_, nullptr);
     }
-    if (conversation_ != nullptr) return success;
-    return DdeGetLastError(instance) == DMLERR_NO_ERROR ? success : ddeNotLinked;
+    if (conversation_ != nullptr) return LinkCode::done;
+    return DdeGetLastError(instance) == DMLERR_NO_ERROR ? LinkCode::done : LinkCode::notLinked;
 }
 
-ErrorCode DdeWorkbook::requestCell(const char* item, CellReply& reply) {
-    if (conversation_ == nullptr) return ddeNotInitiated;
+LinkCode DdeWorkbook::requestCell(const char* item, CellReply& reply) {
+    if (conversation_ == nullptr) return LinkCode::notInitiated;
     HSZ name = DdeCreateStringHandleA(program_.dde, item, CP_WINANSI);
     const HDDEDATA data =
         DdeClientTransaction(nullptr, 0, conversation_, name, CF_TEXT, XTYP_REQUEST, timeLimit(), nullptr);
     // Wine counts a use of the name with each reply, and some 16,000 names fill its table.
     if (data != nullptr && isUnderWine()) DdeFreeStringHandle(program_.dde, name);
     freeString(program_.dde, name);
-    if (data == nullptr) return isConnected() ? ddeNoData : ddeNotInitiated;
+    if (data == nullptr) return isConnected() ? LinkCode::noData : LinkCode::notInitiated;
 
     char bytes[CellReply::size];
     const DWORD count = DdeGetData(data, reinterpret_cast<BYTE*>(bytes), sizeof bytes, 0);
     DdeFreeDataHandle(data);
     putReply(reply, bytes, count);
-    return success;
+    return LinkCode::done;
 }
 
-ErrorCode DdeWorkbook::disconnectWorkbook() {
-    if (!begun_) return ddeNoService;
+LinkCode DdeWorkbook::disconnectWorkbook() {
+    if (!begun_) return LinkCode::noService;
     const bool connected = conversation_ != nullptr;
     const bool lost = connected && !isConnected();
-    ErrorCode code = success;
-    if (!freeString(program_.dde, service_)) code |= ddeServiceKept;
-    if (!freeString(program_.dde, topic_)) code |= ddeTopicKept;
-    if (connected && DdeDisconnect(conversation_) == FALSE) code |= ddeNotDisconnected;
+    LinkCode code = LinkCode::done;
+    if (!freeString(program_.dde, service_)) code = code | LinkCode::serviceKept;
+    if (!freeString(program_.dde, topic_)) code = code | LinkCode::topicKept;
+    if (connected && DdeDisconnect(conversation_) == FALSE) code = code | LinkCode::notDisconnected;
     // Wine keeps a conversation that the other side has ended and refuses another one about the same
     // workbook; a new client has none.
     if (lost) {
@@ -97,7 +97,7 @@ ErrorCode DdeWorkbook::disconnectWorkbook() {
     conversation_ = nullptr;
     begun_ = false;
     EnableWindow(program_.window, TRUE);
-    return connected ? code : ddeNoService;
+    return connected ? code : LinkCode::noService;
 }
 
 // A partner that crashed says no word; its window is gone.

@@ -21,9 +21,9 @@ public:
     DdeWorkbook(const DdeWorkbook&) = delete;
     DdeWorkbook& operator=(const DdeWorkbook&) = delete;
 
-    ErrorCode connectWorkbook(const char* path) override;
-    ErrorCode requestCell(const char* item, CellReply& reply) override;
-    ErrorCode disconnectWorkbook() override;
+    LinkCode connectWorkbook(const char* path) override;
+    LinkCode requestCell(const char* item, CellReply& reply) override;
+    LinkCode disconnectWorkbook() override;
 
 private:
     bool isConnected() const;

@@ -47,15 +47,16 @@ bool createText(const Program& program, const char* text, int identifier) {
     return createControl(program, "STATIC", text, SS_LEFT, identifier) != nullptr;
 }
 
-bool createList(const Program& program, const Block<TextSlot>& texts, int identifier, int chosen) {
+bool createList(const Program& program, const TextList& texts, int identifier, int chosen) {
     const HWND list =
         createControl(program, "COMBOBOX", "", CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, identifier);
     if (list == nullptr) return false;
     SendMessageA(list, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), fontHeight);
     SendMessageA(list, CB_SETDROPPEDWIDTH, dropWidth, 0);
-    SendMessageA(list, CB_INITSTORAGE, texts.size(), static_cast<LPARAM>(texts.size() * textSlotSize));
-    for (const TextSlot& text : texts)
-        SendMessageA(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.text));
+    SendMessageA(list, CB_INITSTORAGE, static_cast<WPARAM>(texts.size()),
+                 static_cast<LPARAM>(texts.size()) * static_cast<LPARAM>(textSlotSize));
+    for (Index i = 0; i < texts.size(); ++i)
+        SendMessageA(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(texts[i]));
     SendMessageA(list, CB_SETCURSEL, static_cast<WPARAM>(chosen), 0);
     return true;
 }

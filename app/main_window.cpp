@@ -34,7 +34,7 @@ Program& programOf(HWND window) {
 void loadFile(Program& program) {
     WindowFrontend frontend(program);
     AnalysisRun& run = program.run;
-    if (loadDataFile(frontend, run) == success) showLoadedData(frontend, run);
+    if (loadDataFile(frontend, run).isLoaded()) showLoadedData(frontend, run);
 }
 
 // The file at the data set's path, of the kept source kind.

@@ -50,22 +50,28 @@ bool checkOptions(const CommandLine& line, AnalysisRun& run, Complaint& complain
     return !complaint.any();
 }
 
+// The command that leads to a kind: its own, or that of another kind whose dialog chooses it.
 int menuCommand(const AnalysisKind& kind) {
-    return firstAnalysisCommand + (isSimilarity(kind.number) ? similarityKind + 1 : kind.number);
+    for (const AnalysisKind& each : analysisKinds()) {
+        if (each.onMenu && (each.number == kind.number || (!kind.onMenu && each.analysis == kind.analysis)))
+            return firstAnalysisCommand + each.number;
+    }
+    return 0;
 }
 
-// Cells that are no numbers spoil a result without a sign of it, so they are told. Returns fileMalformed for
-// `--strict` when there are any.
-ErrorCode checkCells(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
+// Cells that are no numbers spoil a result without a sign of it, so they are told. False for `--strict` when
+// there are any.
+bool checkCells(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
     const BadCells bad = findBadCells(run.data);
-    if (bad.count == 0) return success;
+    if (bad.count == 0) return true;
     std::fprintf(stderr, "warning : %lld cells are not numbers, the first is row %d, column %s\n", bad.count,
                  bad.sample, bad.variable);
-    return line.strict ? reportFileCode(frontend, run.report, fileMalformed) : success;
+    if (line.strict) reportFileCode(frontend, run.report, FileCode::malformed);
+    return !line.strict;
 }
 
-// Appends a report for each prediction asked for; the code of one takes the place of all that is written.
-ErrorCode runPredictions(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
+// Appends a report for each prediction asked for; the failure of one takes the place of all that is written.
+bool runPredictions(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
     for (const char* text : line.predictions) {
         PredictionEntry entry;
         ErrorCode code = startPrediction(run, entry);
@@ -74,25 +80,27 @@ ErrorCode runPredictions(BatchFrontend& frontend, const CommandLine& line, Analy
             code = writePrediction(run, entry, PredictionReport::appended);
         }
         if (code == success && run.report.lower.ranOutOfMemory()) code = outOfMemory;
-        if (code != success) return reportResult(frontend, run, code);
+        if (code != success) {
+            reportResult(frontend, run, code);
+            return false;
+        }
     }
-    return success;
+    return true;
 }
 
-// The analysis or the summary of what was loaded.
-ErrorCode runLoaded(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
+// The analysis or the summary of what was loaded. A report without its graph is whole.
+bool runLoaded(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
     if (line.kind != nullptr) {
         Settings defaults = run.options.settings;
         const ErrorCode code = runAnalysisCommand(frontend, defaults, run, menuCommand(*line.kind));
-        if (code != success && code != graphNotBuilt) return code;
-        const ErrorCode predicted = runPredictions(frontend, line, run);
-        return predicted != success ? predicted : code;
+        if (code != success && code != graphNotBuilt) return false;
+        return runPredictions(frontend, line, run);
     }
     if (line.shownPath != nullptr) std::snprintf(run.data.path, sizeof run.data.path, "%s", line.shownPath);
     showLoadedData(frontend, run);
-    return run.report.upper.ranOutOfMemory() || run.report.lower.ranOutOfMemory()
-               ? reportFileCode(frontend, run.report, outOfMemory)
-               : success;
+    const bool isWhole = !run.report.upper.ranOutOfMemory() && !run.report.lower.ranOutOfMemory();
+    if (!isWhole) reportFileCode(frontend, run.report, FileCode::noMemory);
+    return isWhole;
 }
 
 bool write(std::FILE* file, const TextBuffer& text) {
@@ -122,19 +130,19 @@ void printStatus(const TextBuffer& status) {
     std::fprintf(stderr, "%.*s\n", static_cast<int>(length), status.text());
 }
 
-// A failure leaves the output file alone: its text goes to standard output.
-ErrorCode print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, ErrorCode code) {
-    bool printed = true;
-    if (code == success && line.output != nullptr) {
-        printed = writeWhole(line.output, *frontend.shown());
-        if (!printed) code = reportFileCode(frontend, run.report, fileNotCreated);
-    }
-    if (code != success || line.output == nullptr) {
-        printed = write(stdout, *frontend.shown()) && std::fflush(stdout) == 0;
-        if (!printed) code = reportFileCode(frontend, run.report, fileNotCreated);
+// A failure leaves the output file alone: its text goes to standard output. False when the run has failed or
+// its report cannot be written.
+bool print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, bool succeeded) {
+    const auto check = [&](bool written) {
+        if (!written) reportFileCode(frontend, run.report, FileCode::notCreated);
+        succeeded = succeeded && written;
+    };
+    if (succeeded && line.output != nullptr) check(writeWhole(line.output, *frontend.shown()));
+    if (!succeeded || line.output == nullptr) {
+        check(write(stdout, *frontend.shown()) && std::fflush(stdout) == 0);
     }
     printStatus(run.report.status);
-    return code;
+    return succeeded;
 }
 
 // The picture of a run that succeeded; false when there is none, which one line tells.
@@ -171,19 +179,16 @@ int runBatch(int count, char** arguments) {
         std::fprintf(stderr, "error : failed to allocate memory for data.\n");
         return exitFailure;
     }
-    ErrorCode code = loadDataFile(frontend, run);
-    if (code == success && line.exclude != nullptr) {
+    bool succeeded = loadDataFile(frontend, run).isLoaded();
+    if (succeeded && line.exclude != nullptr) {
         if (!applyExclude(line.exclude, run.data, complaint)) return refuse(complaint, line.kind);
         buildDataSet(run.data);
     }
-    if (code == success && line.kind != nullptr && !checkOptions(line, run, complaint)) {
+    if (succeeded && line.kind != nullptr && !checkOptions(line, run, complaint)) {
         return refuse(complaint, line.kind);
     }
-    if (code == success) code = checkCells(frontend, line, run);
-    if (code == success) code = runLoaded(frontend, line, run);
-    if (code == graphNotBuilt) code = success; // the report is whole
-    code = print(frontend, line, run, code);
-    if (code == success && line.picture.file != nullptr && !writePicture(frontend, line, run.graph))
-        return exitFailure;
-    return code == success ? exitSuccess : exitFailure;
+    succeeded = succeeded && checkCells(frontend, line, run) && runLoaded(frontend, line, run);
+    succeeded = print(frontend, line, run, succeeded);
+    if (succeeded && line.picture.file != nullptr) succeeded = writePicture(frontend, line, run.graph);
+    return succeeded ? exitSuccess : exitFailure;
 }

@@ -46,7 +46,10 @@ void BatchFrontend::alert(const char* text, const char*) {
 
 bool BatchFrontend::chooseOptions(AnalysisRun& run, const AnalysisKind&) {
     // All of the similarity kinds are asked for by the command of one of them.
-    run.options.similarityModel = line_.kind->number - similarityKind;
+    const Analysis& analysis = *line_.kind->analysis;
+    if (analysis.chosenKind != nullptr) {
+        run.options.*analysis.chosenKind = line_.kind->number - analysis.firstKind;
+    }
     Complaint complaint; // the same values were applied once before, without one
     return applyFields(line_, run.data, run.options, complaint);
 }

@@ -124,8 +124,7 @@ const char* refusePicture(const PictureOptions& options, const AnalysisKind& kin
         case GraphRule::threeGroups:
             return "there is no picture of fewer than 3 groups";
         case GraphRule::threeVariables:
-            return kind.number == similarityKind ? "there is no picture of this analysis"
-                                                 : "there is no picture of fewer than 3 variables";
+            return "there is no picture of fewer than 3 variables";
         default:
             return "there is no picture of this run";
         }

@@ -105,12 +105,12 @@ std::string_view withoutReturn(std::string_view line) {
 }
 
 // Finds the size of the table; the columns are those up to the last header cell that is not empty.
-ErrorCode measure(std::FILE* file, CellTable& table) {
+FileCode measure(std::FILE* file, CellTable& table) {
     LineReader reader(file);
     std::string_view line;
     const Line header = reader.next(line);
-    if (header == Line::none) return fileNotOpened;
-    if (header == Line::tooLong) return fileMalformed;
+    if (header == Line::none) return FileCode::notOpened;
+    if (header == Line::tooLong) return FileCode::malformed;
 
     line = withoutReturn(line);
     TextSlot slot;
@@ -118,56 +118,57 @@ ErrorCode measure(std::FILE* file, CellTable& table) {
     for (std::int32_t count = 1; nextCell(line, slot) == Cell::found; ++count) {
         if (slot.text[0] != '\0') columns = count;
     }
-    if (columns == 0) return fileNotOpened;
+    if (columns == 0) return FileCode::notOpened;
 
     std::int32_t rows = 1;
     Line state = header;
     while (state == Line::complete && (state = reader.next(line)) == Line::complete) {
-        if (rows == std::numeric_limits<std::int32_t>::max()) return outOfMemory;
+        if (rows == std::numeric_limits<std::int32_t>::max()) return FileCode::noMemory;
         ++rows;
     }
-    if (state == Line::tooLong) return fileMalformed;
+    if (state == Line::tooLong) return FileCode::malformed;
     table.rows = rows;
     table.cols = columns;
-    return success;
+    return FileCode::done;
 }
 
-ErrorCode fill(std::FILE* file, CellTable& table) {
+FileCode fill(std::FILE* file, CellTable& table) {
     LineReader reader(file);
     TextSlot* slot = table.cells.data();
     for (std::int32_t row = 0; row < table.rows; ++row) {
         std::string_view line;
         const Line state = reader.next(line);
-        if (state == Line::none) return fileNotOpened;
-        if (state == Line::tooLong) return fileMalformed;
-        if (std::memchr(line.data(), '\0', line.size()) != nullptr) return fileMalformed;
+        if (state == Line::none) return FileCode::notOpened;
+        if (state == Line::tooLong) return FileCode::malformed;
+        if (std::memchr(line.data(), '\0', line.size()) != nullptr) return FileCode::malformed;
         line = withoutReturn(line);
         for (std::int32_t col = 0; col < table.cols; ++col, ++slot) {
-            if (nextCell(line, *slot) != Cell::found) return fileMalformed;
+            if (nextCell(line, *slot) != Cell::found) return FileCode::malformed;
         }
     }
-    return success;
+    return FileCode::done;
 }
 
 } // namespace
 
-ErrorCode readCsvStream(std::FILE* file, CellTable& table) {
+FileCode readCsvStream(std::FILE* file, CellTable& table) {
     table = {};
-    ErrorCode code = measure(file, table);
-    if (code == success) code = table.cells.allocate(Index{table.rows} * table.cols);
-    if (code == success && std::fseek(file, 0, SEEK_SET) != 0) code = fileNotOpened;
-    if (code == success) code = fill(file, table);
+    FileCode code = measure(file, table);
+    if (code == FileCode::done && table.cells.allocate(Index{table.rows} * table.cols) != success)
+        code = FileCode::noMemory;
+    if (code == FileCode::done && std::fseek(file, 0, SEEK_SET) != 0) code = FileCode::notOpened;
+    if (code == FileCode::done) code = fill(file, table);
     // A read that failed looks like the end of the file.
-    if (code == success && std::ferror(file) != 0) code = fileNotOpened;
-    if (code != success) table = {};
+    if (code == FileCode::done && std::ferror(file) != 0) code = FileCode::notOpened;
+    if (code != FileCode::done) table = {};
     return code;
 }
 
-ErrorCode readCsv(const char* path, CellTable& table) {
+FileCode readCsv(const char* path, CellTable& table) {
     table = {};
     std::FILE* file = std::fopen(path, "rb");
-    if (file == nullptr) return fileNotOpened;
-    const ErrorCode code = readCsvStream(file, table);
+    if (file == nullptr) return FileCode::notOpened;
+    const FileCode code = readCsvStream(file, table);
     std::fclose(file);
     return code;
 }

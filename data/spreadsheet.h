@@ -4,17 +4,27 @@
 
 #include "data/cell_table.h"
 
-// The spreadsheet link.
-constexpr ErrorCode ddeNotInitialized = 1;
-constexpr ErrorCode ddeNotLinked = 2;
-constexpr ErrorCode ddeServiceKept = 4;
-constexpr ErrorCode ddeTopicKept = 8;
-constexpr ErrorCode ddeNotDisconnected = 16;
-constexpr ErrorCode ddeNoService = 32;
-constexpr ErrorCode ddeNotExited = 64;
-constexpr ErrorCode ddeNotInitiated = 256; // there is no conversation, or it was lost
-constexpr ErrorCode ddeNoData = 512;       // a request failed
-constexpr ErrorCode ddeEmptySheet = 1024;
+// What came of the spreadsheet link; ending a conversation can give several of them, combined by |.
+enum class LinkCode : std::int32_t {
+    done = 0,
+    notInitialized = 1,
+    notLinked = 2,
+    serviceKept = 4,
+    topicKept = 8,
+    notDisconnected = 16,
+    noService = 32,
+    notExited = 64,
+    notInitiated = 256, // there is no conversation, or it was lost
+    noData = 512,       // a request failed
+    emptySheet = 1024,
+};
+
+constexpr LinkCode operator|(LinkCode a, LinkCode b) {
+    return static_cast<LinkCode>(static_cast<std::int32_t>(a) | static_cast<std::int32_t>(b));
+}
+constexpr bool holds(LinkCode codes, LinkCode code) {
+    return (static_cast<std::int32_t>(codes) & static_cast<std::int32_t>(code)) != 0;
+}
 
 // The text that a spreadsheet answers for one cell, with its line end if it has one.
 struct CellReply {
@@ -32,13 +42,13 @@ public:
 
     // Begins the conversation about the workbook at `path`. Success does not promise that there is one: the
     // requests tell.
-    virtual ErrorCode connectWorkbook(const char* path) = 0;
-    // Asks for the cell with a name like "R12C3". ddeNotInitiated without a conversation, ddeNoData when the
+    virtual LinkCode connectWorkbook(const char* path) = 0;
+    // Asks for the cell with a name like "R12C3". notInitiated without a conversation, noData when the
     // request fails.
-    virtual ErrorCode requestCell(const char* item, CellReply& reply) = 0;
-    // Ends it: ddeNoService when there was none, else the sum of ddeServiceKept, ddeTopicKept and
-    // ddeNotDisconnected.
-    virtual ErrorCode disconnectWorkbook() = 0;
+    virtual LinkCode requestCell(const char* item, CellReply& reply) = 0;
+    // Ends it: noService when there was none, else the sum of serviceKept, topicKept and
+    // notDisconnected.
+    virtual LinkCode disconnectWorkbook() = 0;
 };
 
 // Rows and columns of the table in a sheet, header and labels included.
@@ -49,12 +59,12 @@ struct SheetSize {
 
 // Finds the table in the sheet. Its columns end before the first empty cell of the header, its rows before
 // the first empty cell in column A; rows that begin ";" or "//" are comments. Returns success (both counts
-// are then at least 1), ddeEmptySheet, or the code of a request that failed.
-[[nodiscard]] ErrorCode measureSheet(Workbook& workbook, SheetSize& size);
+// are then at least 1), emptySheet, or the code of a request that failed.
+[[nodiscard]] LinkCode measureSheet(Workbook& workbook, SheetSize& size);
 
 // Fills `cells`, which has size.rows x size.cols zero slots, from the sheet: texts up to their line end and
 // of at most 62 characters. Calls showPercent(context, percent) after each row. Returns success,
-// ddeEmptySheet, ddeNoData when rows have become comments since they were counted, or the code of a
+// emptySheet, noData when rows have become comments since they were counted, or the code of a
 // request that failed.
-[[nodiscard]] ErrorCode fetchSheet(Workbook& workbook, const SheetSize& size, Block<TextSlot>& cells,
-                                   void (*showPercent)(void* context, int percent), void* context);
+[[nodiscard]] LinkCode fetchSheet(Workbook& workbook, const SheetSize& size, Block<TextSlot>& cells,
+                                  void (*showPercent)(void* context, int percent), void* context);

@@ -32,8 +32,3 @@ constexpr ErrorCode graphNotBuilt = 32768; // told in a message box of its own
 
 // LuDecompose and TridiagonalQL only: a zero pivot, or the iteration limit.
 constexpr ErrorCode decompositionFailed = 1;
-
-// Data files.
-constexpr ErrorCode fileNotOpened = 1;
-constexpr ErrorCode fileMalformed = 2;
-constexpr ErrorCode fileNotCreated = 8;

@@ -7,13 +7,13 @@ namespace {
 
 // Adds sample number k (from 0) to the means of the k samples before it and to the lower triangle of the sums
 // of products. Reports depend on this order of the operations.
-void addSample(const double* x, Index k, Index p, double* means, double* sums) {
+void addSample(const double* x, Index k, Index p, double* means, Matrix& sums) {
     const auto before = static_cast<double>(k);
     const double after = before + 1.0;
     for (Index i = 0; i < p; ++i) {
         means[i] = (before * means[i] + x[i]) / after;
         const double deviation = x[i] - means[i];
-        double* row = sums + i * p;
+        double* row = sums.row(i);
         for (Index j = 0; j <= i; ++j) row[j] += (x[j] - means[j]) * after * deviation / before;
     }
 }
@@ -44,7 +44,7 @@ ErrorCode MeanCovarianceCorrelation(const double* values, std::int32_t samples, 
         return success;
     }
     std::copy_n(values, p, means);
-    for (Index k = 1; k < samples; ++k) addSample(values + k * p, k, p, means, covariance.data());
+    for (Index k = 1; k < samples; ++k) addSample(values + k * p, k, p, means, covariance);
     for (Index i = 0; i < p; ++i) {
         for (Index j = 0; j <= i; ++j) {
             covariance(i, j) /= samples;

@@ -207,7 +207,7 @@ void fitText(Canvas& canvas, const char* text, const TextStyle& style, int width
 void drawAxes(Canvas& canvas, const Graph& graph, const GraphLayout& layout) {
     AxisPainter painter(canvas, graph, layout);
     const bool twoAxes = layout.secondVertical.series >= 0;
-    const bool lines = graph.spec.kind >= 1 && graph.spec.kind <= 3;
+    const bool lines = graph.spec.kind >= GraphKind::line && graph.spec.kind <= GraphKind::lineOnThreeAxes;
     painter.drawZeroLines();
     painter.drawHorizontal();
     painter.drawVertical(layout.vertical, lines ? lineColors[0] : black, false);

@@ -12,8 +12,8 @@ constexpr int mostMultiples = 100;    // a range has ten steps at most
 constexpr double farPixel = 100'000.0;
 constexpr double zeroLineTolerance = 0.05;
 
-bool hasBand(std::uint32_t kind) {
-    return kind == 3 || kind >= 5;
+bool hasBand(GraphKind kind) {
+    return kind == GraphKind::lineOnThreeAxes || kind >= GraphKind::plainBiplot;
 }
 
 void choosePens(GraphLayout& layout) {
@@ -55,14 +55,14 @@ Axis makeAxis(const Graph& graph, int series) {
 }
 
 void chooseAxes(const Graph& graph, const GraphView& view, GraphLayout& layout) {
-    const std::uint32_t kind = graph.spec.kind;
-    if (kind == 0) {
+    const GraphKind kind = graph.spec.kind;
+    if (kind == GraphKind::bars) {
         layout.vertical = makeAxis(graph, 0);
         return;
     }
     layout.horizontal = makeAxis(graph, view.series[0]);
     layout.vertical = makeAxis(graph, view.series[1]);
-    if (kind < 5) layout.secondVertical = makeAxis(graph, view.series[2]);
+    if (kind < GraphKind::plainBiplot) layout.secondVertical = makeAxis(graph, view.series[2]);
 }
 
 // The share of an axis that is above its zero line.
@@ -102,8 +102,8 @@ void setScales(GraphLayout& layout) {
 
 } // namespace
 
-bool choosesAxes(std::uint32_t kind) {
-    return kind >= 4;
+bool choosesAxes(GraphKind kind) {
+    return kind >= GraphKind::plainScatter;
 }
 
 double tickStep(double range) {

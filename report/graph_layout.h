@@ -33,7 +33,7 @@ struct GraphLayout {
 };
 
 // Whether the user chooses the series on two axes.
-bool choosesAxes(std::uint32_t kind);
+bool choosesAxes(GraphKind kind);
 
 // The distance of ticks for a range above 0 of any size: between a tenth and a fifth of it.
 double tickStep(double range);

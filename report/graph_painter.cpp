@@ -9,9 +9,9 @@ void drawGraph(Canvas& canvas, const Graph& graph, const GraphView& view) {
     const GraphLayout layout = layOutGraph(graph, view);
     if (layout.plot.left >= layout.plot.right || layout.plot.top >= layout.plot.bottom) return;
     drawAxes(canvas, graph, layout);
-    if (graph.spec.kind == 0) {
+    if (graph.spec.kind == GraphKind::bars) {
         drawBars(canvas, graph, view, layout);
-    } else if (graph.spec.kind <= 3) {
+    } else if (graph.spec.kind <= GraphKind::lineOnThreeAxes) {
         drawLines(canvas, graph, view, layout);
     } else {
         drawScatter(canvas, graph, view, layout);

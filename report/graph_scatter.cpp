@@ -7,8 +7,8 @@
 
 namespace {
 
-bool drawsVectors(std::uint32_t kind) {
-    return kind == 5 || kind >= 7;
+bool drawsVectors(GraphKind kind) {
+    return kind == GraphKind::plainBiplot || kind >= GraphKind::biplot;
 }
 
 bool hasNumber(const Graph& graph, Index item) {

@@ -5,29 +5,27 @@
 
 namespace {
 
-constexpr std::uint32_t lastKind = 8;
-
-bool keepsVectors(std::uint32_t kind) {
-    return kind >= 4;
+bool keepsVectors(GraphKind kind) {
+    return kind >= GraphKind::plainScatter;
 }
 
-ErrorCode checkSeries(const GraphSpec& spec) {
+GraphCode checkSeries(const GraphSpec& spec) {
     const std::int32_t count = spec.seriesCount;
-    if (spec.kind > lastKind) return graphKindUnknown;
-    if (count > static_cast<std::int32_t>(mostSeries)) return graphSeriesWrong;
+    if (spec.kind > GraphKind::labelledBiplot) return GraphCode::kindUnknown;
+    if (count > static_cast<std::int32_t>(mostSeries)) return GraphCode::seriesWrong;
     switch (spec.kind) {
-    case 0:
-        return count == 1 ? success : graphSeriesWrong;
-    case 1:
-    case 4:
-    case 6:
-        return count == 2 ? success : graphSeriesWrong;
-    case 2:
-        return count == 3 ? success : graphSeriesWrong;
-    case 3:
-        return count >= 3 ? success : graphSeriesWrong;
+    case GraphKind::bars:
+        return count == 1 ? GraphCode::built : GraphCode::seriesWrong;
+    case GraphKind::line:
+    case GraphKind::plainScatter:
+    case GraphKind::scatter:
+        return count == 2 ? GraphCode::built : GraphCode::seriesWrong;
+    case GraphKind::lineOnTwoAxes:
+        return count == 3 ? GraphCode::built : GraphCode::seriesWrong;
+    case GraphKind::lineOnThreeAxes:
+        return count >= 3 ? GraphCode::built : GraphCode::seriesWrong;
     default:
-        return count >= 2 ? success : graphSeriesTooFew; // 5, 7 and 8
+        return count >= 2 ? GraphCode::built : GraphCode::seriesTooFew;
     }
 }
 
@@ -55,7 +53,7 @@ ErrorCode copySpec(const GraphSpec& from, GraphSpec& to) {
     ErrorCode code = copyTexts(from.seriesNames, to.seriesNames) | copyTexts(from.itemLabels, to.itemLabels) |
                      copyBlock(from.values, to.values);
     if (from.numbering != 0) code |= copyTexts(from.numberLabels, to.numberLabels);
-    if (from.kind == lastKind) code |= copyTexts(from.kind8Labels, to.kind8Labels);
+    if (from.kind == GraphKind::labelledBiplot) code |= copyTexts(from.kind8Labels, to.kind8Labels);
     if (keepsVectors(from.kind)) {
         to.vectorCount = from.vectorCount;
         code |= copyTexts(from.vectorNames, to.vectorNames) | copyBlock(from.vectorValues, to.vectorValues);
@@ -95,17 +93,17 @@ ErrorCode GraphSpec::allocate(Index series, Index items, Index vectors) {
            vectorValues.allocate(vectors * series);
 }
 
-ErrorCode initGraph(const GraphSpec& spec, Graph& graph) {
+GraphCode initGraph(const GraphSpec& spec, Graph& graph) {
     releaseGraph(graph);
-    ErrorCode code = checkSeries(spec);
-    if (code == success && copySpec(spec, graph.spec) != success) code = graphKindUnknown;
-    if (code != success) {
+    GraphCode code = checkSeries(spec);
+    if (code == GraphCode::built && copySpec(spec, graph.spec) != success) code = GraphCode::kindUnknown;
+    if (code != GraphCode::built) {
         releaseGraph(graph);
         return code;
     }
     findRanges(graph);
     graph.present = true;
-    return success;
+    return GraphCode::built;
 }
 
 void releaseGraph(Graph& graph) {
@@ -114,12 +112,12 @@ void releaseGraph(Graph& graph) {
 
 ErrorCode buildGraph(Screens& screens, const GraphSpec& spec, Graph& graph) {
     switch (initGraph(spec, graph)) {
-    case success:
+    case GraphCode::built:
         return success;
-    case graphSeriesWrong:
+    case GraphCode::seriesWrong:
         screens.alert("failed to initialize graph struct cause illegal variable number", "alert");
         break;
-    case graphSeriesTooFew:
+    case GraphCode::seriesTooFew:
         screens.alert("failed to initialize and graph struct cause too few vector number", "alert");
         break;
     default:

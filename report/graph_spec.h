@@ -3,6 +3,19 @@
 #include "data/text_list.h"
 #include "report/screens.h"
 
+// By number; the series that each needs are checked by initGraph.
+enum class GraphKind : std::uint32_t {
+    bars = 0,
+    line = 1,
+    lineOnTwoAxes = 2,
+    lineOnThreeAxes = 3,
+    plainScatter = 4, // 4 to 8: a scatter of two chosen series
+    plainBiplot = 5,  // with vectors
+    scatter = 6,      // with a band for the lists above the plot
+    biplot = 7,
+    labelledBiplot = 8, // with texts of its own
+};
+
 constexpr std::uint32_t mostSeries = 64;
 
 // What an analysis hands to the graph window: itemCount items (rows) in seriesCount series (columns), and
@@ -10,8 +23,7 @@ constexpr std::uint32_t mostSeries = 64;
 struct GraphSpec {
     std::uint32_t width = 480;
     std::uint32_t height = 480;
-    std::uint32_t kind =
-        7; // 0 bars, 1..3 lines, 4..8 scatter; with vectors 5, 7 and 8; every analysis uses 7
+    GraphKind kind = GraphKind::biplot; // of every analysis
     TextList seriesNames;
     TextList itemLabels;
     Block<double> values; // items x series
@@ -38,14 +50,12 @@ struct Graph {
     bool present = false;
 };
 
-// Results of initGraph besides success.
-constexpr ErrorCode graphSeriesWrong = 1;
-constexpr ErrorCode graphSeriesTooFew = 2;
-constexpr ErrorCode graphKindUnknown = 4;
+// What came of initGraph.
+enum class GraphCode : std::int32_t { built = 0, seriesWrong = 1, seriesTooFew = 2, kindUnknown = 4 };
 
 // Copies and validates a description. Every range contains 0; values that are not finite take no part in it.
-// Returns success or one of the codes above; graphKindUnknown when memory runs out, too.
-ErrorCode initGraph(const GraphSpec& spec, Graph& graph);
+// Returns success or one of the codes above; kindUnknown when memory runs out, too.
+[[nodiscard]] GraphCode initGraph(const GraphSpec& spec, Graph& graph);
 
 void releaseGraph(Graph& graph);
 

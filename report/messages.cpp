@@ -2,8 +2,8 @@
 
 namespace {
 
-struct Message {
-    ErrorCode code;
+template <class Code> struct Message {
+    Code code;
     const char* text; // of the screen, null leaves it; "%d" is filled in
     const char* status;
 };
@@ -14,7 +14,7 @@ constexpr int mostCategories = 64;
 // A code without a status text of its own keeps this one.
 constexpr const char* defaultStatus = "error : detected singular matrix.";
 
-constexpr Message analysisMessages[] = {
+constexpr Message<ErrorCode> analysisMessages[] = {
     {tooFewSamples,
      "\n\ttoo few samples or too much variables.\n"
      "\tneed to exclude %d variables, or add as many samples.",
@@ -51,7 +51,8 @@ constexpr Message analysisMessages[] = {
      "\t-- for similarity analysis.\n",
      "error : illegal source data which must be square data structure consisted with intenger number for "
      "similarity analysis."},
-    // The hint speaks of similarity although the model is another; readers of old reports know it so.
+    // The hint speaks of similarity although the model is another; the pairing is kept so that reports stay
+    // comparable.
     {illegalDivisionalValue,
      "\n\tillegal divisional value which must be in between of state variables.\n"
      "\t-- for similarity analysis.\n",
@@ -73,46 +74,51 @@ constexpr Message analysisMessages[] = {
      "error : invalid purpose variable which must be plus numeral for the model."},
 };
 
-constexpr Message fileMessages[] = {
-    {success, nullptr, "status : opened the file"},
-    {fileNotOpened, "\n\tfailed to open the file or no data.\n",
+constexpr Message<FileCode> fileMessages[] = {
+    {FileCode::done, nullptr, "status : opened the file"},
+    {FileCode::notOpened, "\n\tfailed to open the file or no data.\n",
      "error : failed to open the file or no data."},
-    {fileMalformed, "\n\tillegal data nor data structure.\n", "error : illegal data nor data structure."},
-    {outOfMemory, "\n\tfailed to allocate memory for data.\n", "error : failed to allocate memory for data."},
-    {fileNotCreated, "\n\tfailed to open nor create a file.\n", "error : failed to open nor create a file."},
+    {FileCode::malformed, "\n\tillegal data nor data structure.\n",
+     "error : illegal data nor data structure."},
+    {FileCode::noMemory, "\n\tfailed to allocate memory for data.\n",
+     "error : failed to allocate memory for data."},
+    {FileCode::notCreated, "\n\tfailed to open nor create a file.\n",
+     "error : failed to open nor create a file."},
 };
 
-constexpr Message ddeMessages[] = {
-    {success, nullptr, "status : opened the file."},
-    {ddeNotInitialized, "\n\tfailed to initialize dde process link.\n",
+constexpr Message<LinkCode> ddeMessages[] = {
+    {LinkCode::done, nullptr, "status : opened the file."},
+    {LinkCode::notInitialized, "\n\tfailed to initialize dde process link.\n",
      "error : failed to initialize dde process link."},
-    {ddeNotLinked,
+    {LinkCode::notLinked,
      "\n\tfailed to link server.\n"
      "please boot the excel file or select another file.\n",
      "error : failed to link server."},
-    {ddeNoService,
+    {LinkCode::noService,
      "\n\ttherer is no dde service.\n"
      "please boot the excel file or select another file.\n",
      "error : therer is no dde service."},
-    {ddeNotExited, "\n\tfailed to exit dde service.\n", "error : failed to exit dde service."},
-    {ddeNotInitiated,
+    {LinkCode::notExited, "\n\tfailed to exit dde service.\n", "error : failed to exit dde service."},
+    {LinkCode::notInitiated,
      "\n\tnot initiate dde.\n"
      "please boot the excel file or select another file.\n",
      "error : not initiate dde."},
-    {ddeNoData, "\n\tfailed to get data of excel file.\n", "error : failed to get data of excel file."},
+    {LinkCode::noData, "\n\tfailed to get data of excel file.\n",
+     "error : failed to get data of excel file."},
 };
 
 constexpr const char* ddeOtherStatus = "error : failed to disconnect dde connection.";
 
 // In the order in which a later bit replaces an earlier one.
-constexpr Message ddeBits[] = {
-    {ddeServiceKept, "\n\tfailed to terminate dde service.\n", ddeOtherStatus},
-    {ddeTopicKept, "\n\tfailed to terminate dde connection.\n", ddeOtherStatus},
-    {ddeNotDisconnected, "\n\tfailed to disconnect dde connection.\n", ddeOtherStatus},
+constexpr Message<LinkCode> ddeBits[] = {
+    {LinkCode::serviceKept, "\n\tfailed to terminate dde service.\n", ddeOtherStatus},
+    {LinkCode::topicKept, "\n\tfailed to terminate dde connection.\n", ddeOtherStatus},
+    {LinkCode::notDisconnected, "\n\tfailed to disconnect dde connection.\n", ddeOtherStatus},
 };
 
-template <std::size_t count> const Message* findMessage(const Message (&messages)[count], ErrorCode code) {
-    for (const Message& message : messages) {
+template <class Code, std::size_t count>
+const Message<Code>* findMessage(const Message<Code> (&messages)[count], Code code) {
+    for (const Message<Code>& message : messages) {
         if (message.code == code) return &message;
     }
     return nullptr;
@@ -128,7 +134,7 @@ void putText(TextBuffer& buffer, std::string_view text, int number) {
     buffer.append(text.substr(mark + 2));
 }
 
-void putDataSourceMessage(Report& report, const Message& message) {
+template <class Code> void putDataSourceMessage(Report& report, const Message<Code>& message) {
     if (message.text != nullptr) putText(report.upper, message.text, 0);
     putText(report.status, message.status, 0);
 }
@@ -137,7 +143,7 @@ void putDataSourceMessage(Report& report, const Message& message) {
 
 ErrorCode reportAnalysisCode(Screens& screens, Report& report, ErrorCode code, int shortage) {
     if (code == success || code == graphNotBuilt) return code;
-    const Message* message = findMessage(analysisMessages, code);
+    const Message<ErrorCode>* message = findMessage(analysisMessages, code);
     if (message != nullptr) {
         putText(report.lower, message->text, code == tooFewSamples ? shortage : mostCategories);
         putText(report.status, message->status, 0);
@@ -149,24 +155,24 @@ ErrorCode reportAnalysisCode(Screens& screens, Report& report, ErrorCode code, i
     return code;
 }
 
-ErrorCode reportFileCode(Screens& screens, Report& report, ErrorCode code) {
-    const Message* message = findMessage(fileMessages, code);
+FileCode reportFileCode(Screens& screens, Report& report, FileCode code) {
+    const Message<FileCode>* message = findMessage(fileMessages, code);
     if (message == nullptr) return code;
     putDataSourceMessage(report, *message);
-    if (code == outOfMemory) screens.alert("", "alert");
+    if (code == FileCode::noMemory) screens.alert("", "alert");
     screens.showUpper(report);
     screens.showStatus(report);
     return code;
 }
 
-ErrorCode reportDdeCode(Screens& screens, Report& report, ErrorCode code) {
-    const Message* message = findMessage(ddeMessages, code);
+LinkCode reportDdeCode(Screens& screens, Report& report, LinkCode code) {
+    const Message<LinkCode>* message = findMessage(ddeMessages, code);
     if (message != nullptr) {
         putDataSourceMessage(report, *message);
     } else {
         putText(report.status, ddeOtherStatus, 0);
-        for (const Message& bit : ddeBits) {
-            if ((code & bit.code) != 0) putDataSourceMessage(report, bit);
+        for (const Message<LinkCode>& bit : ddeBits) {
+            if (holds(code, bit.code)) putDataSourceMessage(report, bit);
         }
     }
     screens.showUpper(report);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/file_code.h"
 #include "data/spreadsheet.h"
 #include "report/screens.h"
 
@@ -10,8 +11,8 @@
 ErrorCode reportAnalysisCode(Screens& screens, Report& report, ErrorCode code, int shortage);
 
 // The same for opening a data file, in the upper text and the status.
-ErrorCode reportFileCode(Screens& screens, Report& report, ErrorCode code);
+FileCode reportFileCode(Screens& screens, Report& report, FileCode code);
 
 // The same for the spreadsheet link, in all three. Most codes have a text of their own; of any other the last
-// set bit of ddeServiceKept, ddeTopicKept and ddeNotDisconnected counts, and the status is always the same.
-ErrorCode reportDdeCode(Screens& screens, Report& report, ErrorCode code);
+// set bit of serviceKept, topicKept and notDisconnected counts, and the status is always the same.
+LinkCode reportDdeCode(Screens& screens, Report& report, LinkCode code);

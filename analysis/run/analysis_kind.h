@@ -1,5 +1,6 @@
 #pragma once
 
+#include "analysis/run/kind_number.h"
 #include "analysis/run/option_field.h"
 #include "report/screens.h"
 
@@ -25,33 +26,32 @@ struct Analysis {
     OptionFields firstFields = {};
     int firstDialog = 0;
     const char* firstTitle = nullptr;
+
+    // A dialog that kinds share and that chooses among them: this option, added to the first of the kinds,
+    // says which one is run. Null: the kind is what the menu says.
+    std::int32_t AnalysisOptions::*chosenKind = nullptr;
+    KindNumber firstKind = {};
 };
 
 // One item of the analysis menu. Menus, dispatch, the batch runner and the enabling rules read this record.
 struct AnalysisKind {
-    std::int32_t number; // menu command less 710
+    KindNumber number;
     const char* menuText;
-    const char* batchName;
-    int dialog;
-    const char* dialogTitle;
-    int saveBox;
-    bool onMenu;    // false: its item is always greyed
-    bool sizeCheck; // needs at least three samples more than variables
-    GraphRule graph;
-    bool enablesPrediction;
+    const char* batchName = "";
+    int dialog = 0;
+    const char* dialogTitle = "";
+    int saveBox = 0;
     const Analysis* analysis = nullptr; // null: there is no such model
+    bool onMenu = true;                 // false: its item is always greyed
+    bool sizeCheck = true;              // needs at least three samples more than variables
+    GraphRule graph = GraphRule::never;
+    bool enablesPrediction = false;
     // A dialog of several kinds says in this control which one it is for.
     int headingControl = 0;
     const char* heading = nullptr;
 };
 
 constexpr int firstAnalysisCommand = 710;
-
-// The first of three kinds that share a dialog, which chooses among them.
-constexpr std::int32_t similarityKind = 20;
-constexpr bool isSimilarity(std::int32_t kind) {
-    return kind >= similarityKind && kind <= similarityKind + 2;
-}
 
 // All kinds in the order of the menu; the table stands in analysis/analysis_kinds.cpp.
 std::span<const AnalysisKind> analysisKinds();

@@ -15,49 +15,50 @@ namespace {
 constexpr std::int32_t csvFile = 0;
 constexpr std::int32_t ddeLink = 0;
 
+// A conversation cannot be left halfway, so that a code of setProgress waits for its end.
 void showPercent(void* screens, int percent) {
-    static_cast<Screens*>(screens)->setProgress(percent);
+    static_cast<void>(static_cast<Screens*>(screens)->setProgress(percent));
 }
 
 // Fills the cells from the workbook at run.data.path; the first failure ends it and is told. After a failed
 // measurement the conversation is left to its owner.
-ErrorCode loadFromSpreadsheet(Frontend& frontend, Workbook& workbook, AnalysisRun& run) {
-    startProgress(frontend, run.report);
+LoadResult loadFromSpreadsheet(Frontend& frontend, Workbook& workbook, AnalysisRun& run) {
+    static_cast<void>(startProgress(frontend, run.report));
     SheetSize size;
-    ErrorCode code = workbook.connectWorkbook(run.data.path);
-    if (code == success) code = measureSheet(workbook, size);
-    if (code != success) {
+    LinkCode code = workbook.connectWorkbook(run.data.path);
+    if (code == LinkCode::done) code = measureSheet(workbook, size);
+    if (code != LinkCode::done) {
         frontend.hideProgress();
-        return reportDdeCode(frontend, run.report, code);
+        return {.link = reportDdeCode(frontend, run.report, code)};
     }
 
     Block<TextSlot> cells;
-    const ErrorCode memory =
-        cells.allocate(static_cast<std::size_t>(size.rows) * static_cast<std::size_t>(size.cols));
+    const ErrorCode memory = cells.allocate(Index{size.rows} * size.cols);
     if (memory == success) {
         code = fetchSheet(workbook, size, cells, showPercent, static_cast<Screens*>(&frontend));
     }
     frontend.hideProgress();
-    if (code != success) reportDdeCode(frontend, run.report, code);
-    const ErrorCode ending = workbook.disconnectWorkbook();
-    if (memory != success) return reportFileCode(frontend, run.report, memory);
-    if (code != success) return code;
-    if (ending != success) return reportDdeCode(frontend, run.report, ending);
+    if (code != LinkCode::done) reportDdeCode(frontend, run.report, code);
+    const LinkCode ending = workbook.disconnectWorkbook();
+    if (memory != success) return {.file = reportFileCode(frontend, run.report, FileCode::noMemory)};
+    if (code != LinkCode::done) return {.link = code};
+    if (ending != LinkCode::done) return {.link = reportDdeCode(frontend, run.report, ending)};
     run.data.cells = {size.rows, size.cols, std::move(cells)};
-    return success;
+    return {};
 }
 
-ErrorCode loadFromCsv(Frontend& frontend, AnalysisRun& run) {
-    const ErrorCode code = readCsv(run.data.path, run.data.cells);
-    return code == success ? success : reportFileCode(frontend, run.report, code);
+LoadResult loadFromCsv(Frontend& frontend, AnalysisRun& run) {
+    const FileCode code = readCsv(run.data.path, run.data.cells);
+    if (code != FileCode::done) reportFileCode(frontend, run.report, code);
+    return {.file = code};
 }
 
 // There is no way to a workbook but the one link.
-ErrorCode loadCells(Frontend& frontend, AnalysisRun& run) {
+LoadResult loadCells(Frontend& frontend, AnalysisRun& run) {
     const Settings& settings = run.options.settings;
     if (settings.fileType == csvFile) return loadFromCsv(frontend, run);
     Workbook* workbook = settings.linkMethod == ddeLink ? frontend.workbook() : nullptr;
-    if (workbook == nullptr) return reportFileCode(frontend, run.report, fileNotOpened);
+    if (workbook == nullptr) return {.file = reportFileCode(frontend, run.report, FileCode::notOpened)};
     return loadFromSpreadsheet(frontend, *workbook, run);
 }
 
@@ -69,21 +70,20 @@ void rebuild(AnalysisRun& run) {
 
 } // namespace
 
-ErrorCode loadDataFile(Frontend& frontend, AnalysisRun& run) {
+LoadResult loadDataFile(Frontend& frontend, AnalysisRun& run) {
     releaseDataSet(run.data);
     frontend.setDataLoaded(false);
-    ErrorCode code = loadCells(frontend, run);
-    if (code != success) return code;
-    code = allocateDataSet(run.data);
-    if (code != success) {
+    const LoadResult result = loadCells(frontend, run);
+    if (!result.isLoaded()) return result;
+    if (allocateDataSet(run.data) != success) {
         frontend.showLower(run.report);
-        return reportFileCode(frontend, run.report, code);
+        return {.file = reportFileCode(frontend, run.report, FileCode::noMemory)};
     }
 
     resetSlots(run.options);
     rebuild(run);
     frontend.setDataLoaded(true);
-    return success;
+    return {};
 }
 
 void showLoadedData(Frontend& frontend, AnalysisRun& run) {

@@ -1,11 +1,19 @@
 #pragma once
 
 #include "analysis/run/frontend.h"
+#include "data/file_code.h"
+
+struct LoadResult {
+    FileCode file = FileCode::done;
+    LinkCode link = LinkCode::done;
+
+    bool isLoaded() const { return file == FileCode::done && link == LinkCode::done; }
+};
 
 // Replaces the data set by the file at run.data.path: csv (source kind 0 of the settings) or the workbook
 // that a spreadsheet program has open there (1). Tells a failure on the screens. Returns success or, with
-// nothing loaded, fileNotOpened, fileMalformed, outOfMemory or a code of the spreadsheet link.
-ErrorCode loadDataFile(Frontend& frontend, AnalysisRun& run);
+// nothing loaded, the code of the file or of the spreadsheet link.
+LoadResult loadDataFile(Frontend& frontend, AnalysisRun& run);
 
 // After a load: fills the working part and shows the summary of the file.
 void showLoadedData(Frontend& frontend, AnalysisRun& run);

@@ -47,15 +47,16 @@ ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun
 
 ErrorCode dispatchAnalysis(Frontend& frontend, Settings& defaults, AnalysisRun& run) {
     const AnalysisKind& asked = *findKind(run.kind);
-    if (asksFactorNumber(asked.analysis->fields)) {
+    const Analysis& analysis = *asked.analysis;
+    if (asksFactorNumber(analysis.fields)) {
         run.options.settings.factor.factorNumber = DefaultFactorCount(run.data.working.variables);
     }
-    if (isSimilarity(run.kind)) run.options.similarityModel = run.kind - similarityKind;
-    takePurposes(run, asked.analysis->ownPurposes);
-    dropPurposes(run.options, asked.analysis->fields);
+    if (analysis.chosenKind != nullptr) run.options.*analysis.chosenKind = run.kind - analysis.firstKind;
+    takePurposes(run, analysis.ownPurposes);
+    dropPurposes(run.options, analysis.fields);
     if (!frontend.chooseOptions(run, asked)) return success;
-    selectPurposes(run, asked.analysis->ownPurposes);
-    if (isSimilarity(run.kind)) run.kind = similarityKind + run.options.similarityModel;
+    selectPurposes(run, analysis.ownPurposes);
+    if (analysis.chosenKind != nullptr) run.kind = analysis.firstKind + run.options.*analysis.chosenKind;
     commitSavedDefaults(defaults, run);
 
     const AnalysisKind& kind = *findKind(run.kind);

@@ -5,7 +5,7 @@ TEST(CsvReader, ReadsAnyText) {
     for (const Case& test : readCases("data/csv.tsv")) {
         SCOPED_TRACE(test[0].substr(0, 200));
         CellTable table;
-        EXPECT_EQ(readText("before,x\na,1\n", table), success);
+        EXPECT_EQ(readText("before,x\na,1\n", table), FileCode::done);
         EXPECT_EQ(std::to_string(readText(test[0], table)), test[1]);
         std::string cells;
         for (int row = 0; row < table.rows; ++row) {
@@ -19,7 +19,7 @@ TEST(CsvReader, ReadsAnyText) {
 
 TEST(CsvReader, OpensNoFolderAndNothingThatIsMissing) {
     CellTable table;
-    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/samples", table), fileNotOpened);
-    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/samples/missing.csv", table), fileNotOpened);
-    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/samples/iris.csv", table), success);
+    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/samples", table), FileCode::notOpened);
+    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/samples/missing.csv", table), FileCode::notOpened);
+    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/samples/iris.csv", table), FileCode::done);
 }

@@ -6,11 +6,11 @@ namespace {
 // "name ..: label value ..; ..."
 std::string describe(const DataMatrix& matrix) {
     std::ostringstream text;
-    for (int v = 0; v < matrix.variables; ++v) text << (v > 0 ? " " : "") << matrix.names.data()[v].text;
+    for (int v = 0; v < matrix.variables; ++v) text << (v > 0 ? " " : "") << matrix.name(v);
     text << ":";
     const double* value = matrix.values.data();
     for (int s = 0; s < matrix.samples; ++s) {
-        text << " " << matrix.labels.data()[s].text;
+        text << " " << matrix.label(s);
         for (int v = 0; v < matrix.variables; ++v) text << " " << *value++;
         text << ";";
     }

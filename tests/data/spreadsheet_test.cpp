@@ -8,7 +8,7 @@ namespace {
 
 struct OpenSheet : testing::Test, Workbook {
     std::string sheet, everywhere, lineEnd = "\r\n";
-    ErrorCode connecting = success, failure = success, ending = success;
+    LinkCode connecting = LinkCode::done, failure = LinkCode::done, ending = LinkCode::done;
     int failing = 0, asked = 0; // the request that fails, from 1
     RecordingFrontend frontend;
     AnalysisRun run;
@@ -18,7 +18,7 @@ struct OpenSheet : testing::Test, Workbook {
         run.options.settings.fileType = 1;
         frontend.book = this;
     }
-    ErrorCode load(const std::string& text) {
+    LoadResult load(const std::string& text) {
         sheet = text;
         asked = 0;
         frontend.takeLog();
@@ -31,15 +31,15 @@ struct OpenSheet : testing::Test, Workbook {
             text += (k == 0 ? "" : k % table.cols == 0 ? "\n" : ",") + std::string(table.cell(0, k));
         return text;
     }
-    ErrorCode connectWorkbook(const char*) override { return connecting; }
-    ErrorCode requestCell(const char* item, CellReply& reply) override {
+    LinkCode connectWorkbook(const char*) override { return connecting; }
+    LinkCode requestCell(const char* item, CellReply& reply) override {
         int row = 0, col = 0;
         EXPECT_EQ(std::sscanf(item, "R%dC%d", &row, &col), 2);
         const std::string bytes = (everywhere.empty() ? sheetCell(sheet, row, col) : everywhere) + lineEnd;
         putReply(reply, bytes.data(), bytes.size());
-        return ++asked == failing ? failure : success;
+        return ++asked == failing ? failure : LinkCode::done;
     }
-    ErrorCode disconnectWorkbook() override { return ending; }
+    LinkCode disconnectWorkbook() override { return ending; }
 };
 
 const std::string told = "unloaded status progress hidden upper lower status";
@@ -49,17 +49,18 @@ const std::string told = "unloaded status progress hidden upper lower status";
 TEST_F(OpenSheet, GivesItsTable) {
     for (const Case& test : readCases("data/sheets.tsv")) {
         lineEnd = test[1];
-        EXPECT_EQ(std::to_string(load(test[0])), test[2]) << test[0];
+        EXPECT_EQ(std::to_string(static_cast<int>(load(test[0]).link)), test[2]) << test[0];
         EXPECT_EQ(cells(), test[3]) << test[0];
     }
 }
 
 TEST_F(OpenSheet, LeavesNothingWhenItFails) {
-    for (failure = ddeNotInitiated; failure <= ddeNoData; failure *= 2) {
-        for (failing = 1; load(";\nid,x\n;\na,1\nb,2") != success && asked == failing; ++failing) {
+    for (const LinkCode each : {LinkCode::notInitiated, LinkCode::noData}) {
+        failure = each;
+        for (failing = 1; load(";\nid,x\n;\na,1\nb,2").link == each && asked == failing; ++failing) {
             EXPECT_EQ(frontend.log + frontend.status,
-                      told + (failure == ddeNoData ? "error : failed to get data of excel file."
-                                                   : "error : not initiate dde."));
+                      told + (failure == LinkCode::noData ? "error : failed to get data of excel file."
+                                                          : "error : not initiate dde."));
             EXPECT_EQ(cells(), "");
         }
         EXPECT_EQ(failing, 21); // after 1 + 6 + 4 + 9 requests
@@ -67,30 +68,30 @@ TEST_F(OpenSheet, LeavesNothingWhenItFails) {
     }
     const std::string text = "id,x\na,1";
     const std::string boot = "please boot the excel file or select another file.\n";
-    connecting = ddeNotLinked;
-    EXPECT_EQ(load(text), ddeNotLinked);
+    connecting = LinkCode::notLinked;
+    EXPECT_EQ(load(text).link, LinkCode::notLinked);
     EXPECT_EQ(frontend.log + frontend.upper, told + "\n\tfailed to link server.\n" + boot);
-    connecting = success;
-    ending = ddeTopicKept;
-    EXPECT_EQ(load(text), ddeTopicKept);
+    connecting = LinkCode::done;
+    ending = LinkCode::topicKept;
+    EXPECT_EQ(load(text).link, LinkCode::topicKept);
     EXPECT_EQ(frontend.log + frontend.upper, told + "\n\tfailed to terminate dde connection.\n");
-    ending = success;
-    EXPECT_GT(failEachAllocation([&] { return load(text); }), 1);
+    ending = LinkCode::done;
+    EXPECT_GT(failEachAllocation([&] { return load(text).isLoaded() ? success : outOfMemory; }), 1);
     EXPECT_EQ(frontend.upper, "\n\tfailed to allocate memory for data.\n");
-    EXPECT_EQ(load(text), success);
+    EXPECT_TRUE(load(text).isLoaded());
     run.options.settings.linkMethod = 1;
-    EXPECT_EQ(load(text), fileNotOpened);
+    EXPECT_EQ(load(text).file, FileCode::notOpened);
     EXPECT_EQ(frontend.log + cells(), "unloaded upper status");
 }
 
 TEST_F(OpenSheet, IsCutAtTheSizeOfASpreadsheet) {
     SheetSize size;
     everywhere = "1";
-    EXPECT_EQ(measureSheet(*this, size), success);
+    EXPECT_EQ(measureSheet(*this, size), LinkCode::done);
     EXPECT_EQ(size.rows, 1'048'576);
     EXPECT_EQ(size.cols, 16'384);
     everywhere = ";";
-    EXPECT_EQ(measureSheet(*this, size), ddeEmptySheet);
+    EXPECT_EQ(measureSheet(*this, size), LinkCode::emptySheet);
     Block<TextSlot> none;
-    EXPECT_EQ(fetchSheet(*this, {1, 1}, none, nullptr, nullptr), ddeNoData);
+    EXPECT_EQ(fetchSheet(*this, {1, 1}, none, nullptr, nullptr), LinkCode::noData);
 }

@@ -15,11 +15,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     DataSet data;
     std::FILE* file = fmemopen(const_cast<std::uint8_t*>(bytes), size, "r");
     require(file != nullptr);
-    const ErrorCode code = readCsvStream(file, data.cells);
+    const FileCode code = readCsvStream(file, data.cells);
     std::fclose(file);
-    require(code == success || code == fileNotOpened || code == fileMalformed);
-    require((data.cells.cells.size() > 0) == (code == success));
-    if (code != success) return 0;
+    require(code == FileCode::done || code == FileCode::notOpened || code == FileCode::malformed);
+    require((data.cells.cells.size() > 0) == (code == FileCode::done));
+    if (code != FileCode::done) return 0;
 
     require(allocateDataSet(data) == success);
     for (const std::int32_t excluded : {0, 2}) {
@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         copyLoadedToWorking(data);
         reorderWorkingBySelection(data);
         require(data.selectedCount + data.otherCount == data.loaded.variables);
-        require(findBadCells(data).count <= static_cast<long long>(data.loaded.count()));
+        require(findBadCells(data).count <= data.loaded.count());
         writeFileSummary(frontend, report, data, 11, 15);
         require(report.upper.length() == std::strlen(report.upper.text()));
     }

@@ -54,9 +54,9 @@ TEST(MatrixInverse, SmallMatrices) {
 TEST(LuDecompose, Pivots) {
     double tie[] = {1, 0.5, 2, 1.5}, carried[] = {1, 100, 0, 1, 1, 1, 0, 2, 1}, sign = 0.0;
     std::int32_t permutation[3];
-    LuDecompose(2, 2, tie, permutation, sign);
+    EXPECT_EQ(LuDecompose(2, 2, tie, permutation, sign), success);
     EXPECT_EQ(permutation[0], 0);
-    LuDecompose(3, 3, carried, permutation, sign);
+    EXPECT_EQ(LuDecompose(3, 3, carried, permutation, sign), success);
     EXPECT_TRUE(permutation[0] == 1 && permutation[1] == 2);
 }
 

@@ -14,7 +14,7 @@ GraphLayout layOut(std::uint32_t kind, std::initializer_list<std::initializer_li
     double* value = spec.values.data();
     for (const auto& row : rows) value = std::copy(row.begin(), row.end(), value);
     Graph graph;
-    EXPECT_EQ(initGraph(spec, graph), success);
+    EXPECT_EQ(initGraph(spec, graph), GraphCode::built);
     GraphView view;
     view.width = width;
     view.height = height;

@@ -73,7 +73,7 @@ TEST(GraphScatter, LinesOfVectorsCrossThePlot) {
                 !canvas.find("vector 4"));
     EXPECT_LE(canvas.find("vector 1")->box.right, 480);
     for (const std::uint32_t kind : {4U, 6U}) {
-        spec.kind = kind;
+        spec.kind = GraphKind{kind};
         EXPECT_EQ(paint(spec, plainView).find("vector 1"), nullptr);
     }
 }

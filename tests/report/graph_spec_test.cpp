@@ -14,7 +14,7 @@ TEST(GraphSpec, EachKindTakesItsNumberOfSeries) {
             GraphSpec spec;
             describeGraph(spec, kind, series[k], 3, 1);
             Graph graph;
-            EXPECT_EQ(initGraph(spec, graph), codes[kind][k] - '0') << kind << " of " << series[k];
+            EXPECT_EQ(initGraph(spec, graph), GraphCode{codes[kind][k] - '0'}) << kind << " of " << series[k];
             EXPECT_EQ(graph.present, codes[kind][k] == '0');
         }
     }
@@ -28,7 +28,7 @@ TEST(GraphSpec, RangesHoldZeroAndAreSharedByGroups) {
     const std::uint32_t masks[] = {1, 6, 4, 8, 9};
     std::copy(std::begin(masks), std::end(masks), spec.rangeGroups);
     Graph graph;
-    ASSERT_EQ(initGraph(spec, graph), success);
+    ASSERT_EQ(initGraph(spec, graph), GraphCode::built);
     // 0, 3 and 4 through the masks 1, 8 and 9; 1 and 2 through the bit 4.
     const double expected[][2] = {{-7, 3}, {-5, 4}, {-5, 4}, {-7, 3}, {-7, 3}};
     for (int k = 0; k < 5; ++k) {
@@ -44,11 +44,11 @@ TEST(GraphSpec, CopiesWhatTheKindUses) {
         ASSERT_EQ(spec.kind8Labels.allocate(3), success);
         Graph graph;
         const long long allocations =
-            failEachAllocation([&] { EXPECT_EQ(initGraph(spec, graph) == success, graph.present); },
+            failEachAllocation([&] { EXPECT_EQ(initGraph(spec, graph) == GraphCode::built, graph.present); },
                                [&] { EXPECT_FALSE(graph.present); });
         EXPECT_EQ(allocations, 3 + (spec.numbering != 0) + 2 * (kind >= 5) + (kind == 8)) << kind;
         EXPECT_EQ(graph.spec.numberLabels.size(), spec.numbering != 0 ? spec.itemCount : 0);
-        EXPECT_EQ(graph.spec.kind8Labels.size(), kind == 8 ? 3U : 0U);
+        EXPECT_EQ(graph.spec.kind8Labels.size(), kind == 8 ? 3 : 0);
         EXPECT_STREQ(graph.spec.itemLabels[12], "item 13");
     }
 }

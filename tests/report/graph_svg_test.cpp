@@ -37,7 +37,7 @@ TEST(SvgCanvas, WritesAllThatIsDrawn) {
         GraphSpec spec;
         describeSample(spec, kind);
         Graph graph;
-        ASSERT_EQ(initGraph(spec, graph), success);
+        ASSERT_EQ(initGraph(spec, graph), GraphCode::built);
         TextBuffer document;
         ASSERT_EQ(document.allocate(64, TextBuffer::Growth::growing), success);
         SvgCanvas canvas(document, {480, 480});

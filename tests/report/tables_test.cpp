@@ -28,7 +28,7 @@ TEST(Tables, LookAsExpected) {
     double* const values = data.working.values.data();
     values[4] = NAN, values[5] = -INFINITY;
     data.otherCount = 2;
-    const TextSlot* const labels = data.working.labels.data();
+    const TextList& labels = data.working.labels;
     const double two[] = {1, 9, 2, 3}, three[] = {1, 9, 9, 2, 3, 9, 4, 5, 6};
     const double d[] = {100, 2.5, 1}, zd[] = {10, 11, 12}, pd[] = {0.5, 0.25, 0.125}, rs[] = {1, NAN, 3};
     const char* const names[] = {"one", "three"};
@@ -37,7 +37,7 @@ TEST(Tables, LookAsExpected) {
     Report report;
     ASSERT_EQ(allocateReport(report, TextBuffer::Growth::fixed), success);
     SetFormatsFromData(report, data, 9, 6);
-    WriteNamedHeader(report, names, 2, 4);
+    WriteNamedHeader(report, names, 4);
     WriteFactorHeader(report, 2, 12);
     WritePrefixedHeader(report, 2, "axis", "total", 8);
     WriteValueRow(report, values, 3, 6, "label_x", 12);

@@ -15,7 +15,7 @@ struct AnalysisSession {
 
     explicit AnalysisSession(const std::string& text) {
         startRun(run, TextBuffer::Growth::growing);
-        EXPECT_EQ(loadText(frontend, run, text), success);
+        EXPECT_EQ(loadText(frontend, run, text), FileCode::done);
         frontend.takeLog();
     }
     ErrorCode analyse(int command) {

@@ -7,17 +7,17 @@
 #include "data/data_set.h"
 
 // Reads a text as a data file.
-inline ErrorCode readText(const std::string& text, CellTable& table) {
+inline FileCode readText(const std::string& text, CellTable& table) {
     std::FILE* file = fmemopen(const_cast<char*>(text.data()), text.size(), "r");
-    const ErrorCode code = readCsvStream(file, table);
+    const FileCode code = readCsvStream(file, table);
     std::fclose(file);
     return code;
 }
 
 // The same, built into a data set with its working part filled.
 inline ErrorCode loadDataSet(const std::string& text, DataSet& data) {
-    ErrorCode code = readText(text, data.cells);
-    if (code == success) code = allocateDataSet(data);
+    if (readText(text, data.cells) != FileCode::done) return illegalData;
+    const ErrorCode code = allocateDataSet(data);
     if (code != success) return code;
     buildDataSet(data);
     copyLoadedToWorking(data);

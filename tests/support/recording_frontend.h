@@ -71,12 +71,12 @@ inline void startRun(AnalysisRun& run, TextBuffer::Growth growth = TextBuffer::G
 }
 
 // Opens a file with this text as "Open File" would, the summary included.
-inline ErrorCode loadText(Frontend& frontend, AnalysisRun& run, const std::string& text) {
+inline FileCode loadText(Frontend& frontend, AnalysisRun& run, const std::string& text) {
     const std::string path = testing::TempDir() + "ombrivantel-" + std::to_string(getpid()) + ".csv";
     std::ofstream(path, std::ios::binary) << text;
     std::snprintf(run.data.path, sizeof run.data.path, "%s", path.c_str());
-    const ErrorCode code = loadDataFile(frontend, run);
+    const FileCode code = loadDataFile(frontend, run).file;
     std::remove(path.c_str());
-    if (code == success) showLoadedData(frontend, run);
+    if (code == FileCode::done) showLoadedData(frontend, run);
     return code;
 }

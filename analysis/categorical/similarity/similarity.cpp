@@ -104,7 +104,7 @@ void centreDoubly(const DataMatrix& data, SimilarityWork& work) {
 }
 
 ErrorCode decompose(SimilarityWork& work) {
-    if (!allFinite(work.matrix.data(), work.matrix.size())) return eigenNotConvergent;
+    if (!allFinite(work.matrix)) return eigenNotConvergent;
     const ErrorCode code = SymmetricEigen(work.coordinates, work.eigenvalues, work.matrix);
     if (code != success) return code;
     return allFinite(work.eigenvalues) ? success : eigenNotConvergent;
@@ -262,7 +262,7 @@ ErrorCode buildSimilarityGraph(Screens& screens, AnalysisRun& run, const Similar
 
 ErrorCode runSimilarityAnalysis(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
-    const auto model = static_cast<SimilarityModel>(run.kind - similarityKind);
+    const auto model = static_cast<SimilarityModel>(run.kind - multidimensionalScalingKind);
     if (!isSimilarityMatrix(data)) return illegalSimilarityData;
     SimilarityWork work;
     ErrorCode code = work.allocate(model == multidimensionalScaling ? 0 : data.samples);
@@ -280,4 +280,7 @@ ErrorCode runSimilarityAnalysis(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis similarityAnalysis = {.fields = fields, .driver = runSimilarityAnalysis};
+const Analysis similarityAnalysis = {.fields = fields,
+                                     .driver = runSimilarityAnalysis,
+                                     .chosenKind = &AnalysisOptions::similarityModel,
+                                     .firstKind = multidimensionalScalingKind};

@@ -88,7 +88,7 @@ TEST(DataFile, HasTheExtensionOfItsKind) {
 TEST_F(RunFlowOnData, ChecksTheDataAndRuns) {
     for (const Case& test : readCases("analysis/run/runs.tsv")) {
         SCOPED_TRACE(test[0] + test[1]);
-        ASSERT_EQ(loadText(frontend, run, test[0]), success);
+        ASSERT_EQ(loadText(frontend, run, test[0]), FileCode::done);
         frontend.takeLog();
         EXPECT_EQ(std::to_string(analyse(std::stoi(test[1]))), test[2]);
         EXPECT_EQ(frontend.log, test[3]);
@@ -97,7 +97,7 @@ TEST_F(RunFlowOnData, ChecksTheDataAndRuns) {
 }
 
 TEST_F(RunFlowOnData, LeavesTheOptionsToTheUser) {
-    ASSERT_EQ(loadText(frontend, run, fourSamples), success);
+    ASSERT_EQ(loadText(frontend, run, fourSamples), FileCode::done);
     EXPECT_EQ(frontend.takeLog(), "unloaded loaded upper status");
     frontend.choose = [](AnalysisRun&) { return false; };
     EXPECT_EQ(analyse(fundamental), success);
@@ -115,7 +115,7 @@ TEST_F(RunFlowOnData, LeavesTheOptionsToTheUser) {
 }
 
 TEST_F(RunFlowOnData, ExcludesVariablesAndClosesTheFile) {
-    ASSERT_EQ(loadText(frontend, run, "id,x,y,z\na,1,2,3\n"), success);
+    ASSERT_EQ(loadText(frontend, run, "id,x,y,z\na,1,2,3\n"), FileCode::done);
     frontend.takeLog();
     applyExclusion(frontend, run, {0, 2, 2, 3, 0, 0, 0, 0, 0, 0});
     EXPECT_EQ(frontend.takeLog(), "upper status no-prediction");
@@ -127,11 +127,11 @@ TEST_F(RunFlowOnData, ExcludesVariablesAndClosesTheFile) {
 
 TEST_F(RunFlowOnData, LoadsNothingWhenMemoryRunsOutOrTheFileIsBad) {
     run.options.slotDegrees[9] = 7.0;
-    ErrorCode code = success;
+    FileCode code = FileCode::done;
     std::string shown = "unloaded alert(/alert) upper status"; // when it is the cells that get no memory
     const auto load = [&] { code = loadText(frontend, run, fourSamples); };
     const long long failures = failEachAllocation(load, [&] {
-        EXPECT_EQ(code, outOfMemory);
+        EXPECT_EQ(code, FileCode::noMemory);
         EXPECT_EQ(frontend.takeLog(), shown);
         shown = "unloaded lower alert(/alert) upper status";
         EXPECT_EQ(frontend.upper, "\n\tfailed to allocate memory for data.\n");
@@ -142,13 +142,13 @@ TEST_F(RunFlowOnData, LoadsNothingWhenMemoryRunsOutOrTheFileIsBad) {
                   0u);
     });
     EXPECT_GT(failures, 2);
-    EXPECT_EQ(code, success);
+    EXPECT_EQ(code, FileCode::done);
     EXPECT_EQ(run.options.slotDegrees[9], 1.0);
     EXPECT_EQ(analyse(fundamental), success);
 
-    EXPECT_EQ(loadText(frontend, run, "id,x\na\n"), fileMalformed);
+    EXPECT_EQ(loadText(frontend, run, "id,x\na\n"), FileCode::malformed);
     EXPECT_EQ(frontend.status, "error : illegal data nor data structure.");
     EXPECT_EQ(run.data.working.count(), 0u);
     run.options.settings.fileType = 1;
-    EXPECT_EQ(loadText(frontend, run, fourSamples), fileNotOpened);
+    EXPECT_EQ(loadText(frontend, run, fourSamples), FileCode::notOpened);
 }
