@@ -35,4 +35,4 @@ void printPictureHelp(std::FILE* file);
 const char* refusePicture(const PictureOptions& options, const AnalysisKind& kind, const Graph& graph);
 
 // The picture as an SVG document; success or outOfMemory.
-ErrorCode drawPicture(const PictureOptions& options, const Graph& graph, TextBuffer& document);
+[[nodiscard]] ErrorCode drawPicture(const PictureOptions& options, const Graph& graph, TextBuffer& document);

@@ -142,11 +142,3 @@ ErrorCode invertRegular(const Matrix& a, Matrix& scratch, Matrix& inverse) {
     if (code != success) return code;
     return isSingular(a, inverse) ? singularMatrix : success;
 }
-
-ErrorCode invertRegular(Index n, const double* a, double* scratch, double* inverse) {
-    std::copy_n(a, n * n, scratch);
-    double determinant = 0.0;
-    const ErrorCode code = MatrixInverse(n, n, scratch, inverse, determinant);
-    if (code != success) return code;
-    return isSingular(n, n, a, n, inverse) ? singularMatrix : success;
-}

@@ -39,4 +39,3 @@ bool isSingular(const Matrix& a, const Matrix& inverse);
 // The inverse of a, which is kept: scratch takes its copy. Returns 0, outOfMemory, or singularMatrix where
 // isSingular says so.
 [[nodiscard]] ErrorCode invertRegular(const Matrix& a, Matrix& scratch, Matrix& inverse);
-[[nodiscard]] ErrorCode invertRegular(Index n, const double* a, double* scratch, double* inverse); // SHIM

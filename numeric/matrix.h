@@ -36,9 +36,6 @@ public:
         return elements_[i * columns_ + j];
     }
 
-    double& operator[](Index k) { return elements_[k]; }             // SHIM
-    const double& operator[](Index k) const { return elements_[k]; } // SHIM
-    operator const Block<double>&() const { return elements_; }      // SHIM
     double* data() { return elements_.data(); }
     const double* data() const { return elements_.data(); }
     double* begin() { return elements_.begin(); }

@@ -70,3 +70,7 @@ bool allFinite(const double* values, Index count) {
 bool allFinite(const Block<double>& values) {
     return allFinite(values.data(), values.size());
 }
+
+bool allFinite(const Matrix& values) {
+    return allFinite(values.data(), values.size());
+}

@@ -34,9 +34,4 @@ bool anyDeviationBelow(const Block<double>& sds, double least);
 // Whether all values are finite.
 bool allFinite(const double* values, Index count);
 bool allFinite(const Block<double>& values);
-
-inline bool anyDeviationBelow(const double* sds, Index p, double least) { // SHIM
-    for (Index i = 0; i < p; ++i)
-        if (sds[i] < least) return true;
-    return false;
-}
+bool allFinite(const Matrix& values);

@@ -24,29 +24,3 @@ void composeSymmetric(const Matrix& vectors, const double* weights, Matrix& out)
         }
     }
 }
-
-void multiply(Index rows, Index inner, Index columns, const double* a, const double* b, double* out) {
-    const Index width = columns;
-    const Index depth = inner;
-    for (Index i = 0; i < rows; ++i) {
-        double* row = out + i * width;
-        std::fill_n(row, width, 0.0);
-        for (Index k = 0; k < depth; ++k) {
-            const double factor = a[i * depth + k];
-            for (Index j = 0; j < width; ++j) row[j] += factor * b[k * width + j];
-        }
-    }
-}
-
-void composeSymmetric(Index n, const double* vectors, const double* weights, double* out) {
-    const Index order = n;
-    for (Index i = 0; i < order; ++i) {
-        for (Index j = 0; j <= i; ++j) {
-            double sum = 0.0;
-            for (Index k = 0; k < order; ++k) {
-                if (weights[k] != 0.0) sum += vectors[i * order + k] * weights[k] * vectors[j * order + k];
-            }
-            out[i * order + j] = out[j * order + i] = sum;
-        }
-    }
-}

@@ -11,5 +11,3 @@ void multiply(const Matrix& a, const Matrix& b, Matrix& out);
 // sqrt(eigenvalue) this is the inverse square root of the decomposed matrix; a weight of 0 leaves its vector
 // out.
 void composeSymmetric(const Matrix& vectors, const double* weights, Matrix& out);
-void multiply(Index rows, Index inner, Index columns, const double* a, const double* b, double* out); // SHIM
-void composeSymmetric(Index n, const double* vectors, const double* weights, double* out);            // SHIM

@@ -31,6 +31,17 @@ NumberedName numberedName(const char* prefix, Index index) {
     return name;
 }
 
+void writeTitle(Report& report, const char* title) {
+    report.lower.append("\n");
+    report.lower.append(title);
+    report.lower.append("\n");
+}
+
+void writeOptionLine(Report& report, const char* line) {
+    report.lower.append(line);
+    report.lower.append("\n");
+}
+
 void writeCaption(Report& report, const char* text) {
     report.lower.append("\t");
     report.lower.append(text);
@@ -38,7 +49,7 @@ void writeCaption(Report& report, const char* text) {
 }
 
 void writeCaptionFormat(Report& report, const char* format, ...) {
-    char text[260];
+    char text[numberSize + 260]; // a number may be as long as it gets
     std::va_list arguments;
     va_start(arguments, format);
     std::vsnprintf(text, sizeof text, format, arguments);

@@ -32,10 +32,14 @@ struct NumberedName {
 };
 NumberedName numberedName(const char* prefix, Index index);
 
+// The line that a report begins with, behind an empty one, and the line under it, which begins "--".
+void writeTitle(Report& report, const char* title);
+void writeOptionLine(Report& report, const char* line);
+
 // A line above a table, or in the place of one.
 void writeCaption(Report& report, const char* text);
 [[gnu::format(printf, 2, 3)]] void writeCaptionFormat(Report& report, const char* format, ...);
-// The empty line behind a table.
+// The empty line behind a table or a title.
 void endTable(Report& report);
 
 // "  n," and the label cell; headings follow.

@@ -14,14 +14,14 @@ public:
 
     virtual void showProgress() = 0;
     // Returns success, or the code that ends the run here: engines hand it on.
-    virtual ErrorCode setProgress(int percent) = 0;
+    [[nodiscard]] virtual ErrorCode setProgress(int percent) = 0;
     virtual void hideProgress() = 0;
 
     virtual void alert(const char* text, const char* caption) = 0;
 };
 
 // How every driver begins its computation: no status, an empty progress bar. Returns what setProgress does.
-inline ErrorCode startProgress(Screens& screens, Report& report) {
+[[nodiscard]] inline ErrorCode startProgress(Screens& screens, Report& report) {
     report.status.clear();
     screens.showStatus(report);
     screens.showProgress();

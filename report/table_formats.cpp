@@ -39,3 +39,11 @@ void SetFormatsFromValues(Report& report, const double* values, Index count, int
 void SetFormatsFromValues(Report& report, const double* values, Index count) {
     SetFormatsFromValues(report, values, count, report.formats.nameLength, report.formats.labelWidth);
 }
+
+void SetFormatsFromValues(Report& report, const Block<double>& values) {
+    SetFormatsFromValues(report, values.data(), values.size());
+}
+
+void SetFormatsFromValues(Report& report, const Matrix& values) {
+    SetFormatsFromValues(report, values.data(), values.size());
+}

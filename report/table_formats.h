@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/data_set.h"
+#include "numeric/matrix.h"
 #include "report/report.h"
 
 // The formats of a table, fixed by the largest magnitude m that it prints, the variable string length V and
@@ -19,3 +20,5 @@ void SetFormatsFromValues(Report& report, const double* values, Index count, int
 
 // The same with the string lengths that are set already.
 void SetFormatsFromValues(Report& report, const double* values, Index count);
+void SetFormatsFromValues(Report& report, const Block<double>& values);
+void SetFormatsFromValues(Report& report, const Matrix& values);

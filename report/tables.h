@@ -50,6 +50,3 @@ struct PairColumn {
 void WritePairTable5(Report& report, const DataSet& data, const PairColumn (&columns)[5]);
 // Three columns in slot 6, all in the second one's formats.
 void WritePairTable3(Report& report, const DataSet& data, const PairColumn (&columns)[3]);
-inline void WriteNamedHeader(Report& report, const char* const* names, Index count, int width) { // SHIM
-    WriteNamedHeader(report, {names, static_cast<std::size_t>(count)}, width);
-}

@@ -13,7 +13,7 @@ struct LoadResult {
 // Replaces the data set by the file at run.data.path: csv (source kind 0 of the settings) or the workbook
 // that a spreadsheet program has open there (1). Tells a failure on the screens. Returns success or, with
 // nothing loaded, the code of the file or of the spreadsheet link.
-LoadResult loadDataFile(Frontend& frontend, AnalysisRun& run);
+[[nodiscard]] LoadResult loadDataFile(Frontend& frontend, AnalysisRun& run);
 
 // After a load: fills the working part and shows the summary of the file.
 void showLoadedData(Frontend& frontend, AnalysisRun& run);

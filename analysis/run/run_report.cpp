@@ -10,9 +10,9 @@ void openReport(AnalysisRun& run, const ReportOpening& opening) {
 }
 
 void continueReport(Report& report, const ReportOpening& opening) {
-    report.lower.appendFormat("\n%s\n", opening.title);
-    if (opening.option != nullptr) report.lower.appendFormat("%s\n", opening.option);
-    if (opening.isSpaced) report.lower.append("\n");
+    writeTitle(report, opening.title);
+    if (opening.option != nullptr) writeOptionLine(report, opening.option);
+    if (opening.isSpaced) endTable(report);
     report.status.clear();
     report.status.append("status : ");
     report.status.append(opening.status != nullptr ? opening.status : opening.title);

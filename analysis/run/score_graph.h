@@ -25,7 +25,7 @@ struct ScoreGraph {
 
 // Builds the run's graph when the preference "express graph" is on. Returns success, outOfMemory or
 // graphNotBuilt (told already).
-ErrorCode buildScoreGraph(Screens& screens, AnalysisRun& run, const ScoreGraph& scores);
+[[nodiscard]] ErrorCode buildScoreGraph(Screens& screens, AnalysisRun& run, const ScoreGraph& scores);
 
 // Switches numbering and sized vectors on as the preferences have them.
 void takeGraphPreferences(const Settings& settings, GraphSpec& spec);

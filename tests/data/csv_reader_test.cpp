@@ -6,7 +6,7 @@ TEST(CsvReader, ReadsAnyText) {
         SCOPED_TRACE(test[0].substr(0, 200));
         CellTable table;
         EXPECT_EQ(readText("before,x\na,1\n", table), FileCode::done);
-        EXPECT_EQ(std::to_string(readText(test[0], table)), test[1]);
+        EXPECT_EQ(std::to_string(static_cast<int>(readText(test[0], table))), test[1]);
         std::string cells;
         for (int row = 0; row < table.rows; ++row) {
             for (int col = 0; col < table.cols; ++col) {

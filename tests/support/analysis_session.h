@@ -80,8 +80,9 @@ inline DataMatrix matrixOf(const std::vector<std::vector<double>>& columns) {
     data.variables = static_cast<std::int32_t>(columns.size());
     data.samples = static_cast<std::int32_t>(columns[0].size());
     EXPECT_EQ(data.values.allocate(data.count()), success);
-    for (std::size_t at = 0; at < data.count(); ++at)
-        data.values[at] = columns[at % columns.size()][at / columns.size()];
+    for (Index at = 0; at < data.count(); ++at)
+        data.values[at] = columns[static_cast<std::size_t>(at % data.variables)]
+                                 [static_cast<std::size_t>(at / data.variables)];
     return data;
 }
 

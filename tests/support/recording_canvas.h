@@ -51,7 +51,7 @@ public:
 
 inline RecordingCanvas paint(const GraphSpec& spec, const GraphView& view) {
     Graph graph;
-    EXPECT_EQ(initGraph(spec, graph), success);
+    EXPECT_EQ(initGraph(spec, graph), GraphCode::built);
     RecordingCanvas canvas;
     drawGraph(canvas, graph, view);
     return canvas;

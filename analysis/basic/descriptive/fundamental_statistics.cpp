@@ -63,7 +63,7 @@ void writeBasicStatistics(Report& report, const DataSet& data, const BasicStatis
         {"skew", basic.skew},       {"kurtosis", basic.kurtosis},         {"variance", basic.variance},
     };
     // The variances fix the widths of all nine rows.
-    SetFormatsFromValues(report, basic.variance.data(), basic.variance.size());
+    SetFormatsFromValues(report, basic.variance);
     writeCaption(report, "basis statistics");
     WriteVariableHeader(report, data);
     Index number = 0;
@@ -74,7 +74,7 @@ void writeBasicStatistics(Report& report, const DataSet& data, const BasicStatis
 }
 
 void writeMatrix(Report& report, const DataSet& data, const char* caption, const Matrix& matrix) {
-    SetFormatsFromValues(report, matrix.data(), matrix.size());
+    SetFormatsFromValues(report, matrix);
     writeCaption(report, caption);
     WriteLowerTriangle(report, data, matrix.data(), 6);
     endTable(report);

@@ -30,7 +30,7 @@ ErrorCode invertInformation(NewtonRaphsonFit& fit) {
     }
     const ErrorCode code = invertRegular(fit.scaled, fit.covariance, fit.inverse);
     if (code != success) return code;
-    if (!allFinite(fit.inverse.data(), fit.inverse.size())) return singularMatrix;
+    if (!allFinite(fit.inverse)) return singularMatrix;
     for (Index i = 0; i < count; ++i) {
         for (Index j = 0; j < count; ++j) {
             fit.covariance(i, j) = fit.inverse(i, j) / fit.scales[i] / fit.scales[j];

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "analysis/run/kind_number.h"
+
 namespace {
 
 // Of an explanatory variable.
@@ -55,13 +57,17 @@ double percentageOfLogit(double value) {
 }
 
 const CurveModel models[] = {
-    {linearKind, nullptr, keepVariable, any, false, keepPurpose, any, keepPurpose},
-    {polynomialKind, "convert degrees of polynomial terms", power, any, true, keepPurpose, any, keepPurpose},
-    {42, "involution", logarithm, isPositive, false, naturalLogarithm, isPositive, exponential},
-    {43, "exponential", keepVariable, any, false, naturalLogarithm, isPositive, exponential},
-    {44, "inverse", keepVariable, any, false, reciprocal, isPositive, reciprocal},
-    {45, "logistic 1", keepVariable, any, false, logitOfShare, isShare, shareOfLogit},
-    {46, "logistic 2", keepVariable, any, false, logitOfPercentage, isPercentage, percentageOfLogit},
+    {multipleRegressionKind, nullptr, keepVariable, any, false, keepPurpose, any, keepPurpose},
+    {degreesCurveKind, "convert degrees of polynomial terms", power, any, true, keepPurpose, any,
+     keepPurpose},
+    {involutionCurveKind, "involution", logarithm, isPositive, false, naturalLogarithm, isPositive,
+     exponential},
+    {exponentialCurveKind, "exponential", keepVariable, any, false, naturalLogarithm, isPositive,
+     exponential},
+    {inverseCurveKind, "inverse", keepVariable, any, false, reciprocal, isPositive, reciprocal},
+    {logisticCurve1Kind, "logistic 1", keepVariable, any, false, logitOfShare, isShare, shareOfLogit},
+    {logisticCurve2Kind, "logistic 2", keepVariable, any, false, logitOfPercentage, isPercentage,
+     percentageOfLogit},
 };
 
 } // namespace

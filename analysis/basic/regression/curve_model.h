@@ -20,8 +20,5 @@ struct CurveModel {
     bool changesPurpose() const;
 };
 
-constexpr std::int32_t linearKind = 1;
-constexpr std::int32_t polynomialKind = 41;
-
 // The model of kind 1 or 41..46; null for another.
 const CurveModel* findCurveModel(std::int32_t kind);

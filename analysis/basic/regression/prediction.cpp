@@ -20,7 +20,7 @@ std::int32_t explanatoryCount(const AnalysisRun& run) {
 }
 
 bool isQuantification(const FittedModel& model) {
-    return model.kind == quantificationKind;
+    return model.kind == quantification1Kind;
 }
 
 // Makes the interval matrix of a run that had no interval.

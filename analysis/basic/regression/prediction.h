@@ -4,8 +4,6 @@
 
 // Prediction from the model that the last run kept (FittedModel).
 
-constexpr std::int32_t quantificationKind = 11;
-
 // The entry that a prediction starts from: the means of the variables (the first category of each in a
 // quantification) and the alpha of the run. Returns success or outOfMemory.
 [[nodiscard]] ErrorCode startPrediction(const AnalysisRun& run, PredictionEntry& entry);

@@ -70,7 +70,7 @@ ErrorCode computeMoments(const DataMatrix& data, RegressionResult& result) {
     MeanCovarianceCorrelation(data.values.data(), data.samples, data.variables, result.ownMoments);
     if (result.transforms()) {
         transform(data, result);
-        if (!allFinite(result.transformed.data(), result.transformed.size())) return notFinite;
+        if (!allFinite(result.transformed)) return notFinite;
         MeanCovarianceCorrelation(result.transformed.data(), data.samples, data.variables, result.moments);
     }
     const MomentMatrices& moments = result.regressedMoments();

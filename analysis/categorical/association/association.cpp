@@ -68,7 +68,7 @@ void forEachPair(const DataMatrix& data, const AssociationWork& work, Measure me
     }
 }
 
-// Without memory for its scratch the stage leaves zeros, and the run goes on: reports depend on this.
+// Without memory for its scratch the stage leaves zeros, and the run goes on.
 void measureOrder(const DataMatrix& data, AssociationWork& work) {
     Block<std::int32_t> below;
     if (below.allocate(work.layout.totalCategories) != success) return;

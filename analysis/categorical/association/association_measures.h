@@ -3,7 +3,7 @@
 #include "data/categories.h"
 
 // Measures of association of a two-way table of counts, at most 64 x 64. Counts and their products are 32-bit
-// and wrap where this is said: reports depend on this.
+// and wrap where this is said: kept so that reports stay comparable.
 
 // The table of two variables, a block within the cross table of all categories.
 struct ContingencyTable {

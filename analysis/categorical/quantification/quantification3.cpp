@@ -131,7 +131,7 @@ ErrorCode decompose(Screens& screens, const ResponseTable& table, Quantification
     fillMatrix(table, work);
     const ErrorCode code = screens.setProgress(25);
     if (code != success) return code;
-    if (!allFinite(work.matrix.data(), work.matrix.size())) return eigenNotConvergent;
+    if (!allFinite(work.matrix)) return eigenNotConvergent;
     return SymmetricEigen(work.matrix, work.eigenvalues, work.matrix);
 }
 

@@ -62,14 +62,14 @@ void writeRedundancy(Report& report, const CanonicalVariates& variates) {
     const Matrix& redundancy = variates.redundancy;
     writeCaption(report, "redundancy coefficient of variables");
     WritePrefixedHeader(report, variates.pairs, "factor", "total", report.formats.nameLength);
-    SetFormatsFromValues(report, redundancy.data(), redundancy.size());
+    SetFormatsFromValues(report, redundancy);
     WriteValueRow(report, redundancy.row(0), redundancy.columns(), 6, "explanatory", 1);
     WriteValueRow(report, redundancy.row(1), redundancy.columns(), 6, "purpose", 2);
     endTable(report);
 }
 
 void writeMatrix(Report& report, const char* caption, const Matrix& matrix, const RowLabels& names) {
-    SetFormatsFromValues(report, matrix.data(), matrix.size());
+    SetFormatsFromValues(report, matrix);
     writeCaption(report, caption);
     WriteFactorTable(report, matrix, matrix.columns(), names);
 }

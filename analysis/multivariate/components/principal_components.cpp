@@ -222,7 +222,7 @@ void writeStatistics(Report& report, const ComponentWork& work) {
 
 void writeMatrix(Report& report, const char* caption, const Matrix& matrix, Index kept,
                  const RowLabels& labels) {
-    SetFormatsFromValues(report, matrix.data(), matrix.size());
+    SetFormatsFromValues(report, matrix);
     writeCaption(report, caption);
     WriteFactorTable(report, matrix, kept, labels);
     endTable(report);

@@ -13,8 +13,6 @@
 
 namespace {
 
-constexpr std::int32_t maximumLikelihoodKind = 5;
-
 // The arrows go up to twice the number that the dialog opens with.
 double mostFactors(const DataSet& data) {
     return 2.0 * DefaultFactorCount(data.loaded.variables);
@@ -258,7 +256,7 @@ ErrorCode buildFactorGraph(Screens& screens, AnalysisRun& run, const FactorResul
 ErrorCode runFactorAnalysis(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
     const FactorOptions& options = run.options.settings.factor;
-    const bool byLikelihood = run.kind == maximumLikelihoodKind;
+    const bool byLikelihood = run.kind == maximumLikelihoodFactorKind;
     FactorWork work;
     ErrorCode code = work.allocate(data, options.factorNumber, byLikelihood);
     if (code != success) return code;

@@ -39,13 +39,13 @@ void writeCommunalities(Report& report, const DataMatrix& data, const Block<doub
 
 // A table with a column for each factor, in its own formats.
 void writeTable(Report& report, const char* title, const Matrix& matrix, const RowLabels& labels) {
-    SetFormatsFromValues(report, matrix.data(), matrix.size());
+    SetFormatsFromValues(report, matrix);
     writeCaption(report, title);
     WriteFactorTable(report, matrix, matrix.columns(), labels);
 }
 
 void writeSums(Report& report, const char* title, const Block<double>& sums) {
-    SetFormatsFromValues(report, sums.data(), sums.size());
+    SetFormatsFromValues(report, sums);
     writeCaption(report, title);
     WriteFactorHeader(report, sums.size(), report.formats.nameLength);
     WriteValueRow(report, sums.data(), sums.size(), 6, "s.s.f.load", 1);
@@ -54,7 +54,7 @@ void writeSums(Report& report, const char* title, const Block<double>& sums) {
 void writeOblique(Report& report, const DataMatrix& data, const ObliqueRotation& oblique) {
     writeTable(report, "factor structure matrix in case of oblique rotation", oblique.structure, data.names);
     const Matrix& correlations = oblique.correlations;
-    SetFormatsFromValues(report, correlations.data(), correlations.size());
+    SetFormatsFromValues(report, correlations);
     writeCaption(report, "correlation coefficient matrix in case of oblique rotation");
     WriteFactorTriangle(report, correlations.rows(), correlations.data(), correlations.columns());
 }
@@ -80,7 +80,7 @@ void writeFactorReport(AnalysisRun& run, const char* title, const FactorResult& 
     Report& report = run.report;
     const OptionLine option = describeOptions(run.options.settings.factor, result.rotation);
     openReport(run, {.title = title, .option = option.text});
-    SetFormatsFromValues(report, model.communality.data(), model.communality.size());
+    SetFormatsFromValues(report, model.communality);
     writeCommunalities(report, data, model.communality);
     writeTable(report, isRotated ? "factor loading before rotation" : "factor loading", model.loadings,
                data.names);

@@ -18,14 +18,9 @@ struct FactorSession : AnalysisSession {
     }
     std::vector<double> communalities() const {
         std::vector<double> values;
-<<<<<<< HEAD
         const TextList& names = run.data.working.names;
         for (Index j = 0; j < names.size(); ++j)
             values.push_back(row("communality", std::string(names[j]).substr(0, 15))[0]);
-=======
-        for (Index v = 0; v < run.data.working.variables; ++v)
-            values.push_back(row("communality", std::string(run.data.working.name(v)).substr(0, 15))[0]);
->>>>>>> 1581736 (Give the codes of files, of the spreadsheet link and of graphs types of their own, and the kinds names)
         return values;
     }
 };
