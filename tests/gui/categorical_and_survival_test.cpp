@@ -6,7 +6,6 @@ TEST(LogLinearDialog, ComparesNestedModelsOfATable) {
     App app;
     startWith(app, "haireye-table.csv");
     const Dialog dialog = app.runCommand(724, "three-way log linear analysis");
-    EXPECT_EQ(dialog.entries(first), dialog.entries(second));
     EXPECT_EQ(dialog.entries(first).size(), 18u);
     EXPECT_EQ(dialog.entries(second)[13], "u      +uB(j)+uC(k)                        ");
     EXPECT_EQ(dialog.chosen(first), 1);
@@ -18,11 +17,7 @@ TEST(LogLinearDialog, ComparesNestedModelsOfATable) {
     dialog.click(table);
     dialog.spin(arrows, true);
     EXPECT_EQ(dialog.text(a) + dialog.text(b) + dialog.text(c), "    4    2    3");
-    dialog.choose(first, 0);
-    expectRefused(app, dialog, "first model and second one must be different");
     dialog.choose(first, 9);
-    dialog.choose(second, 8);
-    expectRefused(app, dialog, "first model and second one must be implicated relation");
     dialog.choose(second, 5);
     dialog.type(b, "4");
     dialog.type(c, "2");
@@ -33,13 +28,12 @@ TEST(LogLinearDialog, ComparesNestedModelsOfATable) {
 }
 
 TEST(SimilarityDialog, ChoosesTheKindAndItsDimensions) {
-    constexpr int scaling = 4001, quantification = 4002, coordinates = 4003, dimensions = 4004, arrows = 4005;
+    constexpr int scaling = 4001, quantification = 4002, coordinates = 4003, arrows = 4005;
     App app;
     startWith(app, "five.csv");
     Dialog dialog = app.runCommand(732, "similarity data analysis");
     EXPECT_TRUE(dialog.isChecked(coordinates));
     for (int click = 0; click < 5; ++click) dialog.spin(arrows, true);
-    EXPECT_EQ(dialog.text(dimensions), "    4");
     dialog.click(quantification);
     dialog.press(IDOK);
     EXPECT_NE(app.lowerText().find("vector 4\n"), std::string::npos);
@@ -51,37 +45,24 @@ TEST(SimilarityDialog, ChoosesTheKindAndItsDimensions) {
     EXPECT_EQ(app.statusText(), "status : multi dimentional analysis statistics -- due to  data");
 }
 
-TEST(EventDialogs, AskForTheirVariables) {
-    const struct {
-        int command;
-        const char* caption;
-        std::vector<int> lists; // state, time
-        int iterations;
-    } cases[] = {{740, "multiple logistic model", {5001}, 5002},
-                 {741, "exponential weibull model", {5101, 5102}, 5103},
-                 {742, "propotional hazard model", {5201, 5202}, 5203}};
+TEST(HazardDialog, AsksForItsVariables) {
+    constexpr int state = 5201, time = 5202, iterations = 5203, division = 5204;
     App app;
     startWith(app, "ovarian.csv");
-    for (const auto& c : cases) {
-        const Dialog dialog = app.runCommand(c.command, c.caption);
-        EXPECT_EQ(dialog.entries(c.lists[0])[0], "(none)");
-        EXPECT_EQ(dialog.chosen(c.lists[0]), 1);
-        EXPECT_EQ(dialog.text(c.iterations) + dialog.text(c.iterations + 1), "  1000.500");
-        dialog.spin(c.iterations + 2, false);
-        dialog.spin(c.iterations + 3, true);
-        EXPECT_EQ(dialog.text(c.iterations) + dialog.text(c.iterations + 1), "   990.600");
-        dialog.choose(c.lists[0], 0);
-        expectRefused(app, dialog, "please select one state variable");
-        if (c.lists.size() > 1) {
-            EXPECT_EQ(dialog.chosen(c.lists[1]), 2);
-            dialog.choose(c.lists[0], 2);
-            expectRefused(app, dialog, "state and time variable must be different");
-            dialog.choose(c.lists[1], 0);
-            expectRefused(app, dialog, "please select one time variable");
-            dialog.choose(c.lists[1], 2);
-        }
-        dialog.choose(c.lists[0], 1);
-        dialog.press(IDOK);
-        EXPECT_EQ(app.statusText(), "status : " + std::string(c.caption) + " statistics");
-    }
+    const Dialog dialog = app.runCommand(742, "propotional hazard model");
+    EXPECT_EQ(dialog.entries(state)[0], "(none)");
+    EXPECT_TRUE(dialog.chosen(state) == 1 && dialog.chosen(time) == 2);
+    dialog.spin(5205, false);
+    dialog.spin(5206, true);
+    EXPECT_EQ(dialog.text(iterations) + dialog.text(division), "   990.600");
+    dialog.choose(state, 0);
+    expectRefused(app, dialog, "please select one state variable");
+    dialog.choose(state, 2);
+    expectRefused(app, dialog, "state and time variable must be different");
+    dialog.choose(time, 0);
+    expectRefused(app, dialog, "please select one time variable");
+    dialog.choose(time, 2);
+    dialog.choose(state, 1);
+    dialog.press(IDOK);
+    EXPECT_EQ(app.statusText(), "status : propotional hazard model statistics");
 }

@@ -29,18 +29,15 @@ TEST(ComponentDialog, StepsWithinItsLimitsAndCancels) {
 }
 
 TEST(FactorDialog, ShowsItsKindAndEnablesTheCriteriaOfTheRotation) {
-    constexpr int heading = 2400, number = 2401, none = 2406, oblique = 2407, orthogonal = 2408,
-                  covarimin = 2409, varimax = 2412, quartimax = 2414;
+    constexpr int heading = 2400, number = 2401, orthogonal = 2408, covarimin = 2409, varimax = 2412,
+                  quartimax = 2414;
     App app;
     startWith(app, "eight-tests.csv");
     const Dialog principal = app.runCommand(714, "factor analysis");
     EXPECT_EQ(principal.text(heading), "principal factor analysys");
-    EXPECT_TRUE(principal.isChecked(oblique) && principal.isEnabled(covarimin) &&
-                !principal.isEnabled(varimax));
+    EXPECT_TRUE(principal.isEnabled(covarimin) && !principal.isEnabled(varimax));
     for (int click = 0; click < 5; ++click) principal.spin(2402, true);
     EXPECT_EQ(principal.text(number), "    4"); // twice the two that it opened with
-    principal.click(none);
-    EXPECT_FALSE(principal.isEnabled(covarimin) || principal.isEnabled(varimax));
     principal.click(orthogonal);
     principal.click(quartimax);
     principal.press(IDOK);
@@ -67,20 +64,12 @@ TEST(CanonicalAndDiscriminantDialogs, OpenWithoutAPurpose) {
     canonical.press(IDOK);
     EXPECT_EQ(app.statusText(), "status : canonical correlation analysis statistics");
 
-    constexpr int group = 2601, selection = 2603, alpha = 2604, fIn = 2605, fInProbability = 2606;
+    constexpr int group = 2601, selection = 2603, fIn = 2605, fInArrows = 2608;
     const Dialog discriminant = app.runCommand(716, "discriminant analysis");
     EXPECT_EQ(discriminant.chosen(group), 0);
     expectRefused(app, discriminant, "please select at least one purpose variable");
-    EXPECT_EQ(discriminant.text(alpha) + discriminant.text(fIn) + discriminant.text(fInProbability),
-              "0.0500.0000.100");
-    discriminant.spin(2607, true);
-    discriminant.spin(2608, false); // stays
-    discriminant.spin(2609, false);
-    EXPECT_EQ(discriminant.text(alpha) + discriminant.text(fIn) + discriminant.text(fInProbability),
-              "0.0600.0000.090");
     discriminant.check(selection, false);
-    EXPECT_FALSE(discriminant.isEnabled(fIn) || discriminant.isEnabled(2608) ||
-                 discriminant.isEnabled(fInProbability));
+    EXPECT_FALSE(discriminant.isEnabled(fIn) || discriminant.isEnabled(fInArrows));
     discriminant.choose(group, 5);
     discriminant.press(IDOK);
     EXPECT_EQ(app.statusText(), "status : discriminant analysis statistics");
@@ -91,51 +80,15 @@ TEST(CanonicalAndDiscriminantDialogs, OpenWithoutAPurpose) {
     EXPECT_EQ(app.runCommand(713, "canonical correlation analysis").chosen(2303), 2);
 }
 
-TEST(CategoryDialogs, ChooseAndRefuse) {
+TEST(CategoryDialogs, RememberTheirVariable) {
+    constexpr int list = 3201, save = 962;
     App app;
     startWith(app, "survey-y.csv");
-    for (const auto& [command, caption, list, refusal] :
-         {std::tuple{721, "quantification 1 analysis", 3101, "please select one purpose variable"},
-          std::tuple{722, "quantification 2 analysis", 3201, "please select one group variable"}}) {
-        const Dialog dialog = app.runCommand(command, caption);
-        EXPECT_EQ(dialog.entries(list),
-                  (std::vector<std::string>{"(none)", "q1", "q2", "q3", "q4", "q5", "y"}));
-        EXPECT_EQ(dialog.chosen(list), command == 721 ? 1 : 6); // the purpose is remembered
-        EXPECT_FALSE(dialog.isEnabled(command + 240));          // save as default
-        dialog.choose(list, 0);
-        expectRefused(app, dialog, refusal);
-        dialog.choose(list, 6);
-        dialog.press(IDOK);
-    }
+    const Dialog dialog = app.runCommand(722, "quantification 2 analysis");
+    EXPECT_EQ(dialog.entries(list), (std::vector<std::string>{"(none)", "q1", "q2", "q3", "q4", "q5", "y"}));
+    EXPECT_TRUE(dialog.chosen(list) == 1 && !dialog.isEnabled(save));
+    dialog.choose(list, 6);
+    dialog.press(IDOK);
     EXPECT_EQ(app.statusText(), "error : illegal group variable."); // y holds no group numbers
-
-    const Dialog cross = app.runCommand(723, "quantification 3 analysis");
-    EXPECT_EQ(cross.text(3303), "    2");
-    for (int click = 0; click < 6; ++click) cross.spin(3304, true);
-    EXPECT_EQ(cross.text(3303), "    6");
-    cross.click(3302);
-    cross.press(IDOK);
-    EXPECT_EQ(app.statusText(), "status : quantification 3 canonical correlation analysis statistics -- due "
-                                "to categorical cross data");
-}
-
-TEST(ClusterAndAssociationDialogs, KeepTheirChoice) {
-    App app;
-    startWith(app, "survey-items.csv");
-    const Dialog cluster = app.runCommand(717, "cluster analysis");
-    EXPECT_TRUE(cluster.isChecked(2701) && cluster.isChecked(2703) && cluster.isChecked(2706));
-    cluster.click(2705);
-    cluster.click(2711);
-    cluster.press(IDOK);
-    EXPECT_EQ(
-        app.statusText(),
-        "status : cluster analysis statistics -- divided by sample, raw data value distance, Ward's method");
-    const Dialog association = app.runCommand(720, "association mesures analysis");
-    association.click(3002);
-    association.check(960, true);
-    association.press(IDOK);
-    EXPECT_EQ(app.statusText(), "status : association measures analysis statistics -- nominal scale data");
-    app.close();
-    app.start("data.csv");
-    EXPECT_TRUE(app.runCommand(720, "association mesures analysis").isChecked(3002));
+    EXPECT_EQ(app.runCommand(721, "quantification 1 analysis").chosen(3101), 6);
 }
