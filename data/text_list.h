@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/printf_format.h"
 #include "data/text_slot.h"
 #include "numeric/block.h"
 
@@ -14,7 +15,7 @@ public:
     const char* operator[](Index i) const { return slots_[i].text; }
 
     void set(Index i, const char* text);
-    [[gnu::format(printf, 3, 4)]] void setFormat(Index i, const char* format, ...);
+    [[gnu::format(PRINTF_KIND, 3, 4)]] void setFormat(Index i, const char* format, ...);
 
 private:
     Block<TextSlot> slots_;

@@ -2,6 +2,7 @@
 
 #include <span>
 
+#include "data/printf_format.h"
 #include "data/text_list.h"
 #include "report/report.h"
 
@@ -38,7 +39,7 @@ void writeOptionLine(Report& report, const char* line);
 
 // A line above a table, or in the place of one.
 void writeCaption(Report& report, const char* text);
-[[gnu::format(printf, 2, 3)]] void writeCaptionFormat(Report& report, const char* format, ...);
+[[gnu::format(PRINTF_KIND, 2, 3)]] void writeCaptionFormat(Report& report, const char* format, ...);
 // The empty line behind a table or a title.
 void endTable(Report& report);
 

@@ -197,7 +197,7 @@ int numberStride(const Axis& axis, int size) {
 void fitText(Canvas& canvas, const char* text, const TextStyle& style, int width,
              char (&fitted)[textSlotSize]) {
     std::snprintf(fitted, sizeof fitted, "%s", text);
-    Index length = static_cast<Index>(std::min(std::strlen(fitted), sizeof fitted - sizeof ".."));
+    std::size_t length = std::min(std::strlen(fitted), sizeof fitted - sizeof "..");
     while (length > 0 && canvas.measure(fitted, style).width > width) {
         --length;
         std::snprintf(fitted + length, sizeof fitted - length, "..");

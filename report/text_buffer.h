@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "data/printf_format.h"
 #include "numeric/block.h"
 
 // The longest fixed-point double: sign, 309 digits, point, decimals.
@@ -28,7 +29,7 @@ public:
     void append(std::string_view piece);
     // printf for texts and whole numbers; reals go through appendNumber, whose letters do not depend on the
     // system.
-    [[gnu::format(printf, 2, 3)]] void appendFormat(const char* format, ...);
+    [[gnu::format(PRINTF_KIND, 2, 3)]] void appendFormat(const char* format, ...);
     // Right-justified in `width`, never cut.
     void appendRight(std::string_view piece, int width);
     void appendInteger(std::int64_t value, int width);
