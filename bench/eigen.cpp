@@ -2,68 +2,65 @@
 #include <cmath>
 #include <cstdio>
 #include <random>
-#include <vector>
 
 #include "bench/bench.h"
 #include "numeric/eigen.h"
 
 namespace {
 
-using Rows = std::vector<std::vector<double>>;
-
 // The same reduction as it stands in the textbooks, down the columns.
-void reducePlainly(Rows& a, std::vector<double>& d, std::vector<double>& e) {
-    const int n = static_cast<int>(a.size());
-    for (int i = n - 1; i > 0; --i) {
+void reducePlainly(Matrix& a, Block<double>& d, Block<double>& e) {
+    const Index n = a.rows();
+    for (Index i = n - 1; i > 0; --i) {
         double h = 0.0, scale = 0.0;
-        for (int k = 0; k < i; ++k) scale += std::fabs(a[i][k]);
+        for (Index k = 0; k < i; ++k) scale += std::fabs(a(i, k));
         if (i == 1 || scale == 0.0) {
-            e[i] = a[i][i - 1];
+            e[i] = a(i, i - 1);
             d[i] = 0.0;
             continue;
         }
-        for (int k = 0; k < i; ++k) {
-            a[i][k] /= scale;
-            h += a[i][k] * a[i][k];
+        for (Index k = 0; k < i; ++k) {
+            a(i, k) /= scale;
+            h += a(i, k) * a(i, k);
         }
-        const double g = a[i][i - 1] >= 0.0 ? -std::sqrt(h) : std::sqrt(h);
+        const double g = a(i, i - 1) >= 0.0 ? -std::sqrt(h) : std::sqrt(h);
         e[i] = scale * g;
-        h -= a[i][i - 1] * g;
-        a[i][i - 1] -= g;
+        h -= a(i, i - 1) * g;
+        a(i, i - 1) -= g;
         double f = 0.0;
-        for (int j = 0; j < i; ++j) {
-            a[j][i] = a[i][j] / h;
+        for (Index j = 0; j < i; ++j) {
+            a(j, i) = a(i, j) / h;
             double sum = 0.0;
-            for (int k = 0; k <= j; ++k) sum += a[j][k] * a[i][k];
-            for (int k = j + 1; k < i; ++k) sum += a[k][j] * a[i][k];
+            for (Index k = 0; k <= j; ++k) sum += a(j, k) * a(i, k);
+            for (Index k = j + 1; k < i; ++k) sum += a(k, j) * a(i, k);
             e[j] = sum / h;
-            f += e[j] * a[i][j];
+            f += e[j] * a(i, j);
         }
-        for (int j = 0; j < i; ++j) {
-            e[j] -= f / (h + h) * a[i][j];
-            for (int k = 0; k <= j; ++k) a[j][k] -= a[i][j] * e[k] + e[j] * a[i][k];
+        for (Index j = 0; j < i; ++j) {
+            e[j] -= f / (h + h) * a(i, j);
+            for (Index k = 0; k <= j; ++k) a(j, k) -= a(i, j) * e[k] + e[j] * a(i, k);
         }
         d[i] = h;
     }
     d[0] = e[0] = 0.0;
-    for (int i = 0; i < n; ++i) {
-        for (int j = 0; d[i] != 0.0 && j < i; ++j) {
+    for (Index i = 0; i < n; ++i) {
+        for (Index j = 0; d[i] != 0.0 && j < i; ++j) {
             double g = 0.0;
-            for (int k = 0; k < i; ++k) g += a[i][k] * a[k][j];
-            for (int k = 0; k < i; ++k) a[k][j] -= g * a[k][i];
+            for (Index k = 0; k < i; ++k) g += a(i, k) * a(k, j);
+            for (Index k = 0; k < i; ++k) a(k, j) -= g * a(k, i);
         }
-        d[i] = a[i][i];
-        a[i][i] = 1.0;
-        for (int j = 0; j < i; ++j) a[j][i] = a[i][j] = 0.0;
+        d[i] = a(i, i);
+        a(i, i) = 1.0;
+        for (Index j = 0; j < i; ++j) a(j, i) = a(i, j) = 0.0;
     }
 }
 
-void rotatePlainly(Rows& z, std::vector<double>& d, std::vector<double>& e) {
-    const int n = static_cast<int>(z.size());
+void rotatePlainly(Matrix& z, Block<double>& d, Block<double>& e) {
+    const Index n = z.rows();
     std::rotate(e.begin(), e.begin() + 1, e.end());
     e[n - 1] = 0.0;
-    for (int l = 0; l < n; ++l) {
-        for (int m = l;; m = l) {
+    for (Index l = 0; l < n; ++l) {
+        for (Index m = l;; m = l) {
             while (m < n - 1 && std::fabs(e[m]) + std::fabs(d[m]) + std::fabs(d[m + 1]) !=
                                     std::fabs(d[m]) + std::fabs(d[m + 1])) {
                 ++m;
@@ -72,7 +69,7 @@ void rotatePlainly(Rows& z, std::vector<double>& d, std::vector<double>& e) {
             double g = (d[l + 1] - d[l]) / (2.0 * e[l]);
             g = d[m] - d[l] + e[l] / (g + std::copysign(std::hypot(g, 1.0), g));
             double s = 1.0, c = 1.0, p = 0.0;
-            for (int i = m - 1; i >= l; --i) {
+            for (Index i = m - 1; i >= l; --i) {
                 double f = s * e[i];
                 const double b = c * e[i], r = std::hypot(f, g);
                 e[i + 1] = r;
@@ -83,10 +80,10 @@ void rotatePlainly(Rows& z, std::vector<double>& d, std::vector<double>& e) {
                 p = s * q;
                 d[i + 1] = g + p;
                 g = c * q - b;
-                for (int k = 0; k < n; ++k) {
-                    f = z[k][i + 1];
-                    z[k][i + 1] = s * z[k][i] + c * f;
-                    z[k][i] = c * z[k][i] - s * f;
+                for (Index k = 0; k < n; ++k) {
+                    f = z(k, i + 1);
+                    z(k, i + 1) = s * z(k, i) + c * f;
+                    z(k, i) = c * z(k, i) - s * f;
                 }
             }
             d[l] -= p;
@@ -102,15 +99,18 @@ void benchEigen() {
     constexpr Index n = 300;
     std::mt19937 random(4);
     std::normal_distribution<double> normal;
-    std::vector<double> source(n * n), vectors(n * n), values(n), d(n), e(n);
+    Matrix source, plain, vectors;
+    Block<double> values, d, e;
+    ErrorCode code = source.allocate(n, n) | plain.allocate(n, n) | vectors.allocate(n, n);
+    code |= values.allocate(n) | d.allocate(n) | e.allocate(n);
+    if (code != success) return;
     for (Index i = 0; i < n; ++i) {
-        for (Index j = 0; j <= i; ++j) source[i * n + j] = source[j * n + i] = normal(random);
+        for (Index j = 0; j <= i; ++j) source(i, j) = source(j, i) = normal(random);
     }
-    Rows plain(n);
-    for (Index i = 0; i < n; ++i) plain[i].assign(source.begin() + i * n, source.begin() + (i + 1) * n);
+    std::copy(source.begin(), source.end(), plain.begin());
 
     const auto start = std::chrono::steady_clock::now();
-    if (SymmetricEigen(n, n, vectors.data(), values.data(), source.data()) != success) return;
+    if (SymmetricEigen(vectors, values, source) != success) return;
     const double seconds = secondsSince(start);
     const auto plainStart = std::chrono::steady_clock::now();
     reducePlainly(plain, d, e);

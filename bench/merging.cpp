@@ -2,6 +2,7 @@
 #include <random>
 
 #include "bench/bench.h"
+#include "numeric/matrix.h"
 #include "tests/analysis/multivariate/cluster/plain_merging.h"
 
 namespace {
@@ -11,13 +12,14 @@ bool fillDistances(ClusterMerging& merging, unsigned values) {
     constexpr Index items = 2000, dimensions = 5;
     if (merging.allocate(items) != success) return false;
     std::mt19937 random(3);
-    std::vector<double> points(items * dimensions);
+    Matrix points;
+    if (points.allocate(items, dimensions) != success) return false;
     for (double& x : points) x = static_cast<double>(random() % values);
     for (Index a = 0; a < items; ++a) {
         for (Index b = a + 1; b < items; ++b) {
             double sum = 0.0;
             for (Index k = 0; k < dimensions; ++k) {
-                const double difference = points[a * dimensions + k] - points[b * dimensions + k];
+                const double difference = points(a, k) - points(b, k);
                 sum += difference * difference;
             }
             merging.distances[merging.rowStart(a) + b] = sum;
