@@ -85,7 +85,7 @@ bool runCommand(Program& program, int command) {
     case commandUpperFontAll:
         chooseScreenFont(program, upperScreen, false);
         return true;
-    // Both change the whole lower screen, as they always did.
+    // Both change the whole lower screen.
     case commandLowerFontSelected:
     case commandLowerFontAll:
         chooseScreenFont(program, lowerScreen, false);

@@ -30,9 +30,8 @@ bool isListBox(HWND list) {
 void fillList(HWND list, const DataMatrix& data, std::int32_t chosen) {
     const UINT add = isListBox(list) ? LB_ADDSTRING : CB_ADDSTRING;
     SendMessageA(list, add, 0, reinterpret_cast<LPARAM>("(none)"));
-    for (std::int32_t v = 0; v < data.variables; ++v) {
-        SendMessageA(list, add, 0, reinterpret_cast<LPARAM>(data.names[static_cast<std::size_t>(v)].text));
-    }
+    for (Index v = 0; v < data.variables; ++v)
+        SendMessageA(list, add, 0, reinterpret_cast<LPARAM>(data.name(v)));
     SendMessageA(list, isListBox(list) ? LB_SETCURSEL : CB_SETCURSEL, static_cast<WPARAM>(chosen), 0);
 }
 

@@ -74,7 +74,7 @@ TextPages::TextPages(HWND screen, HDC printer, const PrinterPage& page, const Pa
     : printer_(printer) {
     Block<char> shown;
     const int shownLength = GetWindowTextLengthA(screen);
-    if (shown.allocate(static_cast<std::size_t>(shownLength) + 1) == success) {
+    if (shown.allocate(shownLength + 1) == success) {
         GetWindowTextA(screen, shown.data(), shownLength + 1);
         const std::size_t count = plainText(shown.data(), nullptr);
         if (text_.allocate(count) == success) length_ = plainText(shown.data(), text_.data());
