@@ -259,7 +259,7 @@ ErrorCode SymmetricEigen(Index n, Index stride, double* vectors, double* values,
     Block<double> offDiagonal;
     if (offDiagonal.allocate(n) != success) return outOfMemory;
     HouseholderTridiagonalise(n, stride, vectors, values, offDiagonal.data());
-    // A matrix that does not converge is reported as far as it came: reports depend on this.
+    // A matrix that does not converge is reported as far as it came: kept so that reports stay comparable.
     static_cast<void>(TridiagonalQL(n, stride, values, vectors, offDiagonal.data()));
     return EigenSortDescending(n, stride, vectors, values);
 }

@@ -6,5 +6,7 @@
 double UpperGammaRatio(double a, double x);
 
 // The upper tail of a chi-square with df > 0 degrees of freedom: Q(df / 2, chiSquare / 2), as accurate as
-// that far into the tail.
+// that far into the tail. The logistic, Weibull and hazard models take it, and whatever is new. Four
+// multivariate analyses keep the shortened series of ChiSquareUpperProbability (numeric/distributions.h) so
+// that their reports stay comparable.
 double ChiSquareUpperTail(double chiSquare, double df);

@@ -27,7 +27,7 @@ double reduced(const double* a, Index width, Index i, Index j, Index count) {
 }
 
 // LuDecompose, then the product of sign and pivots. Only outOfMemory is passed on, a matrix that could not be
-// factored keeps the determinant 0: reports depend on this.
+// factored keeps the determinant 0: kept so that reports stay comparable.
 ErrorCode decomposeAndMultiply(Index n, Index stride, double* a, std::int32_t* permutation,
                                double& determinant) {
     determinant = 0.0;

@@ -6,7 +6,7 @@
 namespace {
 
 // Adds sample number k (from 0) to the means of the k samples before it and to the lower triangle of the sums
-// of products. Reports depend on this order of the operations.
+// of products. Another order of the operations would round otherwise and change the last digits of reports.
 void addSample(const double* x, Index k, Index p, double* means, Matrix& sums) {
     const auto before = static_cast<double>(k);
     const double after = before + 1.0;
