@@ -34,7 +34,7 @@ double fUpper(double f, double numerator, double denominator) {
     LogGamma(b, logSecond);
     const double lead = std::exp(logSum + b * std::log(1.0 - x) + a * std::log(x) - logFirst - logSecond);
 
-    // Reports depend on the limit of 999 terms and on the size of the last one.
+    // The limit of 999 terms and the size of the last one are kept so that reports stay comparable.
     double series = 0.0;
     double term = 1.0;
     for (int k = 1; k <= 999; ++k) {
@@ -170,7 +170,7 @@ double TTwoSidedProbability(double t, double df) {
         term = term * (k - 1) * w / k;
         result -= term;
     }
-    // Reports depend on a larger negative rounding error showing.
+    // A larger negative rounding error shows: kept so that reports stay comparable.
     return result < 0.0 && result > -1e-11 ? 0.0 : result;
 }
 

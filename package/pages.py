@@ -3,7 +3,7 @@
 
 usage: pages.py SOURCE-FOLDER TARGET-FOLDER
 
-Every Markdown file of the source folder but architecture.md, which is for developers, becomes a page of the target
+Every Markdown file of the source folder but those for developers becomes a page of the target
 folder. Links between pages are kept, links to files that a package has not got become plain text.
 Packages: cmark-gfm.
 """
@@ -52,7 +52,7 @@ def anchored(body):
 
 def main():
     source, target = (pathlib.Path(argument).resolve() for argument in sys.argv[1:])
-    documents = {path.name for path in source.glob("*.md")} - {"architecture.md"}
+    documents = {path.name for path in source.glob("*.md")} - {"architecture.md", "debugging.md"}
     packaged = target.parent
     target.mkdir(parents=True)
 
