@@ -22,6 +22,7 @@ template <class Action, class Check> long long failEachAllocation(Action action,
         failAllocation(0);
         if (!failed) return n - 1;
         ++allocationFailures.count;
+        SCOPED_TRACE(testing::Message() << "allocation " << n << " of these failed");
         check();
     }
 }
