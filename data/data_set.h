@@ -58,7 +58,7 @@ struct FittedModel {
                               // then two numbers that do not count in a prediction
 };
 
-constexpr Index fittedModelTitleSize = 528;
+constexpr std::size_t fittedModelTitleSize = 528;
 
 // The one table of numbers that the program works on.
 struct DataSet {

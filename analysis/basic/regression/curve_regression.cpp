@@ -20,14 +20,18 @@ std::array<OptionField, firstFieldCount> degreeFields() {
               .offset = offsetof(AnalysisOptions, slotColumns),
               .control = firstColumnList,
               .count = AnalysisOptions::slotCount};
-    for (int slot = 0; slot < AnalysisOptions::slotCount; ++slot) {
-        all[1 + slot] = {.type = OptionType::real,
-                         .offset = offsetof(AnalysisOptions, slotDegrees) + slot * sizeof(double),
-                         .control = firstDegreeEdit + slot,
-                         .arrows = firstDegreeArrows + slot,
-                         .step = 0.1,
-                         .least = 0.1,
-                         .most = 99.0};
+    std::size_t offset = offsetof(AnalysisOptions, slotDegrees);
+    int slot = 0;
+    for (OptionField& field : std::span(all).subspan(1)) {
+        field = {.type = OptionType::real,
+                 .offset = offset,
+                 .control = firstDegreeEdit + slot,
+                 .arrows = firstDegreeArrows + slot,
+                 .step = 0.1,
+                 .least = 0.1,
+                 .most = 99.0};
+        offset += sizeof(double);
+        ++slot;
     }
     return all;
 }

@@ -7,9 +7,9 @@ namespace {
 
 void nameModel(FittedModel& model, const CurveModel& curve) {
     if (curve.name == nullptr) {
-        std::snprintf(model.title.data(), model.title.size(), "multiple regression analysis");
+        std::snprintf(model.title.data(), fittedModelTitleSize, "multiple regression analysis");
     } else {
-        std::snprintf(model.title.data(), model.title.size(), "%s curve", curve.name);
+        std::snprintf(model.title.data(), fittedModelTitleSize, "%s curve", curve.name);
     }
 }
 

@@ -334,7 +334,7 @@ ErrorCode keepModel(AnalysisRun& run, const Quantification1Work& work) {
     const ErrorCode code = model.quantities.allocate(work.quantities.size());
     if (code != success) return code;
     std::copy(work.quantities.begin(), work.quantities.end(), model.quantities.begin());
-    std::snprintf(model.title.data(), model.title.size(), "quantification 1 multiple regression analysis");
+    std::snprintf(model.title.data(), fittedModelTitleSize, "quantification 1 multiple regression analysis");
     model.kind = run.kind;
     model.count = run.data.working.variables - 1; // the purpose variable is the last column
     model.constant = work.constant;

@@ -162,7 +162,8 @@ TEST(MultipleRegression, HasOnePurposeShowsProgressAndBuildsItsGraph) {
         EXPECT_STREQ(run.run.data.working.names[3], "Water.Temp");
 
         const GraphSpec& spec = run.run.graph.spec;
-        EXPECT_TRUE(spec.seriesCount == 3 && spec.kind == GraphKind::biplot && spec.vectorCount == 1 && spec.itemCount == 21);
+        EXPECT_TRUE(spec.seriesCount == 3 && spec.kind == GraphKind::biplot && spec.vectorCount == 1 &&
+                    spec.itemCount == 21);
         EXPECT_STREQ(spec.seriesNames[0], "theoretic score");
         EXPECT_STREQ(spec.seriesNames[1], "standard resudial");
         EXPECT_STREQ(spec.seriesNames[2], "measure value");

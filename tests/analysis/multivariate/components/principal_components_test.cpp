@@ -46,7 +46,8 @@ TEST(PrincipalComponents, GraphAndIdentities) {
     EXPECT_EQ(session.frontend.percentages, (std::vector<int>{0, 20, 40, 60, 80, 100}));
     ASSERT_TRUE(session.run.graph.present);
     const GraphSpec& spec = session.run.graph.spec;
-    EXPECT_TRUE(spec.kind == GraphKind::biplot && spec.seriesCount == 4 && spec.itemCount == 50 && spec.vectorCount == 4);
+    EXPECT_TRUE(spec.kind == GraphKind::biplot && spec.seriesCount == 4 && spec.itemCount == 50 &&
+                spec.vectorCount == 4);
     EXPECT_TRUE(spec.numbering == 1 && spec.vectorOption == 1);
     EXPECT_STREQ(spec.seriesNames[3], "factor 4");
     EXPECT_STREQ(spec.itemLabels[49], "Wyoming");
