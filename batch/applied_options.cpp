@@ -5,11 +5,13 @@
 #include "batch/assignments.h"
 #include "batch/field_values.h"
 
-bool applyExclude(const char* names, DataSet& data, Complaint& complaint) {
-    std::string_view rest = names;
-    for (int slot = 0;; ++slot) {
-        const std::size_t comma = rest.find(',');
-        const std::string_view name = rest.substr(0, comma);
+namespace {
+
+// Puts the columns of a list of names into the slots from `slot` on.
+bool exclude(std::string_view names, int& slot, DataSet& data, Complaint& complaint) {
+    for (;;) {
+        const std::size_t comma = names.find(',');
+        const std::string_view name = names.substr(0, comma);
         const std::int32_t column = findColumn(data.cells, name);
         if (column == 0) {
             complaint.say("--exclude: there is no variable '%.*s' in the file", static_cast<int>(name.size()),
@@ -20,10 +22,20 @@ bool applyExclude(const char* names, DataSet& data, Complaint& complaint) {
             complaint.say("--exclude takes at most %d variables", ExclusionList::slotCount);
             return false;
         }
-        data.exclusion.slots[slot] = column;
+        data.exclusion.slots[slot++] = column;
         if (comma == std::string_view::npos) return true;
-        rest.remove_prefix(comma + 1);
+        names.remove_prefix(comma + 1);
     }
+}
+
+} // namespace
+
+bool applyExcludes(const CommandLine& line, DataSet& data, Complaint& complaint) {
+    int slot = 0;
+    for (const char* names : line.excludes) {
+        if (!exclude(names, slot, data, complaint)) return false;
+    }
+    return true;
 }
 
 bool applyFields(const CommandLine& line, const DataSet& data, AnalysisOptions& options,

@@ -64,11 +64,23 @@ bool refuseValue(const Option& option, Complaint& complaint) {
 
 enum class Match { none, taken, wrong };
 
+// Adds the value of an option that can be given again and again.
+Match takeRepeated(Option option, Arguments& arguments, Block<const char*>& texts, Complaint& complaint) {
+    if (!arguments.takeValue(option, complaint)) return Match::wrong;
+    if (texts.grow(texts.size() + 1) != success) {
+        complaint.say("no memory for %.*s", static_cast<int>(option.name.size()), option.name.data());
+        return Match::wrong;
+    }
+    texts[texts.size() - 1] = option.value;
+    return Match::taken;
+}
+
 Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+    if (option.name == "--exclude") return takeRepeated(option, arguments, line.excludes, complaint);
     const struct {
         const char* name;
         const char*& target;
-    } texts[] = {{"--exclude", line.exclude}, {"--output", line.output}, {"--path", line.shownPath}};
+    } texts[] = {{"--output", line.output}, {"--path", line.shownPath}};
     for (const auto& text : texts) {
         if (option.name != text.name) continue;
         if (!arguments.takeValue(option, complaint)) return Match::wrong;
@@ -121,16 +133,12 @@ Match parseAssignmentOption(Option option, Arguments& arguments, CommandLine& li
     if (line.kind == nullptr) return Match::none;
     for (const AssignmentOption& each : assignmentOptions()) {
         if (option.name.substr(2) != each.name || !each.isTakenBy(*line.kind)) continue;
-        if (!arguments.takeValue(option, complaint)) return Match::wrong;
         Block<const char*>& texts = line.*each.texts;
-        if (!isAssignmentList(option.value)) {
-            complaint.say("--%s takes %s, not '%.200s'", each.name, assignmentUsage, option.value);
-        } else if (texts.grow(texts.size() + 1) != success) {
-            complaint.say("no memory for --%s", each.name);
-        } else {
-            texts[texts.size() - 1] = option.value;
-        }
-        return complaint.any() ? Match::wrong : Match::taken;
+        if (takeRepeated(option, arguments, texts, complaint) != Match::taken) return Match::wrong;
+        const char* text = texts[texts.size() - 1];
+        if (isAssignmentList(text)) return Match::taken;
+        complaint.say("--%s takes %s, not '%.200s'", each.name, assignmentUsage, text);
+        return Match::wrong;
     }
     return Match::none;
 }

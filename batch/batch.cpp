@@ -11,6 +11,7 @@
 #include "batch/assignments.h"
 #include "batch/batch_frontend.h"
 #include "batch/help.h"
+#include "batch/output_file.h"
 #include "batch/terminal.h"
 #include "report/messages.h"
 #include "version.h"
@@ -107,22 +108,33 @@ bool write(std::FILE* file, const TextBuffer& text) {
     return std::fwrite(text.text(), 1, text.length(), file) == text.length();
 }
 
-bool writeTo(const char* path, const TextBuffer& text) {
-    std::FILE* file = std::fopen(path, "wb");
-    if (file == nullptr) return false;
-    const bool written = write(file, text);
-    return std::fclose(file) == 0 && written;
+// What a run writes.
+struct Outputs {
+    OutputFile report;
+    OutputFile picture;
+};
+
+// No file that a run reads or writes may be another one of them.
+bool checkFiles(const CommandLine& line, Complaint& complaint) {
+    const struct {
+        const char* name;
+        const char* path;
+    } files[] = {{"the data file", line.file}, {"--output", line.output}, {"--graph", line.picture.file}};
+    for (const auto& a : files) {
+        for (const auto& b : files) {
+            if (&a >= &b || a.path == nullptr || b.path == nullptr || !isSameFile(a.path, b.path)) continue;
+            complaint.say("%s and %s are one file: '%.300s'", b.name, a.name, b.path);
+            return false;
+        }
+    }
+    return true;
 }
 
-// Written to a neighbour and put in place at once.
-bool writeWhole(const char* path, const TextBuffer& text) {
-    if (isSpecialFile(path)) return writeTo(path, text);
-    char neighbour[4096];
-    const int length = std::snprintf(neighbour, sizeof neighbour, "%s.%lu.new", path, processNumber());
-    if (length < 0 || static_cast<std::size_t>(length) >= sizeof neighbour) return false;
-    if (writeTo(neighbour, text) && replaceFile(neighbour, path)) return true;
-    std::remove(neighbour);
-    return false;
+bool openOutputs(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, Outputs& outputs) {
+    const bool opened = (line.output == nullptr || outputs.report.open(line.output)) &&
+                        (line.picture.file == nullptr || outputs.picture.open(line.picture.file));
+    if (!opened) reportFileCode(frontend, run.report, FileCode::notCreated);
+    return opened;
 }
 
 void printStatus(const TextBuffer& status) {
@@ -132,12 +144,13 @@ void printStatus(const TextBuffer& status) {
 
 // A failure leaves the output file alone: its text goes to standard output. False when the run has failed or
 // its report cannot be written.
-bool print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, bool succeeded) {
+bool print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, OutputFile& output,
+           bool succeeded) {
     const auto check = [&](bool written) {
         if (!written) reportFileCode(frontend, run.report, FileCode::notCreated);
         succeeded = succeeded && written;
     };
-    if (succeeded && line.output != nullptr) check(writeWhole(line.output, *frontend.shown()));
+    if (succeeded && line.output != nullptr) check(output.write(*frontend.shown()));
     if (!succeeded || line.output == nullptr) {
         check(write(stdout, *frontend.shown()) && std::fflush(stdout) == 0);
     }
@@ -146,15 +159,15 @@ bool print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, b
 }
 
 // The picture of a run that succeeded; false when there is none, which one line tells.
-bool writePicture(const BatchFrontend& frontend, const CommandLine& line, const Graph& graph) {
+bool writePicture(const BatchFrontend& frontend, const CommandLine& line, const Graph& graph,
+                  OutputFile& output) {
     const char* refusal = refusePicture(line.picture, *line.kind, graph);
     if (refusal != nullptr) {
         if (graph.present || !frontend.hasAlerted()) std::fprintf(stderr, "%s: %s\n", programName, refusal);
         return false;
     }
     TextBuffer document;
-    if (drawPicture(line.picture, graph, document) == success && writeWhole(line.picture.file, document))
-        return true;
+    if (drawPicture(line.picture, graph, document) == success && output.write(document)) return true;
     std::fprintf(stderr, "%s: cannot write '%s'\n", programName, line.picture.file);
     return false;
 }
@@ -172,6 +185,8 @@ int runBatch(int count, char** arguments) {
         return std::fflush(stdout) == 0 && std::ferror(stdout) == 0 ? exitSuccess : exitFailure;
     }
 
+    if (!checkFiles(line, complaint)) return refuse(complaint, line.kind);
+
     AnalysisRun run;
     BatchFrontend frontend(line);
     setUp(line, run);
@@ -179,16 +194,19 @@ int runBatch(int count, char** arguments) {
         std::fprintf(stderr, "error : failed to allocate memory for data.\n");
         return exitFailure;
     }
-    bool succeeded = loadDataFile(frontend, run).isLoaded();
-    if (succeeded && line.exclude != nullptr) {
-        if (!applyExclude(line.exclude, run.data, complaint)) return refuse(complaint, line.kind);
+    Outputs outputs;
+    bool succeeded = openOutputs(frontend, line, run, outputs) && loadDataFile(frontend, run).isLoaded();
+    if (succeeded && line.excludes.size() > 0) {
+        if (!applyExcludes(line, run.data, complaint)) return refuse(complaint, line.kind);
         buildDataSet(run.data);
     }
     if (succeeded && line.kind != nullptr && !checkOptions(line, run, complaint)) {
         return refuse(complaint, line.kind);
     }
     succeeded = succeeded && checkCells(frontend, line, run) && runLoaded(frontend, line, run);
-    succeeded = print(frontend, line, run, succeeded);
-    if (succeeded && line.picture.file != nullptr) succeeded = writePicture(frontend, line, run.graph);
+    succeeded = print(frontend, line, run, outputs.report, succeeded);
+    if (succeeded && line.picture.file != nullptr) {
+        succeeded = writePicture(frontend, line, run.graph, outputs.picture);
+    }
     return succeeded ? exitSuccess : exitFailure;
 }

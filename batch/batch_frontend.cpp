@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "batch/applied_options.h"
+#include "batch/file_system.h"
 #include "batch/terminal.h"
 
 namespace {
@@ -42,6 +43,14 @@ void BatchFrontend::hideProgress() {
 void BatchFrontend::alert(const char* text, const char*) {
     alerted_ = true;
     if (text[0] != '\0') std::fprintf(stderr, "%s\n", text);
+}
+
+FileCode BatchFrontend::readTable(const char* path, CellTable& cells) {
+    std::FILE* const file = openToRead(path);
+    if (file == nullptr) return FileCode::notOpened;
+    const FileCode code = readCsvStream(file, cells);
+    std::fclose(file);
+    return code;
 }
 
 bool BatchFrontend::chooseOptions(AnalysisRun& run, const AnalysisKind&) {

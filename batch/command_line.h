@@ -10,7 +10,7 @@ struct CommandLine {
     Task task = Task::run;
     const AnalysisKind* kind = nullptr; // null: the summary of the file
     const char* file = nullptr;
-    const char* exclude = nullptr; // names, comma-separated
+    Block<const char*> excludes; // names, comma-separated, in the order given
     const char* output = nullptr;
     const char* shownPath = nullptr;
     int variableWidth = 0; // 0: not given

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <limits>
 
+#include "batch/file_system.h"
 #include "data/number.h"
 
 namespace {
@@ -41,6 +42,13 @@ int findChoice(const OptionField& field, const char* word) {
 void append(char* text, std::size_t size, std::string_view piece) {
     const std::size_t used = std::strlen(text);
     std::snprintf(text + used, size - used, "%.*s", static_cast<int>(piece.size()), piece.data());
+}
+
+std::int32_t findName(const CellTable& cells, std::string_view name) {
+    for (std::int32_t col = 1; col < cells.cols; ++col) {
+        if (name == cells.cell(0, col)) return col;
+    }
+    return 0;
 }
 
 // "; the variables are a, b, c"
@@ -85,8 +93,14 @@ void complainOfValue(OptionFields fields, std::string_view name, const char* tex
 }
 
 std::int32_t findColumn(const CellTable& cells, std::string_view name) {
-    for (std::int32_t col = 1; col < cells.cols; ++col) {
-        if (name == cells.cell(0, col)) return col;
+    std::int32_t column = findName(cells, name);
+    if (column != 0) return column;
+    // The command line is UTF-8, a file that another program wrote on this system need not be.
+    char given[4 * textSlotSize], converted[textSlotSize];
+    if (name.size() < sizeof given) {
+        std::snprintf(given, sizeof given, "%.*s", static_cast<int>(name.size()), name.data());
+        if (writeInCodePage(given, converted, sizeof converted)) column = findName(cells, converted);
+        if (column != 0) return column;
     }
     if (name.size() < 2 || name[0] != '#') return 0;
     std::int32_t number = 0;

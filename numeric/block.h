@@ -21,8 +21,9 @@ using Index = std::ptrdiff_t;
 // is negative, the product overflows or the system has none. All memory of the core comes through here.
 void* allocateZeroed(Index count, std::size_t itemSize);
 
-// Lets a test make the n-th allocation from now fail (n counts from 1; 0 switches it off).
-void failAllocation(long long n);
+// Lets a test make the n-th allocation from now fail, or the n-th and all after it (n counts from 1; 0
+// switches it off).
+void failAllocation(long long n, bool andLater = false);
 // Allocations asked for since the last failAllocation.
 long long allocationCount();
 

@@ -5,7 +5,6 @@
 #include <cstring>
 #include <iterator>
 
-#include "data/csv_reader.h"
 #include "data/spreadsheet.h"
 #include "report/file_summary.h"
 #include "report/messages.h"
@@ -48,7 +47,7 @@ LoadResult loadFromSpreadsheet(Frontend& frontend, Workbook& workbook, AnalysisR
 }
 
 LoadResult loadFromCsv(Frontend& frontend, AnalysisRun& run) {
-    const FileCode code = readCsv(run.data.path, run.data.cells);
+    const FileCode code = frontend.readTable(run.data.path, run.data.cells);
     if (code != FileCode::done) reportFileCode(frontend, run.report, code);
     return {.file = code};
 }

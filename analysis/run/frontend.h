@@ -2,6 +2,7 @@
 
 #include "analysis/run/analysis_kind.h"
 #include "analysis/run/prediction_entry.h"
+#include "data/csv_reader.h"
 #include "data/spreadsheet.h"
 #include "report/screens.h"
 
@@ -18,6 +19,8 @@ public:
     // The graph stays as it is until closeGraph or the next analysis.
     virtual void openGraphWindow(const Graph& graph) = 0;
     virtual void closeGraph() = 0;
+    // Reads the table of a data file.
+    virtual FileCode readTable(const char* path, CellTable& cells) { return readCsv(path, cells); }
     // The workbook to load from, not connected; null where there is no spreadsheet link.
     virtual Workbook* workbook() { return nullptr; }
 };

@@ -6,9 +6,11 @@ usage: batch_test.py BATCH-RUNNER
 import os
 import pathlib
 import shlex
+import signal
 import subprocess
 import sys
 import tempfile
+import time
 import xml.etree.ElementTree
 
 runner = str(pathlib.Path(sys.argv[1]).resolve())
@@ -76,25 +78,108 @@ def check_files():
     check("strict without the column", code == 0 and "variables : a b, c, c\n" in out)
     code, out, err = run("summary", "--exclude=#4,a b,#4", "--", small)
     check("by number, by a name with a blank, twice", code == 0 and "variables : c, d\n" in out)
+    check("repeated --exclude", run("summary", "--exclude=#4", "--exclude", "a b", "--exclude=#4", small)[1] ==
+          run("summary", "--exclude=#4,a b", small)[1])
     code, out, err = run("summary", "--path", "C:\\lab\\set.csv", "--variable-width", "5", "--label-width=2", small)
     check("widths and path", "'set.csv'" in out and "\n  n,  ,  a b,    c," in out and "\n  1,r1, 1.00," in out)
 
 
 def check_output():
     code, out, err = run("fundamental", "--output", "report.txt", iris)
-    written = pathlib.Path("report.txt").read_text()
+    report = pathlib.Path("report.txt")
+    written = report.read_text()
     check("output", code == 0 and out == "" and written == run("fundamental", iris)[1])
-    code, out, err = run("fundamental", "--output", "report.txt", "bad.csv")
-    check("a failed run leaves the output file", code == 1 and pathlib.Path("report.txt").read_text() == written)
-    code, out, err = run("fundamental", "--output", "no/such/report.txt", iris)
-    check("output that cannot be written", code == 1 and "failed to open nor create a file." in out and
-          err == "error : failed to open nor create a file.\n")
-    check("nothing is left behind", sorted(os.listdir(".")) == ["bad.csv", "report.txt", "small.csv"])
-    with open("/dev/full", "w") as full:
-        done = subprocess.run([runner, "summary", iris], stdout=full, stderr=subprocess.PIPE, text=True, timeout=60)
-    check("full standard output", done.returncode == 1 and
-          done.stderr == "error : failed to open nor create a file.\n")
+    report.chmod(0o600)
+    os.symlink("report.txt", "link.txt")
+    os.symlink("made.txt", "dangling.txt")
+    code, out, err = run("fundamental", "--output", "link.txt", "bad.csv")
+    check("a failed run leaves the output file", code == 1 and report.read_text() == written)
+    inode = report.stat().st_ino
+    code, out, err = run("summary", "--output", "link.txt", iris)
+    check("through a link, whole and with its mode", code == 0 and os.readlink("link.txt") == "report.txt" and
+          report.stat().st_mode & 0o777 == 0o600 and report.stat().st_ino != inode and "iris.csv" in report.read_text())
+    check("a link to no file", run("summary", "--output", "dangling.txt", iris)[0] == 0 and os.path.isfile("made.txt") and
+          os.path.islink("dangling.txt"))
+    report.chmod(0o444)
+    full = "error : failed to open nor create a file.\n"
+    # Before the data are read: they are missing, too.
+    for path in ("report.txt", "no/such/report.txt", "."):
+        code, out, err = run("fundamental", "--output", path, "missing.csv")
+        check("output that cannot be written: %s" % path, code == 1 and "failed to open nor create a file." in out and
+              err == full)
+    check("a short report on a full device", run("summary", "--output", "/dev/full", iris)[::2] == (1, full))
+    os.mkfifo("pipe")
+    reader = subprocess.Popen(["cat", "pipe"], stdout=subprocess.PIPE, text=True)
+    check("a pipe is written in place", run("fundamental", "--output", "pipe", iris)[0] == 0 and
+          reader.communicate(timeout=60)[0] == written)
+    with open("/dev/full", "w") as device:
+        done = subprocess.run([runner, "summary", iris], stdout=device, stderr=subprocess.PIPE, text=True, timeout=60)
+    check("full standard output", done.returncode == 1 and done.stderr == full)
+    for name in ("report.txt", "link.txt", "dangling.txt", "made.txt", "pipe"):
+        os.remove(name)
+    check("nothing is left behind", sorted(os.listdir(".")) == ["bad.csv", "small.csv"])
 
+
+def stopped_run(*arguments):
+    """A run that is stopped once it has its neighbour of o.txt: before it has read its data."""
+    process = subprocess.Popen([runner, *arguments], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    for _ in range(6000):
+        if any(name.startswith("o.txt.") for name in os.listdir(".")):
+            break
+        time.sleep(0.005)
+    process.send_signal(signal.SIGSTOP)
+    return process
+
+
+def check_interrupted_output():
+    for number in (signal.SIGINT, signal.SIGTERM):
+        os.mkfifo("data")  # that nobody writes
+        process = stopped_run("summary", "--output", "o.txt", "data")
+        check("a neighbour while the run lasts", len(os.listdir(".")) == 4)
+        process.send_signal(number)
+        process.send_signal(signal.SIGCONT)
+        check("%s ends the run and leaves nothing" % number.name, process.wait(timeout=60) == -number and
+              sorted(os.listdir(".")) == ["bad.csv", "data", "small.csv"])
+        os.remove("data")
+    os.mkfifo("data")
+    first = stopped_run("summary", "--output", "o.txt", "data")
+    check("two runs at once", run("summary", "--output", "o.txt", iris)[0] == 0 and "iris" in open("o.txt").read())
+    os.remove("o.txt")
+    os.mkdir("o.txt")
+    first.send_signal(signal.SIGCONT)
+    with open("data", "w") as data:
+        data.write("label,a\n")  # a pipe cannot be read twice: the run fails
+    check("a failed run removes its neighbour", first.wait(timeout=60) == 1 and os.listdir("o.txt") == [])
+    os.rmdir("o.txt")
+    os.remove("data")
+    pathlib.Path("wide.csv").write_text("label" + ",v" * 400 + "\n" + ("r" + ",1" * 400 + "\n") * 4000)
+    process = stopped_run("summary", "--output", "o.txt", "wide.csv")
+    os.mkdir("o.txt")
+    process.send_signal(signal.SIGCONT)
+    check("a move that fails removes the neighbour", process.wait(timeout=60) == 1)
+    os.rmdir("o.txt")
+    os.remove("wide.csv")
+    check("nothing is left behind by interrupted runs", sorted(os.listdir(".")) == ["bad.csv", "small.csv"])
+
+
+def check_one_file_twice():
+    text = pathlib.Path(small).read_text()
+    os.symlink(small, "soft.csv")
+    os.link(small, "hard.csv")
+    here = os.path.basename(os.getcwd())
+    for output in (small, "soft.csv", "hard.csv", "../%s/small.csv" % here):
+        code, out, err = run("summary", "--output", output, small)
+        check("the data file as output: %s" % err, code == 2 and out == "" and "one file" in err)
+    code, out, err = run("pca", "--components=2", "--output", "x", "--graph", "../%s/x" % here, iris)
+    check("report and picture in one file", code == 2 and "one file" in err and not os.path.exists("x"))
+    code, out, err = run("pca", "--components=2", "--output", "/dev/null", "--graph", "/dev/null", iris)
+    check("devices can be named twice", code == 0)
+    check("the data file is as it was", pathlib.Path(small).read_text() == text)
+    for name in ("soft.csv", "hard.csv"):
+        os.remove(name)
+
+
+def check_long_report():
     # Longer than the window's report can be.
     rows = "".join("row%d%s\n" % (k, ",%d" % k * 20) for k in range(6000))
     pathlib.Path("long.csv").write_text("label" + ",v" * 20 + "\n" + rows)
@@ -118,8 +203,9 @@ def check_pictures():
     run("regression", "--graph", "a.svg", "--numbering", iris)
     check("numbers in any picture", "150" in texts())
     os.remove("a.svg")
-    for arguments, says in ((("--components=1",), "too few vector number"), (("--components=3", "--axes=4,1"), "--axes"),
-                            (("--components=2", "--graph=no/such.svg"), "no/such.svg")):
+    check("a picture that cannot be written", run("pca", "--graph=no/such.svg", "missing.csv")[2] ==
+          "error : failed to open nor create a file.\n")
+    for arguments, says in ((("--components=1",), "too few vector number"), (("--components=3", "--axes=4,1"), "--axes")):
         code, out, err = run("pca", "--graph", "a.svg", *arguments, iris)
         check("no picture: %s" % err, code == 1 and "principal component" in out and says in err and
               err.count("\n") == 2 and not os.path.exists("a.svg"))
@@ -137,6 +223,9 @@ def main():
         check_files()
         check_pictures()
         check_output()
+        check_interrupted_output()
+        check_one_file_twice()
+        check_long_report()
         os.chdir("/")
     failures = [what for what, is_so in answers if not is_so]
     print("".join("failed: %s\n" % failure for failure in failures), end="")

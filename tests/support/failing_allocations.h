@@ -12,18 +12,22 @@ struct AllocationFailures {
 };
 inline AllocationFailures allocationFailures;
 
-// Calls `action` with its first, its second, ... allocation failing, and `check` after each of these calls,
-// until none is left that could fail. Returns how many there were.
+// Calls `action` with its first, its second, ... allocation failing, once that one alone and once all after
+// it too, and `check` after each of these calls, until none is left that could fail. Returns how many there
+// were.
 template <class Action, class Check> long long failEachAllocation(Action action, Check check) {
     for (long long n = 1;; ++n) {
-        failAllocation(n);
-        action();
-        const bool failed = allocationCount() >= n;
-        failAllocation(0);
-        if (!failed) return n - 1;
-        ++allocationFailures.count;
-        SCOPED_TRACE(testing::Message() << "allocation " << n << " of these failed");
-        check();
+        for (const bool andLater : {false, true}) {
+            failAllocation(n, andLater);
+            action();
+            const bool failed = allocationCount() >= n;
+            failAllocation(0);
+            if (!failed) return n - 1;
+            ++allocationFailures.count;
+            SCOPED_TRACE(testing::Message()
+                         << "allocation " << n << (andLater ? " and all after it" : "") << " failed");
+            check();
+        }
     }
 }
 

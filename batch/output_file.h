@@ -1,0 +1,25 @@
+#pragma once
+
+#include "batch/file_system.h"
+#include "report/text_buffer.h"
+
+// A file that a run writes: a device or a pipe in place, any other file to a neighbour that takes its place
+// when all is written. What is not finished leaves the file as it was.
+class OutputFile {
+public:
+    OutputFile() = default;
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+    ~OutputFile();
+
+    // Before the run, so that a file that cannot be written is told before minutes of computing.
+    bool open(const char* path);
+    // Writes the whole file and puts it in place; false when that fails.
+    bool write(const TextBuffer& text);
+
+private:
+    std::FILE* file_ = nullptr;
+    bool isDevice_ = false;
+    FilePath target_;
+    FilePath neighbour_;
+};
