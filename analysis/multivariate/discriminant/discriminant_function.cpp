@@ -39,22 +39,39 @@ void findHotelling(const GroupStatistics& statistics, Index variables, Discrimin
 
 struct CanonicalWork {
     Matrix within, vectors, root, between, product; // k x k
+    Block<double> units;                            // k: the roots of the diagonal of W
     Block<double> weights;                          // k
 
     [[nodiscard]] ErrorCode allocate(Index k) {
-        ErrorCode code = weights.allocate(k);
+        ErrorCode code = units.allocate(k) | weights.allocate(k);
         for (Matrix* matrix : {&within, &vectors, &root, &between, &product}) code |= matrix->allocate(k, k);
         return code;
     }
 };
 
-// Fills root with W^(-1/2), and vectors and eigenvalues with those of W^-1/2 (T - W) W^-1/2.
+// Divides the rows and the columns by the units.
+void expressIn(const Block<double>& units, Matrix& matrix) {
+    for (Index i = 0; i < matrix.rows(); ++i) {
+        double* row = matrix.row(i);
+        for (Index j = 0; j < matrix.columns(); ++j) row[j] = row[j] / units[i] / units[j];
+    }
+}
+
+// Fills root with W^(-1/2), and vectors and eigenvalues with those of W^-1/2 (T - W) W^-1/2, with the
+// variables in the units that give W a diagonal of 1: in those of the data the eigenvalues of W that belong
+// to a variable of small numbers would be lost beside the others.
 ErrorCode decompose(const GroupStatistics& statistics, const VariableSelection& selection,
                     CanonicalWork& work, Block<double>& eigenvalues) {
     takeSelected(selection, statistics.within, 1.0, work.within);
     takeSelected(selection, statistics.total, 1.0, work.between);
     std::transform(work.between.begin(), work.between.end(), work.within.begin(), work.between.begin(),
                    [](double total, double within) { return total - within; });
+    for (Index i = 0; i < selection.selected; ++i) {
+        if (!(work.within(i, i) > 0.0)) return singularMatrix;
+        work.units[i] = std::sqrt(work.within(i, i));
+    }
+    expressIn(work.units, work.within);
+    expressIn(work.units, work.between);
     const ErrorCode code = SymmetricEigen(work.vectors, work.weights, work.within);
     if (code != success) return code;
     for (double& value : work.weights) {
@@ -184,15 +201,13 @@ ErrorCode findCanonical(const GroupStatistics& statistics, const VariableSelecti
     if (code != success) return code;
     testRoots(statistics, k, alpha, functions);
 
-    // The scale gives the scores a pooled variance of 1.
-    const double within = statistics.withinDegrees();
+    // A variable in its unit has a pooled variance of 1 / degrees; that of the scores is to be 1.
+    const double scale = std::sqrt(statistics.withinDegrees());
     multiply(work.root, work.vectors, work.product);
     for (Index i = 0; i < k; ++i) {
-        const double deviation = std::sqrt(work.within(i, i) / within);
         for (Index v = 0; v < functions.vectors; ++v) {
-            const double coefficient = work.product(i, v) * std::sqrt(within);
-            functions.coefficients(i, v) = coefficient;
-            functions.standardized(i, v) = coefficient * deviation;
+            functions.standardized(i, v) = work.product(i, v);
+            functions.coefficients(i, v) = work.product(i, v) * scale / work.units[i];
         }
     }
     placeCentroids(statistics, selection, functions);

@@ -17,6 +17,11 @@ struct DiscriminantSession : AnalysisSession {
             all.settings.discriminant = options;
         });
     }
+    // Gives the values of a variable (from 0) in other units.
+    void rescale(Index variable, double unit) {
+        DataMatrix& data = run.data.loaded;
+        for (Index s = 0; s < data.samples; ++s) data.values[s * data.variables + variable] *= unit;
+    }
 };
 
 const DiscriminantOptions plain = {0, 0, 0.05, 0, 0.1};
@@ -70,12 +75,20 @@ TEST(Discriminant, TwoGroups) {
     EXPECT_GT(session.failAllocations(command), 30);
 }
 
-// Expected: eigenvalues of W^-1 (T - W) by another program; alpha keeps the first vector only.
+// Expected: eigenvalues and first eigenvector of W^-1 (T - W) by another program, in any units of the petals'
+// length; alpha keeps the first vector only.
 TEST(Discriminant, CanonicalVectorsAsManyAsAlphaSays) {
     DiscriminantSession session(readTextFile("reference/data/iris-group.csv"));
-    ASSERT_EQ(session.analyse(5, {0, 1, 1e-9, 0.0, 0.001}), graphNotBuilt); // a single vector has no graph
-    expectNear(session.row("canonical alpha", "vector"), {1}, 0);
-    expectNear(session.row("eigen value", "eigen"), {30.149809498, 0.285374708}, 1e-9);
+    for (const double unit : {1e-7, 1e14, 1e2, 1e-9}) { // 1 in the end
+        session.rescale(2, unit);
+        ASSERT_EQ(session.analyse(5, {0, 1, 1e-9, 0.0, 0.001}),
+                  graphNotBuilt); // a single vector has no graph
+        expectNear(session.row("canonical alpha", "vector"), {1}, 0);
+        expectNear(session.row("eigen value", "eigen"), {30.149809498, 0.285374708}, 1e-9);
+        EXPECT_NEAR(std::fabs(session.row("standardized canonical", "Petal.Length").at(0)), 0.672980265,
+                    1e-9);
+        expectNear(session.row("prior group", "p.group 3"), {0, 2, 48}, 0);
+    }
     expectNear(session.row("eigen value", "chi square"), {538.719327429, 36.653340507}, 1e-8);
     EXPECT_NEAR(std::fabs(session.row("bary-centre", "group 1").at(0)), 7.361936, 1e-6);
     EXPECT_EQ(session.row("discriminant score", "s1").size(), 3u);
