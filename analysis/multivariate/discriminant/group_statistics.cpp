@@ -36,21 +36,41 @@ void addPacked(const double* packed, Matrix& sums) {
 // Room for the determinant of a covariance matrix, q x q each.
 struct DeterminantWork {
     Matrix covariance, decomposed, inverse;
+    Block<std::int32_t> permutation; // q
 
     [[nodiscard]] ErrorCode allocate(Index q) {
-        return covariance.allocate(q, q) | decomposed.allocate(q, q) | inverse.allocate(q, q);
+        return covariance.allocate(q, q) | decomposed.allocate(q, q) | inverse.allocate(q, q) |
+               permutation.allocate(q);
     }
+};
+
+struct Determinant {
+    double value;     // 0 or infinite beyond the range of double
+    double logarithm; // of any regular matrix
 };
 
 // The determinant of the covariance matrix, whose sums of products stand in its place and are destroyed.
 // Returns 0, outOfMemory or singularMatrix.
-ErrorCode covarianceDeterminant(double divisor, DeterminantWork& work, double& determinant) {
-    for (double& value : work.covariance) value /= divisor;
+ErrorCode covarianceDeterminant(double divisor, DeterminantWork& work, Determinant& determinant) {
+    Matrix& covariance = work.covariance;
+    for (double& value : covariance) value /= divisor;
     // By rounding alone a singular matrix has a determinant above 0 as often as not.
-    ErrorCode code = invertRegular(work.covariance, work.decomposed, work.inverse);
+    ErrorCode code = invertRegular(covariance, work.decomposed, work.inverse);
     if (code != success) return code;
-    code = MatrixDeterminant(work.covariance, determinant);
-    return code == success && !(determinant > 0.0) ? singularMatrix : code;
+
+    const Index q = covariance.rows();
+    double sign = 0.0;
+    code = LuDecompose(q, q, covariance.data(), work.permutation.data(), sign);
+    if (code == outOfMemory) return code;
+    if (code == decompositionFailed) return singularMatrix;
+    determinant = {sign, 0.0};
+    for (Index i = 0; i < q; ++i) {
+        const double pivot = covariance(i, i);
+        determinant.value *= pivot;
+        determinant.logarithm += std::log(std::fabs(pivot));
+        if (pivot < 0.0) sign = -sign;
+    }
+    return sign > 0.0 ? success : singularMatrix;
 }
 
 } // namespace
@@ -88,18 +108,21 @@ ErrorCode testBoxM(const GroupStatistics& statistics, BoxTest& test) {
     if (work.allocate(statistics.variables) != success) return outOfMemory;
     const double within = statistics.withinDegrees();
     std::copy(statistics.within.begin(), statistics.within.end(), work.covariance.begin());
-    ErrorCode code = covarianceDeterminant(within, work, test.determinants[0]);
+    Determinant determinant;
+    ErrorCode code = covarianceDeterminant(within, work, determinant);
     if (code != success) return code;
+    test.determinants[0] = determinant.value;
 
-    double m = within * std::log(test.determinants[0]);
+    double m = within * determinant.logarithm;
     double reciprocals = -1.0 / within;
     for (Index g = 0; g < statistics.groups; ++g) {
         const double degrees = statistics.counts[g] - 1;
         work.covariance.fill(0.0);
         addPacked(statistics.groupSums.row(g), work.covariance);
-        code = covarianceDeterminant(degrees, work, test.determinants[g + 1]);
+        code = covarianceDeterminant(degrees, work, determinant);
         if (code != success) return code;
-        m -= degrees * std::log(test.determinants[g + 1]);
+        test.determinants[g + 1] = determinant.value;
+        m -= degrees * determinant.logarithm;
         reciprocals += 1.0 / degrees;
     }
     const double q = static_cast<double>(statistics.variables);

@@ -29,7 +29,8 @@ void gatherGroups(const DataMatrix& data, GroupStatistics& statistics);
 
 // Box's test of equal covariance matrices (Box 1949).
 struct BoxTest {
-    Block<double> determinants; // G + 1: of the pooled covariance matrix, then of each group's
+    // G + 1: of the pooled covariance matrix, then of each group's; 0 or infinite beyond the range of double
+    Block<double> determinants;
     double chiSquare = 0.0;
     double probability = 0.0;
     double degrees = 0.0;

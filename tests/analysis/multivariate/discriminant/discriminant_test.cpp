@@ -73,6 +73,14 @@ TEST(Discriminant, TwoGroups) {
     EXPECT_EQ(session.frontend.percentages, (std::vector<int>{0, 15, 30, 50, 80, 100}));
     EXPECT_TRUE(session.shows("\n-- fisher's discriminant analysis model\n\n"));
     EXPECT_GT(session.failAllocations(command), 30);
+
+    // In units in which the determinants are infinite, then 0.
+    for (const double unit : {1e40, 1e-80}) {
+        for (const Index variable : {0, 1, 2, 3, 4}) session.rescale(variable, unit);
+        ASSERT_EQ(session.analyse(6, {1, 1, 0.05, 2.0, 0.1}), success);
+        expectNear(session.row("box M", "chi.square"), {190.703831628538}, 1e-8);
+        expectNear(session.row("D2 stats", "mahalanobis"), {11.740027318}, 1e-9);
+    }
 }
 
 // Expected: eigenvalues and first eigenvector of W^-1 (T - W) by another program, in any units of the petals'
