@@ -22,12 +22,15 @@ constexpr const char* markNames[] = {"none", "in", "out"};
 
 void writeDegrees(Report& report, const DataMatrix& data, const RegressionResult& result) {
     constexpr const char* heads[] = {"degree"};
+    const TableFormats ofData = report.formats;
+    SetFormatsFromValues(report, result.degrees.data(), data.variables - 1);
     writeCaption(report, "degree of terms");
     WriteNamedHeader(report, heads, report.formats.nameLength);
     for (Index v = 0; v < data.variables - 1; ++v) {
         WriteValueRow(report, &result.degrees[v], 1, 6, data.name(v), v + 1);
     }
     endTable(report);
+    report.formats = ofData;
 }
 
 void writeProcess(Report& report, const DataMatrix& data, const RegressionOptions& options,

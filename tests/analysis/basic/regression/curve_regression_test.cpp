@@ -123,15 +123,18 @@ TEST(CurveRegression, RefusesBadDegreesAndFlatColumns) {
     }
 }
 
-// Degrees are listed for the explanatory variables; one of the purpose variable is of no effect.
+// Degrees are listed for the explanatory variables, with their decimals even if the data are too large for
+// any; one of the purpose variable is of no effect.
 TEST(CurveRegression, ListsDegreesAndFailsWithCode4) {
     RegressionRun run("stackloss.csv", "stack.loss");
     run.run.options.settings.expressGraph = 0;
     run.run.options.slotColumns[0] = run.variable("stack.loss");
     run.run.options.slotDegrees[0] = 3.0;
     run.run.options.slotColumns[9] = run.variable("Air.Flow");
-    run.run.options.slotDegrees[9] = 2.0;
+    run.run.options.slotDegrees[9] = 2.5;
+    DataMatrix& data = run.run.data.loaded;
+    for (Index s = 0; s < data.samples; ++s) data.values[(s + 1) * data.variables - 2] *= 1e12;
     run.failAllocations(firstAnalysisCommand + 41);
-    EXPECT_EQ(run.row("degree of terms", "Air.Flow"), (std::vector<double>{2.0}));
+    EXPECT_EQ(run.row("degree of terms", "Air.Flow"), (std::vector<double>{2.5}));
     EXPECT_EQ(run.row("degree of terms", "Water.Temp"), (std::vector<double>{1.0}));
 }
