@@ -9,7 +9,7 @@ namespace {
 
 constexpr double headAngle = 0.5;     // between an arm and the line, in radians
 constexpr double farUnits = 1e6;      // times a direction: beyond any plot, exact in pixels
-constexpr double longestPixels = 1e9; // of a vector
+constexpr double longestPixels = 1e8; // of a vector: within the co-ordinates that every canvas takes
 constexpr int nameGap = 4;
 constexpr int nameRows = 8; // tried above and below the end of the vector
 constexpr Index mostKept = 64;
@@ -17,7 +17,6 @@ constexpr Index mostKept = 64;
 struct Segment {
     Point from;
     Point to;
-    bool headed; // it ends where the vector does
 };
 
 Point rounded(const double (&at)[2]) {
@@ -54,10 +53,17 @@ bool clipSegment(const Box& box, double (&from)[2], double (&to)[2]) {
     return true;
 }
 
-bool crosses(const Box& box, const Segment& segment) {
+// The same in pixels; a segment that does not meet the box stays as it is.
+bool clip(const Box& box, Segment& segment) {
     double from[2] = {static_cast<double>(segment.from.x), static_cast<double>(segment.from.y)};
     double to[2] = {static_cast<double>(segment.to.x), static_cast<double>(segment.to.y)};
-    return clipSegment(box, from, to);
+    if (!clipSegment(box, from, to)) return false;
+    segment = {rounded(from), rounded(to)};
+    return true;
+}
+
+bool crosses(const Box& box, Segment segment) {
+    return clip(box, segment);
 }
 
 class VectorPainter {
@@ -72,15 +78,18 @@ public:
             if (!place(v, segment)) continue;
             const Point points[] = {segment.from, segment.to};
             canvas_.drawLine(points, pen_);
-            if (segment.headed) drawHead(segment);
+            drawHead(segment);
             if (segmentCount_ < mostKept) segments_[segmentCount_++] = segment;
         }
     }
 
     void drawNames() {
+        const Box window = {0, 0, layout_.size.width, layout_.size.height};
         for (std::int32_t v = 0; v < spec_.vectorCount; ++v) {
             Segment segment;
-            if (place(v, segment)) drawName(spec_.vectorNames[v], segment.to);
+            if (!place(v, segment)) continue;
+            clip(window, segment);
+            drawName(spec_.vectorNames[v], segment.to);
         }
     }
 
@@ -109,17 +118,21 @@ private:
         double along[2];
         if (!direction(vector, along)) return false;
         const Point origin = layout_.origin;
+        if (spec_.vectorOption != 0) {
+            segment = {origin,
+                       {origin.x + static_cast<int>(along[0]), origin.y + static_cast<int>(along[1])}};
+            return true;
+        }
         const double start[2] = {static_cast<double>(origin.x), static_cast<double>(origin.y)};
-        const bool sized = spec_.vectorOption != 0;
         const double longer = std::max(std::abs(along[0]), std::abs(along[1]));
-        double from[2], end[2], to[2];
+        double from[2], to[2];
         for (int k = 0; k < 2; ++k) {
             const double far = along[k] / longer * farUnits;
-            from[k] = sized ? start[k] : start[k] - far;
-            to[k] = end[k] = start[k] + (sized ? std::trunc(along[k]) : far);
+            from[k] = start[k] - far;
+            to[k] = start[k] + far;
         }
         if (!clipSegment(layout_.plot, from, to)) return false;
-        segment = {rounded(from), rounded(to), !sized || (to[0] == end[0] && to[1] == end[1])};
+        segment = {rounded(from), rounded(to)};
         return true;
     }
 
@@ -142,7 +155,8 @@ private:
         canvas_.drawLine(head, pen_);
     }
 
-    // Beside the end, inside the plot and to its right, where it covers the fewest names and vectors.
+    // Beside the end, or where the vector leaves the window; inside the plot and to its right, where it
+    // covers the fewest names and vectors.
     void drawName(const char* text, Point end) {
         char name[textSlotSize];
         fitText(canvas_, text, style_, layout_.size.width - 2, name);
