@@ -7,6 +7,7 @@
 #include "analysis/basic/regression/prediction.h"
 #include "analysis/run/commands.h"
 #include "analysis/run/data_file.h"
+#include "analysis/run/preferences.h"
 #include "analysis/run/run_flow.h"
 #include "app/dde_client.h"
 #include "app/exclude_dialog.h"
@@ -160,6 +161,7 @@ bool runCommand(Program& program, int command) {
 bool createContents(Program& program) {
     if (!writeSettingsFile(program)) return false;
     startOptions(program.run.options, program.defaults());
+    program.rememberedGraph = startGraphPreferences(program.defaults());
     SetWindowTextA(program.window, className);
     InitCommonControls();
     startDdeClient(program);

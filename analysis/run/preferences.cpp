@@ -11,9 +11,13 @@ constexpr int graphFlag = 8;
 
 } // namespace
 
+GraphPreferences startGraphPreferences(const Settings& settings) {
+    return {settings.expressGraph != 0, settings.scatterNumbering != 0, settings.vectorSizing != 0};
+}
+
 GraphPreferences openGraphPreferences(const Settings& settings, const GraphPreferences& remembered) {
     if (settings.expressGraph == 0) return {false, remembered.scatterNumbering, remembered.vectorSizing};
-    return {true, settings.scatterNumbering != 0, settings.vectorSizing != 0};
+    return startGraphPreferences(settings);
 }
 
 void switchGraph(GraphPreferences& shown, GraphPreferences& remembered, bool on) {

@@ -12,6 +12,10 @@ struct GraphPreferences {
     bool vectorSizing;
 };
 
+// What is remembered when the program starts: the options as the settings keep them, which may be chosen
+// although the graph is off.
+GraphPreferences startGraphPreferences(const Settings& settings);
+
 // What the page shows on opening: with the graph off, the remembered options.
 GraphPreferences openGraphPreferences(const Settings& settings, const GraphPreferences& remembered);
 

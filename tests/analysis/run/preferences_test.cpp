@@ -15,6 +15,10 @@ TEST(Preferences, GraphOptionsAreRememberedWhileTheGraphIsOff) {
     EXPECT_EQ(settings.expressGraph + settings.scatterNumbering + settings.vectorSizing, 0);
     shown = openGraphPreferences(settings, remembered);
     EXPECT_TRUE(!shown.expressGraph && shown.scatterNumbering && shown.vectorSizing);
+    applyGraphPreferences(shown, remembered, settings); // as they are shown, and the program ends
+    remembered = startGraphPreferences(settings);
+    shown = openGraphPreferences(settings, remembered);
+    EXPECT_TRUE(!shown.expressGraph && shown.scatterNumbering && shown.vectorSizing);
     switchGraph(shown, remembered, true);
     EXPECT_TRUE(shown.expressGraph && shown.scatterNumbering && shown.vectorSizing);
 }
