@@ -43,6 +43,7 @@ ErrorCode WindowFrontend::setProgress(int percent) {
 
 void WindowFrontend::hideProgress() {
     ShowWindow(program_.progressBar, SW_HIDE);
+    UpdateWindow(program_.screens[statusBar]); // its picture would stay until the report is written
     SetCursor(LoadCursorA(nullptr, IDC_ARROW));
 }
 
