@@ -22,6 +22,7 @@ void showPercent(void* screens, int percent) {
 // Fills the cells from the workbook at run.data.path; the first failure ends it and is told. After a failed
 // measurement the conversation is left to its owner.
 LoadResult loadFromSpreadsheet(Frontend& frontend, Workbook& workbook, AnalysisRun& run) {
+    run.report.upper.clear(); // an empty sheet has no message to take the place of an older one
     static_cast<void>(startProgress(frontend, run.report));
     SheetSize size;
     LinkCode code = workbook.connectWorkbook(run.data.path);

@@ -21,6 +21,7 @@ struct OpenSheet : testing::Test, Workbook {
     LoadResult load(const std::string& text) {
         sheet = text;
         asked = 0;
+        run.report.upper.append("of another file");
         frontend.takeLog();
         return loadDataFile(frontend, run);
     }
@@ -51,6 +52,7 @@ TEST_F(OpenSheet, GivesItsTable) {
         lineEnd = test[1];
         EXPECT_EQ(std::to_string(static_cast<int>(load(test[0]).link)), test[2]) << test[0];
         EXPECT_EQ(cells(), test[3]) << test[0];
+        EXPECT_EQ(run.report.upper.text(), std::string()) << test[0];
     }
 }
 
