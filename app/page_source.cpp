@@ -81,12 +81,10 @@ TextPages::TextPages(HWND screen, HDC printer, const PrinterPage& page, const Pa
     }
     font_ = printerFont(screen, page);
     if (font_ != nullptr) formerFont_ = SelectObject(printer, font_);
-    const int left = GetDeviceCaps(printer, PHYSICALOFFSETX);
-    const int top = GetDeviceCaps(printer, PHYSICALOFFSETY);
-    area_ = {toDevice(print.left, page.horizontalPerInch) - left,
-             toDevice(print.top, page.verticalPerInch) - top,
-             toDevice(print.right, page.horizontalPerInch) - left,
-             toDevice(print.bottom, page.verticalPerInch) - top};
+    area_ = {toDevice(print.left, page.horizontalPerInch) - page.leftEdge,
+             toDevice(print.top, page.verticalPerInch) - page.topEdge,
+             toDevice(print.right, page.horizontalPerInch) - page.leftEdge,
+             toDevice(print.bottom, page.verticalPerInch) - page.topEdge};
     TEXTMETRICA metric = {};
     if (GetTextMetricsA(printer, &metric) != 0) lineHeight_ = metric.tmHeight + metric.tmExternalLeading;
     if (lineHeight_ < 1) lineHeight_ = 1;

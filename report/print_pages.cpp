@@ -18,5 +18,5 @@ PageArea printArea(const PrinterPage& page) {
 }
 
 int footerLeft(const PrinterPage& page, int characters, int averageCharacterWidth) {
-    return (page.width - characters * averageCharacterWidth) / 2;
+    return (page.width - characters * averageCharacterWidth) / 2 - page.leftEdge;
 }

@@ -6,12 +6,15 @@
 
 constexpr int twipsPerInch = 1440;
 
-// A printer's physical page in device units, and its device units per inch.
+// A printer's physical page in device units, its device units per inch, and the unprintable edges that its
+// co-ordinates begin behind.
 struct PrinterPage {
     int width;
     int height;
     int horizontalPerInch;
     int verticalPerInch;
+    int leftEdge;
+    int topEdge;
 };
 
 // Left, top, right, bottom in twips.
@@ -27,7 +30,7 @@ PageArea pageArea(const PrinterPage& page);
 // The page less 1 inch on every side.
 PageArea printArea(const PrinterPage& page);
 
-// Device units from the left edge that centre a footer of so many characters.
+// The horizontal co-ordinate that centres a footer of so many characters on the paper.
 int footerLeft(const PrinterPage& page, int characters, int averageCharacterWidth);
 
 // Device units from the top edge.

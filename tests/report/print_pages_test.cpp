@@ -5,15 +5,16 @@
 
 #include "report/print_pages.h"
 
-// A4 at 600 units per inch, an inch being 1440 twips; a page whose twips pass through more than 32 bits.
+// A4 at 600 units per inch, an inch being 1440 twips, with 6 mm to the left that cannot be printed on; a page
+// whose twips pass through more than 32 bits.
 TEST(PrintPages, AreasAreTwipsOfThePhysicalPage) {
-    const PrinterPage a4 = {4960, 7015, 600, 600};
+    const PrinterPage a4 = {4960, 7015, 600, 600, 142, 0};
     const PageArea area = printArea(a4);
     EXPECT_EQ(std::vector({area.left, area.top, area.right, area.bottom}),
               std::vector({1440, 1440, 10464, 15396}));
-    EXPECT_EQ(pageArea({2000000, 1440, 1200, 0}).right, 2400000);
-    EXPECT_EQ(pageArea({2000000, 1440, 1200, 0}).bottom, 0);
-    EXPECT_EQ(footerLeft(a4, 7, 51), 2301);
+    EXPECT_EQ(pageArea({2000000, 1440, 1200, 0, 0, 0}).right, 2400000);
+    EXPECT_EQ(pageArea({2000000, 1440, 1200, 0, 0, 0}).bottom, 0);
+    EXPECT_EQ(footerLeft(a4, 7, 51), 2159);
 }
 
 TEST(PrintPages, LinesAreCutBehindBlanksAndCommas) {
