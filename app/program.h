@@ -25,8 +25,8 @@ struct GraphWindow {
 // dde_client have opened; graph_window ends its own.
 struct Program {
     HINSTANCE instance = nullptr;
-    char settingsPath[MAX_PATH] = "";
-    SettingsFile settingsFile = {}; // its block holds the defaults that outlive the program
+    wchar_t settingsPath[MAX_PATH] = L""; // whatever the name of its folder
+    SettingsFile settingsFile = {};       // its block holds the defaults that outlive the program
     HWND window = nullptr;
     HWND screens[screenCount] = {};
     HWND progressBar = nullptr;

@@ -1,23 +1,25 @@
 #include "app/settings_store.h"
 
-#include <cstdio>
-#include <cstring>
+#include <cwchar>
+#include <iterator>
 
 namespace {
 
-constexpr const char* fileName = "Ombrivantel.par";
+constexpr wchar_t fileName[] = L"Ombrivantel.par";
+constexpr wchar_t neighbourEnd[] = L".new";
 
+// Beside the executable; in the current folder when that is not known or its path is too long.
 void buildPath(Program& program) {
-    char module[MAX_PATH] = "";
-    const DWORD length = GetModuleFileNameA(nullptr, module, MAX_PATH);
-    if (length == 0 || length >= MAX_PATH) module[0] = '\0';
-    char* separator = std::strrchr(module, '\\');
-    if (separator != nullptr) separator[1] = '\0';
-    std::snprintf(program.settingsPath, sizeof program.settingsPath, "%s%s", module, fileName);
+    wchar_t* const path = program.settingsPath;
+    const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
+    wchar_t* const separator = length > 0 && length < MAX_PATH ? std::wcsrchr(path, L'\\') : nullptr;
+    wchar_t* name = separator != nullptr ? separator + 1 : path;
+    if (name - path + std::ssize(fileName) > MAX_PATH) name = path;
+    std::wmemcpy(name, fileName, std::size(fileName));
 }
 
-bool writeAll(const char* path, const unsigned char* bytes, DWORD count) {
-    const HANDLE file = CreateFileA(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+bool writeAll(const wchar_t* path, const unsigned char* bytes, DWORD count) {
+    const HANDLE file = CreateFileW(path, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                     FILE_ATTRIBUTE_NORMAL | FILE_FLAG_WRITE_THROUGH, nullptr);
     if (file == INVALID_HANDLE_VALUE) return false;
     DWORD written = 0;
@@ -31,7 +33,7 @@ void readSettingsFile(Program& program) {
     buildPath(program);
     unsigned char bytes[settingsFileSize] = {};
     DWORD count = 0;
-    const HANDLE file = CreateFileA(program.settingsPath, GENERIC_READ, FILE_SHARE_READ, nullptr,
+    const HANDLE file = CreateFileW(program.settingsPath, GENERIC_READ, FILE_SHARE_READ, nullptr,
                                     OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file != INVALID_HANDLE_VALUE) {
         if (ReadFile(file, bytes, sizeof bytes, &count, nullptr) == 0) count = 0;
@@ -43,14 +45,15 @@ void readSettingsFile(Program& program) {
 bool writeSettingsFile(Program& program) {
     unsigned char bytes[settingsFileSize];
     encodeSettings(program.settingsFile, bytes);
-    char neighbour[MAX_PATH + 8];
-    std::snprintf(neighbour, sizeof neighbour, "%s.new", program.settingsPath);
+    wchar_t neighbour[MAX_PATH + std::size(neighbourEnd)];
+    std::wcscpy(neighbour, program.settingsPath);
+    std::wcscat(neighbour, neighbourEnd);
     if (writeAll(neighbour, bytes, sizeof bytes) &&
-        MoveFileExA(neighbour, program.settingsPath, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) !=
+        MoveFileExW(neighbour, program.settingsPath, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) !=
             0) {
         return true;
     }
-    DeleteFileA(neighbour);
+    DeleteFileW(neighbour);
     MessageBoxA(program.window, "failed to open .par file", "alert", MB_OK | MB_ICONEXCLAMATION);
     return false;
 }

@@ -166,7 +166,8 @@ App::App() {
     require(CreateDirectoryA(folder_.c_str(), nullptr) != 0, "cannot make " + folder_);
     const char* const programs = std::getenv("OMBRIVANTEL_BIN");
     require(programs != nullptr, "OMBRIVANTEL_BIN is not set");
-    std::filesystem::copy(std::string(programs) + "\\Ombrivantel.exe", folder_);
+    program_ = path("Ombrivantel.exe");
+    std::filesystem::copy(std::string(programs) + "\\Ombrivantel.exe", program_);
 }
 
 App::~App() {
@@ -190,19 +191,27 @@ void App::writeSettings(const Settings& settings) const {
     write("Ombrivantel.par", std::string(std::begin(bytes), std::end(bytes)));
 }
 
+std::filesystem::path App::moveProgram(const std::wstring& name) {
+    const std::filesystem::path folder = std::filesystem::path(folder_) / name;
+    std::filesystem::create_directory(folder);
+    std::filesystem::rename(program_, folder / program_.filename());
+    program_ = folder / program_.filename();
+    return folder;
+}
+
 void App::launch(const std::string& arguments) {
-    STARTUPINFOA startUp = {};
+    STARTUPINFOW startUp = {};
     startUp.cb = sizeof startUp;
-    std::string line = "Ombrivantel.exe ";
-    line += arguments;
+    std::wstring line = L"Ombrivantel.exe ";
+    line.append(arguments.begin(), arguments.end());
     CloseHandle(process_.hThread);
     CloseHandle(process_.hProcess);
     process_ = {};
     window_ = nullptr;
     // Under load Wine refuses now and then.
     waitUntil("the start of the program", [&] {
-        return CreateProcessA(path("Ombrivantel.exe").c_str(), line.data(), nullptr, nullptr, FALSE,
-                              CREATE_SUSPENDED, nullptr, folder_.c_str(), &startUp, &process_) != 0;
+        return CreateProcessW(program_.c_str(), line.data(), nullptr, nullptr, FALSE, CREATE_SUSPENDED,
+                              nullptr, std::filesystem::path(folder_).c_str(), &startUp, &process_) != 0;
     });
     inside_ = std::make_unique<Inside>(process_.hProcess);
     ResumeThread(process_.hThread);

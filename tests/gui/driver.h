@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -71,6 +72,8 @@ public:
     std::string write(const std::string& name, const std::string& contents) const; // returns the path
     std::string read(const std::string& name) const { return readFile(path(name)); }
     void writeSettings(const Settings& settings) const;
+    // Puts the program into a folder of this name below its own, and returns the path of that folder.
+    std::filesystem::path moveProgram(const std::wstring& name);
 
     // `launch` only starts the process; `start` waits for the window and until what the arguments ask for is
     // done.
@@ -108,6 +111,7 @@ private:
     HWND findWindow(const char* className, const char* caption) const; // beside window_
 
     std::string folder_;
+    std::filesystem::path program_;
     PROCESS_INFORMATION process_ = {};
     HWND window_ = nullptr;
     std::unique_ptr<Inside> inside_;

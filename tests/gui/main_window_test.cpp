@@ -71,6 +71,20 @@ TEST(MainWindow, KeptRectangleIsTakenAndKeptAgain) {
     EXPECT_EQ(app.close(), 0);
     app.start();
     expectPlace(app, moved);
+    EXPECT_EQ(app.close(), 0);
+
+    std::tie(settings.windowRight, settings.windowBottom) = std::tuple{110, 60};
+    app.writeSettings(settings);
+    app.start();
+    expectPlace(app, {100, 50, 500, 370}); // the least size
+}
+
+TEST(MainWindow, StartsFromAFolderOutsideTheCodePage) {
+    App app;
+    const std::filesystem::path folder = app.moveProgram(L"\u65e5\u672c");
+    app.start();
+    EXPECT_EQ(std::filesystem::file_size(folder / "Ombrivantel.par"), 1412U);
+    EXPECT_EQ(app.close(), 0);
 }
 
 // Whatever the file holds, the program starts on a screen, works and ends. A short file counts as missing.
