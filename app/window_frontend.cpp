@@ -55,7 +55,7 @@ bool WindowFrontend::chooseOptions(AnalysisRun&, const AnalysisKind& kind) {
     return showOptionDialog(program_, kind);
 }
 
-bool WindowFrontend::enterPrediction(const AnalysisRun&, PredictionEntry& entry, int page) {
+PredictionStep WindowFrontend::enterPrediction(const AnalysisRun&, PredictionEntry& entry, int page) {
     return showPredictionDialog(program_, entry, page);
 }
 

@@ -16,7 +16,7 @@ public:
     void hideProgress() override;
     void alert(const char* text, const char* caption) override;
     bool chooseOptions(AnalysisRun& run, const AnalysisKind& kind) override;
-    bool enterPrediction(const AnalysisRun& run, PredictionEntry& entry, int page) override;
+    PredictionStep enterPrediction(const AnalysisRun& run, PredictionEntry& entry, int page) override;
     void setDataLoaded(bool loaded) override;
     void enablePrediction(bool enabled) override;
     void openGraphWindow(const Graph& graph) override;

@@ -19,7 +19,9 @@ public:
     void hideProgress() override;
     void alert(const char* text, const char* caption) override;
     bool chooseOptions(AnalysisRun& run, const AnalysisKind& kind) override;
-    bool enterPrediction(const AnalysisRun&, PredictionEntry&, int) override { return false; }
+    PredictionStep enterPrediction(const AnalysisRun&, PredictionEntry&, int) override {
+        return PredictionStep::cancelled;
+    }
     void setDataLoaded(bool) override {}
     void enablePrediction(bool) override {}
     void openGraphWindow(const Graph&) override {}

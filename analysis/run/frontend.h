@@ -11,8 +11,8 @@ class Frontend : public Screens {
 public:
     // Lets the user set the options of the kind in `run`. False leaves everything as it is.
     virtual bool chooseOptions(AnalysisRun& run, const AnalysisKind& kind) = 0;
-    // Lets the user enter the values of one page, from 0. False ends the prediction.
-    virtual bool enterPrediction(const AnalysisRun& run, PredictionEntry& entry, int page) = 0;
+    // Lets the user enter the values of one page, from 0, or go back to what the page before it was given.
+    virtual PredictionStep enterPrediction(const AnalysisRun& run, PredictionEntry& entry, int page) = 0;
     // Data was loaded or closed.
     virtual void setDataLoaded(bool loaded) = 0;
     virtual void enablePrediction(bool enabled) = 0;

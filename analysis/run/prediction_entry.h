@@ -8,3 +8,6 @@ struct PredictionEntry {
     double alpha = 0.0;
     Block<double> values;
 };
+
+// How a page of the entry was left.
+enum class PredictionStep { next, back, cancelled };

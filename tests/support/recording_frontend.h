@@ -23,8 +23,8 @@ public:
     // The user at the option dialog.
     std::function<bool(AnalysisRun&)> choose = [](AnalysisRun&) { return true; };
     // And at a prediction page.
-    std::function<bool(const AnalysisRun&, PredictionEntry&, int)> enter =
-        [](const AnalysisRun&, PredictionEntry&, int) { return true; };
+    std::function<PredictionStep(const AnalysisRun&, PredictionEntry&, int)> enter =
+        [](const AnalysisRun&, PredictionEntry&, int) { return PredictionStep::next; };
 
     std::string takeLog() { return std::exchange(log, ""); }
 
@@ -44,8 +44,8 @@ public:
         note("dialog");
         return choose(run);
     }
-    bool enterPrediction(const AnalysisRun& run, PredictionEntry& entry, int page) override {
-        note("page");
+    PredictionStep enterPrediction(const AnalysisRun& run, PredictionEntry& entry, int page) override {
+        note("page " + std::to_string(page));
         return enter(run, entry, page);
     }
     void setDataLoaded(bool loaded) override { note(loaded ? "loaded" : "unloaded"); }

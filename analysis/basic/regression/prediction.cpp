@@ -162,8 +162,17 @@ ErrorCode runPrediction(Frontend& frontend, AnalysisRun& run) {
     PredictionEntry entry;
     ErrorCode code = startPrediction(run, entry);
     if (code != success) return reportResult(frontend, run, code);
-    for (int page = 0; page < predictionPageCount(run); ++page) {
-        if (!frontend.enterPrediction(run, entry, page)) return success;
+    for (int page = 0; page < predictionPageCount(run);) {
+        switch (frontend.enterPrediction(run, entry, page)) {
+        case PredictionStep::next:
+            ++page;
+            break;
+        case PredictionStep::back:
+            page = std::max(page - 1, 0);
+            break;
+        case PredictionStep::cancelled:
+            return success;
+        }
     }
     code = writePrediction(run, entry, PredictionReport::replacing);
     if (code == success) closeReport(frontend, run.report);
@@ -177,7 +186,8 @@ int predictionPageCount(const AnalysisRun& run) {
 PredictionPlace predictionPlace(const AnalysisRun& run, PredictionEntry& entry, int page, int place) {
     const FittedModel& model = run.data.model;
     const Index at = Index{page} * predictionPlaces + place;
-    if (at == 0) return {"alpha", !isQuantification(model), &entry.alpha};
+    if (at == 0) return {"alpha", !isQuantification(model), &entry.alpha, model.alpha};
     if (at > entry.values.size()) return {};
-    return {run.data.working.name(at - 1), model.terms[at - 1] != 0, &entry.values[at - 1]};
+    return {run.data.working.name(at - 1), model.terms[at - 1] != 0, &entry.values[at - 1],
+            model.startValues[at - 1]};
 }

@@ -42,5 +42,6 @@ struct PredictionPlace {
     const char* name = ""; // empty: nothing is shown here
     bool isEnabled = false;
     double* value = nullptr; // in the entry
+    double proposed = 0.0;   // what the entry began with
 };
 PredictionPlace predictionPlace(const AnalysisRun& run, PredictionEntry& entry, int page, int place);

@@ -58,7 +58,7 @@ TEST(Prediction, MakesTheIntervalThatTheRunHadNot) {
         EXPECT_FALSE(without.predict(entry).hasLimits);
         without.frontend.enter = [](const AnalysisRun&, PredictionEntry& asked, int) {
             asked.alpha = 0.5;
-            return true;
+            return PredictionStep::next;
         };
         ErrorCode code = success;
         failEachAllocation([&] { code = runPrediction(without.frontend, without.run); },
@@ -113,4 +113,24 @@ TEST(Prediction, PagesHaveTenPlaces) {
     EXPECT_FALSE(predictionPlace(quantification.run, entry, 0, 0).isEnabled);
     const PredictionPlace category = predictionPlace(quantification.run, entry, 0, 5);
     EXPECT_TRUE(category.isEnabled && *category.value == 1.0);
+}
+
+TEST(Prediction, PagesCanBeTurnedBack) {
+    using enum PredictionStep;
+    Fitted run(1, "mtcars.csv", "hp", backward);
+    const std::string report = run.frontend.lower;
+    for (const PredictionStep last : {cancelled, next}) {
+        const PredictionStep steps[] = {back, next, back, next, last};
+        int step = 0;
+        run.frontend.takeLog();
+        run.frontend.enter = [&](const AnalysisRun&, PredictionEntry& entry, int) {
+            if (step == 0) entry.values[2] = 123.0;
+            EXPECT_EQ(entry.values[2], 123.0);
+            return steps[step++];
+        };
+        EXPECT_EQ(runPrediction(run.frontend, run.run), success);
+        const std::string pages = "page 0 page 0 page 1 page 0 page 1";
+        EXPECT_EQ(run.frontend.takeLog(), last == next ? pages + " lower status" : pages);
+        EXPECT_EQ(run.frontend.lower == report, last == cancelled);
+    }
 }
