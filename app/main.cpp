@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include "analysis/run/window_place.h"
 #include "app/graph_window.h"
 #include "app/main_window.h"
 #include "app/program.h"

@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "analysis/run/saved_defaults.h"
+#include "app/dialog_place.h"
 #include "app/resource_ids.h"
 
 namespace {
@@ -197,15 +198,22 @@ PROPSHEETPAGEA describePage(const Program& program, int dialog, DLGPROC procedur
     return description;
 }
 
+// The system would place the sheet at the corner of the main window.
+int CALLBACK onSheet(HWND window, UINT message, LPARAM) {
+    if (message == PSCB_INITIALIZED) centreOverOwner(window);
+    return 0;
+}
+
 void showSheet(const Program& program, const char* caption, const PROPSHEETPAGEA* pages, int count) {
     PROPSHEETHEADERA sheet = {};
     sheet.dwSize = sizeof sheet;
-    sheet.dwFlags = PSH_PROPSHEETPAGE;
+    sheet.dwFlags = PSH_PROPSHEETPAGE | PSH_USECALLBACK;
     sheet.hwndParent = program.window;
     sheet.hInstance = program.instance;
     sheet.pszCaption = caption;
     sheet.nPages = static_cast<UINT>(count);
     sheet.ppsp = pages;
+    sheet.pfnCallback = onSheet;
     if (PropertySheetA(&sheet) == -1) {
         MessageBoxA(program.window, "failed to create child windows", "alert", MB_OK | MB_ICONEXCLAMATION);
     }

@@ -1,5 +1,6 @@
 #include "app/simple_dialogs.h"
 
+#include "app/dialog_place.h"
 #include "app/resource_ids.h"
 #include "version.h"
 
@@ -9,6 +10,7 @@ INT_PTR CALLBACK onSimpleDialog(HWND window, UINT message, WPARAM word, LPARAM) 
     if (message == WM_INITDIALOG) {
         // The exit confirmation has no such control, and the call nothing to do.
         SetDlgItemTextA(window, CONTROL_ABOUT_TEXT, "Ombrivantel\r\nversion " OMBRIVANTEL_VERSION);
+        centreOverOwner(window);
         return TRUE;
     }
     if (message != WM_COMMAND) return FALSE;

@@ -150,17 +150,3 @@ static_assert(offsetof(Settings, curve) == 1240);
 
 // A block with the first values of every preference and option.
 void setDefaultSettings(Settings& settings);
-
-// A rectangle in screen co-ordinates; right and bottom are not part of it.
-struct ScreenArea {
-    std::int32_t left;
-    std::int32_t top;
-    std::int32_t right;
-    std::int32_t bottom;
-};
-
-// Settles where the main window opens: the kept rectangle when there is one, else 800 x 480 in the middle of
-// a screen of screenWidth x screenHeight. A kept rectangle that meets no screen (`allScreens` is the area
-// around all of them) counts as not kept.
-void settleWindowRectangle(Settings& settings, std::int32_t screenWidth, std::int32_t screenHeight,
-                           const ScreenArea& allScreens);

@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "analysis/run/settings_file.h"
+#include "analysis/run/window_place.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
 #include "tests/fuzz/require.h"

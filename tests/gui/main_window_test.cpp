@@ -68,6 +68,11 @@ TEST(MainWindow, KeptRectangleIsTakenAndKeptAgain) {
     MoveWindow(app.window(), 120, 80, 700, 400, TRUE);
     const Place moved = {120, 80, 820, 480};
     expectPlace(app, moved);
+    const Dialog about = app.runCommand(commandAbout, "about");
+    const Place place = placeOf(about.window());
+    EXPECT_NEAR(place[0] + place[2], 120 + 820, 1); // the middles, doubled
+    EXPECT_NEAR(place[1] + place[3], 80 + 480, 1);
+    about.press(IDOK);
     EXPECT_EQ(app.close(), 0);
     app.start();
     expectPlace(app, moved);

@@ -2,6 +2,7 @@
 
 #include "analysis/run/run_flow.h"
 #include "analysis/run/saved_defaults.h"
+#include "analysis/run/window_place.h"
 #include "tests/support/cases.h"
 #include "tests/support/failing_allocations.h"
 #include "tests/support/recording_frontend.h"
@@ -60,6 +61,22 @@ TEST(Settings, SettleTheWindowWhereItCanBeSeen) {
                 << s.windowWidth << ' ' << s.windowHeight << '\t' << s.screenWidth;
         EXPECT_EQ(settled.str(), test[2] + "\t" + test[3]) << test[0];
     }
+}
+
+TEST(DialogPlace, IsTheMiddleOfItsOwnerOnTheScreen) {
+    const struct {
+        ScreenArea owner;
+        std::int32_t left, top;
+    } cases[] = {{{100, 50, 900, 650}, 350, 250},
+                 {{-700, 50, 100, 650}, 0, 250},
+                 {{1800, 900, 2600, 1500}, 1620, 880},
+                 {{300, -2000, 301, -1999}, 150, 40}};
+    for (const auto& [owner, left, top] : cases) {
+        const ScreenArea place = placeOver(owner, 300, 200, {0, 40, 1920, 1080});
+        EXPECT_EQ(std::vector({place.left, place.top, place.right, place.bottom}),
+                  std::vector({left, top, left + 300, top + 200}));
+    }
+    EXPECT_EQ(placeOver({0, 0, 800, 600}, 3000, 200, {0, 0, 1920, 1080}).left, 0);
 }
 
 TEST(SavedDefaults, AreTheOptionsOfTheBoxThatWasChecked) {
