@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "app/dialog_place.h"
+#include "app/list_filler.h"
 #include "app/resource_ids.h"
 
 namespace {
@@ -15,11 +17,9 @@ struct ExcludeDialog {
 // Every list holds the header; its first cell reads "(none)".
 void fillLists(HWND window, const ExcludeDialog& dialog) {
     for (int slot = 0; slot < ExclusionList::slotCount; ++slot) {
-        const HWND list = GetDlgItem(window, CONTROL_EXCLUDE_FIRST + slot);
-        for (std::int32_t col = 0; col < dialog.cells.cols; ++col) {
-            SendMessageA(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(dialog.cells.cell(0, col)));
-        }
-        SendMessageA(list, CB_SETCURSEL, static_cast<WPARAM>(dialog.slots[slot]), 0);
+        ListFiller filler(GetDlgItem(window, CONTROL_EXCLUDE_FIRST + slot));
+        for (std::int32_t col = 0; col < dialog.cells.cols; ++col) filler.add(dialog.cells.cell(0, col));
+        filler.choose(dialog.slots[slot]);
     }
 }
 
@@ -27,6 +27,7 @@ INT_PTR CALLBACK onExcludeDialog(HWND window, UINT message, WPARAM word, LPARAM 
     if (message == WM_INITDIALOG) {
         SetWindowLongPtrA(window, DWLP_USER, data);
         fillLists(window, *reinterpret_cast<ExcludeDialog*>(data));
+        centreOverOwner(window);
         return TRUE;
     }
     auto* dialog = reinterpret_cast<ExcludeDialog*>(GetWindowLongPtrA(window, DWLP_USER));

@@ -1,6 +1,7 @@
 #include "app/graph_window.h"
 
 #include "app/gdi_canvas.h"
+#include "app/list_filler.h"
 #include "app/resource_ids.h"
 #include "report/graph_painter.h"
 
@@ -10,7 +11,6 @@ constexpr const char* className = "graph";
 constexpr int leastSize = 200;
 constexpr int fontHeight = 14;
 constexpr int dropHeight = 200;
-constexpr int dropWidth = 160;
 constexpr int firstRow = 1;
 constexpr int rowGap = 2;
 constexpr int edgeGap = 2;
@@ -52,12 +52,11 @@ bool createList(const Program& program, const TextList& texts, int identifier, i
         createControl(program, "COMBOBOX", "", CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, identifier);
     if (list == nullptr) return false;
     SendMessageA(list, CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), fontHeight);
-    SendMessageA(list, CB_SETDROPPEDWIDTH, dropWidth, 0);
     SendMessageA(list, CB_INITSTORAGE, static_cast<WPARAM>(texts.size()),
                  static_cast<LPARAM>(texts.size()) * static_cast<LPARAM>(textSlotSize));
-    for (Index i = 0; i < texts.size(); ++i)
-        SendMessageA(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(texts[i]));
-    SendMessageA(list, CB_SETCURSEL, static_cast<WPARAM>(chosen), 0);
+    ListFiller filler(list);
+    for (Index i = 0; i < texts.size(); ++i) filler.add(texts[i]);
+    filler.choose(chosen);
     return true;
 }
 

@@ -1,8 +1,11 @@
 #include "app/option_dialog.h"
 
 #include <commctrl.h>
+#include <cstring>
 
 #include "analysis/run/saved_defaults.h"
+#include "app/dialog_place.h"
+#include "app/list_filler.h"
 
 namespace {
 
@@ -20,19 +23,11 @@ bool isNumber(const OptionField& field) {
     return field.type == OptionType::wholeNumber || field.type == OptionType::real;
 }
 
-// A variable is chosen from a drop-down list or from a list box, as the template has it.
-bool isListBox(HWND list) {
-    char name[16] = "";
-    GetClassNameA(list, name, sizeof name);
-    return lstrcmpiA(name, "ListBox") == 0;
-}
-
-void fillList(HWND list, const DataMatrix& data, std::int32_t chosen) {
-    const UINT add = isListBox(list) ? LB_ADDSTRING : CB_ADDSTRING;
-    SendMessageA(list, add, 0, reinterpret_cast<LPARAM>("(none)"));
-    for (Index v = 0; v < data.variables; ++v)
-        SendMessageA(list, add, 0, reinterpret_cast<LPARAM>(data.name(v)));
-    SendMessageA(list, isListBox(list) ? LB_SETCURSEL : CB_SETCURSEL, static_cast<WPARAM>(chosen), 0);
+void fillVariables(HWND list, const DataMatrix& data, std::int32_t chosen) {
+    ListFiller filler(list);
+    filler.add("(none)");
+    for (Index v = 0; v < data.variables; ++v) filler.add(data.name(v));
+    filler.choose(chosen);
 }
 
 std::int32_t chosenInList(HWND list) {
@@ -41,9 +36,9 @@ std::int32_t chosenInList(HWND list) {
 }
 
 void fillTexts(HWND list, const OptionField& field, std::int32_t chosen) {
-    for (const char* text : field.choices)
-        SendMessageA(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text));
-    SendMessageA(list, CB_SETCURSEL, static_cast<WPARAM>(chosen), 0);
+    ListFiller filler(list);
+    for (const char* text : field.choices) filler.add(text);
+    filler.choose(chosen);
 }
 
 void showField(HWND window, OptionDialog& dialog, const OptionField& field) {
@@ -76,7 +71,7 @@ void showField(HWND window, OptionDialog& dialog, const OptionField& field) {
             // A kept column that these data do not have counts as none.
             std::int32_t& chosen = wholeOption(options, field, k);
             if (chosen < 0 || chosen > dialog.run.data.loaded.variables) chosen = 0;
-            fillList(GetDlgItem(window, field.control + k), dialog.run.data.loaded, chosen);
+            fillVariables(GetDlgItem(window, field.control + k), dialog.run.data.loaded, chosen);
         }
         return;
     }
@@ -174,18 +169,43 @@ void spin(HWND window, OptionDialog& dialog, const NMUPDOWN& arrows) {
     }
 }
 
-// True when the values are accepted.
+bool hasWord(const char* text, const char* word) {
+    for (const char* at = std::strstr(text, word); at != nullptr; at = std::strstr(at + 1, word)) {
+        const char end = at[std::strlen(word)];
+        if ((at == text || at[-1] == ' ') && (end == ' ' || end == '\0')) return true;
+    }
+    return false;
+}
+
+// The field that an alert speaks of: the first whose name it has, else the first list. Null: none.
+const OptionField* refusedField(OptionFields fields, const char* refusal) {
+    for (const OptionField& field : fields) {
+        if (field.name != nullptr && hasWord(refusal, field.name)) return &field;
+    }
+    for (const OptionField& field : fields) {
+        const bool isList = field.type == OptionType::variable || field.type == OptionType::variables ||
+                            field.type == OptionType::listedChoice;
+        if (isList) return &field;
+    }
+    return nullptr;
+}
+
+// True when the values are accepted. Else the user is where the refused one can be changed.
 bool confirm(HWND window, const OptionDialog& dialog) {
     const auto refuse = dialog.kind.analysis->refuse;
     const char* refusal = refuse != nullptr && !dialog.isFirst ? refuse(dialog.options, 0) : nullptr;
-    if (refusal != nullptr) MessageBoxA(window, refusal, "alert", MB_OK | MB_ICONEXCLAMATION);
-    return refusal == nullptr;
+    if (refusal == nullptr) return true;
+    MessageBoxA(window, refusal, "alert", MB_OK | MB_ICONEXCLAMATION);
+    const OptionField* const field = refusedField(dialog.fields(), refusal);
+    if (field != nullptr) focusControl(window, field->control);
+    return false;
 }
 
 INT_PTR CALLBACK onOptionDialog(HWND window, UINT message, WPARAM word, LPARAM data) {
     if (message == WM_INITDIALOG) {
         SetWindowLongPtrA(window, DWLP_USER, data);
         showOptions(window, *reinterpret_cast<OptionDialog*>(data));
+        centreOverOwner(window);
         return TRUE;
     }
     auto* dialog = reinterpret_cast<OptionDialog*>(GetWindowLongPtrA(window, DWLP_USER));

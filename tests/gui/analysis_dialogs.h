@@ -16,10 +16,11 @@ inline void startWith(App& app, const std::string& data) {
     app.start("data.csv");
 }
 
-// "Okay" is answered by this alert, and the dialog stays.
-inline void expectRefused(const App& app, const Dialog& dialog, const std::string& text) {
+// "Okay" is answered by this alert, and the dialog stays with the focus on what the alert speaks of.
+inline void expectRefused(const App& app, const Dialog& dialog, const std::string& text, int control) {
     dialog.click(IDOK);
     const Dialog alert = app.waitForDialog("alert");
     EXPECT_EQ(alert.text(messageText), text);
     alert.press(IDOK);
+    EXPECT_EQ(GetDlgCtrlID(app.focus()), control);
 }

@@ -56,11 +56,11 @@ TEST(HazardDialog, AsksForItsVariables) {
     dialog.spin(5206, true);
     EXPECT_EQ(dialog.text(iterations) + dialog.text(division), "   990.600");
     dialog.choose(state, 0);
-    expectRefused(app, dialog, "please select one state variable");
+    expectRefused(app, dialog, "please select one state variable", state);
     dialog.choose(state, 2);
-    expectRefused(app, dialog, "state and time variable must be different");
+    expectRefused(app, dialog, "state and time variable must be different", state);
     dialog.choose(time, 0);
-    expectRefused(app, dialog, "please select one time variable");
+    expectRefused(app, dialog, "please select one time variable", time);
     dialog.choose(time, 2);
     dialog.choose(state, 1);
     dialog.press(IDOK);

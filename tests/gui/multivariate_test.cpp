@@ -58,7 +58,7 @@ TEST(CanonicalAndDiscriminantDialogs, OpenWithoutAPurpose) {
     App app;
     startWith(app, "iris-group.csv");
     const Dialog canonical = app.runCommand(713, "canonical correlation analysis");
-    expectRefused(app, canonical, "please select at least one purpose variable");
+    expectRefused(app, canonical, "please select at least one purpose variable", 2301);
     canonical.choose(2309, 1);
     canonical.choose(2303, 2);
     canonical.press(IDOK);
@@ -67,7 +67,7 @@ TEST(CanonicalAndDiscriminantDialogs, OpenWithoutAPurpose) {
     constexpr int group = 2601, selection = 2603, fIn = 2605, fInArrows = 2608;
     const Dialog discriminant = app.runCommand(716, "discriminant analysis");
     EXPECT_EQ(discriminant.chosen(group), 0);
-    expectRefused(app, discriminant, "please select at least one purpose variable");
+    expectRefused(app, discriminant, "please select at least one purpose variable", group);
     discriminant.check(selection, false);
     EXPECT_FALSE(discriminant.isEnabled(fIn) || discriminant.isEnabled(fInArrows));
     discriminant.choose(group, 5);
@@ -91,4 +91,19 @@ TEST(CategoryDialogs, RememberTheirVariable) {
     dialog.press(IDOK);
     EXPECT_EQ(app.statusText(), "error : illegal group variable."); // y holds no group numbers
     EXPECT_EQ(app.runCommand(721, "quantification 1 analysis").chosen(3101), 6);
+}
+
+// The longest name that there can be is shown whole, by a drop-down list opened or a list box scrolled.
+TEST(OptionDialogs, ShowLongNames) {
+    const std::string name(62, 'W');
+    App app;
+    app.write("data.csv", "label," + name + ",y\na,1,1\nb,2,2\nc,1,3\nd,2,4\ne,1,5\nf,2,9\n");
+    app.start("data.csv");
+    for (const auto& [command, caption, list, asked] :
+         {std::tuple{716, "discriminant analysis", 2601, CB_GETDROPPEDWIDTH},
+          std::tuple{721, "quantification 1 analysis", 3101, LB_GETHORIZONTALEXTENT}}) {
+        const Dialog dialog = app.runCommand(command, caption);
+        EXPECT_GT(SendMessageA(dialog.control(list), static_cast<UINT>(asked), 0, 0), 62 * 8); // pixels
+        dialog.press(IDCANCEL);
+    }
 }

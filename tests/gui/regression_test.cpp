@@ -38,10 +38,11 @@ TEST(RegressionDialog, EnablesSpinsAndRefuses) {
     EXPECT_FALSE(dialog.isEnabled(fValue) || dialog.isEnabled(fIn) || dialog.isEnabled(fInArrows));
     EXPECT_TRUE(dialog.isEnabled(alpha));
     dialog.choose(purposeList, 0);
-    expectRefused(app, dialog, "f-in should be larger than f-out");
+    expectRefused(app, dialog, "f-in should be larger than f-out", IDOK); // the edit is disabled
     dialog.click(backwardElimination);
+    expectRefused(app, dialog, "f-in should be larger than f-out", fIn);
     dialog.type(fIn, "2");
-    expectRefused(app, dialog, "please select one purpose variable");
+    expectRefused(app, dialog, "please select one purpose variable", purposeList);
     dialog.choose(purposeList, 4);
     dialog.press(IDOK);
     EXPECT_EQ(app.statusText(), "status : multiple regression analysis statistics");
