@@ -87,3 +87,41 @@ TEST(DialogTemplates, HaveTheControlsOfTheOptionFields) {
         EXPECT_EQ(first, controlsOf(kind.analysis->firstFields, first));
     }
 }
+
+// One height for each sort of control and one place for the buttons. Arrow keys go among buttons of one sort.
+TEST(DialogTemplates, KeepToOneGrid) {
+    const std::map<std::string, int> heights = {{"LTEXT", 10},           {"EDITTEXT", 14},
+                                                {"AUTORADIOBUTTON", 10}, {"AUTOCHECKBOX", 10},
+                                                {"PUSHBUTTON", 14},      {"DEFPUSHBUTTON", 14}};
+    for (const auto& file : std::filesystem::directory_iterator(OMBRIVANTEL_SOURCE_DIR "/app/dialogs")) {
+        std::istringstream lines(readTextFile("../app/dialogs/" + file.path().filename().string()));
+        int width = 0, height = 0;
+        std::string sort, former;
+        for (std::string line; std::getline(lines, line); former = sort) {
+            const std::size_t size = line.find(" DIALOGEX ");
+            if (size != std::string::npos)
+                std::sscanf(line.c_str() + size, " DIALOGEX 0, 0, %d, %d", &width, &height);
+            std::istringstream words(line);
+            std::string label, identifier;
+            char comma = ',';
+            words >> sort >> std::ws;
+            if (!line.starts_with(' ') || heights.count(sort) == 0) continue;
+            if (words.peek() == '"') words >> std::quoted(label) >> comma >> std::ws;
+            std::getline(words, identifier, ',');
+            int left = 0, top = 0, controlWidth = 0, controlHeight = 0;
+            words >> left >> comma >> top >> comma >> controlWidth >> comma >> controlHeight;
+
+            SCOPED_TRACE(file.path().filename().string() + ": " + line);
+            EXPECT_EQ(controlHeight, heights.at(sort));
+            EXPECT_LE(left + controlWidth, width - 7);
+            EXPECT_LE(top + controlHeight, height - 7);
+            const bool isSaveBox = label == "save as default";
+            if (isSaveBox) EXPECT_EQ(top, height - (height == 150 ? 17 : 19)); // a page has no buttons
+            if (identifier == "IDOK") EXPECT_EQ(std::pair(left, top), std::pair(width - 112, height - 21));
+            if (identifier == "IDCANCEL") EXPECT_EQ(std::pair(left, top), std::pair(width - 57, height - 21));
+            const bool isButton = sort.ends_with("BUTTON") || sort == "AUTOCHECKBOX";
+            const bool begins = isSaveBox || (sort != former && former != "DEFPUSHBUTTON");
+            if (isButton && begins) EXPECT_NE(line.find("WS_GROUP"), std::string::npos);
+        }
+    }
+}
