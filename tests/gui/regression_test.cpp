@@ -88,3 +88,25 @@ TEST(PredictionDialog, FollowsACurveModelWithDegrees) {
                 contains(app.lowerText(), "Air.Flow,  80.000000"));
     EXPECT_TRUE(app.isItemEnabled(commandPrediction));
 }
+
+TEST(PredictionDialog, TurnsItsPagesAndTakesNumbers) {
+    const int edit = CONTROL_PREDICTION_FIRST;
+    App app;
+    startWith(app, "mtcars.csv");
+    app.runCommand(regression, regressionCaption).press(IDOK);
+    const Dialog first = app.runCommand(commandPrediction, "prediction");
+    EXPECT_EQ(first.text(CONTROL_PREDICTION_PAGE), "page 1 of 2");
+    EXPECT_FALSE(first.isEnabled(IDRETRY));
+    first.type(edit, "0.1x");
+    expectRefused(app, first, "please enter a number", edit);
+    first.type(edit, " 0.0123456");
+    first.press(IDOK);
+    const Dialog second = app.waitForDialog("prediction");
+    EXPECT_EQ(second.text(CONTROL_PREDICTION_PAGE), "page 2 of 2");
+    second.press(IDRETRY);
+    const Dialog back = app.waitForDialog("prediction");
+    EXPECT_EQ(back.text(CONTROL_PREDICTION_PAGE) + " " + back.text(edit), "page 1 of 2 0.0123456");
+    back.press(IDOK);
+    app.waitForDialog("prediction").press(IDOK);
+    EXPECT_TRUE(contains(app.lowerText(), "alpha is 0.012346"));
+}
