@@ -28,6 +28,9 @@ namespace {
 
 constexpr const char* className = "Ombrivantel";
 
+// The upper screen, a few lines of the lower one and every menu.
+constexpr POINT leastSize = {400, 320};
+
 Program& programOf(HWND window) {
     return *reinterpret_cast<Program*>(GetWindowLongPtrA(window, GWLP_USERDATA));
 }
@@ -213,6 +216,9 @@ LRESULT CALLBACK onMainWindow(HWND window, UINT message, WPARAM word, LPARAM dat
     }
     case WM_CREATE:
         return createContents(programOf(window)) ? 0 : -1;
+    case WM_GETMINMAXINFO: // comes before the window has its program
+        reinterpret_cast<MINMAXINFO*>(data)->ptMinTrackSize = leastSize;
+        return 0;
     case WM_SIZE:
         layOutScreens(programOf(window));
         return 0;

@@ -225,7 +225,7 @@ TEST(MainWindow, KeysReachTheirCommands) {
 TEST(MainWindow, ScreensFollowTheSizeOfTheWindow) {
     App app;
     app.start();
-    for (const SIZE size : {SIZE{800, 480}, SIZE{900, 700}, SIZE{400, 300}}) {
+    for (const SIZE size : {SIZE{800, 480}, SIZE{900, 700}, SIZE{400, 320}}) {
         SetWindowPos(app.window(), nullptr, 0, 0, size.cx, size.cy, SWP_NOMOVE | SWP_NOZORDER);
         app.settle();
         RECT client = {};
