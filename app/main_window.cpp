@@ -1,8 +1,8 @@
 #include "app/main_window.h"
 
 #include <commctrl.h>
-#include <cstdio>
 #include <cstring>
+#include <shellapi.h>
 
 #include "analysis/basic/regression/prediction.h"
 #include "analysis/run/commands.h"
@@ -43,7 +43,6 @@ void loadFile(Program& program) {
 
 // The file at the data set's path, of the kept source kind.
 void openFile(Program& program) {
-    forceExtension(program.run.data.path, program.run.options.settings.fileType);
     loadFile(program); // its conversation with a spreadsheet is over before the window can have the focus
     SetFocus(program.screens[upperScreen]);
 }
@@ -161,6 +160,25 @@ bool runCommand(Program& program, int command) {
     }
 }
 
+bool isThere(const char* path) {
+    return GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES;
+}
+
+// The first of the files. While data is loaded the window takes none, but one may be on its way.
+void openDroppedFile(Program& program, HDROP drop) {
+    char name[sizeof program.run.data.path] = "";
+    const bool fits = DragQueryFileA(drop, 0, nullptr, 0) < sizeof name;
+    DragQueryFileA(drop, 0, name, sizeof name);
+    DragFinish(drop);
+    const UINT state = GetMenuState(GetMenu(program.window), commandOpenFile, MF_BYCOMMAND);
+    if (IsWindowEnabled(program.window) == 0 || (state & MF_GRAYED) != 0) return;
+    if (fits) {
+        openNamedFile(program, name);
+    } else {
+        tellPathTooLong(program);
+    }
+}
+
 bool createContents(Program& program) {
     if (!writeSettingsFile(program)) return false;
     startOptions(program.run.options, program.defaults());
@@ -229,6 +247,9 @@ LRESULT CALLBACK onMainWindow(HWND window, UINT message, WPARAM word, LPARAM dat
     case WM_COMMAND:
         if (IsWindowEnabled(window) == 0 || runCommand(programOf(window), LOWORD(word))) return 0;
         break;
+    case WM_DROPFILES:
+        openDroppedFile(programOf(window), reinterpret_cast<HDROP>(word));
+        return 0;
     case WM_CLOSE:
         if (IsWindowEnabled(window) != 0) closeWindow(programOf(window));
         return 0;
@@ -277,10 +298,19 @@ bool openMainWindow(Program& program, int showCommand) {
     return true;
 }
 
-void openNamedFile(Program& program, const char* path) {
-    AnalysisRun& run = program.run;
+void openNamedFile(Program& program, const char* name) {
+    char named[sizeof program.run.data.path], path[sizeof named];
+    const bool fits = namedDataFile(name, isThere(name), named);
+    const DWORD length = fits ? GetFullPathNameA(named, sizeof path, path, nullptr) : 0;
+    if (!fits || length >= sizeof path) {
+        tellPathTooLong(program);
+        return;
+    }
+    // A folder whose name is outside the code page has no full path in it.
+    if (length == 0 || (isThere(named) && !isThere(path))) std::memcpy(path, named, sizeof path);
     const char* extension = std::strrchr(path, '.');
-    run.options.settings.fileType = extension != nullptr && lstrcmpiA(extension, ".xls") == 0 ? 1 : 0;
-    std::snprintf(run.data.path, sizeof run.data.path, "%s", path);
+    const bool isWorkbook = extension != nullptr && lstrcmpiA(extension, ".xls") == 0;
+    program.run.options.settings.fileType = isWorkbook ? 1 : 0;
+    std::memcpy(program.run.data.path, path, sizeof path);
     openFile(program);
 }

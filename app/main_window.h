@@ -5,5 +5,5 @@
 // Registers the window class and creates, shows and paints the main window; false when either fails.
 bool openMainWindow(Program& program, int showCommand);
 
-// Opens the file at `path` as the "Open File" command does after its dialog.
-void openNamedFile(Program& program, const char* path);
+// Opens the data file that was named when the program started or was dropped on the window.
+void openNamedFile(Program& program, const char* name);

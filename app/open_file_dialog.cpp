@@ -3,6 +3,8 @@
 #include <commdlg.h>
 #include <cstdio>
 
+#include "analysis/run/data_file.h"
+
 bool showOpenFileDialog(Program& program) {
     std::int32_t& fileType = program.run.options.settings.fileType;
     char path[260] = "";
@@ -15,8 +17,16 @@ bool showOpenFileDialog(Program& program) {
     dialog.lpstrFile = path;
     dialog.nMaxFile = sizeof path;
     dialog.Flags = OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
-    if (GetOpenFileNameA(&dialog) == 0) return false;
+    if (GetOpenFileNameA(&dialog) == 0) {
+        if (CommDlgExtendedError() == FNERR_BUFFERTOOSMALL) tellPathTooLong(program);
+        return false;
+    }
     fileType = dialog.nFilterIndex == 2 ? 1 : 0;
+    forceExtension(path, fileType);
     std::snprintf(program.run.data.path, sizeof program.run.data.path, "%s", path);
     return true;
+}
+
+void tellPathTooLong(const Program& program) {
+    MessageBoxA(program.window, "the path of the file is too long", "alert", MB_OK | MB_ICONEXCLAMATION);
 }

@@ -89,7 +89,11 @@ bool choosePath(Program& program, BOOL(WINAPI* ask)(OPENFILENAMEA*), DWORD flags
     dialog.lpstrFile = path;
     dialog.nMaxFile = sizeof path;
     dialog.Flags = OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR | flags;
-    if (ask(&dialog) == 0) return false;
+    if (ask(&dialog) == 0) {
+        if (CommDlgExtendedError() == FNERR_BUFFERTOOSMALL)
+            showSystemError(program.window, ERROR_FILENAME_EXCED_RANGE);
+        return false;
+    }
     std::memcpy(program.screenPath, path, sizeof path);
     program.screenFilter = dialog.nFilterIndex;
     return true;

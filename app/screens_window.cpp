@@ -3,6 +3,7 @@
 #include <commctrl.h>
 #include <cstdio>
 #include <cstring>
+#include <ole2.h>
 #include <richedit.h>
 
 #include "app/resource_ids.h"
@@ -54,6 +55,7 @@ void setStartFont(HWND screen) {
 
 void setUpScreen(HWND screen) {
     SendMessageA(screen, EM_LIMITTEXT, 0, 0); // the control's own maximum
+    RevokeDragDrop(screen);                   // files that are dropped on a screen are for the main window
     setStartFont(screen);
     SendMessageA(screen, EM_SETMODIFY, FALSE, 0); // a font alone is nothing to be saved
 }

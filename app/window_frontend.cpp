@@ -1,6 +1,7 @@
 #include "app/window_frontend.h"
 
 #include <commctrl.h>
+#include <shellapi.h>
 
 #include "analysis/run/commands.h"
 #include "analysis/run/run_flow.h"
@@ -67,6 +68,7 @@ void WindowFrontend::setDataLoaded(bool loaded) {
         const int command = firstAnalysisCommand + kind.number;
         enableItem(program_.window, command, isCommandEnabled(command, loaded));
     }
+    DragAcceptFiles(program_.window, isCommandEnabled(commandOpenFile, loaded));
     enablePrediction(false);
 }
 

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 #include <iterator>
+#include <string_view>
 
 #include "data/spreadsheet.h"
 #include "report/file_summary.h"
@@ -117,4 +118,14 @@ void forceExtension(char (&path)[260], std::int32_t fileType) {
     std::size_t last = length - 1;
     while (last > 0 && path[last] != '.') --last;
     std::snprintf(path + last + 1, sizeof path - last - 1, "%s", fileType == csvFile ? "csv" : "xls");
+}
+
+bool namedDataFile(const char* name, bool isThere, char (&path)[260]) {
+    const std::string_view given(name);
+    const std::size_t file = given.find_last_of("\\/:") + 1; // 0 when nothing is found
+    const bool hasExtension = given.find('.', file) != std::string_view::npos;
+    const char* const extension = isThere || hasExtension ? "" : ".csv";
+    if (given.size() + std::strlen(extension) >= sizeof path) return false;
+    std::snprintf(path, sizeof path, "%s%s", name, extension);
+    return true;
 }

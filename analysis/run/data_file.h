@@ -25,6 +25,10 @@ void applyExclusion(Frontend& frontend, AnalysisRun& run,
 // Empties the three texts and greys the menus. The data stays until the next load.
 void closeDataFile(Frontend& frontend, AnalysisRun& run);
 
-// Replaces what follows the last "." of a path by "csv" or "xls"; a path without one keeps its first
-// character only. `path` has 260 characters.
+// What the dialog that asks for a file does with its answer, which always has an extension: replaces what
+// follows the last "." of a path by "csv" or "xls"; a path without one keeps its first character only.
 void forceExtension(char (&path)[260], std::int32_t fileType);
+
+// The path of a file that was named without a dialog: as it is named, or with ".csv" when it has no extension
+// and is not there (`isThere`). False when the path is too long; `path` is then unchanged.
+[[nodiscard]] bool namedDataFile(const char* name, bool isThere, char (&path)[260]);

@@ -16,7 +16,7 @@ const std::string smallFile = "label,A,B,C\na,1,6,2.5\nb,2,4,1\nc,3,5,-3\nd,4,1,
 void expectSummary(const App& app, const std::string& path, const std::string& variables,
                    const std::string& row) {
     const std::string shown = app.upperText(), name = path.substr(path.rfind('\\') + 1);
-    EXPECT_TRUE(shown.starts_with("\nopened data file named : '" + name + "'\n\t'" + path +
+    EXPECT_TRUE(shown.starts_with("\nopened data file named : '" + name + "'\n\t'" + app.path(name) +
                                   "'\n\t-- 6 samples, " + variables + "\n\n  n,"))
         << shown;
     EXPECT_TRUE(shown.ends_with("\n  6,              f" + row + "\n")) << shown;
@@ -47,11 +47,23 @@ TEST(OpenFile, ByItsDialog) {
     EXPECT_EQ(app.statusText(), "status : opened data file named : 'small.csv'");
 }
 
-TEST(OpenFile, ByTheCommandLineWithItsExtensionForced) {
+TEST(OpenFile, ByTheCommandLineOrDropped) {
     App app;
     app.write("two words.csv", smallFile);
-    app.start("\"two words.txt\"");
+    app.write("a.b.txt", smallFile);
+    app.start("\"two words\"");
     expectAllVariables(app, "two words.csv");
+    app.drop(app.path("a.b.txt")); // none is taken while data is loaded
+    expectAllVariables(app, "two words.csv");
+    app.runCommand(commandCloseFile);
+    app.drop(app.path("a.b.txt"));
+    expectAllVariables(app, "a.b.txt");
+    app.runCommand(commandCloseFile);
+    app.drop(app.path(std::string(250, 'x')));
+    const Dialog alert = app.waitForDialog("alert");
+    EXPECT_EQ(alert.text(messageText), "the path of the file is too long");
+    alert.press(IDOK);
+    EXPECT_EQ(app.upperText(), "");
 }
 
 TEST(OpenFile, TellsWhatIsWrong) {

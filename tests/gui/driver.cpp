@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <richedit.h>
+#include <shlobj.h>
 #include <stdexcept>
 
 namespace {
@@ -305,6 +306,22 @@ void App::pressKeys(const std::vector<WORD>& keys) const {
     }
     const auto count = static_cast<UINT>(inputs.size());
     require(SendInput(count, inputs.data(), sizeof(INPUT)) == count, "cannot press keys");
+}
+
+// The list of files lies in the program's memory, and the program gives it back.
+void App::drop(const std::string& file) const {
+    struct {
+        DROPFILES head;
+        char names[512];
+    } list = {};
+    list.head.pFiles = sizeof list.head;
+    file.copy(list.names, sizeof list.names - 2);
+    const std::uint64_t memory = inside_->call(GlobalAlloc, GMEM_FIXED, sizeof list);
+    require(WriteProcessMemory(process_.hProcess, reinterpret_cast<void*>(memory), &list, sizeof list,
+                               nullptr) != 0,
+            "cannot drop " + file);
+    inside_->call(PostMessageA, window_, WM_DROPFILES, memory, 0);
+    settle();
 }
 
 HWND App::findWindow(const char* className, const char* caption) const {

@@ -101,6 +101,8 @@ public:
     Dialog runCommand(int command, const std::string& caption) const;
     // Keys pressed together in the main window. Returns at once.
     void pressKeys(const std::vector<WORD>& keys) const;
+    // As if a file were dropped on the main window.
+    void drop(const std::string& file) const;
     Dialog waitForDialog(const std::string& caption) const;
     bool hasDialog() const { return findWindow(nullptr, nullptr) != nullptr; }
 

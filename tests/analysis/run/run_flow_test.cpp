@@ -102,6 +102,17 @@ TEST(DataFile, HasTheExtensionOfItsKind) {
     }
 }
 
+// By the names of the case: there, and not there.
+TEST(DataFile, IsThatOfItsNameOrOfTheNameWithAnExtension) {
+    for (const Case& test : readCases("analysis/run/names.tsv")) {
+        for (const bool isThere : {true, false}) {
+            char path[260] = "too long";
+            EXPECT_EQ(namedDataFile(test[0].c_str(), isThere, path), std::strcmp(path, "too long") != 0);
+            EXPECT_EQ(path, test[isThere ? 1 : 2]) << test[0];
+        }
+    }
+}
+
 TEST_F(RunFlowOnData, ChecksTheDataAndRuns) {
     for (const Case& test : readCases("analysis/run/runs.tsv")) {
         SCOPED_TRACE(test[0] + test[1]);
