@@ -209,6 +209,10 @@ LRESULT CALLBACK onGraphWindow(HWND window, UINT message, WPARAM word, LPARAM da
     case WM_CTLCOLORSTATIC:
         return reinterpret_cast<LRESULT>(GetStockObject(WHITE_BRUSH));
     case WM_COMMAND:
+        if (LOWORD(word) == IDCANCEL) { // the key Esc
+            DestroyWindow(window);
+            return 0;
+        }
         if (HIWORD(word) == CBN_SELCHANGE) onChoice(program, LOWORD(word));
         if (HIWORD(word) == CBN_SETFOCUS) program.graph.lastFocus = reinterpret_cast<HWND>(data);
         return 0;

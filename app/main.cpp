@@ -5,6 +5,7 @@
 #include "app/main_window.h"
 #include "app/program.h"
 #include "app/resource_ids.h"
+#include "app/screen_menu.h"
 #include "app/settings_store.h"
 
 namespace {
@@ -40,6 +41,7 @@ int runMessageLoop() {
         }
         if (TranslateAcceleratorA(program.window, keys, &message) != 0) continue;
         if (translateGraphMessage(program, message)) continue;
+        if (translateScreenMessage(program, message)) continue;
         TranslateMessage(&message);
         DispatchMessageA(&message);
     }

@@ -3,6 +3,7 @@
 // Shared by the resource script and the code; commands stand in analysis/run/commands.h.
 #define MENU_MAIN 101
 #define ACCELERATORS_MAIN 102
+#define MENU_SCREEN 103
 #define DIALOG_EXCLUDE 113
 #define DIALOG_ABOUT 114
 #define DIALOG_EXIT 115
@@ -13,6 +14,8 @@
 #define CONTROL_LOWER_SCREEN 301
 #define CONTROL_UPPER_SCREEN 302
 #define CONTROL_STATUS_BAR 303
+#define SCREEN_COPY 311
+#define SCREEN_SELECT_ALL 312
 #define CONTROL_EXCLUDE_FIRST 1101         // to 1110
 #define CONTROL_PREDICTION_FIRST 2301      // to 2310
 #define CONTROL_PREDICTION_NAME_FIRST 2311 // to 2320

@@ -46,7 +46,12 @@ TEST(GraphWindow, ShowsTheLastPictureUntilTheNextAnalysis) {
     EXPECT_EQ(app.statusText(),
               "status : principal conponent analysis statistics-- based correlation matrix");
 
-    // One that is open goes with the program.
+    // Esc closes one, and one that is open goes with the program.
+    app.runCommand(711, "multiple regression analysis").press(IDOK);
+    app.waitForDialog("graph");
+    PostMessageA(GetDlgItem(graphWindow(), items), WM_KEYDOWN, VK_ESCAPE, 0);
+    app.settle();
+    EXPECT_EQ(graphWindow(), nullptr);
     app.runCommand(711, "multiple regression analysis").press(IDOK);
     app.waitForDialog("graph");
     EXPECT_TRUE(app.isItemEnabled(commandPrediction));

@@ -30,6 +30,16 @@ void expectPlace(const App& app, const Place& expected) {
     waitUntil("the window to be in its place", [&] { return placeOf(app.window()) == expected; });
 }
 
+// With "\n" line ends.
+std::string clipboardText() {
+    std::string text;
+    if (!OpenClipboard(nullptr)) return "the clipboard is in use";
+    if (const HANDLE data = GetClipboardData(CF_TEXT)) text = static_cast<const char*>(GlobalLock(data));
+    CloseClipboard();
+    std::erase(text, '\r');
+    return text;
+}
+
 // The commands of the items that cannot be chosen, in the order of the menus.
 std::string greyedItems(const App& app) {
     std::string commands;
@@ -209,6 +219,27 @@ TEST(MainWindow, KeysReachTheirCommands) {
     EXPECT_EQ(about.text(CONTROL_ABOUT_TEXT), "Ombrivantel\nversion " OMBRIVANTEL_VERSION);
     about.press(IDOK);
     EXPECT_FALSE(app.hasDialog());
+
+    const auto expectFocus = [&](int screen) {
+        waitUntil("the focus", [&] { return app.focus() == app.child(screen); });
+    };
+    app.pressKeys({VK_F6});
+    expectFocus(CONTROL_UPPER_SCREEN);
+    app.pressKeys({VK_F6});
+    expectFocus(CONTROL_LOWER_SCREEN);
+    app.runCommand(710); // too few samples
+    for (const WORD choice : {'A', 'C'}) {
+        app.pressKeys({VK_SHIFT, VK_F10});
+        HWND menu = nullptr;
+        const auto isOpen = [&] {
+            return (menu = FindWindowA("#32768", nullptr)) != nullptr && IsWindowVisible(menu);
+        };
+        waitUntil("the menu", isOpen);
+        app.pressKeys({choice});
+        waitUntil("the end of the menu", [&] { return !isOpen(); });
+        app.settle();
+    }
+    EXPECT_EQ(clipboardText(), app.lowerText());
 
     app.pressKeys({VK_CONTROL, 'X'});
     const Dialog question = app.waitForDialog("confirmation");
