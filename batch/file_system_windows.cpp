@@ -6,15 +6,16 @@
 #include <cwchar>
 #include <fcntl.h>
 #include <io.h>
-#include <iterator>
 #include <windows.h>
 
 namespace {
 
 constexpr int mostNeighbours = 8;
 
+constexpr int mostPath = 4096;
+
 struct WidePath {
-    wchar_t text[4096] = L"";
+    wchar_t text[mostPath] = L"";
 };
 
 WidePath unfinished[mostNeighbours]; // what Ctrl+C removes; an empty path is a free place
@@ -27,7 +28,7 @@ BOOL WINAPI removeUnfinished(DWORD) {
 }
 
 bool widen(const char* path, WidePath& wide) {
-    return MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, path, -1, wide.text, std::size(wide.text)) > 0;
+    return MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, path, -1, wide.text, mostPath) > 0;
 }
 
 bool narrow(const wchar_t* wide, FilePath& path) {
@@ -38,7 +39,7 @@ void addUnfinished(const WidePath& path) {
     SetConsoleCtrlHandler(removeUnfinished, TRUE);
     for (WidePath& each : unfinished) {
         if (each.text[0] != L'\0') continue;
-        std::wmemcpy(each.text + 1, path.text + 1, std::size(each.text) - 1);
+        std::wmemcpy(each.text + 1, path.text + 1, mostPath - 1);
         each.text[0] = path.text[0];
         return;
     }
@@ -56,18 +57,17 @@ HANDLE openToLook(const wchar_t* path) {
 }
 
 bool fullPath(const WidePath& path, WidePath& full) {
-    const DWORD length = GetFullPathNameW(path.text, std::size(full.text), full.text, nullptr);
-    return length > 0 && length < std::size(full.text);
+    const DWORD length = GetFullPathNameW(path.text, mostPath, full.text, nullptr);
+    return length > 0 && length < mostPath;
 }
 
 // The path without links, of a file that is there.
 bool finalPath(const WidePath& path, WidePath& final) {
     const HANDLE file = openToLook(path.text);
     if (file == INVALID_HANDLE_VALUE) return false;
-    const DWORD length =
-        GetFinalPathNameByHandleW(file, final.text, std::size(final.text), FILE_NAME_NORMALIZED);
+    const DWORD length = GetFinalPathNameByHandleW(file, final.text, mostPath, FILE_NAME_NORMALIZED);
     CloseHandle(file);
-    return length > 0 && length < std::size(final.text);
+    return length > 0 && length < mostPath;
 }
 
 } // namespace
