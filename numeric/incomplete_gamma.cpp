@@ -26,8 +26,9 @@ double leadingFactor(double a, double x) {
     return std::exp(-deviance - stirlingError(a)) / std::sqrt(2.0 * std::numbers::pi * a);
 }
 
-// 1 + x / (a + 1) + x^2 / ((a + 1) (a + 2)) + ...: P(a, x) over the leading factor.
-double lowerSeries(double a, double x) {
+} // namespace
+
+double lowerGammaSeries(double a, double x) {
     double term = 1.0;
     double sum = 1.0;
     for (int n = 1; n < mostTerms && term > epsilon * sum; ++n) {
@@ -37,8 +38,7 @@ double lowerSeries(double a, double x) {
     return sum;
 }
 
-// Q(a, x) Gamma(a) e^x / x^a as Legendre's continued fraction, from the front (Lentz 1976).
-double upperFraction(double a, double x) {
+double upperGammaFraction(double a, double x) {
     double b = x + 1.0 - a;
     double c = std::numeric_limits<double>::max();
     double d = 1.0 / b;
@@ -54,14 +54,12 @@ double upperFraction(double a, double x) {
     return fraction;
 }
 
-} // namespace
-
 double UpperGammaRatio(double a, double x) {
     if (std::isnan(a) || std::isnan(x) || !(a > 0.0)) return std::numeric_limits<double>::quiet_NaN();
     if (x <= 0.0) return 1.0;
     if (std::isinf(x)) return 0.0;
-    if (x < a + 1.0) return 1.0 - leadingFactor(a, x) * lowerSeries(a, x);
-    return leadingFactor(a, x) * a * upperFraction(a, x);
+    if (x < a + 1.0) return 1.0 - leadingFactor(a, x) * lowerGammaSeries(a, x);
+    return leadingFactor(a, x) * a * upperGammaFraction(a, x);
 }
 
 double ChiSquareUpperTail(double chiSquare, double df) {

@@ -10,3 +10,8 @@ double UpperGammaRatio(double a, double x);
 // multivariate analyses keep the shortened series of ChiSquareUpperProbability (numeric/distributions.h) so
 // that their reports stay comparable.
 double ChiSquareUpperTail(double chiSquare, double df);
+
+// The expansions that both are made of, for x up to and from a + 1 on: P(a, x) Gamma(a + 1) e^x / x^a as a
+// series, and Q(a, x) Gamma(a) e^x / x^a as Legendre's continued fraction, from the front (Lentz 1976).
+double lowerGammaSeries(double a, double x);
+double upperGammaFraction(double a, double x);
