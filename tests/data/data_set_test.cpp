@@ -31,7 +31,8 @@ TEST(DataSet, ExcludesAndReordersColumns) {
         copyLoadedToWorking(data);
         EXPECT_EQ(describe(data.working), test[3]);
 
-        for (std::size_t v = 0; v < test[2].size(); ++v) data.selectionFlags[v + 1] = test[2][v] - '0';
+        Index v = 0;
+        for (const char flag : test[2]) data.selectionFlags[++v] = flag - '0';
         reorderWorkingBySelection(data);
         EXPECT_EQ(describe(data.working), test[4]);
         std::ostringstream counts, bad;

@@ -10,7 +10,7 @@ namespace {
 GraphLayout layOut(std::uint32_t kind, std::initializer_list<std::initializer_list<double>> rows, int width,
                    int height) {
     GraphSpec spec;
-    describeGraph(spec, kind, rows.begin()->size(), rows.size());
+    describeGraph(spec, kind, std::ssize(*rows.begin()), std::ssize(rows));
     double* value = spec.values.data();
     for (const auto& row : rows) value = std::copy(row.begin(), row.end(), value);
     Graph graph;

@@ -8,7 +8,7 @@ TEST(GraphSpec, EachKindTakesItsNumberOfSeries) {
     // By kind: the code for 1, 2, 3, 4 and 65 series.
     const char* const codes[] = {"01111", "10111", "11011", "11001", "10111",
                                  "20001", "10111", "20001", "20001", "44444"};
-    const std::size_t series[] = {1, 2, 3, 4, 65};
+    const Index series[] = {1, 2, 3, 4, 65};
     for (std::uint32_t kind = 0; kind < std::size(codes); ++kind) {
         for (int k = 0; k < 5; ++k) {
             GraphSpec spec;
