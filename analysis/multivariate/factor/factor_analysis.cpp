@@ -162,14 +162,14 @@ void scaleRows(const Block<double>& scales, bool divide, Matrix& matrix) {
     }
 }
 
-ErrorCode rotateScaled(double gamma, FactorWork& work) {
+ErrorCode rotateScaled(Screens& screens, double gamma, FactorWork& work) {
     FactorResult& result = work.result;
     if (result.rotation == Rotation::orthogonal) {
         rotateOrthogonal(gamma, result.rotated);
         scaleRows(work.rowScales, false, result.rotated);
         return success;
     }
-    ErrorCode code = rotateOblique(gamma, result.rotated, result.oblique);
+    ErrorCode code = rotateOblique(screens, gamma, result.rotated, result.oblique);
     if (code != success) return code;
     scaleRows(work.rowScales, false, result.oblique.structure);
     code = findPattern(result.oblique);
@@ -180,7 +180,7 @@ ErrorCode rotateScaled(double gamma, FactorWork& work) {
 }
 
 // The factors stay in the order of the extraction. One factor and none come out as they are.
-ErrorCode rotate(const FactorOptions& options, FactorWork& work) {
+ErrorCode rotate(Screens& screens, const FactorOptions& options, FactorWork& work) {
     FactorResult& result = work.result;
     const FactorModel& model = result.model;
     result.rotation = rotationOf(options);
@@ -192,7 +192,7 @@ ErrorCode rotate(const FactorOptions& options, FactorWork& work) {
     std::copy(model.loadings.begin(), model.loadings.end(), result.rotated.begin());
     scaleRows(work.rowScales, true, result.rotated);
     const double gamma = (2 - criterionOf(options, result.rotation)) / 2.0;
-    const ErrorCode code = rotateScaled(gamma, work);
+    const ErrorCode code = rotateScaled(screens, gamma, work);
     if (code != success) return code;
     for (Index k = 0; k < result.rotated.columns(); ++k) {
         double sum = 0.0;
@@ -227,7 +227,7 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, const FactorOptions&
                         : extractPrincipalFactors(work.moments.correlation, options.repetition != 0, model);
     if (code == success) code = work.allocateFactors(data, model.kept());
     if (code == success) code = screens.setProgress(40);
-    if (code == success) code = rotate(options, work);
+    if (code == success) code = rotate(screens, options, work);
     if (code == success) code = screens.setProgress(60);
     if (code == success) code = invertCorrelations(work);
     if (code != success) return code;

@@ -14,6 +14,11 @@ constexpr double smallestChange = 1e-5;
 constexpr int mostSweeps = 10000;
 // Of the diagonal of the inverse factor correlations: a factor that the others explain.
 constexpr double greatestInflation = 1e6;
+// Of two different axes; beyond it they will not part again.
+constexpr double greatestCosine = 1.0 - 1e-12;
+// Where the oblique rotation stands between the fixed percentages of the driver.
+constexpr int firstPercent = 40;
+constexpr int lastPercent = 60;
 using std::numbers::pi;
 
 // The angle that turns columns k and l to the greatest criterion.
@@ -121,6 +126,26 @@ ErrorCode improveAxis(Index k, double gamma, const Matrix& loadings, AxisWork& w
     return success;
 }
 
+// Fills the inner products of the axes. Returns 0, or singularMatrix when two fell together.
+ErrorCode correlateAxes(const Matrix& axes, Matrix& correlations) {
+    ErrorCode code = success;
+    for (Index k = 0; k < axes.columns(); ++k) {
+        for (Index l = 0; l < axes.columns(); ++l) {
+            double sum = 0.0;
+            for (Index a = 0; a < axes.rows(); ++a) sum += axes(a, k) * axes(a, l);
+            correlations(k, l) = sum;
+            if (k != l && std::fabs(sum) > greatestCosine) code = singularMatrix;
+        }
+    }
+    return code;
+}
+
+// The logarithm of the change falls about evenly from round to round.
+int percentAfter(double change) {
+    const double done = std::clamp(std::log(change) / std::log(smallestChange), 0.0, 1.0);
+    return firstPercent + static_cast<int>(done * (lastPercent - firstPercent));
+}
+
 } // namespace
 
 void rotateOrthogonal(double gamma, Matrix& loadings) {
@@ -145,27 +170,26 @@ ErrorCode ObliqueRotation::allocate(Index p, Index factors) {
     return structure.allocate(p, factors) | pattern.allocate(p, factors);
 }
 
-ErrorCode rotateOblique(double gamma, const Matrix& loadings, ObliqueRotation& rotation) {
+ErrorCode rotateOblique(Screens& screens, double gamma, const Matrix& loadings, ObliqueRotation& rotation) {
     const Index factors = loadings.columns();
     AxisWork work;
     ErrorCode code = work.allocate(loadings.rows(), factors);
     if (code != success) return code;
     for (Index k = 0; k < factors; ++k) work.axes(k, k) = 1.0;
     std::copy(loadings.begin(), loadings.end(), rotation.structure.begin());
+    int percent = firstPercent;
     for (int round = 0; round < mostSweeps; ++round) {
         double change = 0.0;
         for (Index k = 0; k < factors; ++k) {
             code = improveAxis(k, gamma, loadings, work, rotation.structure, change);
             if (code != success) return code;
         }
+        code = correlateAxes(work.axes, rotation.correlations);
+        if (code != success) return code;
+        percent = std::max(percent, percentAfter(change));
+        code = screens.setProgress(percent);
+        if (code != success) return code;
         if (change < smallestChange) break;
-    }
-    for (Index k = 0; k < factors; ++k) {
-        for (Index l = 0; l < factors; ++l) {
-            double sum = 0.0;
-            for (Index a = 0; a < factors; ++a) sum += work.axes(a, k) * work.axes(a, l);
-            rotation.correlations(k, l) = sum;
-        }
     }
     return success;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "numeric/matrix.h"
+#include "report/screens.h"
 
 // Rotations of a p x factors loading matrix to simple structure; gamma is the weight of the column sums in
 // the criterion: 1 for varimax and covarimin, 0.5 for biquartimax and biquartimin, 0 for quartimax and
@@ -23,8 +24,10 @@ struct ObliqueRotation {
 // Finds reference axes one after the other so that the sum over the pairs of factors of
 // sum v_k^2 v_l^2 - gamma / p sum v_k^2 sum v_l^2 of the projections v is least (Carroll 1953), until no
 // element of an axis moves by 1e-5. A new axis points to the side of the one it replaces. Fills structure and
-// correlations of a rotation that is allocated for the loadings. Returns 0 or outOfMemory.
-[[nodiscard]] ErrorCode rotateOblique(double gamma, const Matrix& loadings, ObliqueRotation& rotation);
+// correlations of a rotation that is allocated for the loadings; sets the progress, from 40 to 60, after each
+// round. Returns 0, outOfMemory, singularMatrix when two axes fell together, or the code of the progress.
+[[nodiscard]] ErrorCode rotateOblique(Screens& screens, double gamma, const Matrix& loadings,
+                                      ObliqueRotation& rotation);
 
-// Fills the pattern. Returns 0, outOfMemory, or singularMatrix when axes fell together.
+// Fills the pattern. Returns 0, outOfMemory, or singularMatrix when axes nearly depend on each other.
 [[nodiscard]] ErrorCode findPattern(ObliqueRotation& rotation);

@@ -4,7 +4,7 @@
 #include <numeric>
 #include <vector>
 
-#include <gtest/gtest.h>
+#include "tests/support/recording_frontend.h"
 
 namespace {
 
@@ -67,7 +67,11 @@ TEST(FactorRotation, ReachesTheBestCriterionAndKeepsTheProducts) {
 
         ObliqueRotation rotation;
         ASSERT_EQ(rotation.allocate(p, m), success);
-        ASSERT_EQ(rotateOblique(one.gamma, unrotated, rotation), success);
+        RecordingFrontend frontend;
+        ASSERT_EQ(rotateOblique(frontend, one.gamma, unrotated, rotation), success);
+        const std::vector<int>& percentages = frontend.percentages; // one after each round
+        EXPECT_TRUE(percentages.size() > 2 && std::ranges::is_sorted(percentages));
+        EXPECT_TRUE(percentages.front() >= 40 && percentages.back() == 60);
         ASSERT_EQ(findPattern(rotation), success);
         const double *phi = rotation.correlations.data(), *pattern = rotation.pattern.data(),
                      *structure = rotation.structure.data();
@@ -101,9 +105,10 @@ TEST(OrthogonalRotation, FindsSimpleStructureAtAnyAngle) {
 
 TEST(ObliqueRotation, SimpleStructureStaysWithItsSigns) {
     const Matrix simple = matrixFrom(4, 2, {0.9, 0, -0.7, 0, 0, 0.8, 0, -0.6});
+    RecordingFrontend frontend;
     ObliqueRotation rotation;
     ASSERT_EQ(rotation.allocate(4, 2), success);
-    ASSERT_EQ(rotateOblique(0.0, simple, rotation), success);
+    ASSERT_EQ(rotateOblique(frontend, 0.0, simple, rotation), success);
     for (Index i = 0; i < 8; ++i) EXPECT_NEAR(rotation.structure.data()[i], simple.data()[i], 1e-15);
 }
 
@@ -116,4 +121,11 @@ TEST(ObliqueRotation, RefusesFactorsThatAreNearlyOne) {
         EXPECT_EQ(findPattern(rotation), r == 1 - 1e-6 ? success : singularMatrix) << r;
     }
     EXPECT_EQ(rotation.allocate(1, 2000000000), outOfMemory);
+    // Of two variables on three factors the axis at right angles to both is the best for every factor: the
+    // first round finds it twice.
+    RecordingFrontend frontend;
+    const Matrix two = matrixFrom(2, 3, {0.9, 0.3, 0.2, 0.1, 0.8, 0.4});
+    ASSERT_EQ(rotation.allocate(2, 3), success);
+    EXPECT_EQ(rotateOblique(frontend, 0.0, two, rotation), singularMatrix);
+    EXPECT_TRUE(frontend.percentages.empty());
 }
