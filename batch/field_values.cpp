@@ -11,7 +11,15 @@
 namespace {
 
 bool isWithin(const OptionField& field, double value) {
-    return !field.bounded || (value >= field.least && value <= field.most);
+    switch (field.range) {
+    case OptionRange::any:
+        return true;
+    case OptionRange::arrows:
+        return value >= field.least && value <= field.most;
+    case OptionRange::level:
+        return value >= 0.0 && value < 1.0;
+    }
+    return false;
 }
 
 bool isWholeNumber(const OptionField& field, const char* text) {
@@ -49,6 +57,21 @@ std::int32_t findName(const CellTable& cells, std::string_view name) {
         if (name == cells.cell(0, col)) return col;
     }
     return 0;
+}
+
+// Appends which numbers the field takes, where it does not take all.
+void describeRange(const OptionField& field, char* text, std::size_t size) {
+    const std::size_t used = std::strlen(text);
+    switch (field.range) {
+    case OptionRange::any:
+        return;
+    case OptionRange::arrows:
+        std::snprintf(text + used, size - used, " (%g to %g)", field.least, field.most);
+        return;
+    case OptionRange::level:
+        append(text, size, " (0 to below 1)");
+        return;
+    }
 }
 
 // "; the variables are a, b, c"
@@ -196,15 +219,10 @@ void describeValue(const OptionField& field, char* text, std::size_t size) {
         std::snprintf(text, size, "N (1 to %d)", static_cast<int>(field.choices.size()));
         return;
     case OptionType::wholeNumber:
-    case OptionType::real: {
-        const char* letter = field.type == OptionType::real ? "X" : "N";
-        if (field.bounded) {
-            std::snprintf(text, size, "%s (%g to %g)", letter, field.least, field.most);
-        } else {
-            std::snprintf(text, size, "%s", letter);
-        }
+    case OptionType::real:
+        append(text, size, field.type == OptionType::real ? "X" : "N");
+        describeRange(field, text, size);
         return;
-    }
     case OptionType::variable:
         append(text, size, "NAME");
         return;

@@ -14,6 +14,13 @@ enum class OptionType {
     variables,    // such lists in a row of identifiers; as many int32
 };
 
+// Which numbers a command line may give; what is typed into a dialog is taken as typed.
+enum class OptionRange {
+    any,
+    arrows, // from `least` to `most`
+    level,  // of significance: from 0, below 1
+};
+
 // One option of an analysis. The dialog, the batch runner with its help and the tests all read this record;
 // adding an option is adding one.
 struct OptionField {
@@ -25,12 +32,12 @@ struct OptionField {
     int arrows = 0;     // the up-down control of an edit
     std::span<const char* const> choices = {}; // batch words of a choice, texts of a list
     int count = 1;                             // of lists
-    // The arrows add the step below `most` and subtract it above `least`; what is typed is taken as typed.
+    // The arrows add the step below `most` and subtract it above `least`.
     double step = 1.0;
     double least = 0.0;
     double most = 0.0;
     double (*mostOfData)(const DataSet& data) = nullptr; // takes the place of `most`
-    bool bounded = false; // the batch runner refuses what lies outside `least` and `most`
+    OptionRange range = OptionRange::any;
 };
 
 using OptionFields = std::span<const OptionField>;

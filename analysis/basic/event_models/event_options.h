@@ -23,7 +23,7 @@ constexpr OptionField iterationsField(std::size_t offset, int control, int arrow
             .arrows = arrows,
             .least = 1.0,
             .most = 9999.0,
-            .bounded = true};
+            .range = OptionRange::arrows};
 }
 
 constexpr OptionField divisionField(std::size_t offset, int control, int arrows) {

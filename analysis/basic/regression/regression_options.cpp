@@ -60,7 +60,8 @@ std::array<OptionField, 6> regressionFields(std::size_t group) {
          .arrows = 2114,
          .step = 0.01,
          .least = 0.01,
-         .most = 0.5},
+         .most = 0.5,
+         .range = OptionRange::level},
     }};
 }
 
