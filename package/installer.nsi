@@ -1,10 +1,13 @@
 ; The installer for one user, without administrator rights. Defined by script/package: VERSION, FOLDER (what is
-; installed), REMOVE (a script that deletes exactly that), OUTPUT.
+; installed), SIZE (its kilobytes), REMOVE (a script that deletes exactly that), OUTPUT.
 Unicode true
 Target amd64-unicode
 !include MUI2.nsh
 
 !define KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Ombrivantel"
+; What the explorer offers under "Open with" for a comma-separated file; what opens such a file by itself stays.
+!define OPENED "Software\Classes\.csv\OpenWithProgids"
+!define OPENER "Software\Classes\Ombrivantel.csv"
 Name "Ombrivantel ${VERSION}"
 OutFile "${OUTPUT}"
 InstallDir "$LOCALAPPDATA\Programs\Ombrivantel"
@@ -44,6 +47,11 @@ Function un.onInit
     !insertmacro refuseWhileRunning
 FunctionEnd
 
+; That the types of files have changed: SHCNE_ASSOCCHANGED.
+!macro tellExplorer
+    System::Call 'shell32::SHChangeNotify(i 0x08000000, i 0, p 0, p 0)'
+!macroend
+
 Section
     SetOutPath "$INSTDIR"
     File /r "${FOLDER}\*"
@@ -61,6 +69,11 @@ Section
     WriteRegStr HKCU "${KEY}" "QuietUninstallString" '"$INSTDIR\Uninstall.exe" /S'
     WriteRegDWORD HKCU "${KEY}" "NoModify" 1
     WriteRegDWORD HKCU "${KEY}" "NoRepair" 1
+    WriteRegDWORD HKCU "${KEY}" "EstimatedSize" ${SIZE}
+    WriteRegStr HKCU "${OPENER}" "" "Table for Ombrivantel"
+    WriteRegStr HKCU "${OPENER}\shell\open\command" "" '"$INSTDIR\Ombrivantel.exe" "%1"'
+    WriteRegStr HKCU "${OPENED}" "Ombrivantel.csv" ""
+    !insertmacro tellExplorer
 SectionEnd
 
 ; What the user has put into the folder stays, the settings file among it; the folder goes when it is empty.
@@ -72,4 +85,9 @@ Section "Uninstall"
     Delete "$SMPROGRAMS\Ombrivantel\*.lnk"
     RMDir "$SMPROGRAMS\Ombrivantel"
     DeleteRegKey HKCU "${KEY}"
+    DeleteRegKey HKCU "${OPENER}"
+    DeleteRegValue HKCU "${OPENED}" "Ombrivantel.csv"
+    DeleteRegKey /ifempty HKCU "${OPENED}"
+    DeleteRegKey /ifempty HKCU "Software\Classes\.csv"
+    !insertmacro tellExplorer
 SectionEnd

@@ -49,7 +49,7 @@ def main():
     options(pictures)
     print(".SH EXIT STATUS\n.TP\n0\nsuccess\n.TP\n1\nthe file or the analysis failed; the report says why")
     print(".TP\n2\nwrong command line")
-    print(".SH EXAMPLES\n.nf\nombrivantel\\-batch fundamental %s\nombrivantel\\-batch pca \\-\\-graph pca.svg %s\n.fi"
+    print(".SH EXAMPLES\n.nf\nombrivantel\\-batch fundamental %s\nombrivantel\\-batch pca \\-\\-components 2 \\-\\-graph pca.svg %s\n.fi"
           % (("/usr/share/doc/%s/samples/iris.csv" % NAME,) * 2))
     print(".SH SEE ALSO\n/usr/share/doc/%s/docs" % NAME)
 

@@ -82,6 +82,23 @@ opensAndCloses() {
         wait "$process"
 }
 
+# opensWithProgram FOLDER: the explorer would open a comma-separated file with the program in it.
+opensWithProgram() {
+    timeout 60 wine reg query 'HKCU\Software\Classes\.csv\OpenWithProgids' /v Ombrivantel.csv &&
+        timeout 60 wine reg query 'HKCU\Software\Classes\Ombrivantel.csv\shell\open\command' /ve |
+        grep -F "\"$(windowsPath "$1/Ombrivantel.exe")\" \"%1\""
+}
+
+# runsExamples PAGE FOLDER: the examples of the manual page, with what is installed in the folder instead of in /.
+runsExamples() {
+    local example count=0
+    while read -r example; do
+        (cd "$trial" && eval "$2/usr/bin/${example//\/usr\//$2\/usr\/}") || return 1
+        count=$((count + 1))
+    done < <(man -l "$1" 2>/dev/null | sed -n '/^EXAMPLES/,/^SEE/s/^ *\(ombrivantel-batch .*\)/\1/p')
+    [[ $count -gt 0 && -s $trial/pca.svg ]]
+}
+
 tryZip() {
     local unpacked="$trial/any where" folder
     unzip -q "$zip" -d "$unpacked"
@@ -107,6 +124,8 @@ tryInstaller() {
     try "what was installed is what the zip holds" diff -r -x Uninstall.exe "$folder" "$installed"
     try "its shortcut" test -s "$shortcut/Ombrivantel.lnk"
     try "its entry among the programs" timeout 60 wine reg query "$key" /v QuietUninstallString
+    try "its size there" timeout 60 wine reg query "$key" /v EstimatedSize
+    try "it is offered for comma-separated files" opensWithProgram "$installed"
     sample=$installed/samples/iris.csv
     try "the installed batch runner" hasSameReport wine "$installed/ombrivantel-batch.exe"
     try "the installed window" opensAndCloses "$installed"
@@ -121,16 +140,21 @@ tryInstaller() {
     try "the settings are as they were" cmp "$trial/settings" "$installed/Ombrivantel.par"
     try "no shortcut is left" isGone "$shortcut"
     try "no entry is left" isNoKey "$key"
+    try "no offer is left" isNoKey 'HKCU\Software\Classes\Ombrivantel.csv'
+    try "nor a trace of it" isNoKey 'HKCU\Software\Classes\.csv'
 }
 
 tryDeb() {
-    local unpacked=$trial/deb program=usr/bin/ombrivantel-batch
+    local unpacked=$trial/deb program=usr/bin/ombrivantel-batch page
+    try "lintian" lintian --fail-on error "$deb"
     dpkg-deb --contents "$deb" >"$trial/contents"
     try "the .deb's contents" grep -E "^-rwxr-xr-x root/root .* \./$program\$" "$trial/contents"
     dpkg-deb -x "$deb" "$unpacked"
     sample=$unpacked/usr/share/doc/ombrivantel-batch/samples/iris.csv
     try "the unpacked batch runner" hasSameReport "$unpacked/$program"
-    try "its man page" test -z "$(man --warnings -l "$unpacked/usr/share/man/man1/ombrivantel-batch.1.gz" 2>&1 >/dev/null)"
+    page=$unpacked/usr/share/man/man1/ombrivantel-batch.1.gz
+    try "its man page" test -z "$(man --warnings -l "$page" 2>&1 >/dev/null)"
+    try "the man page's examples" runsExamples "$page" "$unpacked"
     [[ $(id -u) -eq 0 ]] || { echo "not root: the .deb is not installed"; return 0; }
     if dpkg-query -W ombrivantel-batch >/dev/null 2>&1; then
         echo "ombrivantel-batch is installed here already, and is left alone"
