@@ -75,8 +75,19 @@ Match takeRepeated(Option option, Arguments& arguments, Block<const char*>& text
     return Match::taken;
 }
 
+Match parseNumerics(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+    if (!arguments.takeValue(option, complaint)) return Match::wrong;
+    const std::string_view value = option.value;
+    if (value == "classic") line.numerics = &classicNumerics;
+    if (value == "textbook") line.numerics = &textbookNumerics;
+    if (value == "classic" || value == "textbook") return Match::taken;
+    complaint.say("--numerics takes classic|textbook, not '%.200s'", option.value);
+    return Match::wrong;
+}
+
 Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
     if (option.name == "--exclude") return takeRepeated(option, arguments, line.excludes, complaint);
+    if (option.name == "--numerics") return parseNumerics(option, arguments, line, complaint);
     const struct {
         const char* name;
         const char*& target;

@@ -33,6 +33,7 @@ void setUp(const CommandLine& line, AnalysisRun& run) {
     settings.scatterNumbering = line.picture.numbering;
     settings.vectorSizing = line.picture.sizedVectors;
     run.everyGraphTakesPreferences = true;
+    if (line.numerics != nullptr) run.numerics = line.numerics;
     if (line.variableWidth > 0) settings.variableStringLength = line.variableWidth;
     if (line.labelWidth > 0) settings.sampleStringLength = line.labelWidth;
     startOptions(run.options, settings);
@@ -41,6 +42,10 @@ void setUp(const CommandLine& line, AnalysisRun& run) {
 
 // Whether the options of the analysis fit the data; told before any work.
 bool checkOptions(const CommandLine& line, AnalysisRun& run, Complaint& complaint) {
+    if (run.numerics->textbook && !line.kind->analysis->takesNumerics) {
+        complaint.say("there are no textbook numerics of '%s'", line.kind->batchName);
+        return false;
+    }
     takePurposes(run, line.kind->analysis->ownPurposes);
     AnalysisOptions trial = run.options;
     if (!applyFields(line, run.data, trial, complaint)) return false;
@@ -137,6 +142,13 @@ bool openOutputs(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& 
     return opened;
 }
 
+// Under the numerics that nobody has asked for, what differs from a textbook is told.
+void printDeviations(const CommandLine& line, const AnalysisRun& run) {
+    if (line.numerics != nullptr || run.deviations[0] == '\0') return;
+    std::fprintf(stderr, "note : not as in textbooks: %s; --numerics textbook prints them so\n",
+                 run.deviations);
+}
+
 void printStatus(const TextBuffer& status) {
     const std::size_t length = std::strcspn(status.text(), "\n");
     std::fprintf(stderr, "%.*s\n", static_cast<int>(length), status.text());
@@ -154,6 +166,7 @@ bool print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, O
     if (!succeeded || line.output == nullptr) {
         check(write(stdout, *frontend.shown()) && std::fflush(stdout) == 0);
     }
+    if (succeeded) printDeviations(line, run);
     printStatus(run.report.status);
     return succeeded;
 }

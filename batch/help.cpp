@@ -10,6 +10,8 @@ constexpr const char* commonOptions =
     "  --exclude NAME[,NAME...]  leave variables out, by name or by column number as #3\n"
     "  --variable-width N        variable names and columns are N wide (11)\n"
     "  --label-width N           sample labels are N wide (15)\n"
+    "  --numerics classic|textbook\n"
+    "                            comparable with earlier reports, or as in textbooks (classic)\n"
     "  --output FILE             write the report to FILE instead of standard output\n"
     "  --path TEXT               the path that the summary shows\n"
     "  --strict                  fail when a cell is not a number instead of counting it as 0\n"

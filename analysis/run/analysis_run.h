@@ -2,6 +2,7 @@
 
 #include "analysis/run/settings.h"
 #include "data/data_set.h"
+#include "numeric/numerics.h"
 #include "report/graph_spec.h"
 #include "report/report.h"
 
@@ -35,6 +36,9 @@ struct AnalysisRun {
     // change.
     PurposeList canonicalPurposes = {};
     PurposeList discriminantGroup = {};
+    const Numerics* numerics = &classicNumerics; // what the engines compute with
+    // Statistics of the last report that differ from a textbook's by more than their last digits.
+    char deviations[260] = "";
     // "scatter numbering" and "vector sizing" count for all graphs, not only those of components and factors.
     bool everyGraphTakesPreferences = false;
 };

@@ -37,6 +37,7 @@ ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun
     run.kind = kind->number;
     frontend.enablePrediction(false);
     run.data.model.kind = FittedModel::none;
+    run.deviations[0] = '\0';
     const DataMatrix& loaded = run.data.loaded;
     if (kind->sizeCheck && loaded.samples - loaded.variables < leastExcess) {
         return reportResult(frontend, run, tooFewSamples);

@@ -18,7 +18,11 @@ struct ReportOpening {
 void openReport(AnalysisRun& run, const ReportOpening& opening);
 
 // The same behind what the lower text holds; the formats stay as they are.
-void continueReport(Report& report, const ReportOpening& opening);
+void continueReport(AnalysisRun& run, const ReportOpening& opening);
+
+// Adds statistics to those that run.deviations names: under classic numerics alone, each once. The driver
+// says in one place which of its statistics deviate from a textbook's by more than the last digits.
+void noteDeviation(AnalysisRun& run, const char* statistics);
 
 // Shows the report and its status.
 void closeReport(Screens& screens, const Report& report);

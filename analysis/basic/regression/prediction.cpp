@@ -150,7 +150,7 @@ ErrorCode writePrediction(AnalysisRun& run, const PredictionEntry& entry, Predic
     if (where == PredictionReport::replacing) {
         openReport(run, opening);
     } else {
-        continueReport(run.report, opening);
+        continueReport(run, opening);
     }
     writeValues(run.report, run.data, run.options.settings, values);
     writeResponse(run.report, model, entry.alpha, prediction);
