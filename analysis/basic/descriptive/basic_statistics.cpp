@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/run/textbook_deviation.h"
+
 namespace {
 
 // The middle value, or the mean of the two in the middle. Reorders the values.
@@ -11,6 +13,10 @@ double medianOf(double* values, Index count) {
     std::nth_element(values, middle, values + count);
     if (count % 2 == 1) return *middle;
     return 0.5 * (*std::max_element(values, middle) + *middle);
+}
+
+void copyColumn(const DataMatrix& data, Index j, double* column) {
+    for (Index s = 0; s < data.samples; ++s) column[s] = data.at(s, j);
 }
 
 // A value replaces the first one only when it is strictly beyond it.
@@ -22,15 +28,35 @@ void findExtremes(const double* values, Index count, double& maximum, double& mi
     }
 }
 
-void findMoments(const double* values, Index count, BasicStatistics& statistics, Index j) {
-    const double n = static_cast<double>(count);
-    double sum = 0.0;
-    for (Index s = 0; s < count; ++s) sum += values[s];
-    const double mean = sum / n;
+struct Centre {
+    double mean;
+    double rest; // what its rounding leaves of the mean deviation
+};
 
+double meanDeviation(const double* values, Index count, double from) {
+    double sum = 0.0;
+    for (Index s = 0; s < count; ++s) sum += values[s] - from;
+    return sum / static_cast<double>(count);
+}
+
+Centre classicCentre(const double* values, Index count) {
+    return {meanDeviation(values, count, 0.0), 0.0};
+}
+
+// The mean corrected by the mean deviation from it (Chan, Golub and LeVeque 1983).
+Centre textbookCentre(const double* values, Index count) {
+    double mean = meanDeviation(values, count, 0.0);
+    if (!std::isfinite(mean)) return {mean, 0.0};
+    mean += meanDeviation(values, count, mean);
+    return {mean, meanDeviation(values, count, mean)};
+}
+
+void findMoments(const double* values, Index count, const Centre& centre, BasicStatistics& statistics,
+                 Index j) {
+    const double n = static_cast<double>(count);
     double absolute = 0.0, second = 0.0, third = 0.0, fourth = 0.0;
     for (Index s = 0; s < count; ++s) {
-        const double deviation = values[s] - mean;
+        const double deviation = values[s] - centre.mean - centre.rest;
         const double square = deviation * deviation;
         absolute += std::fabs(deviation);
         second += square;
@@ -39,7 +65,7 @@ void findMoments(const double* values, Index count, BasicStatistics& statistics,
     }
     const double variance = second / (n - 1.0);
     const double standardDeviation = std::sqrt(variance);
-    statistics.mean[j] = mean;
+    statistics.mean[j] = centre.mean;
     statistics.averageDeviation[j] = absolute / n;
     statistics.variance[j] = variance;
     statistics.standardDeviation[j] = standardDeviation;
@@ -58,20 +84,34 @@ ErrorCode BasicStatistics::allocate(Index variables, Index samples) {
            variance.allocate(variables) | column.allocate(samples);
 }
 
-ErrorCode findBasicStatistics(Screens& screens, const DataMatrix& data, BasicStatistics& statistics) {
+ErrorCode findBasicStatistics(Screens& screens, const Numerics& numerics, const DataMatrix& data,
+                              BasicStatistics& statistics) {
+    const auto centreOf = numerics.textbook ? textbookCentre : classicCentre;
     const Index variables = data.variables;
     const Index samples = data.samples;
     if (samples == 0) return success;
 
     double* const column = statistics.column.data();
     for (Index j = 0; j < variables; ++j) {
-        for (Index s = 0; s < samples; ++s) column[s] = data.at(s, j);
+        copyColumn(data, j, column);
         findExtremes(column, samples, statistics.maximum[j], statistics.minimum[j]);
-        findMoments(column, samples, statistics, j);
+        findMoments(column, samples, centreOf(column, samples), statistics, j);
         const bool varies = statistics.maximum[j] > statistics.minimum[j];
         statistics.median[j] = varies ? medianOf(column, samples) : statistics.maximum[j];
         const ErrorCode code = screens.setProgress(static_cast<int>(70 * (j + 1) / variables));
         if (code != success) return code;
     }
     return success;
+}
+
+bool skewDeviates(const DataMatrix& data, BasicStatistics& statistics) {
+    double* const column = statistics.column.data();
+    for (Index j = 0; j < data.variables; ++j) {
+        copyColumn(data, j, column);
+        const Centre centre = textbookCentre(column, data.samples);
+        const double error = std::fabs(statistics.mean[j] - centre.mean - centre.rest);
+        // To first order, the skew changes by three times the error over the standard deviation.
+        if (3.0 * error > shownDeviation * statistics.standardDeviation[j]) return true;
+    }
+    return false;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/data_set.h"
+#include "numeric/numerics.h"
 #include "report/screens.h"
 
 // Nine statistics of each variable, in the order of the report.
@@ -21,6 +22,10 @@ struct BasicStatistics {
 };
 
 // Fills the statistics from the data and moves the progress from 0 to 70. A variable with one value only has
-// skew and kurtosis 0. Returns what the progress does.
-[[nodiscard]] ErrorCode findBasicStatistics(Screens& screens, const DataMatrix& data,
-                                            BasicStatistics& statistics);
+// skew and kurtosis 0, unless the rounding of the classic mean leaves deviations. Returns what the progress
+// does.
+[[nodiscard]] ErrorCode findBasicStatistics(Screens& screens, const Numerics& numerics,
+                                            const DataMatrix& data, BasicStatistics& statistics);
+
+// Whether the rounding of a mean shows in the skew of its variable.
+bool skewDeviates(const DataMatrix& data, BasicStatistics& statistics);

@@ -4,6 +4,7 @@
 #include "analysis/basic/descriptive/rank_correlation.h"
 #include "analysis/run/run_report.h"
 #include "numeric/moments.h"
+#include "numeric/unbiased_covariance.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
 
@@ -45,11 +46,26 @@ struct FundamentalWork {
     }
 };
 
-ErrorCode compute(Screens& screens, const DataMatrix& data, FundamentalWork& work) {
-    MeanCovarianceCorrelation(data.values.data(), data.samples, data.variables, work.moments);
-    const ErrorCode code = findBasicStatistics(screens, data, work.basic);
+ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& data, FundamentalWork& work) {
+    ErrorCode code = numerics.moments(data.values.data(), data.samples, data.variables, work.moments);
+    if (code == success) code = findBasicStatistics(screens, numerics, data, work.basic);
     if (code != success) return code;
-    return findRankCorrelations(screens, data, work.ranks);
+    if (numerics.textbook) takeUnbiased(data.samples, work.moments.covariance);
+    return findRankCorrelations(screens, numerics, data, work.ranks);
+}
+
+// Where ties, small samples or the rounding of a mean make them differ.
+void noteDeviations(AnalysisRun& run, FundamentalWork& work) {
+    if (run.numerics->textbook) return;
+    const FundamentalOptions& options = run.options.settings.fundamental;
+    const DataMatrix& data = run.data.working;
+    if (skewDeviates(data, work.basic)) noteDeviation(run, "skew, kurtosis");
+    if (options.covarianceMatrix != 0) noteDeviation(run, "covariance matrix");
+    if (work.ranks.fault != success) return;
+    if (options.spearmanRanking != 0 && anyProbabilityDeviates(work.ranks.spearman, data.samples)) {
+        noteDeviation(run, "pr of spearman");
+    }
+    if (options.kendallRanking != 0 && work.ranks.kendall.deviates) noteDeviation(run, "z, prob of kendall");
 }
 
 // The spelling of captions is kept so that reports stay comparable and spreadsheets find them.
@@ -138,10 +154,11 @@ ErrorCode runFundamentalStatistics(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     code = startProgress(screens, run.report);
-    if (code == success) code = compute(screens, run.data.working, work);
+    if (code == success) code = compute(screens, *run.numerics, run.data.working, work);
     screens.hideProgress();
     if (code != success) return code;
 
+    noteDeviations(run, work);
     writeReport(run, work);
     closeReport(screens, run.report);
     return success;
@@ -149,4 +166,5 @@ ErrorCode runFundamentalStatistics(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis fundamentalStatistics = {.fields = fields, .driver = runFundamentalStatistics};
+const Analysis fundamentalStatistics = {
+    .fields = fields, .driver = runFundamentalStatistics, .takesNumerics = true};

@@ -67,12 +67,8 @@ KendallCounts countAllPairs(const DataMatrix& data, Index i, Index j) {
     return counts;
 }
 
-KendallCounts countPairs(const DataMatrix& data, Index i, Index j, const RankedColumn& first,
-                         const RankedColumn& second, std::int32_t* scratch) {
-    const bool inRange =
-        std::isfinite(first.range) && std::isfinite(second.range) && first.leastGap * second.leastGap != 0.0;
-    if (!inRange) return countAllPairs(data, i, j);
-
+KendallCounts countSortedPairs(const DataMatrix& data, const RankedColumn& first, const RankedColumn& second,
+                               std::int32_t* scratch) {
     // The runs of the second column in the order of the first column; each run of the first one begins where
     // the one before it ends, and its begin moves on to its end while it is filled.
     const Index samples = data.samples;
@@ -96,4 +92,11 @@ KendallCounts countPairs(const DataMatrix& data, Index i, Index j, const RankedC
     const double discordant = static_cast<double>(countInversions(sequence, samples, sorted));
     const double untied = pairs - first.tiedPairs - second.tiedPairs + tiedInBoth;
     return {untied - 2.0 * discordant, pairs - first.tiedPairs, pairs - second.tiedPairs};
+}
+
+KendallCounts countPairs(const DataMatrix& data, Index i, Index j, const RankedColumn& first,
+                         const RankedColumn& second, std::int32_t* scratch) {
+    const bool inRange =
+        std::isfinite(first.range) && std::isfinite(second.range) && first.leastGap * second.leastGap != 0.0;
+    return inRange ? countSortedPairs(data, first, second, scratch) : countAllPairs(data, i, j);
 }

@@ -12,8 +12,11 @@ struct KendallCounts {
 // Counts by the sign of the product of both differences, over all pairs: O(N^2).
 KendallCounts countAllPairs(const DataMatrix& data, Index i, Index j);
 
-// The same counts in O(N log N): the discordant pairs are the exchanges of a merge sort (Knight, 1966).
-// `scratch` holds 3 N integers. Where a product of differences may leave the range of a double, all pairs are
-// counted.
+// The counts by the order of the values, in O(N log N): the discordant pairs are the exchanges of a merge
+// sort (Knight, 1966). `scratch` holds 3 N integers.
+KendallCounts countSortedPairs(const DataMatrix& data, const RankedColumn& first, const RankedColumn& second,
+                               std::int32_t* scratch);
+
+// The same, but all pairs are counted where a product of differences may leave the range of a double.
 KendallCounts countPairs(const DataMatrix& data, Index i, Index j, const RankedColumn& first,
                          const RankedColumn& second, std::int32_t* scratch);

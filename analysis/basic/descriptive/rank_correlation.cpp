@@ -1,24 +1,47 @@
 #include "analysis/basic/descriptive/rank_correlation.h"
 
 #include <cmath>
-#include <numbers>
 
 #include "analysis/basic/descriptive/kendall_counts.h"
-#include "numeric/beta.h"
-#include "numeric/distributions.h"
+#include "analysis/run/textbook_deviation.h"
 
 namespace {
 
-double twoSidedNormal(double z) {
-    return ComplementaryErrorFunction(std::fabs(z) / std::numbers::sqrt2);
+struct Kendall {
+    double s;
+    double tau;
+    double z;
+};
+
+// A pair of columns, and scratch of countPairs.
+struct ColumnPair {
+    const DataMatrix& data;
+    Index i;
+    Index j;
+    const RankedColumn& first;
+    const RankedColumn& second;
+    std::int32_t* scratch;
+};
+
+double tauOf(const KendallCounts& counts) {
+    return counts.s / (std::sqrt(counts.first) * std::sqrt(counts.second));
 }
 
-void kendallOfPair(const KendallCounts& counts, double n, KendallTable& table, Index pair) {
-    const double tau = counts.s / (std::sqrt(counts.first) * std::sqrt(counts.second));
-    const double z = tau / std::sqrt((4.0 * n + 10.0) / (9.0 * n * (n - 1.0)));
-    table.tau[pair] = tau;
-    table.z[pair] = z;
-    table.prob[pair] = twoSidedNormal(z);
+double textbookZ(double s, const ColumnPair& of) {
+    return s / std::sqrt(kendallVariance(of.data.samples, of.first.ties, of.second.ties));
+}
+
+// z has the variance of tau without ties.
+Kendall classicKendall(const ColumnPair& of) {
+    const double n = of.data.samples;
+    const KendallCounts counts = countPairs(of.data, of.i, of.j, of.first, of.second, of.scratch);
+    const double tau = tauOf(counts);
+    return {counts.s, tau, tau / std::sqrt((4.0 * n + 10.0) / (9.0 * n * (n - 1.0)))};
+}
+
+Kendall textbookKendall(const ColumnPair& of) {
+    const KendallCounts counts = countSortedPairs(of.data, of.first, of.second, of.scratch);
+    return {counts.s, tauOf(counts), textbookZ(counts.s, of)};
 }
 
 double squaredDifferences(const double* first, const double* second, Index samples) {
@@ -31,8 +54,8 @@ double squaredDifferences(const double* first, const double* second, Index sampl
 }
 
 // Returns the error flag of IncompleteBeta.
-ErrorCode spearmanOfPair(const RankedColumn& first, const RankedColumn& second, std::int32_t samples,
-                         SpearmanTable& table, Index pair) {
+ErrorCode spearmanOfPair(const Numerics& numerics, const RankedColumn& first, const RankedColumn& second,
+                         std::int32_t samples, SpearmanTable& table, Index pair) {
     const double n = samples;
     const double d = squaredDifferences(first.ranks, second.ranks, samples);
     const double e = n * n * n - n;
@@ -41,20 +64,11 @@ ErrorCode spearmanOfPair(const RankedColumn& first, const RankedColumn& second, 
     const double fac = (1.0 - first.tieSum / e) * (1.0 - second.tieSum / e);
     const double zd = (d - meanOfD) / std::sqrt((n - 1.0) * n * n * (n + 1.0) * (n + 1.0) / 36.0 * fac);
     const double rs = (1.0 - 6.0 / e * (d + ties / 12.0)) / std::sqrt(fac);
-    std::uint32_t flag = 0;
-    double pr = 0.0;
-    if (fac > 0.0) {
-        // Divided by the tie factor, not by (1 + rs)(1 - rs): kept so that reports stay comparable.
-        const double df = n - 2.0;
-        const double t2 = rs * rs * df / fac;
-        pr = IncompleteBeta(0.5 * df, 0.5, df / (df + t2), flag);
-    }
     table.d[pair] = d;
     table.zd[pair] = zd;
-    table.pd[pair] = twoSidedNormal(zd);
+    table.pd[pair] = numerics.normalTwoSidedTail(zd);
     table.rs[pair] = rs;
-    table.pr[pair] = pr;
-    return static_cast<ErrorCode>(flag);
+    return numerics.rankCorrelationTail(rs, n - 2.0, fac, table.pr[pair]);
 }
 
 } // namespace
@@ -72,7 +86,22 @@ ErrorCode RankCorrelations::allocate(Index pairs) {
     return spearman.allocate(pairs) | kendall.allocate(pairs);
 }
 
-ErrorCode findRankCorrelations(Screens& screens, const DataMatrix& data, RankCorrelations& correlations) {
+bool anyProbabilityDeviates(const SpearmanTable& table, Index samples) {
+    const double df = static_cast<double>(samples) - 2.0;
+    for (Index pair = 0; pair < table.pr.size(); ++pair) {
+        double pr = 0.0;
+        const double rs = table.rs[pair];
+        if (!std::isfinite(rs)) continue; // of a column without different values
+        if (textbookNumerics.rankCorrelationTail(rs, df, 1.0, pr) != success) continue;
+        if (deviates(table.pr[pair], pr)) return true;
+    }
+    return false;
+}
+
+ErrorCode findRankCorrelations(Screens& screens, const Numerics& numerics, const DataMatrix& data,
+                               RankCorrelations& correlations) {
+    const auto kendallOf = numerics.textbook ? textbookKendall : classicKendall;
+    KendallTable& kendall = correlations.kendall;
     RankedColumns ranked;
     Block<std::int32_t> scratch;
     correlations.fault = ranked.rank(data) | scratch.allocate(3 * Index{data.samples});
@@ -84,9 +113,14 @@ ErrorCode findRankCorrelations(Screens& screens, const DataMatrix& data, RankCor
         const RankedColumn& first = ranked.columns[i];
         for (Index j = i + 1; j < variables; ++j, ++pair) {
             const RankedColumn& second = ranked.columns[j];
-            const KendallCounts counts = countPairs(data, i, j, first, second, scratch.data());
-            kendallOfPair(counts, data.samples, correlations.kendall, pair);
-            correlations.fault = spearmanOfPair(first, second, data.samples, correlations.spearman, pair);
+            const ColumnPair columns = {data, i, j, first, second, scratch.data()};
+            const Kendall values = kendallOf(columns);
+            kendall.tau[pair] = values.tau;
+            kendall.z[pair] = values.z;
+            kendall.prob[pair] = numerics.normalTwoSidedTail(values.z);
+            kendall.deviates = kendall.deviates || deviates(values.z, textbookZ(values.s, columns));
+            correlations.fault =
+                spearmanOfPair(numerics, first, second, data.samples, correlations.spearman, pair);
             if (correlations.fault != success) return success;
         }
         const ErrorCode code = screens.setProgress(70 + static_cast<int>(30 * (i + 1) / (variables - 1)));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/data_set.h"
+#include "numeric/numerics.h"
 #include "report/screens.h"
 
 // Rank correlations of all pairs of the variables. The pairs are numbered (1,2), (1,3), ... (2,3), ... and
@@ -20,6 +21,7 @@ struct KendallTable {
     Block<double> tau;
     Block<double> z;
     Block<double> prob;
+    bool deviates = false; // a z from that whose variance knows the ties
 
     [[nodiscard]] ErrorCode allocate(Index pairs);
 };
@@ -39,7 +41,10 @@ struct RankCorrelations {
     [[nodiscard]] ErrorCode allocate(Index pairs);
 };
 
+// Whether a probability of rs shows that it is not that of Student's t with the divisor 1 - rs^2.
+bool anyProbabilityDeviates(const SpearmanTable& table, Index samples);
+
 // Fills both tables and moves the progress from 70 to 100. A fault is kept in the record and does not end the
 // run. Returns what the progress does.
-[[nodiscard]] ErrorCode findRankCorrelations(Screens& screens, const DataMatrix& data,
-                                             RankCorrelations& correlations);
+[[nodiscard]] ErrorCode findRankCorrelations(Screens& screens, const Numerics& numerics,
+                                             const DataMatrix& data, RankCorrelations& correlations);

@@ -19,6 +19,7 @@ void rankColumn(const DataMatrix& data, Index j, double* keys, double* order, Ra
     column.runCount = 0;
     column.tieSum = 0.0;
     column.tiedPairs = 0.0;
+    column.ties = {};
     column.leastGap = std::numeric_limits<double>::infinity();
     column.range = samples > 0 ? keys[samples - 1] - keys[0] : 0.0;
     for (Index first = 0, next = 0; first < samples; first = next) {
@@ -28,6 +29,7 @@ void rankColumn(const DataMatrix& data, Index j, double* keys, double* order, Ra
         const double meanRank = 0.5 * static_cast<double>(first + 1 + next);
         column.tieSum += length * length * length - length;
         column.tiedPairs += 0.5 * length * (length - 1.0);
+        column.ties.add(next - first);
         if (next < samples) column.leastGap = std::min(column.leastGap, keys[next] - keys[first]);
         for (Index at = first; at < next; ++at) {
             const auto sample = static_cast<std::int32_t>(order[at]);

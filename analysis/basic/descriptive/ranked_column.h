@@ -1,6 +1,7 @@
 #pragma once
 
 #include "data/data_set.h"
+#include "numeric/kendall_variance.h"
 #include "numeric/matrix.h"
 
 // One column of a data matrix, ranked. Ranks count from 1; a run of equal values has the mean of its
@@ -12,6 +13,7 @@ struct RankedColumn {
     std::int32_t runCount;
     double tieSum;    // sum of t^3 - t over the runs of t equal values
     double tiedPairs; // sum of t (t - 1) / 2
+    TieSums ties;     // of the runs
     double leastGap;  // between neighbouring values that differ
     double range;     // of the values
 };

@@ -40,7 +40,8 @@ TEST(RankCorrelation, TiesHaveMeanRanksAndCorrectTheMoments) {
     const DataMatrix data = matrixOf({{1, 2, 2, 4}, {10, 30, 20, 40}, {5, 5, 5, 5}});
     RankCorrelations correlations;
     ASSERT_EQ(correlations.allocate(3), success);
-    ASSERT_EQ(findRankCorrelations(frontend, data, correlations) | correlations.fault, success);
+    ASSERT_EQ(findRankCorrelations(frontend, classicNumerics, data, correlations) | correlations.fault,
+              success);
     const SpearmanTable& spearman = correlations.spearman;
     const KendallTable& kendall = correlations.kendall;
 
@@ -58,6 +59,31 @@ TEST(RankCorrelation, TiesHaveMeanRanksAndCorrectTheMoments) {
     EXPECT_EQ(spearman.pr[1], 0.0);
     EXPECT_TRUE(std::isnan(kendall.tau[1]));
     EXPECT_EQ(frontend.percentages, (std::vector<int>{85, 100}));
+}
+
+// R 4.2: cov, moments of scale of v1 less 1e15, cor.test(exact = FALSE) of Kendall, and pt of Spearman's t.
+// The mean of v1 lies between two doubles, and the rounded sum of v3 leaves deviations from a constant.
+TEST(FundamentalStatistics, TextbookNumerics) {
+    const std::vector<double> x = {1, 2, 2, 4, 7, 7, 10}, y = {1, 3, 2, 4, 3.5, 3.5, 6};
+    std::vector<double> shifted = x;
+    for (double& value : shifted) value += 1e15;
+    AnalysisSession session(fileOf({shifted, y, std::vector<double>(7, 0.1)}));
+    session.run.options.settings.fundamental = {1, 1, 1, 1};
+    ASSERT_EQ(session.analyse(command), success);
+    EXPECT_STREQ(session.run.deviations,
+                 "skew, kurtosis, covariance matrix, pr of spearman, z, prob of kendall");
+    session.run.numerics = &textbookNumerics;
+    ASSERT_EQ(session.analyse(command), success);
+    EXPECT_STREQ(session.run.deviations, "");
+    EXPECT_TRUE(session.shows("statistics\n-- textbook numerics\n"));
+    expectNear(session.row("basis", "variance"), {11.238095238, 2.488095238, 0}, 0.6e-6);
+    expectNear(session.row("basis", "skew"), {0.303201433, 0.228985754, 0}, 0.6e-6);
+    expectNear(session.row("basis", "kurtosis"), {-1.716937134, -1.048270181, 0}, 0.6e-6);
+    expectNear(session.row("covariance", "v2"), {4.595238095, 2.488095238}, 0.6e-6);
+    expectNear(session.row("speaman", "var1 & var2"),
+               {6.5, -2.157439560, 0.030971432, 0.880771012, 0.008832623}, 0.6e-6);
+    expectNear(session.row("kendall", "var1 & var2"), {0.769483764, 2.330457998, 0.019781957}, 0.6e-6);
+    EXPECT_GT(failEachAllocation([&] { session.analyse(command); }, [] {}), 25);
 }
 
 TEST(FundamentalStatistics, OptionsChooseTheTables) {
