@@ -6,9 +6,10 @@
 
 #include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
-#include "numeric/distributions.h"
+#include "analysis/run/textbook_deviation.h"
 #include "numeric/eigen.h"
 #include "numeric/moments.h"
+#include "numeric/unbiased_covariance.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
 
@@ -84,10 +85,15 @@ Index countKept(const Block<double>& eigenvalues, double least, Index limit) {
     return std::clamp<Index>(limit, 0, above);
 }
 
-// Chi-square of the hypothesis that eigenvalue k and all after it are equal (Bartlett 1950; Lawley 1956), for
-// each kept k. Lawley's correction has a term for each earlier eigenvalue; here the last one's stands for all
-// of them, which is kept so that reports stay comparable.
-void testEqualRemainder(double samples, ComponentWork& work) {
+// The factor of the log ratio of means of the last q eigenvalues.
+double bartlettFactor(double samples, double earlier, double q, double correction) {
+    return samples - 1.0 - earlier - (2.0 * q * q + q + 2.0) / (6.0 * q) + correction;
+}
+
+// Chi-squares of the hypotheses that eigenvalue k and all after it are equal (Bartlett 1950; Lawley 1956),
+// for each kept k. Lawley's correction has a term for each earlier eigenvalue; here the last one's stands for
+// all of them, which is kept so that reports stay comparable.
+void findClassicChiSquares(double samples, ComponentWork& work) {
     double sum = 0.0, logSum = 0.0;
     for (const double eigenvalue : work.eigenvalues) {
         if (!(eigenvalue > 0.0)) continue;
@@ -106,12 +112,44 @@ void testEqualRemainder(double samples, ComponentWork& work) {
             const double distance = previous - mean;
             correction = earlier * (mean * mean) / (distance * distance);
         }
-        const double factor = samples - 1.0 - earlier - (2.0 * q * q + q + 2.0) / (6.0 * q) + correction;
+        const double factor = bartlettFactor(samples, earlier, q, correction);
         work.chiSquare[k] = factor * (q * std::log(sum / q) - logSum);
+    }
+}
+
+// The chi-square of one k with a term of each earlier eigenvalue. Sums begin behind them, so that nothing of
+// small eigenvalues is lost.
+double textbookChiSquare(double samples, const Block<double>& eigenvalues, Index k) {
+    const double q = static_cast<double>(eigenvalues.size() - k);
+    double sum = 0.0, logSum = 0.0;
+    for (Index i = k; i < eigenvalues.size(); ++i) {
+        if (!(eigenvalues[i] > 0.0)) continue;
+        sum += eigenvalues[i];
+        logSum += std::log(eigenvalues[i]);
+    }
+    const double mean = sum / q;
+    double correction = 0.0;
+    for (Index i = 0; i < k; ++i) {
+        const double share = mean / (eigenvalues[i] - mean);
+        correction += share * share;
+    }
+    const double factor = bartlettFactor(samples, static_cast<double>(k), q, correction);
+    return factor * (q * std::log(mean) - logSum);
+}
+
+void findTextbookChiSquares(double samples, ComponentWork& work) {
+    for (Index k = 0; k < work.kept; ++k) work.chiSquare[k] = textbookChiSquare(samples, work.eigenvalues, k);
+}
+
+void testEqualRemainder(const Numerics& numerics, double samples, ComponentWork& work) {
+    const auto findChiSquares = numerics.textbook ? findTextbookChiSquares : findClassicChiSquares;
+    findChiSquares(samples, work);
+    for (Index k = 0; k < work.kept; ++k) {
+        const double q = static_cast<double>(work.eigenvalues.size() - k);
         work.freedom[k] = (q - 1.0) * (q + 2.0) / 2.0;
     }
-    ChiSquareUpperProbability(work.kept, work.chiSquare.data(), work.freedom.data(),
-                              work.chiProbability.data());
+    numerics.chiSquareTails(work.kept, work.chiSquare.data(), work.freedom.data(),
+                            work.chiProbability.data());
 }
 
 void findRatios(const Matrix& base, ComponentWork& work) {
@@ -148,6 +186,19 @@ void findScores(const DataMatrix& data, ComponentWork& work) {
     }
 }
 
+// Those of the covariance base: deviations times eigenvectors.
+void findCovarianceScores(const DataMatrix& data, ComponentWork& work) {
+    for (Index i = 0; i < data.samples; ++i) {
+        const double* x = data.row(i);
+        double* score = work.scores.row(i);
+        for (Index j = 0; j < data.variables; ++j) {
+            const double deviation = x[j] - work.moments.means[j];
+            const double* weight = work.eigenvectors.row(j);
+            for (Index k = 0; k < work.kept; ++k) score[k] += deviation * weight[k];
+        }
+    }
+}
+
 // To mean 0 and variance 1, divisor N.
 void standardizeScores(ComponentWork& work) {
     const Index samples = work.scores.rows();
@@ -171,12 +222,16 @@ void standardizeScores(ComponentWork& work) {
     }
 }
 
-ErrorCode compute(Screens& screens, const DataMatrix& data, const Settings& settings, ComponentWork& work) {
+ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& data,
+                  const Settings& settings, ComponentWork& work) {
     const MomentMatrices& moments = work.moments;
-    MeanCovarianceCorrelation(data.values.data(), data.samples, data.variables, work.moments);
+    ErrorCode code = numerics.moments(data.values.data(), data.samples, data.variables, work.moments);
+    if (code != success) return code;
     if (!allFinite(moments.means) || !allFinite(moments.sds)) return notFinite;
-    if (anyDeviationBelow(moments.sds, leastDeviation)) return illegalData;
-    ErrorCode code = screens.setProgress(20);
+    if (numerics.anyConstant(moments)) return illegalData;
+    // Eigenvalues and squared loadings have the divisor of the base.
+    if (numerics.textbook) takeUnbiased(data.samples, work.moments.covariance);
+    code = screens.setProgress(20);
     if (code != success) return code;
 
     const Matrix& base = baseMatrix(settings, moments);
@@ -185,7 +240,7 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, const Settings& sett
     if (code != success) return code;
 
     work.kept = countKept(work.eigenvalues, settings.componentMinimum, settings.factor.factorNumber);
-    testEqualRemainder(data.samples, work);
+    testEqualRemainder(numerics, data.samples, work);
     code = screens.setProgress(60);
     if (code != success) return code;
 
@@ -194,9 +249,25 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, const Settings& sett
     code = screens.setProgress(80);
     if (code != success) return code;
 
-    findScores(data, work);
+    const bool hasOwnScores = numerics.textbook && usesCovariance(settings);
+    (hasOwnScores ? findCovarianceScores : findScores)(data, work);
     standardizeScores(work);
     return screens.setProgress(100);
+}
+
+void noteDeviations(AnalysisRun& run, const ComponentWork& work) {
+    if (run.numerics->textbook) return;
+    bool deviatesChi = false, deviatesProbability = false;
+    for (Index k = 0; k < work.kept; ++k) {
+        const double chiSquare = textbookChiSquare(run.data.working.samples, work.eigenvalues, k);
+        double tail = 1.0;
+        textbookNumerics.chiSquareTails(1, &chiSquare, &work.freedom[k], &tail);
+        deviatesChi = deviatesChi || deviates(work.chiSquare[k], chiSquare);
+        deviatesProbability = deviatesProbability || deviates(work.chiProbability[k], tail);
+    }
+    if (usesCovariance(run.options.settings)) noteDeviation(run, "eigen value, load, score");
+    if (deviatesChi) noteDeviation(run, "chi square");
+    if (deviatesProbability) noteDeviation(run, "chi prob");
 }
 
 void writeStatistics(Report& report, const ComponentWork& work) {
@@ -263,10 +334,11 @@ ErrorCode runPrincipalComponents(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     code = startProgress(screens, run.report);
-    if (code == success) code = compute(screens, run.data.working, settings, work);
+    if (code == success) code = compute(screens, *run.numerics, run.data.working, settings, work);
     screens.hideProgress();
     if (code != success) return code;
 
+    noteDeviations(run, work);
     writeReport(run, work);
     closeReport(screens, run.report);
     return buildComponentGraph(screens, run, work);
@@ -274,4 +346,5 @@ ErrorCode runPrincipalComponents(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis principalComponents = {.fields = fields, .driver = runPrincipalComponents};
+const Analysis principalComponents = {
+    .fields = fields, .driver = runPrincipalComponents, .takesNumerics = true};
