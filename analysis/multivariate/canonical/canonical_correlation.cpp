@@ -1,9 +1,11 @@
 #include "analysis/multivariate/canonical/canonical_correlation.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "analysis/multivariate/canonical/canonical_variates.h"
 #include "analysis/run/run_report.h"
+#include "analysis/run/textbook_deviation.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
 
@@ -25,14 +27,15 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t) {
 }
 
 void writeStatistics(Report& report, const CanonicalVariates& variates) {
+    const CanonicalTests& tests = variates.tests;
     const struct {
         const char* label;
         const Block<double>& values;
         int slot;
     } rows[] = {
-        {"eigen", variates.squares, 6},           {"correlation", variates.correlations, 6},
-        {"wilks.l", variates.wilks, 6},           {"chi.square", variates.chiSquare, 6},
-        {"chi.prob", variates.chiProbability, 6}, {"deg.free", variates.freedom, 0},
+        {"eigen", variates.squares, 6},        {"correlation", variates.correlations, 6},
+        {"wilks.l", tests.wilks, 6},           {"chi.square", tests.chiSquare, 6},
+        {"chi.prob", tests.chiProbability, 6}, {"deg.free", tests.freedom, 0},
     };
     writeCaption(report, "eigen value, correlation, wilks lambda, chi square, chi prob, degree of freedom");
     startHeader(report);
@@ -49,12 +52,17 @@ void writeStatistics(Report& report, const CanonicalVariates& variates) {
     endTable(report);
 }
 
-void writeRao(Report& report, const CanonicalVariates& variates) {
+// Degrees of freedom are shown with decimals where they have some.
+CellFormat freedomFormat(double freedom) {
+    return std::isfinite(freedom) && std::trunc(freedom) != freedom ? wideCell : wideCount;
+}
+
+void writeRao(Report& report, const CanonicalTests& tests) {
     writeCaption(report, "rao stats as f.value, f.probability, degree of freedom 1 and 2");
-    writeCellRow(report, 1, "f.value", variates.raoF, wideCell);
-    writeCellRow(report, 2, "f.probability", variates.raoProbability, wideCell);
-    writeCellRow(report, 3, "deg.free.1", variates.raoFreedom1, wideCount);
-    writeCellRow(report, 4, "deg.free.2", variates.raoFreedom2, wideCount);
+    writeCellRow(report, 1, "f.value", tests.raoF, wideCell);
+    writeCellRow(report, 2, "f.probability", tests.raoProbability, wideCell);
+    writeCellRow(report, 3, "deg.free.1", tests.raoFreedom1, wideCount);
+    writeCellRow(report, 4, "deg.free.2", tests.raoFreedom2, freedomFormat(tests.raoFreedom2));
     endTable(report);
 }
 
@@ -80,7 +88,7 @@ void writeReport(AnalysisRun& run, const CanonicalVariates& variates) {
     Report& report = run.report;
     openReport(run, {.title = "canonical correlation analysis statistics", .isSpaced = false});
     writeStatistics(report, variates);
-    writeRao(report, variates);
+    writeRao(report, variates.tests);
     writeRedundancy(report, variates);
     writeMatrix(report, "weight coefficient matrix of explanatory variables", variates.explanatoryWeights,
                 explanatory);
@@ -92,6 +100,25 @@ void writeReport(AnalysisRun& run, const CanonicalVariates& variates) {
     endTable(report);
 }
 
+// Success, or outOfMemory.
+ErrorCode noteDeviations(AnalysisRun& run, const CanonicalVariates& variates) {
+    if (run.numerics->textbook) return success;
+    const Index m = variates.pairs;
+    const CanonicalTests& tests = variates.tests;
+    CanonicalTests textbook;
+    const ErrorCode code = textbook.allocate(m);
+    if (code != success) return code;
+
+    findCanonicalTests(textbookNumerics, {run.data.working.samples, variates.q1, variates.q2},
+                       variates.squares, textbook);
+    if (anyDeviates(tests.chiSquare, textbook.chiSquare, m)) noteDeviation(run, "chi.square");
+    if (anyDeviates(tests.chiProbability, textbook.chiProbability, m)) noteDeviation(run, "chi.prob");
+    if (deviates(tests.raoF, textbook.raoF)) noteDeviation(run, "f.value");
+    if (deviates(tests.raoProbability, textbook.raoProbability)) noteDeviation(run, "f.probability");
+    if (deviates(tests.raoFreedom2, textbook.raoFreedom2)) noteDeviation(run, "deg.free.2");
+    return success;
+}
+
 ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
     reorderWorkingBySelection(run.data);
     if (run.data.otherCount == 0 || run.data.selectedCount == 0) return noEffectiveVariable;
@@ -100,8 +127,9 @@ ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     code = startProgress(screens, run.report);
-    if (code == success) code = findCanonicalVariates(screens, run.data.working, variates);
+    if (code == success) code = findCanonicalVariates(screens, *run.numerics, run.data.working, variates);
     screens.hideProgress();
+    if (code == success) code = noteDeviations(run, variates);
     if (code != success) return code;
 
     writeReport(run, variates);
@@ -114,4 +142,5 @@ ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
 const Analysis canonicalCorrelation = {.fields = fields,
                                        .driver = runCanonicalCorrelation,
                                        .refuse = refuse,
-                                       .ownPurposes = &AnalysisRun::canonicalPurposes};
+                                       .ownPurposes = &AnalysisRun::canonicalPurposes,
+                                       .takesNumerics = true};

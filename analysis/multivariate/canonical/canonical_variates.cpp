@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "numeric/distributions.h"
 #include "numeric/eigen.h"
 #include "numeric/lu.h"
 #include "numeric/product.h"
@@ -102,46 +101,6 @@ void summarise(CanonicalVariates& variates) {
     variates.harmonicSquare = 1.0 - m / inverses;
 }
 
-// What both tests multiply by. Half of the variables is taken as a whole number, which is kept so that
-// reports stay comparable.
-double testMultiplier(double samples, const CanonicalVariates& variates) {
-    const Index half = (variates.q1 + variates.q2) / 2;
-    return samples - 1.5 - static_cast<double>(half);
-}
-
-// Bartlett's chi-squares with Lawley's correction.
-void testBartlett(double samples, CanonicalVariates& variates) {
-    const Index m = variates.pairs;
-    double product = 1.0;
-    for (Index k = m; k-- > 0;) {
-        product *= 1.0 - variates.squares[k];
-        variates.wilks[k] = product;
-    }
-    double factor = testMultiplier(samples, variates);
-    for (Index k = 0; k < m; ++k) {
-        if (k > 0) factor = factor - 1.0 + 1.0 / variates.squares[k - 1];
-        variates.chiSquare[k] = -factor * std::log(variates.wilks[k]);
-        variates.freedom[k] = static_cast<double>((variates.q1 - k) * (variates.q2 - k));
-    }
-    ChiSquareUpperProbability(m, variates.chiSquare.data(), variates.freedom.data(),
-                              variates.chiProbability.data());
-}
-
-// Rao's F for all correlations at once (Rao 1951).
-void testRao(double samples, CanonicalVariates& variates) {
-    const double q1 = static_cast<double>(variates.q1), q2 = static_cast<double>(variates.q2);
-    variates.raoFreedom1 = q1 * q2;
-    if (variates.raoFreedom1 <= 2.0) return;
-    const double s =
-        std::sqrt((variates.raoFreedom1 * variates.raoFreedom1 - 4.0) / (q1 * q1 + q2 * q2 - 5.0));
-    const double root = std::pow(variates.wilks[0], 1.0 / s);
-    const double t = s * testMultiplier(samples, variates) + 1.0 - variates.raoFreedom1 / 2.0;
-    variates.raoF = (1.0 - root) * t / (variates.raoFreedom1 * root);
-    variates.raoFreedom2 = std::trunc(t);
-    FUpperProbability(1, &variates.raoF, &variates.raoFreedom1, &variates.raoFreedom2,
-                      &variates.raoProbability);
-}
-
 } // namespace
 
 ErrorCode CanonicalVariates::allocate(Index explanatory, Index purpose) {
@@ -155,16 +114,17 @@ ErrorCode CanonicalVariates::allocate(Index explanatory, Index purpose) {
            product.allocate(q2, q2) | squares.allocate(q2) | correlations.allocate(m) |
            explanatoryWeights.allocate(q1, m) | purposeWeights.allocate(q2, m) |
            explanatoryStructure.allocate(q1, m) | purposeStructure.allocate(q2, m) |
-           redundancy.allocate(2, m + 1) | wilks.allocate(m) | chiSquare.allocate(m) |
-           chiProbability.allocate(m) | freedom.allocate(m);
+           redundancy.allocate(2, m + 1) | tests.allocate(m);
 }
 
-ErrorCode findCanonicalVariates(Screens& screens, const DataMatrix& data, CanonicalVariates& variates) {
+ErrorCode findCanonicalVariates(Screens& screens, const Numerics& numerics, const DataMatrix& data,
+                                CanonicalVariates& variates) {
     const Index q1 = variates.q1;
     const MomentMatrices& moments = variates.moments;
-    MeanCovarianceCorrelation(data.values.data(), data.samples, data.variables, variates.moments);
-    if (anyDeviationBelow(moments.sds, leastDeviation)) return illegalData;
-    ErrorCode code = screens.setProgress(15);
+    ErrorCode code = numerics.moments(data.values.data(), data.samples, data.variables, variates.moments);
+    if (code != success) return code;
+    if (numerics.anyConstant(moments)) return illegalData;
+    code = screens.setProgress(15);
     if (code != success) return code;
 
     copyPart(moments.correlation, 0, 0, variates.r11);
@@ -194,7 +154,6 @@ ErrorCode findCanonicalVariates(Screens& screens, const DataMatrix& data, Canoni
     code = screens.setProgress(85);
     if (code != success) return code;
 
-    testBartlett(data.samples, variates);
-    testRao(data.samples, variates);
+    findCanonicalTests(numerics, {data.samples, q1, variates.q2}, variates.squares, variates.tests);
     return screens.setProgress(100);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "analysis/multivariate/canonical/canonical_tests.h"
 #include "data/data_set.h"
 #include "numeric/moments.h"
 #include "report/screens.h"
@@ -32,23 +33,14 @@ struct CanonicalVariates {
     double meanSquare = 0.0;        // of the canonical correlations
     double generalisedSquare = 0.0; // 1 - product of 1 - square
     double harmonicSquare = 0.0;    // 1 - harmonic mean of 1 - square
-    // Bartlett's tests of the m pairs from each one on.
-    Block<double> wilks;
-    Block<double> chiSquare;
-    Block<double> chiProbability;
-    Block<double> freedom;
-    // Rao's test of all pairs, where q1 q2 > 2.
-    double raoF = 0.0;
-    double raoProbability = 1.0;
-    double raoFreedom1 = 0.0;
-    double raoFreedom2 = 0.0;
+    CanonicalTests tests;
 
     // Zero-filled arrays for both groups, none of them empty; success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index explanatory, Index purpose);
 };
 
 // Fills the allocated record from data, whose first q1 columns are the explanatory variables and the next q2
-// the purpose variables, and moves the progress to 100. Returns success, illegalData (a standard deviation
-// below 0.001), singularMatrix (r11), outOfMemory or what the progress does.
-[[nodiscard]] ErrorCode findCanonicalVariates(Screens& screens, const DataMatrix& data,
-                                              CanonicalVariates& variates);
+// the purpose variables, and moves the progress to 100. Returns success, illegalData (a variable
+// as good as constant), singularMatrix (r11), outOfMemory or what the progress does.
+[[nodiscard]] ErrorCode findCanonicalVariates(Screens& screens, const Numerics& numerics,
+                                              const DataMatrix& data, CanonicalVariates& variates);

@@ -28,7 +28,7 @@ TEST(CanonicalVariates, WeightsGiveTheCorrelationsBack) {
     reorderWorkingBySelection(data);
     CanonicalVariates variates;
     ASSERT_EQ(variates.allocate(3, 3), success);
-    ASSERT_EQ(findCanonicalVariates(session.frontend, data.working, variates), success);
+    ASSERT_EQ(findCanonicalVariates(session.frontend, classicNumerics, data.working, variates), success);
     expectNear({variates.meanSquare, variates.generalisedSquare, variates.harmonicSquare},
                {0.3482479638, 0.8425849297, 0.5769746882}, 1e-9);
     const double squares[] = {0.79012414167, 0.23477659296, 0.01984315686};
@@ -56,6 +56,34 @@ TEST(CanonicalCorrelation, OnePurposeVariable) {
     expectNear(session.row("redundancy", "purpose"), {0.649790, 0.649790}, 0.6e-6);
     EXPECT_NEAR(std::fabs(session.row("weight", "Education")[0]), 0.918248, 0.6e-6);
     EXPECT_GT(session.failAllocations(command), 25);
+}
+
+// R 4.2: cancor, then the formulas of Lawley and Rao with pchisq and pf; the F of three variables is that of
+// lm.
+TEST(CanonicalCorrelation, TextbookNumerics) {
+    AnalysisSession session(readTextFile("reference/data/mtcars.csv"));
+    choosePurposes(session, {1, 4, 6}); // mpg, hp, wt
+    ASSERT_EQ(session.analyse(command), success);
+    EXPECT_STREQ(session.run.deviations, "chi.square, chi.prob, f.value, deg.free.2");
+    session.run.numerics = &textbookNumerics;
+    ASSERT_EQ(session.analyse(command), success);
+    EXPECT_STREQ(session.run.deviations, "");
+    expectNear(session.row("eigen", "chi.square"), {116.3868365569, 35.0777808329, 6.7432224849}, 0.6e-6);
+    expectNear(session.row("eigen", "chi.prob"), {0, 0.001431556602, 0.345248011}, 0.6e-6);
+    expectNear(session.row("freedom 1", "f.value"), {10.19666007251586}, 1e-11);
+    expectNear(session.row("freedom 1", "deg.free.2"), {61.50760609188853}, 1e-11);
+    EXPECT_GT(session.failAllocations(command), 25);
+
+    AnalysisSession three(readTextFile("reference/data/USArrests.csv"));
+    three.run.data.exclusion.slots[0] = 1; // Murder
+    buildDataSet(three.run.data);
+    three.run.numerics = &textbookNumerics;
+    choosePurposes(three, {3}); // Rape
+    ASSERT_EQ(three.analyse(command), success);
+    expectNear(three.row("eigen", "chi.square"), {32.9398869848}, 0.6e-6);
+    expectNear(three.row("freedom 1", "f.value"), {23.8633669338}, 1e-10);
+    expectNear(three.row("freedom 1", "f.probability"), {7.03387140216e-08}, 1e-12);
+    expectNear(three.row("freedom 1", "deg.free.2"), {47}, 0);
 }
 
 // Two variables against one are too little for Rao's F, and a repeated variable adds no correlation.
