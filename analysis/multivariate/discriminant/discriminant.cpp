@@ -3,6 +3,7 @@
 #include "analysis/multivariate/discriminant/discriminant_report.h"
 #include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
+#include "analysis/run/tail_deviation.h"
 #include "data/categories.h"
 
 namespace {
@@ -65,27 +66,56 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t) {
     return options.purposes[0] == 0 ? "please select at least one purpose variable" : nullptr;
 }
 
-ErrorCode compute(Screens& screens, const DataMatrix& data, const DiscriminantOptions& options,
-                  DiscriminantResult& result) {
+ErrorCode compute(Screens& screens, const DataMatrix& data, const Numerics& numerics,
+                  const DiscriminantOptions& options, DiscriminantResult& result) {
     const GroupStatistics& statistics = result.statistics;
-    gatherGroups(data, result.statistics);
+    (numerics.textbook ? gatherGroupsInPasses : gatherGroups)(data, result.statistics);
     ErrorCode code = screens.setProgress(15);
-    if (code == success && options.testBoxM != 0) code = testBoxM(statistics, result.box);
+    if (code == success && options.testBoxM != 0) code = testBoxM(statistics, numerics, result.box);
     if (code == success) code = screens.setProgress(30);
     if (code == success && options.forwardSelection != 0) {
-        code = selectForward(statistics, options.fIn, options.fInProbability, result.selection);
+        code = selectForward(statistics, numerics, options.fIn, options.fInProbability, result.selection);
     }
     if (code == success) code = screens.setProgress(50);
     if (code == success) code = result.functions.allocate(statistics, result.selection);
     if (code == success) {
-        code = statistics.groups == 2
-                   ? findFisher(statistics, result.selection, result.functions)
-                   : findCanonical(statistics, result.selection, options.canonAlpha, result.functions);
+        code = statistics.groups == 2 ? findFisher(statistics, result.selection, numerics, result.functions)
+                                      : findCanonical(statistics, result.selection, numerics,
+                                                      options.canonAlpha, result.functions);
     }
     if (code == success) code = screens.setProgress(80);
     if (code != success) return code;
     classifySamples(data, statistics, result.selection, result.functions);
     return screens.setProgress(100);
+}
+
+void noteDeviations(AnalysisRun& run, const DiscriminantOptions& options, const DiscriminantResult& result) {
+    const BoxTest& box = result.box;
+    const VariableSelection& selection = result.selection;
+    const DiscriminantFunctions& functions = result.functions;
+    if (options.testBoxM != 0 && chiSquareTailsDeviate(1, &box.chiSquare, &box.degrees, &box.probability)) {
+        noteDeviation(run, "chi.prob of box M");
+    }
+    if (fTailsDeviate(selection.tested, selection.f.data(), selection.firstDegrees.data(),
+                      selection.secondDegrees.data(), selection.probability.data())) {
+        noteDeviation(run, "f.prob of stepwise");
+    }
+    if (result.statistics.groups == 2) {
+        const double* degrees = functions.hotellingDegrees;
+        if (fTailsDeviate(1, &functions.hotellingF, &degrees[0], &degrees[1],
+                          &functions.hotellingProbability)) {
+            noteDeviation(run, "f.prob of Hotelling T2");
+        }
+        return;
+    }
+    if (chiSquareTailsDeviate(functions.dimensions, functions.chiSquare.data(), functions.degrees.data(),
+                              functions.probability.data())) {
+        noteDeviation(run, "chi prob of Bartlett");
+    }
+    if (significantRoots(functions, textbookNumerics, options.canonAlpha) != functions.vectors) {
+        noteDeviation(run, "vector number");
+    }
+    if (doAllClassifyElsewhere(functions)) noteDeviation(run, "d.group");
 }
 
 // Two groups have a single score, which is no graph.
@@ -111,11 +141,14 @@ ErrorCode runDiscriminantAnalysis(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     code = startProgress(screens, run.report);
-    if (code == success) code = compute(screens, data, run.options.settings.discriminant, result);
+    if (code == success) {
+        code = compute(screens, data, *run.numerics, run.options.settings.discriminant, result);
+    }
     screens.hideProgress();
     if (code != success) return code;
 
     writeDiscriminantReport(run, result);
+    if (!run.numerics->textbook) noteDeviations(run, run.options.settings.discriminant, result);
     closeReport(screens, run.report);
     return buildDiscriminantGraph(screens, run, result);
 }
@@ -126,4 +159,5 @@ const Analysis discriminantAnalysis = {.fields = fields,
                                        .driver = runDiscriminantAnalysis,
                                        .isEnabled = isEnabled,
                                        .refuse = refuse,
-                                       .ownPurposes = &AnalysisRun::discriminantGroup};
+                                       .ownPurposes = &AnalysisRun::discriminantGroup,
+                                       .takesNumerics = true};

@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "data/categories.h"
-#include "numeric/distributions.h"
 #include "numeric/eigen.h"
 #include "numeric/lu.h"
 #include "numeric/product.h"
@@ -24,7 +23,8 @@ double groupMean(const GroupStatistics& statistics, const VariableSelection& sel
     return statistics.groupMeans(g, selection.order[i]);
 }
 
-void findHotelling(const GroupStatistics& statistics, Index variables, DiscriminantFunctions& functions) {
+void findHotelling(const GroupStatistics& statistics, Index variables, const Numerics& numerics,
+                   DiscriminantFunctions& functions) {
     const double n1 = statistics.counts[0];
     const double n2 = statistics.counts[1];
     const double n = static_cast<double>(statistics.samples);
@@ -33,8 +33,8 @@ void findHotelling(const GroupStatistics& statistics, Index variables, Discrimin
     functions.hotellingDegrees[1] = n - k - 1.0;
     const double t2 = n1 * n2 / (n1 + n2) * functions.mahalanobis;
     functions.hotellingF = variables == 0 ? 0.0 : (n - k - 1.0) / ((n - 2.0) * k) * t2;
-    FUpperProbability(1, &functions.hotellingF, &functions.hotellingDegrees[0],
-                      &functions.hotellingDegrees[1], &functions.hotellingProbability);
+    numerics.fTails(1, &functions.hotellingF, &functions.hotellingDegrees[0], &functions.hotellingDegrees[1],
+                    &functions.hotellingProbability);
 }
 
 struct CanonicalWork {
@@ -86,8 +86,8 @@ ErrorCode decompose(const GroupStatistics& statistics, const VariableSelection& 
     return SymmetricEigen(work.vectors, eigenvalues, work.between);
 }
 
-// Bartlett's tests of the roots (Bartlett 1947), and how many of the first ones are significant.
-void testRoots(const GroupStatistics& statistics, Index variables, double alpha,
+// Bartlett's tests of the roots (Bartlett 1947).
+void testRoots(const GroupStatistics& statistics, Index variables, const Numerics& numerics,
                DiscriminantFunctions& functions) {
     const Index dimensions = functions.dimensions;
     const double k = static_cast<double>(variables);
@@ -101,19 +101,15 @@ void testRoots(const GroupStatistics& statistics, Index variables, double alpha,
         functions.chiSquare[i] = factor * sum;
         functions.degrees[i] = (k - before) * (groups - 1.0 - before);
     }
-    ChiSquareUpperProbability(dimensions, functions.chiSquare.data(), functions.degrees.data(),
-                              functions.probability.data());
-    const double* first = functions.probability.begin();
-    const double* end = std::find_if_not(first, first + dimensions,
-                                         [alpha](double probability) { return probability < alpha; });
-    functions.vectors = std::clamp(end - first, std::min(Index{1}, dimensions), dimensions);
+    numerics.chiSquareTails(dimensions, functions.chiSquare.data(), functions.degrees.data(),
+                            functions.probability.data());
 }
 
 // Constants that put the total mean at 0, and the groups' mean scores.
 void placeCentroids(const GroupStatistics& statistics, const VariableSelection& selection,
                     DiscriminantFunctions& functions) {
     const Index k = selection.selected;
-    for (Index v = 0; v < functions.vectors; ++v) {
+    for (Index v = 0; v < functions.dimensions; ++v) {
         double constant = 0.0;
         for (Index i = 0; i < k; ++i) {
             constant -= functions.coefficients(i, v) * statistics.totalMeans[selection.order[i]];
@@ -161,7 +157,7 @@ ErrorCode DiscriminantFunctions::allocate(const GroupStatistics& statistics,
 }
 
 ErrorCode findFisher(const GroupStatistics& statistics, const VariableSelection& selection,
-                     DiscriminantFunctions& functions) {
+                     const Numerics& numerics, DiscriminantFunctions& functions) {
     const Index k = selection.selected;
     Matrix pooled, scratch, inverse, differences;
     ErrorCode code =
@@ -182,30 +178,31 @@ ErrorCode findFisher(const GroupStatistics& statistics, const VariableSelection&
             (groupMean(statistics, selection, 0, i) + groupMean(statistics, selection, 1, i));
         functions.mahalanobis += coefficient * differences(i, 0);
     }
-    functions.errorRate =
-        0.5 * ComplementaryErrorFunction(std::sqrt(functions.mahalanobis) / (2.0 * std::sqrt(2.0)));
+    functions.errorRate = 0.5 * numerics.normalTwoSidedTail(std::sqrt(functions.mahalanobis) / 2.0);
     functions.centroids(0, 0) = functions.mahalanobis / 2.0;
     functions.centroids(1, 0) = -functions.mahalanobis / 2.0;
-    functions.vectors = 1;
-    findHotelling(statistics, k, functions);
+    functions.vectors = functions.classifying = 1;
+    findHotelling(statistics, k, numerics, functions);
     return success;
 }
 
-ErrorCode findCanonical(const GroupStatistics& statistics, const VariableSelection& selection, double alpha,
-                        DiscriminantFunctions& functions) {
+ErrorCode findCanonical(const GroupStatistics& statistics, const VariableSelection& selection,
+                        const Numerics& numerics, double alpha, DiscriminantFunctions& functions) {
     const Index k = selection.selected;
     CanonicalWork work;
     ErrorCode code = work.allocate(k);
     if (code != success) return code;
     code = decompose(statistics, selection, work, functions.eigenvalues);
     if (code != success) return code;
-    testRoots(statistics, k, alpha, functions);
+    testRoots(statistics, k, numerics, functions);
+    functions.vectors = significantRoots(functions, numerics, alpha);
+    functions.classifying = numerics.textbook ? functions.dimensions : functions.vectors;
 
     // A variable in its unit has a pooled variance of 1 / degrees; that of the scores is to be 1.
     const double scale = std::sqrt(statistics.withinDegrees());
     multiply(work.root, work.vectors, work.product);
     for (Index i = 0; i < k; ++i) {
-        for (Index v = 0; v < functions.vectors; ++v) {
+        for (Index v = 0; v < functions.dimensions; ++v) {
             functions.standardized(i, v) = work.product(i, v);
             functions.coefficients(i, v) = work.product(i, v) * scale / work.units[i];
         }
@@ -216,20 +213,41 @@ ErrorCode findCanonical(const GroupStatistics& statistics, const VariableSelecti
 
 void classifySamples(const DataMatrix& data, const GroupStatistics& statistics,
                      const VariableSelection& selection, DiscriminantFunctions& functions) {
-    const Index vectors = functions.vectors;
+    const Index dimensions = functions.dimensions;
     const Index groups = statistics.groups;
     for (Index s = 0; s < data.samples; ++s) {
         const double* x = data.row(s);
         double* score = functions.scores.row(s);
-        std::copy_n(functions.constants.begin(), vectors, score);
+        std::copy_n(functions.constants.begin(), dimensions, score);
         for (Index j = 0; j < selection.selected; ++j) {
             const double value = x[selection.order[j]];
             const double* coefficients = functions.coefficients.row(j);
-            for (Index v = 0; v < vectors; ++v) score[v] += coefficients[v] * value;
+            for (Index v = 0; v < dimensions; ++v) score[v] += coefficients[v] * value;
         }
-        functions.assigned[s] =
-            groups == 2 ? (score[0] >= 0.0 ? 0 : 1) : nearestCentroid(score, vectors, functions.centroids);
+        functions.assigned[s] = groups == 2
+                                    ? (score[0] >= 0.0 ? 0 : 1)
+                                    : nearestCentroid(score, functions.classifying, functions.centroids);
         const Index prior = categoryOf(data, s, statistics.variables);
         ++functions.crossed[prior * groups + functions.assigned[s]];
     }
+}
+
+Index significantRoots(const DiscriminantFunctions& functions, const Numerics& numerics, double alpha) {
+    Index roots = 0;
+    for (; roots < functions.dimensions; ++roots) {
+        double tail = 0.0;
+        numerics.chiSquareTails(1, &functions.chiSquare[roots], &functions.degrees[roots], &tail);
+        if (!(tail < alpha)) break;
+    }
+    return std::max(roots, std::min(Index{1}, functions.dimensions));
+}
+
+bool doAllClassifyElsewhere(const DiscriminantFunctions& functions) {
+    if (functions.classifying == functions.dimensions) return false;
+    for (Index s = 0; s < functions.scores.rows(); ++s) {
+        const double* score = functions.scores.row(s);
+        if (nearestCentroid(score, functions.dimensions, functions.centroids) != functions.assigned[s])
+            return true;
+    }
+    return false;
 }

@@ -4,10 +4,11 @@
 
 // Scores that discriminate the groups: one of Fisher's linear function for two groups, the canonical ones for
 // more. k is the number of selected variables, D = min(G - 1, k) for canonical functions and 1 for Fisher's.
-// Of their D columns the first `vectors` are used.
+// Reports show the first `vectors` of their D columns.
 struct DiscriminantFunctions {
     Index dimensions = 0; // D
     Index vectors = 0;
+    Index classifying = 0;        // the first columns that decide on a sample's group
     Matrix coefficients;          // k x D, for the variables as they are
     Block<double> constants;      // D
     Matrix centroids;             // G x D: the scores of the groups' means
@@ -34,14 +35,23 @@ struct DiscriminantFunctions {
 // Two groups: coefficients S^-1 (m1 - m2) with the pooled covariance matrix S (Fisher 1936), the constant so
 // that 0 is in the middle between the groups. Returns 0, outOfMemory or singularMatrix.
 [[nodiscard]] ErrorCode findFisher(const GroupStatistics& statistics, const VariableSelection& selection,
-                                   DiscriminantFunctions& functions);
+                                   const Numerics& numerics, DiscriminantFunctions& functions);
 
-// Three or more groups: the eigenvectors of W^-1/2 (T - W) W^-1/2 (Rao 1952), the number of used ones by
-// Bartlett's tests at the level alpha, one at least. Returns 0, outOfMemory or singularMatrix.
+// Three or more groups: the eigenvectors of W^-1/2 (T - W) W^-1/2 (Rao 1952), the number of shown ones by
+// Bartlett's tests at the level alpha, one at least. Those classify, or all of them in textbook numerics.
+// Returns 0, outOfMemory or singularMatrix.
 [[nodiscard]] ErrorCode findCanonical(const GroupStatistics& statistics, const VariableSelection& selection,
-                                      double alpha, DiscriminantFunctions& functions);
+                                      const Numerics& numerics, double alpha,
+                                      DiscriminantFunctions& functions);
+
+// How many of the first roots Bartlett's tests call significant at the level alpha; one at least where there
+// is any.
+Index significantRoots(const DiscriminantFunctions& functions, const Numerics& numerics, double alpha);
 
 // Scores every sample and puts it into a group: of two by the sign of the score, 0 counting for the first; of
 // more by the nearest centroid, the first of equals.
 void classifySamples(const DataMatrix& data, const GroupStatistics& statistics,
                      const VariableSelection& selection, DiscriminantFunctions& functions);
+
+// Whether all canonical functions put some sample into another group than those that classify.
+bool doAllClassifyElsewhere(const DiscriminantFunctions& functions);

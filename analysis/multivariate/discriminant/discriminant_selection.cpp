@@ -5,8 +5,6 @@
 #include <numeric>
 #include <utility>
 
-#include "numeric/distributions.h"
-
 namespace {
 
 // What the entered variables leave of a variable; below it the variable depends on them.
@@ -56,8 +54,8 @@ ErrorCode VariableSelection::allocate(Index variables) {
     return code;
 }
 
-ErrorCode selectForward(const GroupStatistics& statistics, double fIn, double fInProbability,
-                        VariableSelection& selection) {
+ErrorCode selectForward(const GroupStatistics& statistics, const Numerics& numerics, double fIn,
+                        double fInProbability, VariableSelection& selection) {
     const Index q = statistics.variables;
     Matrix total, within;
     const ErrorCode code = total.allocate(q, q) | within.allocate(q, q);
@@ -73,14 +71,15 @@ ErrorCode selectForward(const GroupStatistics& statistics, double fIn, double fI
             findLargestF(entered, second / first, total, within, statistics.within, selection.order);
         if (best.position == q) break;
         double probability = 0.0;
-        FUpperProbability(1, &best.f, &first, &second, &probability);
-        if (best.f < fIn || probability > fInProbability) break;
-
-        std::swap(selection.order[entered], selection.order[best.position]);
+        numerics.fTails(1, &best.f, &first, &second, &probability);
         selection.f[entered] = best.f;
         selection.probability[entered] = probability;
         selection.firstDegrees[entered] = first;
         selection.secondDegrees[entered] = second;
+        selection.tested = entered + 1;
+        if (best.f < fIn || probability > fInProbability) break;
+
+        std::swap(selection.order[entered], selection.order[best.position]);
         const Index j = selection.order[entered++];
         sweep(j, entered, selection.order, total);
         sweep(j, entered, selection.order, within);

@@ -6,7 +6,8 @@
 struct VariableSelection {
     Block<std::int32_t> order; // q: indices from 0, the selected ones first
     Index selected = 0;
-    // Of each entered variable; q rooms.
+    Index tested = 0; // those and the one that was turned away, if any
+    // Of each tested variable; q rooms.
     Block<double> f, probability, firstDegrees, secondDegrees;
 
     // All variables selected, in their own order. Returns 0 or outOfMemory.
@@ -16,5 +17,5 @@ struct VariableSelection {
 // Forward selection by the partial F of Wilks' lambda (Rao 1965): the variable with the largest F enters
 // until that is below fIn or its upper tail above fInProbability. A variable whose F is not a number is
 // passed over. Returns 0 or outOfMemory.
-[[nodiscard]] ErrorCode selectForward(const GroupStatistics& statistics, double fIn, double fInProbability,
-                                      VariableSelection& selection);
+[[nodiscard]] ErrorCode selectForward(const GroupStatistics& statistics, const Numerics& numerics, double fIn,
+                                      double fInProbability, VariableSelection& selection);

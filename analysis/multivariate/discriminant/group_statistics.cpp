@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "data/categories.h"
-#include "numeric/distributions.h"
 #include "numeric/lu.h"
 
 namespace {
@@ -18,6 +17,43 @@ void addSample(const double* x, Index q, double n, double* means, double* packed
     const double correction = n / (n - 1.0);
     for (Index i = 0; i < q; ++i) {
         const double deviation = (x[i] - means[i]) * correction;
+        for (Index j = i; j < q; ++j) *packed++ += deviation * (x[j] - means[j]);
+    }
+}
+
+// Adds the deviations from the means to sums (q).
+void addDeviations(const double* x, const double* means, Index q, double* sums) {
+    for (Index i = 0; i < q; ++i) sums[i] += x[i] - means[i];
+}
+
+// Moves the means of n samples by the sums of deviations from them, which become 0.
+void shiftMeans(Index q, double n, double* sums, double* means) {
+    for (Index i = 0; i < q; ++i) {
+        means[i] += sums[i] / n;
+        sums[i] = 0.0;
+    }
+}
+
+// Moves all means by what is left of the deviations from them. The sums of products are zero before and
+// after, and scratch in between.
+void correctMeans(const DataMatrix& data, GroupStatistics& statistics) {
+    const Index q = statistics.variables;
+    for (Index s = 0; s < data.samples; ++s) {
+        const double* x = data.row(s);
+        const Index g = categoryOf(data, s, q);
+        addDeviations(x, statistics.totalMeans.data(), q, statistics.totalSums.data());
+        addDeviations(x, statistics.groupMeans.row(g), q, statistics.groupSums.row(g));
+    }
+    shiftMeans(q, data.samples, statistics.totalSums.data(), statistics.totalMeans.data());
+    for (Index g = 0; g < statistics.groups; ++g) {
+        shiftMeans(q, statistics.counts[g], statistics.groupSums.row(g), statistics.groupMeans.row(g));
+    }
+}
+
+// Adds the products of a sample's deviations to a packed triangle.
+void addProducts(const double* x, const double* means, Index q, double* packed) {
+    for (Index i = 0; i < q; ++i) {
+        const double deviation = x[i] - means[i];
         for (Index j = i; j < q; ++j) *packed++ += deviation * (x[j] - means[j]);
     }
 }
@@ -73,6 +109,14 @@ ErrorCode covarianceDeterminant(double divisor, DeterminantWork& work, Determina
     return sign > 0.0 ? success : singularMatrix;
 }
 
+// T and W from the packed sums.
+void unpackSums(GroupStatistics& statistics) {
+    addPacked(statistics.totalSums.data(), statistics.total);
+    for (Index g = 0; g < statistics.groups; ++g) {
+        addPacked(statistics.groupSums.row(g), statistics.within);
+    }
+}
+
 } // namespace
 
 ErrorCode GroupStatistics::allocate(const DataMatrix& data, Index groupCount) {
@@ -93,17 +137,33 @@ void gatherGroups(const DataMatrix& data, GroupStatistics& statistics) {
         addSample(x, q, s + 1.0, statistics.totalMeans.data(), statistics.totalSums.data());
         addSample(x, q, ++statistics.counts[g], statistics.groupMeans.row(g), statistics.groupSums.row(g));
     }
-    addPacked(statistics.totalSums.data(), statistics.total);
-    for (Index g = 0; g < statistics.groups; ++g) {
-        addPacked(statistics.groupSums.row(g), statistics.within);
+    unpackSums(statistics);
+}
+
+void gatherGroupsInPasses(const DataMatrix& data, GroupStatistics& statistics) {
+    const Index q = statistics.variables;
+    // From the first samples on, so that a constant variable has no deviations.
+    std::copy_n(data.row(0), q, statistics.totalMeans.data());
+    for (Index s = 0; s < data.samples; ++s) {
+        const Index g = categoryOf(data, s, q);
+        if (statistics.counts[g]++ == 0) std::copy_n(data.row(s), q, statistics.groupMeans.row(g));
     }
+    correctMeans(data, statistics);
+    correctMeans(data, statistics);
+    for (Index s = 0; s < data.samples; ++s) {
+        const double* x = data.row(s);
+        const Index g = categoryOf(data, s, q);
+        addProducts(x, statistics.totalMeans.data(), q, statistics.totalSums.data());
+        addProducts(x, statistics.groupMeans.row(g), q, statistics.groupSums.row(g));
+    }
+    unpackSums(statistics);
 }
 
 ErrorCode BoxTest::allocate(Index groups) {
     return determinants.allocate(groups + 1);
 }
 
-ErrorCode testBoxM(const GroupStatistics& statistics, BoxTest& test) {
+ErrorCode testBoxM(const GroupStatistics& statistics, const Numerics& numerics, BoxTest& test) {
     DeterminantWork work;
     if (work.allocate(statistics.variables) != success) return outOfMemory;
     const double within = statistics.withinDegrees();
@@ -129,5 +189,5 @@ ErrorCode testBoxM(const GroupStatistics& statistics, BoxTest& test) {
     const double others = static_cast<double>(statistics.groups - 1);
     test.chiSquare = m * (1.0 - reciprocals * (2.0 * q * q + 3.0 * q - 1.0) / (6.0 * (q + 1.0) * others));
     test.degrees = q * (q + 1.0) * others / 2.0;
-    return ChiSquareUpperProbability(1, &test.chiSquare, &test.degrees, &test.probability);
+    return numerics.chiSquareTails(1, &test.chiSquare, &test.degrees, &test.probability);
 }

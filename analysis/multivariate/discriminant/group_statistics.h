@@ -2,6 +2,7 @@
 
 #include "data/data_set.h"
 #include "numeric/matrix.h"
+#include "numeric/numerics.h"
 
 // Moments of the groups of samples that the last column of a data matrix numbers from 1, over the q columns
 // before it. Sums are of squares and cross products of deviations; a packed one holds the upper triangle of a
@@ -27,6 +28,10 @@ struct GroupStatistics {
 // Fills zero statistics in one pass over the samples (Welford 1962).
 void gatherGroups(const DataMatrix& data, GroupStatistics& statistics);
 
+// The same in passes: means, what rounding left of the deviations from them (Chan, Golub and LeVeque 1983),
+// and sums of products. Exact where the means are large beside the deviations.
+void gatherGroupsInPasses(const DataMatrix& data, GroupStatistics& statistics);
+
 // Box's test of equal covariance matrices (Box 1949).
 struct BoxTest {
     // G + 1: of the pooled covariance matrix, then of each group's; 0 or infinite beyond the range of double
@@ -40,4 +45,4 @@ struct BoxTest {
 };
 
 // Tests the groups. Returns 0, outOfMemory, or singularMatrix when a covariance matrix is singular.
-[[nodiscard]] ErrorCode testBoxM(const GroupStatistics& statistics, BoxTest& test);
+[[nodiscard]] ErrorCode testBoxM(const GroupStatistics& statistics, const Numerics& numerics, BoxTest& test);

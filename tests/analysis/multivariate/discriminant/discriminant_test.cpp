@@ -8,6 +8,7 @@ namespace {
 constexpr int command = 716;
 
 struct DiscriminantSession : AnalysisSession {
+    using AnalysisSession::analyse;
     using AnalysisSession::AnalysisSession;
 
     // Chooses the variable `group` (from 1).
@@ -107,6 +108,39 @@ TEST(Discriminant, CanonicalVectorsAsManyAsAlphaSays) {
     EXPECT_STREQ(spec.seriesNames[1], "vector 2");
     EXPECT_NEAR(spec.values[3], session.row("discriminant score", "s2")[3], 1e-11);
     EXPECT_GT(session.failAllocations(command, {outOfMemory, graphNotBuilt}), 30);
+}
+
+// Expected: R's lda with equal priors and pchisq. The first root alone, which is all that is significant,
+// would put one sample of group 1 and one of group 3 elsewhere; a great mean costs no digits.
+TEST(Discriminant, TextbookNumericsClassifyByAllRoots) {
+    const DiscriminantOptions options = {1, 0, 0.05, 0, 0.1};
+    for (const double shift : {0.0, 1e9}) {
+        std::vector<std::vector<double>> columns = {
+            {4, 11, 9, 10, 5, 11, 11, 8, 12, 4, 12, 9, 7, 5, 13, 6, 13, 12},
+            {3, 1, 4, 1, 5, 9, 2, 6, 5, 3, 5, 8, 9, 7, 9, 3, 2, 3},
+            {5, 2, 8, 1, 9, 3, 7, 4, 6, 2, 8, 5, 1, 9, 3, 6, 4, 7}};
+        for (auto& column : columns)
+            for (double& value : column) value += shift;
+        columns.push_back({1, 2, 3, 1, 2, 3, 1, 2, 3, 1, 2, 3, 1, 2, 3, 1, 2, 3});
+        DiscriminantSession session(fileOf(columns));
+        if (shift == 0.0) {
+            ASSERT_EQ(session.analyse(4, options), graphNotBuilt);
+            EXPECT_STREQ(session.run.deviations, "chi.prob of box M, chi prob of Bartlett, d.group");
+            expectNear(session.row("prior group", "p.group 1"), {4, 2, 0}, 0);
+        }
+        session.run.numerics = &textbookNumerics;
+        ASSERT_EQ(session.analyse(4, options), graphNotBuilt);
+        EXPECT_STREQ(session.run.deviations, "");
+        EXPECT_TRUE(session.shows("-- textbook numerics\n-- canonical"));
+        expectNear(session.row("box M", "chi.square"), {18.91444035493}, 1e-9);
+        expectNear(session.row("box M", "chi.prob"), {0.09061427638022}, 1e-11);
+        expectNear(session.row("canonical alpha", "vector"), {1}, 0);
+        expectNear(session.row("eigen value", "eigen"), {1.496760584476, 0.08828951855573}, 1e-10);
+        expectNear(session.row("eigen value", "chi prob"), {0.02969857158557, 0.553081172487}, 1e-10);
+        expectNear(session.row("prior group", "p.group 1"), {5, 1, 0}, 0);
+        expectNear(session.row("prior group", "p.group 3"), {0, 2, 4}, 0);
+        EXPECT_GT(session.failAllocations(command, {outOfMemory, graphNotBuilt}), 30);
+    }
 }
 
 // The group means lie on a line and the groups have the same spread: the nearest centroid is decided by x
