@@ -70,16 +70,22 @@ double purposeOf(const DataMatrix& data, Index sample) {
     return data.at(sample, data.variables - 1);
 }
 
-// Fills the sums of y and the column of its sums in each category. False when all values of y are equal.
-bool sumPurpose(const DataMatrix& data, Quantification1Work& work) {
+bool doesPurposeVary(const DataMatrix& data) {
+    const double first = purposeOf(data, 0);
+    for (Index s = 0; s < data.samples; ++s) {
+        if (purposeOf(data, s) != first) return true;
+    }
+    return false;
+}
+
+// Fills the mean and the squares of y, and the column of its sums in each category, about the mean: from
+// those of the values as they are, which costs digits where the mean is large.
+void sumPurpose(const DataMatrix& data, Quantification1Work& work) {
     const Index y = work.categories();
     const double samples = data.samples;
-    const double first = purposeOf(data, 0);
-    bool varies = false;
     double sum = 0.0, squares = 0.0;
     for (Index s = 0; s < data.samples; ++s) {
         const double value = purposeOf(data, s);
-        varies = varies || value != first;
         sum += value;
         squares += value * value;
         for (Index i = 0; i < work.items(); ++i) {
@@ -88,7 +94,30 @@ bool sumPurpose(const DataMatrix& data, Quantification1Work& work) {
     }
     work.mean = sum / samples;
     work.sumOfSquares = squares - sum * sum / samples;
-    return varies;
+    for (Index g = 0; g < y; ++g) work.products(g, y) -= work.mean * work.crossTable.at(g, g);
+}
+
+// The mean of y and what rounding left of the deviations from it (Chan, Golub and LeVeque 1983).
+double correctedMean(const DataMatrix& data) {
+    double mean = 0.0;
+    for (int pass = 0; pass < 2; ++pass) {
+        double sum = 0.0;
+        for (Index s = 0; s < data.samples; ++s) sum += purposeOf(data, s) - mean;
+        mean += sum / data.samples;
+    }
+    return mean;
+}
+
+// The same as sumPurpose, from deviations.
+void sumPurposeDeviations(const DataMatrix& data, Quantification1Work& work) {
+    work.mean = correctedMean(data);
+    for (Index s = 0; s < data.samples; ++s) {
+        const double deviation = purposeOf(data, s) - work.mean;
+        work.sumOfSquares += deviation * deviation;
+        for (Index i = 0; i < work.items(); ++i) {
+            work.products(globalCategory(data, work.layout, s, i), work.categories()) += deviation;
+        }
+    }
 }
 
 void fillProducts(const DataMatrix& data, Quantification1Work& work) {
@@ -98,7 +127,6 @@ void fillProducts(const DataMatrix& data, Quantification1Work& work) {
     for (Index g = 0; g < y; ++g) {
         for (Index h = 0; h < y; ++h) products(g, h) = work.crossTable.at(g, h);
         const double frequency = products(g, g);
-        products(g, y) -= work.mean * frequency;
         products(g, constant) = frequency;
         products(y, g) = products(g, y);
         products(constant, g) = frequency;
@@ -203,10 +231,17 @@ void correlatePartially(Quantification1Work& work) {
     }
 }
 
-void measureFit(const DataMatrix& data, Quantification1Work& work) {
+// What the squares of the residuals are divided by: their number, or their degrees of freedom, samples less
+// constant and kept categories.
+double residualDivisor(const DataMatrix& data, const Numerics& numerics, const Quantification1Work& work) {
+    const Index fitted = numerics.textbook ? work.categories() - work.items() + 1 : 0;
+    return static_cast<double>(data.samples - fitted);
+}
+
+void measureFit(double residualDivisor, Quantification1Work& work) {
     const double ofPurpose = work.inverseCorrelation(work.items(), work.items());
     work.determination = std::max(0.0, 1.0 - 1.0 / ofPurpose);
-    work.residualDeviation = std::sqrt(work.sumOfSquares / (data.samples * ofPurpose));
+    work.residualDeviation = std::sqrt(work.sumOfSquares / (residualDivisor * ofPurpose));
 }
 
 void predictSamples(const DataMatrix& data, Quantification1Work& work) {
@@ -223,11 +258,13 @@ void predictSamples(const DataMatrix& data, Quantification1Work& work) {
     }
 }
 
-ErrorCode compute(Screens& screens, const DataMatrix& data, Quantification1Work& work) {
+ErrorCode compute(Screens& screens, const DataMatrix& data, const Numerics& numerics,
+                  Quantification1Work& work) {
     ErrorCode code = screens.setProgress(5);
     if (code != success) return code;
     fillCrossTable(data, work.layout, work.crossTable);
-    if (!sumPurpose(data, work)) return singularMatrix;
+    if (!doesPurposeVary(data)) return singularMatrix;
+    (numerics.textbook ? sumPurposeDeviations : sumPurpose)(data, work);
     fillProducts(data, work);
     keepPositions(work);
     code = screens.setProgress(10);
@@ -248,7 +285,7 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, Quantification1Work&
     correlatePartially(work);
     code = screens.setProgress(80);
     if (code != success) return code;
-    measureFit(data, work);
+    measureFit(residualDivisor(data, numerics, work), work);
     code = screens.setProgress(90);
     if (code != success) return code;
     predictSamples(data, work);
@@ -358,16 +395,18 @@ ErrorCode runQuantification1(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     code = startProgress(screens, run.report);
-    if (code == success) code = compute(screens, data, work);
+    if (code == success) code = compute(screens, data, *run.numerics, work);
     screens.hideProgress();
     if (code == success) code = keepModel(run, work);
     if (code != success) return code;
 
     writeReport(run, work);
+    noteDeviation(run, "s.residual"); // one category at least is kept, so the divisors differ
     closeReport(screens, run.report);
     return buildQuantification1Graph(screens, run, work);
 }
 
 } // namespace
 
-const Analysis quantification1 = {.fields = fields, .driver = runQuantification1, .refuse = refuse};
+const Analysis quantification1 = {
+    .fields = fields, .driver = runQuantification1, .refuse = refuse, .takesNumerics = true};

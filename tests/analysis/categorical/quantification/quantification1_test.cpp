@@ -52,6 +52,26 @@ TEST(Quantification1, OneItemOfTwoCategoriesIsADifferenceOfMeans) {
     EXPECT_FALSE(session.shows("-0.000"));
 }
 
+// Expected: residual / s by R's lm. A great mean of y, in whole numbers here, costs no digits.
+TEST(Quantification1, TextbookNumericsDivideByDegreesOfFreedom) {
+    for (const auto& [unit, shift] : {std::pair{1.0, 0.0}, {10.0, 1e9}}) {
+        std::vector<double> shifted = y;
+        for (double& value : shifted) value = shift == 0.0 ? value : std::round(unit * value) + shift;
+        AnalysisSession session(fileOf({shifted, first, second}));
+        if (shift == 0.0) {
+            ASSERT_EQ(session.analyse(command), success);
+            EXPECT_STREQ(session.run.deviations, "s.residual");
+        }
+        session.run.numerics = &textbookNumerics;
+        ASSERT_EQ(session.analyse(command), success);
+        EXPECT_STREQ(session.run.deviations, "");
+        expectNear(session.row("determination", "m.c.determ"), {0.933893854687}, 1e-9);
+        const Block<double>& values = session.run.graph.spec.values; // three of each sample
+        expectNear({values[1], values[4], values[7]}, {1.027287688061, -0.305665355037, -0.167013029041},
+                   1e-7);
+    }
+}
+
 TEST(Quantification1, Codes) {
     std::vector<double> huge = y;
     huge[4] = 1e300;
