@@ -326,4 +326,5 @@ ErrorCode runQuantification2(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis quantification2 = {.fields = fields, .driver = runQuantification2, .refuse = refuse};
+const Analysis quantification2 = {
+    .fields = fields, .driver = runQuantification2, .refuse = refuse, .takesNumerics = true};
