@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "analysis/run/run_report.h"
-#include "numeric/distributions.h"
+#include "analysis/run/tail_deviation.h"
 #include "numeric/eigen.h"
 #include "numeric/moments.h"
 #include "report/category_rows.h"
@@ -51,6 +51,13 @@ struct ResponseTable {
     double value(const double* row, Index cell) const { return layout != nullptr ? 1.0 : row[cell]; }
 };
 
+// Of rows (X) and columns (Y) of the table.
+struct TableAssociation {
+    double rows = 0.0;    // Re(X/Y)
+    double columns = 0.0; // Re(Y/X)
+    double cramer = 0.0;
+};
+
 // Up to F factors; entry 0 of the tests is for all of them, factor f has entry f. Of F columns the first
 // `factors` are used.
 struct Quantification3Work {
@@ -69,9 +76,7 @@ struct Quantification3Work {
     Block<double> freedom;       // F + 1
     Block<double> probability;   // F + 1
     Block<double> columnSquares; // K: squares of the cells, each divided by the sum of its row
-    double rowRedundancy = 0.0;
-    double columnRedundancy = 0.0;
-    double cramer = 0.0;
+    TableAssociation association;
 
     // F is `asked`, but at least 1 and at most K. Returns 0 or outOfMemory.
     [[nodiscard]] ErrorCode allocate(const ResponseTable& table, Index asked) {
@@ -171,7 +176,7 @@ void weighRows(const ResponseTable& table, Quantification3Work& work) {
 }
 
 // Bartlett's chi-square of each factor; that of the whole table is T times the sum of the eigenvalues.
-void testFactors(const ResponseTable& table, Quantification3Work& work) {
+void testFactors(const ResponseTable& table, const Numerics& numerics, Quantification3Work& work) {
     const double rows = static_cast<double>(table.rows());
     const double columns = static_cast<double>(table.columns());
     const double scale = work.total - 1.0 - (rows + columns - 1.0) * 0.5;
@@ -182,13 +187,8 @@ void testFactors(const ResponseTable& table, Quantification3Work& work) {
     }
     work.chiSquare[0] = work.total * work.eigenvalueSum;
     work.freedom[0] = (rows - 1.0) * (columns - 1.0);
-    ChiSquareUpperProbability(work.factors + 1, work.chiSquare.data(), work.freedom.data(),
-                              work.probability.data());
-
-    const double freeColumns =
-        table.layout != nullptr ? columns - static_cast<double>(table.cells()) + 1.0 : columns;
-    const double most = std::min(rows, freeColumns);
-    work.cramer = most > 1.0 ? work.eigenvalueSum / (most - 1.0) : 0.0;
+    numerics.chiSquareTails(work.factors + 1, work.chiSquare.data(), work.freedom.data(),
+                            work.probability.data());
 }
 
 // The term of a row or column with this sum: `squares` are those of its cells, each divided by the sum of its
@@ -198,7 +198,10 @@ double redundancyTerm(double squares, double sum, double total) {
     return (squares / sum - sum / total) / (total - sum);
 }
 
-ErrorCode measureRedundancy(Screens& screens, const ResponseTable& table, Quantification3Work& work) {
+// Mean shares of what rows and columns explain, each divided by the total once more, and the square of
+// Cramer's coefficient with the dimensions that the items leave.
+TableAssociation redundancies(const ResponseTable& table, Quantification3Work& work) {
+    TableAssociation association;
     for (Index s = 0; s < table.rows(); ++s) {
         const double* row = table.row(s);
         const double rowSum = work.rowSums[s];
@@ -209,17 +212,74 @@ ErrorCode measureRedundancy(Screens& screens, const ResponseTable& table, Quanti
             if (work.columnSums[column] > 0.0) squares += value * value / work.columnSums[column];
             if (rowSum > 0.0) work.columnSquares[column] += value * value / rowSum;
         }
-        work.rowRedundancy += redundancyTerm(squares, rowSum, work.total);
+        association.rows += redundancyTerm(squares, rowSum, work.total);
     }
-    const ErrorCode code = screens.setProgress(85);
-    if (code != success) return code;
     for (Index g = 0; g < table.columns(); ++g) {
-        work.columnRedundancy += redundancyTerm(work.columnSquares[g], work.columnSums[g], work.total);
+        association.columns += redundancyTerm(work.columnSquares[g], work.columnSums[g], work.total);
     }
-    return screens.setProgress(100);
+    const Index columns = table.columns();
+    const Index freeColumns = table.layout != nullptr ? columns - table.cells() + 1 : columns;
+    const Index most = std::min(table.rows(), freeColumns);
+    if (most > 1) association.cramer = work.eigenvalueSum / static_cast<double>(most - 1);
+    return association;
 }
 
-ErrorCode compute(Screens& screens, const ResponseTable& table, Quantification3Work& work) {
+// Of one direction, with sums of squared shares of the total: those within, and those of the margin alone.
+double goodmanKruskalTau(double within, double margin) {
+    return margin < 1.0 ? (within - margin) / (1.0 - margin) : 0.0;
+}
+
+struct Margin {
+    Index present = 0;    // sums above 0
+    double squares = 0.0; // of their shares of the total
+};
+
+Margin marginOf(const Block<double>& sums, double total) {
+    Margin margin;
+    for (const double sum : sums) {
+        if (!(sum > 0.0)) continue;
+        ++margin.present;
+        margin.squares += sum / total * (sum / total);
+    }
+    return margin;
+}
+
+// Both tau of Goodman and Kruskal (1954), and V of Cramer (1946), of the table without its empty rows and
+// columns.
+TableAssociation textbookAssociation(const ResponseTable& table, const Quantification3Work& work) {
+    TableAssociation association;
+    if (!(work.total > 0.0)) return association;
+    double byRows = 0.0, byColumns = 0.0; // squares of cells over the sum of their row and of their column
+    double distances = 0.0, expectedSum = 0.0;
+    for (Index s = 0; s < table.rows(); ++s) {
+        const double* row = table.row(s);
+        const double rowSum = work.rowSums[s];
+        if (!(rowSum > 0.0)) continue;
+        for (Index cell = 0; cell < table.cells(); ++cell) {
+            const double columnSum = work.columnSums[table.column(row, cell)];
+            if (!(columnSum > 0.0)) continue;
+            const double value = table.value(row, cell);
+            const double expected = rowSum * columnSum / work.total;
+            if (!(expected > 0.0)) continue; // beyond the range of double
+            byRows += value * value / rowSum;
+            byColumns += value * value / columnSum;
+            distances += (value - expected) * (value - expected) / expected;
+            expectedSum += expected;
+        }
+    }
+    // The cells of zeros that no sample names add what is expected of them.
+    if (table.layout != nullptr) distances += work.total - expectedSum;
+    const Margin rows = marginOf(work.rowSums, work.total);
+    const Margin columns = marginOf(work.columnSums, work.total);
+    const Index most = std::min(rows.present, columns.present);
+    association.rows = goodmanKruskalTau(byColumns / work.total, rows.squares);
+    association.columns = goodmanKruskalTau(byRows / work.total, columns.squares);
+    if (most > 1) association.cramer = std::sqrt(distances / work.total / static_cast<double>(most - 1));
+    return association;
+}
+
+ErrorCode compute(Screens& screens, const ResponseTable& table, const Numerics& numerics,
+                  Quantification3Work& work) {
     ErrorCode code = screens.setProgress(10);
     if (code != success) return code;
     sumTable(table, work);
@@ -231,9 +291,12 @@ ErrorCode compute(Screens& screens, const ResponseTable& table, Quantification3W
     weighRows(table, work);
     code = screens.setProgress(55);
     if (code != success) return code;
-    testFactors(table, work);
+    testFactors(table, numerics, work);
     code = screens.setProgress(70);
-    return code == success ? measureRedundancy(screens, table, work) : code;
+    if (code != success) return code;
+    work.association = numerics.textbook ? textbookAssociation(table, work) : redundancies(table, work);
+    code = screens.setProgress(85);
+    return code == success ? screens.setProgress(100) : code;
 }
 
 constexpr ReportOpening ofCategories = {
@@ -270,9 +333,9 @@ void writeRowWeights(Report& report, const DataSet& data, const Quantification3W
 
 void writeRedundancy(Report& report, const Quantification3Work& work) {
     writeCaption(report, "redundancy coefficient -- Re(X/Y),  Re(Y/X), cramer relation coefficient");
-    writeCellRow(report, 1, "Re(X/Y)", work.rowRedundancy, redundancyCell);
-    writeCellRow(report, 2, "Re(Y/X)", work.columnRedundancy, redundancyCell);
-    writeCellRow(report, 3, "cramer r.c.", work.cramer, redundancyCell);
+    writeCellRow(report, 1, "Re(X/Y)", work.association.rows, redundancyCell);
+    writeCellRow(report, 2, "Re(Y/X)", work.association.columns, redundancyCell);
+    writeCellRow(report, 3, "cramer r.c.", work.association.cramer, redundancyCell);
     endTable(report);
 }
 
@@ -321,6 +384,17 @@ void writeReport(AnalysisRun& run, const ResponseTable& table, const Quantificat
     writeTests(report, work);
 }
 
+void noteDeviations(AnalysisRun& run, const ResponseTable& table, const Quantification3Work& work) {
+    const TableAssociation textbook = textbookAssociation(table, work);
+    if (deviates(work.association.rows, textbook.rows)) noteDeviation(run, "Re(X/Y)");
+    if (deviates(work.association.columns, textbook.columns)) noteDeviation(run, "Re(Y/X)");
+    if (deviates(work.association.cramer, textbook.cramer)) noteDeviation(run, "cramer r.c.");
+    if (chiSquareTailsDeviate(work.factors + 1, work.chiSquare.data(), work.freedom.data(),
+                              work.probability.data())) {
+        noteDeviation(run, "chi.prob");
+    }
+}
+
 ErrorCode runQuantification3(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
     const bool categorical = run.options.quantification3Data == categoricalVariables;
@@ -336,15 +410,16 @@ ErrorCode runQuantification3(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     code = startProgress(screens, run.report);
-    if (code == success) code = compute(screens, table, work);
+    if (code == success) code = compute(screens, table, *run.numerics, work);
     screens.hideProgress();
     if (code != success) return code;
 
     writeReport(run, table, work);
+    if (!run.numerics->textbook) noteDeviations(run, table, work);
     closeReport(screens, run.report);
     return success;
 }
 
 } // namespace
 
-const Analysis quantification3 = {.fields = fields, .driver = runQuantification3};
+const Analysis quantification3 = {.fields = fields, .driver = runQuantification3, .takesNumerics = true};

@@ -87,6 +87,44 @@ TEST(Quantification3, OddTables) {
     }
 }
 
+// Expected: the sums of squared shares by R, and chisq.test; of the table of zeros and ones for categorical
+// variables.
+TEST(Quantification3, TextbookNumericsMeasureAssociation) {
+    const struct {
+        std::vector<std::vector<double>> columns;
+        bool isCross;
+        std::vector<double> association; // Re(X/Y), Re(Y/X), cramer r.c.
+    } cases[] = {
+        {{{3, 1, 2}, {1, 2, 3}, {2, 2, 4}}, true, {0.0439276485788, 0.0420875420875, 0.2130032168076}},
+        {{{1, 0}, {0, 1}}, true, {1, 1, 1}},
+        {{{1, 2, 3}, {2, 4, 6}}, true, {0, 0, 0}},                              // independent
+        {{{2, 1, 0}, {1, 2, 0}, {0, 0, 0}}, true, {1 / 9.0, 1 / 9.0, 1 / 3.0}}, // nothing in the last ones
+        {{{0, 0}, {0, 0}}, true, {0, 0, 0}},
+        {{{5, 7}}, true, {0, 0, 0}},
+        {{{-3, -1}, {-2, -2}}, true, {0, 0, 0}},
+        {{{1, 2, 3, 1, 2, 3, 1, 2, 3, 2, 1, 3}, {1, 1, 2, 2, 1, 2, 2, 2, 1, 1, 1, 2}},
+         false,
+         {0.136363636364, 0.368421052632, 0.612372435696}},
+    };
+    for (const auto& one : cases) {
+        AnalysisSession session(fileOf(one.columns));
+        if (one.isCross) useCrossData(session);
+        session.run.numerics = &textbookNumerics;
+        ASSERT_EQ(session.analyse(command), success);
+        const char* const labels[] = {"Re(X/Y)", "Re(Y/X)", "cramer r.c."};
+        for (std::size_t i = 0; i < 3; ++i)
+            expectNear(session.row("cramer relation", labels[i]), {one.association[i]}, 1e-9);
+    }
+    AnalysisSession session(fileOf(cases[0].columns));
+    useCrossData(session);
+    ASSERT_EQ(session.analyse(command), success);
+    EXPECT_STREQ(session.run.deviations, "Re(X/Y), Re(Y/X), cramer r.c., chi.prob");
+    session.run.numerics = &textbookNumerics;
+    ASSERT_EQ(session.analyse(command), success);
+    EXPECT_NEAR(session.row("chi square test", "chi.prob")[0], 0.76977080388, 1e-6); // 4 degrees of freedom
+    EXPECT_GT(session.failAllocations(command), 12);
+}
+
 TEST(Quantification3, Codes) {
     const std::string two = "l,v,w\na,1,1\nb,2,2\nc,1,1\nd,2,", one = "l,v\na,1\nb,2\nc,2\nd,";
     const std::tuple<std::string, int, ErrorCode> cases[] = {
