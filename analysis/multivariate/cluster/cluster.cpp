@@ -45,6 +45,7 @@ const char* const criterionTitles[] = {"nearest neighbour", "furtherest neighbou
                                        "group average",     "centroid method",      "Ward's method"};
 
 constexpr int median = 2;
+constexpr int groupAverage = 3;
 
 // The options as indices of the texts above, whatever a settings file holds.
 struct ClusterChoice {
@@ -54,6 +55,8 @@ struct ClusterChoice {
 
     bool mahalanobis() const { return distance == 0; }
     bool raw() const { return distance == 2; }
+    // Whether the textbook's rule is one for distances, not for their squares.
+    bool isOfDistances() const { return criterion < median || criterion == groupAverage; }
 };
 
 ClusterChoice choiceOf(const ClusterOptions& options) {
@@ -64,6 +67,7 @@ ClusterChoice choiceOf(const ClusterOptions& options) {
 
 struct ClusterWork {
     ClusterChoice choice = {};
+    bool isRooted = false; // whether clusters merge by the roots of the squared distances
     MomentMatrices moments;
     Matrix standardized;      // samples x variables
     Matrix scratch;           // p x p, of the inversion
@@ -73,12 +77,15 @@ struct ClusterWork {
     ClusterMerging merging;
     Block<char> picture; // a row of the dendrogram with its end
 
-    [[nodiscard]] ErrorCode allocate(const ClusterChoice& chosen, const DataMatrix& data) {
+    [[nodiscard]] ErrorCode allocate(const ClusterChoice& chosen, const Numerics& numerics,
+                                     const DataMatrix& data) {
         choice = chosen;
+        isRooted = numerics.textbook ? choice.isOfDistances() : choice.criterion == median;
         const Index p = data.variables;
         const Index items = choice.ofVariables ? p : data.samples;
         ErrorCode code = merging.allocate(items) | picture.allocate(dendrogramWidth(items) + 1);
-        if (choice.ofVariables || choice.raw()) return code;
+        if (choice.ofVariables) return numerics.textbook ? code | moments.allocate(p) : code;
+        if (choice.raw()) return code;
         code |= moments.allocate(p) | standardized.allocate(data.samples, p);
         if (!choice.mahalanobis()) return code;
         return code | scratch.allocate(p, p) | inverse.allocate(p, p) | difference.allocate(p) |
@@ -86,9 +93,15 @@ struct ClusterWork {
     }
 };
 
-ErrorCode standardize(const DataMatrix& data, ClusterWork& work) {
-    MeanCovarianceCorrelation(data.values.data(), data.samples, data.variables, work.moments);
-    if (anyDeviationBelow(work.moments.sds, leastDeviation)) return illegalData;
+ErrorCode computeMoments(const Numerics& numerics, const DataMatrix& data, ClusterWork& work) {
+    const ErrorCode code = numerics.moments(data.values.data(), data.samples, data.variables, work.moments);
+    if (code != success) return code;
+    return numerics.anyConstant(work.moments) ? illegalData : success;
+}
+
+ErrorCode standardize(const Numerics& numerics, const DataMatrix& data, ClusterWork& work) {
+    const ErrorCode code = computeMoments(numerics, data, work);
+    if (code != success) return code;
     const double* means = work.moments.means.data();
     const double* sds = work.moments.sds.data();
     for (Index i = 0; i < work.standardized.rows(); ++i) {
@@ -152,30 +165,65 @@ void measureSamples(const DataMatrix& data, ClusterWork& work) {
 
 // All variables are equally far from one another, as if without any correlation: this value is kept so that
 // reports stay comparable.
-void measureVariables(ClusterMerging& merging) {
+ErrorCode measureVariables(ClusterMerging& merging) {
     for (double& distance : merging.distances) distance = 2.0;
+    return success;
 }
 
-ErrorCode compute(Screens& screens, const DataMatrix& data, ClusterWork& work) {
+// 2 - 2 r, the mean squared difference of two standardized variables.
+ErrorCode measureVariablesByTextbook(const Numerics& numerics, const DataMatrix& data, ClusterWork& work) {
+    const ErrorCode code = computeMoments(numerics, data, work);
+    if (code != success) return code;
+    const Matrix& correlation = work.moments.correlation;
+    double* distance = work.merging.distances.data();
+    for (Index i = 0; i < correlation.rows(); ++i) {
+        for (Index j = i + 1; j < correlation.columns(); ++j) *distance++ = 2.0 - 2.0 * correlation(i, j);
+    }
+    return success;
+}
+
+double classicRoot(double square) {
+    return std::sqrt(square);
+}
+
+// Rounding can leave the square of a distance of 0 below 0.
+double textbookRoot(double square) {
+    return std::sqrt(std::max(square, 0.0));
+}
+
+// Merges with distances or their squares, as the criterion wants them; levels are distances at the end.
+ErrorCode mergeAtDistances(const Numerics& numerics, ClusterWork& work) {
+    const auto root = numerics.textbook ? textbookRoot : classicRoot;
+    const auto merge = numerics.textbook ? mergeClustersByTextbook : mergeClusters;
+    ClusterMerging& merging = work.merging;
+    if (work.isRooted) {
+        for (double& distance : merging.distances) distance = root(distance);
+    }
+    const ErrorCode code = merge(work.choice.criterion, merging);
+    if (code == success && !work.isRooted) {
+        for (ClusterMerge& each : merging.merges) each.level = root(each.level);
+    }
+    return code;
+}
+
+ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& data, ClusterWork& work) {
     const ClusterChoice& choice = work.choice;
-    ErrorCode code = choice.ofVariables || choice.raw() ? success : standardize(data, work);
+    ErrorCode code = choice.ofVariables || choice.raw() ? success : standardize(numerics, data, work);
     if (code == success) code = screens.setProgress(15);
     if (code == success && !choice.ofVariables && choice.mahalanobis()) code = invertCorrelation(work);
     if (code != success) return code;
 
-    if (choice.ofVariables) {
-        measureVariables(work.merging);
-    } else {
+    if (!choice.ofVariables) {
         measureSamples(data, work);
+    } else {
+        code = numerics.textbook ? measureVariablesByTextbook(numerics, data, work)
+                                 : measureVariables(work.merging);
     }
-    code = screens.setProgress(30);
+    if (code == success) code = screens.setProgress(30);
     if (code != success) return code;
 
-    if (choice.criterion == median) {
-        for (double& distance : work.merging.distances) distance = std::sqrt(distance);
-    }
     code = screens.setProgress(50);
-    if (code == success) code = mergeClusters(choice.criterion, work.merging);
+    if (code == success) code = mergeAtDistances(numerics, work);
     if (code == success) code = screens.setProgress(75);
     if (code != success) return code;
     return screens.setProgress(100); // the dendrogram is worked out while it is written
@@ -198,10 +246,8 @@ void startPlace(Report& report, Index place, bool isNumbered) {
     }
 }
 
-// Levels are squared distances, but for the median method, which starts from the roots.
 void writeMerges(Report& report, const ClusterWork& work) {
     const Block<ClusterMerge>& merges = work.merging.merges;
-    const bool isRoot = work.choice.criterion == median;
     writeCaption(report, "uniting information as refresh units number and distance");
     startHeader(report, "step", placeWidth);
     writeText(report, "unit cluster", pairWidth);
@@ -217,7 +263,7 @@ void writeMerges(Report& report, const ClusterWork& work) {
         writeText(report, pair, pairWidth);
         writeText(report, "->", arrowWidth);
         writeInteger(report, merge.second + 1, placeWidth);
-        writeCell(report, isRoot ? merge.level : std::sqrt(merge.level), levelCell);
+        writeCell(report, merge.level, levelCell);
         endRow(report);
     }
     endTable(report);
@@ -253,21 +299,28 @@ void writeReport(AnalysisRun& run, ClusterWork& work) {
     writeDendrogram(report, choice.ofVariables ? data.names : data.labels, work);
 }
 
+// The first merge is the textbook's, but for variables.
+void noteDeviations(AnalysisRun& run, const ClusterWork& work) {
+    const Index exact = work.choice.ofVariables ? 0 : 1;
+    if (work.merging.merges.size() > exact) noteDeviation(run, "unit cluster, distance, dendrogram");
+}
+
 ErrorCode runClusterAnalysis(Screens& screens, AnalysisRun& run) {
     ClusterWork work;
-    ErrorCode code = work.allocate(choiceOf(run.options.settings.cluster), run.data.working);
+    ErrorCode code = work.allocate(choiceOf(run.options.settings.cluster), *run.numerics, run.data.working);
     if (code != success) return code;
 
     code = startProgress(screens, run.report);
-    if (code == success) code = compute(screens, run.data.working, work);
+    if (code == success) code = compute(screens, *run.numerics, run.data.working, work);
     screens.hideProgress();
     if (code != success) return code;
 
     writeReport(run, work);
+    noteDeviations(run, work);
     closeReport(screens, run.report);
     return success;
 }
 
 } // namespace
 
-const Analysis clusterAnalysis = {.fields = fields, .driver = runClusterAnalysis};
+const Analysis clusterAnalysis = {.fields = fields, .driver = runClusterAnalysis, .takesNumerics = true};

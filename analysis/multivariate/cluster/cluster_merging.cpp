@@ -1,7 +1,8 @@
 #include "analysis/multivariate/cluster/cluster_merging.h"
 
 #include <algorithm>
-#include <cmath>
+
+#include "analysis/multivariate/cluster/cluster_rules.h"
 
 // Each cluster remembers the nearest of those after it, so that finding the closest pair is one pass over the
 // clusters, and only those whose nearest one was merged or moved away look for another.
@@ -11,29 +12,8 @@ namespace {
 constexpr double farthest = 1e300;
 constexpr std::int32_t none = -1;
 
-// Coefficients by integer arithmetic from the number of the criterion.
-struct Combination {
-    double beta;
-    double gamma;
-    double e;
-    int t;
-    int u;
-    int w;
-};
-
-Combination combinationOf(int criterion) {
-    const int u = (criterion + 1) % 6;
-    return {.beta = criterion == 2 ? -0.25 : 0.0,
-            .gamma = (criterion - 0.5) * ((5 - criterion) % 4),
-            .e = (5 - criterion) % 3 * 0.5,
-            .t = (criterion + 1) % 4,
-            .u = u,
-            .w = (criterion + 1) % 5 - u};
-}
-
 struct Agglomeration {
     ClusterMerging& work;
-    Combination rule;
     Index activeCount;
 
     Index cluster(Index place) const { return work.active[place]; }
@@ -84,21 +64,13 @@ void gatherDistances(const Agglomeration& state, Index c, Block<double>& out) {
 }
 
 // Replaces toSecond by the distances to the union of i and j, which are x apart.
-void combineDistances(Agglomeration& state, Index i, Index j, double x) {
+template <class Rule>
+void combineDistances(Agglomeration& state, const Rule& rule, Index i, Index j, double x) {
     ClusterMerging& work = state.work;
-    const Combination& rule = state.rule;
-    const int addedFirst = work.added[i];
-    const int addedSecond = work.added[j];
+    const UnitedPair pair = {work.added[i], work.added[j], x};
     for (Index at = 0; at < state.activeCount; ++at) {
         const int added = work.added[state.cluster(at)];
-        const double q = rule.t / static_cast<double>((added + 1) * rule.u + (addedFirst + addedSecond + 2));
-        const double alphaFirst = (addedFirst + 1 + added * rule.u) * q + rule.e;
-        const double alphaSecond = (addedSecond + 1 + added * rule.u) * q + rule.e;
-        const double beta = rule.beta - rule.w * alphaFirst * alphaSecond - rule.u * q * added;
-        const double first = work.toFirst[at];
-        const double second = work.toSecond[at];
-        work.toSecond[at] =
-            beta * x + alphaFirst * first + alphaSecond * second + rule.gamma * std::fabs(first - second);
+        work.toSecond[at] = rule(pair, added, work.toFirst[at], work.toSecond[at]);
     }
 }
 
@@ -117,13 +89,13 @@ void refreshNearest(Agglomeration& state, Index place, std::int32_t i, std::int3
 
 // Puts cluster i into j. Distances across the rows are fetched and stored in loops of their own, where memory
 // answers many at a time.
-void unite(Agglomeration& state, const ClusterMerge& merge) {
+template <class Rule> void unite(Agglomeration& state, const Rule& rule, const ClusterMerge& merge) {
     ClusterMerging& work = state.work;
     const Index i = merge.first;
     const Index j = merge.second;
     gatherDistances(state, i, work.toFirst);
     gatherDistances(state, j, work.toSecond);
-    combineDistances(state, i, j, merge.level);
+    combineDistances(state, rule, i, j, merge.level);
     Index place = 0;
     for (; state.cluster(place) < j; ++place) {
         work.distances[work.rowStart(state.cluster(place)) + j] = work.toSecond[place];
@@ -145,6 +117,22 @@ void removeActive(Agglomeration& state, Index place) {
     --state.activeCount;
 }
 
+template <class Rule> ErrorCode mergeAll(const Rule& rule, ClusterMerging& merging) {
+    Agglomeration state = {merging, merging.count};
+    for (Index k = 0; k < merging.count; ++k) merging.active[k] = static_cast<std::int32_t>(k);
+    for (Index at = 0; at < merging.count; ++at) findNearest(state, at);
+    for (ClusterMerge& merge : merging.merges) {
+        const Index place = findClosest(state);
+        if (place == state.activeCount) return illegalData;
+        const std::int32_t first = merging.active[place];
+        // All clusters have the same rank, so it is always the first of the pair that gives its number up.
+        merge = {first, merging.nearest[first], merging.nearestDistance[first]};
+        removeActive(state, place);
+        unite(state, rule, merge);
+    }
+    return success;
+}
+
 } // namespace
 
 ErrorCode ClusterMerging::allocate(Index items) {
@@ -155,17 +143,22 @@ ErrorCode ClusterMerging::allocate(Index items) {
 }
 
 ErrorCode mergeClusters(int criterion, ClusterMerging& merging) {
-    Agglomeration state = {merging, combinationOf(criterion), merging.count};
-    for (Index k = 0; k < merging.count; ++k) merging.active[k] = static_cast<std::int32_t>(k);
-    for (Index at = 0; at < merging.count; ++at) findNearest(state, at);
-    for (ClusterMerge& merge : merging.merges) {
-        const Index place = findClosest(state);
-        if (place == state.activeCount) return illegalData;
-        const std::int32_t first = merging.active[place];
-        // All clusters have the same rank, so it is always the first of the pair that gives its number up.
-        merge = {first, merging.nearest[first], merging.nearestDistance[first]};
-        removeActive(state, place);
-        unite(state, merge);
+    return mergeAll(ClassicRule(criterion), merging);
+}
+
+ErrorCode mergeClustersByTextbook(int criterion, ClusterMerging& merging) {
+    switch (criterion) {
+    case 0:
+        return mergeAll(NearestNeighbour(), merging);
+    case 1:
+        return mergeAll(FurthestNeighbour(), merging);
+    case 2:
+        return mergeAll(Median(), merging);
+    case 3:
+        return mergeAll(GroupAverage(), merging);
+    case 4:
+        return mergeAll(Centroid(), merging);
+    default:
+        return mergeAll(Ward(), merging);
     }
-    return success;
 }

@@ -9,7 +9,7 @@
 struct ClusterMerge {
     std::int32_t first;
     std::int32_t second;
-    double level; // the distance of the two
+    double level; // of the distances that were given
 };
 
 // The distances of `count` items and their agglomeration.
@@ -38,3 +38,7 @@ struct ClusterMerging {
 // the first in the order of `distances` is merged. Returns success, or illegalData when no pair is closer
 // than 1e300.
 [[nodiscard]] ErrorCode mergeClusters(int criterion, ClusterMerging& merging);
+
+// The same by the rules that these names mean since Lance and Williams (1967): of squared distances for 2, 4
+// and 5, of distances for the others. Of equally close pairs it is the first one, too.
+[[nodiscard]] ErrorCode mergeClustersByTextbook(int criterion, ClusterMerging& merging);
