@@ -69,22 +69,26 @@ void forEachPair(const DataMatrix& data, const AssociationWork& work, Measure me
 }
 
 // Without memory for its scratch the stage leaves zeros, and the run goes on.
-void measureOrder(const DataMatrix& data, AssociationWork& work) {
+template <class Count>
+void measureOrder(const DataMatrix& data, double (*tau)(const OrderedPairs<Count>&), AssociationWork& work) {
     Block<std::int32_t> below;
     if (below.allocate(work.layout.totalCategories) != success) return;
     forEachPair(data, work, [&](Index pair, const ContingencyTable& table) {
-        const OrderedPairs pairs = countOrderedPairs(table, below.data());
+        const OrderedPairs<Count> pairs = countOrderedPairs<Count>(table, below.data());
         work.gamma[pair] = goodmanKruskalGamma(pairs);
-        work.tau[pair] = twiceKendallTau(pairs);
+        work.tau[pair] = tau(pairs);
     });
 }
 
-ErrorCode compute(Screens& screens, const DataMatrix& data, AssociationWork& work) {
+// The measures of ordered categories come with the tau of the same numerics.
+template <class Count>
+ErrorCode compute(Screens& screens, const DataMatrix& data, double (*tau)(const OrderedPairs<Count>&),
+                  AssociationWork& work) {
     count(data, work);
     ErrorCode code = screens.setProgress(30);
     if (code != success) return code;
     forEachPair(data, work, [&](Index pair, const ContingencyTable& table) {
-        work.chiSquares[pair] = chiSquareFamily(table);
+        work.chiSquares[pair] = chiSquareFamily<Count>(table);
     });
     code = screens.setProgress(60);
     if (code != success) return code;
@@ -93,7 +97,7 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, AssociationWork& wor
     });
     code = screens.setProgress(90);
     if (code != success) return code;
-    if (work.scale == orderScale) measureOrder(data, work);
+    if (work.scale == orderScale) measureOrder(data, tau, work);
     return screens.setProgress(100);
 }
 
@@ -161,6 +165,27 @@ void writeReport(AnalysisRun& run, const AssociationWork& work) {
     if (work.scale == orderScale) writeOrder(report, run.data, work);
 }
 
+// Where nothing wraps, either width of counts gives the same bits; without untied pairs there is no gamma.
+void noteDeviations(AnalysisRun& run, const AssociationWork& work) {
+    if (run.numerics->textbook) return;
+    const bool isOrder = work.scale == orderScale;
+    bool chiSquareDiffers = false, gammaDiffers = false, tauDiffers = false;
+    std::int32_t below[mostCategories];
+    forEachPair(run.data.working, work, [&](Index pair, const ContingencyTable& table) {
+        const ChiSquareFamily family = chiSquareFamily<std::int64_t>(table);
+        chiSquareDiffers = chiSquareDiffers || work.chiSquares[pair].chiSquare != family.chiSquare ||
+                           work.chiSquares[pair].cramer != family.cramer;
+        if (!isOrder) return;
+        const OrderedPairs<std::int64_t> pairs = countOrderedPairs<std::int64_t>(table, below);
+        if (pairs.concordant + pairs.discordant == 0) return;
+        gammaDiffers = gammaDiffers || work.gamma[pair] != goodmanKruskalGamma(pairs);
+        tauDiffers = tauDiffers || work.tau[pair] != kendallTauB(pairs);
+    });
+    if (chiSquareDiffers) noteDeviation(run, "chi.s, r.m.c.phi, c.c.c, cr.v, ts.t");
+    if (gammaDiffers) noteDeviation(run, "g.k.gamma");
+    if (tauDiffers) noteDeviation(run, "k.tau");
+}
+
 ErrorCode runAssociationAnalysis(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
     AssociationWork work;
@@ -170,15 +195,20 @@ ErrorCode runAssociationAnalysis(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     code = startProgress(screens, run.report);
-    if (code == success) code = compute(screens, data, work);
+    if (code == success) {
+        code = run.numerics->textbook ? compute(screens, data, kendallTauB, work)
+                                      : compute(screens, data, twiceKendallTau, work);
+    }
     screens.hideProgress();
     if (code != success) return code;
 
     writeReport(run, work);
+    noteDeviations(run, work);
     closeReport(screens, run.report);
     return success;
 }
 
 } // namespace
 
-const Analysis associationAnalysis = {.fields = fields, .driver = runAssociationAnalysis};
+const Analysis associationAnalysis = {
+    .fields = fields, .driver = runAssociationAnalysis, .takesNumerics = true};

@@ -25,9 +25,9 @@ struct Table {
         view = {counts.data(), std::ssize(columnTotals), rowTotals.data(), columnTotals.data(), rows, columns,
                 samples};
     }
-    OrderedPairs pairs() const {
+    template <class Count = std::int32_t> OrderedPairs<Count> pairs() const {
         std::int32_t below[mostCategories];
-        return countOrderedPairs(view, below);
+        return countOrderedPairs<Count>(view, below);
     }
 };
 
@@ -38,12 +38,13 @@ struct Table {
 // discordant pairs, gamma 0.221, tau-b 0.152.
 TEST(AssociationMeasures, KnownTables) {
     const Table eyes(3, 4, {1768, 807, 189, 47, 946, 1387, 746, 53, 115, 438, 288, 16});
-    const ChiSquareFamily family = chiSquareFamily(eyes.view);
+    const ChiSquareFamily family = chiSquareFamily<std::int32_t>(eyes.view);
     expectNear({family.chiSquare, family.phi, family.contingency, family.cramer, family.tschuprow},
                {1073.507564281902, 0.397327018277, 0.369248236600, 0.280952628973, 0.253869358459}, 1e-9);
     EXPECT_DOUBLE_EQ(goodmanKruskalLambda(eyes.view), (3593 + 3954 - 3132 - 2829) / (13600.0 - 3132 - 2829));
 
-    const OrderedPairs pairs = Table(4, 4, {1, 3, 10, 6, 2, 3, 10, 7, 1, 6, 14, 12, 0, 1, 9, 11}).pairs();
+    const OrderedPairs<std::int32_t> pairs =
+        Table(4, 4, {1, 3, 10, 6, 2, 3, 10, 7, 1, 6, 14, 12, 0, 1, 9, 11}).pairs();
     EXPECT_TRUE(pairs.concordant == 1331 && pairs.discordant == 849);
     EXPECT_DOUBLE_EQ(goodmanKruskalGamma(pairs), 482 / 2180.0);
     EXPECT_NEAR(twiceKendallTau(pairs), 2 * 0.152352151347, 1e-12);
@@ -61,7 +62,7 @@ TEST(AssociationMeasures, PairsAsCountedOneByOne) {
                 plain[sameRow ? 2 : sameColumn ? 3 : i % width < j % width ? 0 : 1] += cells[i] * cells[j];
             }
         }
-        const OrderedPairs fast = Table(rows, columns, cells).pairs();
+        const OrderedPairs<std::int32_t> fast = Table(rows, columns, cells).pairs();
         EXPECT_EQ((std::vector{fast.concordant, fast.discordant, fast.tiedRow, fast.tiedColumn}), plain);
     }
 }
@@ -70,17 +71,54 @@ TEST(AssociationMeasures, PairsAsCountedOneByOne) {
 TEST(AssociationMeasures, ProductsWrapIn32Bits) {
     // 50,000 x 50,000 wraps to -1,794,967,296, so that every cell expects -17,949.67296.
     const double expected = -17949.67296;
-    const ChiSquareFamily family = chiSquareFamily(Table(2, 2, {30000, 20000, 20000, 30000}).view);
+    const ChiSquareFamily family =
+        chiSquareFamily<std::int32_t>(Table(2, 2, {30000, 20000, 20000, 30000}).view);
     EXPECT_DOUBLE_EQ(family.chiSquare,
                      2 * (std::pow(20000 - expected, 2) + std::pow(30000 - expected, 2)) / expected);
     EXPECT_TRUE(std::isnan(family.phi));
 
     // 40,000 x 60,000 concordant pairs wrap to -1,894,967,296, their square to 1,916,796,928.
-    const OrderedPairs pairs = Table(2, 2, {40000, 0, 0, 60000}).pairs();
+    const OrderedPairs<std::int32_t> pairs = Table(2, 2, {40000, 0, 0, 60000}).pairs();
     EXPECT_EQ(pairs.concordant, -1894967296);
     EXPECT_EQ(goodmanKruskalGamma(pairs), 1.0);
     EXPECT_DOUBLE_EQ(twiceKendallTau(pairs), 2.0 * -1894967296 / std::sqrt(1916796928.0));
     EXPECT_TRUE(std::isnan(goodmanKruskalGamma(Table(2, 2, {65536, 0, 0, 65536}).pairs())));
+}
+
+// The same tables, whose 40,000 x 60,000 pairs all agree; of 2^31 samples, half of the pairs do,
+// some 1.15e18.
+TEST(AssociationMeasures, WideCountsDoNotWrap) {
+    using Wide = std::int64_t;
+    const ChiSquareFamily family = chiSquareFamily<Wide>(Table(2, 2, {30000, 20000, 20000, 30000}).view);
+    expectNear({family.chiSquare, family.phi, family.contingency, family.cramer, family.tschuprow},
+               {4000, 0.2, std::sqrt(1 / 26.0), 0.2, 0.2}, 1e-12);
+
+    const OrderedPairs<Wide> pairs = Table(2, 2, {40000, 0, 0, 60000}).pairs<Wide>();
+    EXPECT_EQ(pairs.concordant, 2400000000);
+    EXPECT_EQ(goodmanKruskalGamma(pairs), 1.0);
+    EXPECT_EQ(kendallTauB(pairs), 1.0);
+    const Table most(2, 2, {1 << 30, 0, 0, (1 << 30) - 1});
+    EXPECT_EQ(kendallTauB(most.pairs<Wide>()), 1.0);
+    EXPECT_NEAR(chiSquareFamily<Wide>(most.view).cramer, 1.0, 1e-12);
+}
+
+// R on the table of Agresti above, sample by sample.
+TEST(TextbookAssociation, AsR) {
+    const int counts[] = {1, 3, 10, 6, 2, 3, 10, 7, 1, 6, 14, 12, 0, 1, 9, 11};
+    std::vector<std::vector<double>> samples(2);
+    for (int cell = 0; cell < 16; ++cell) {
+        samples[0].insert(samples[0].end(), static_cast<std::size_t>(counts[cell]), cell / 4 + 1);
+        samples[1].insert(samples[1].end(), static_cast<std::size_t>(counts[cell]), cell % 4 + 1);
+    }
+    AnalysisSession session(fileOf(samples));
+    ASSERT_EQ(session.analyse(command), success);
+    EXPECT_STREQ(session.run.deviations, "k.tau");
+    session.run.numerics = &textbookNumerics;
+    ASSERT_EQ(session.analyse(command), success);
+    EXPECT_TRUE(session.shows("-- textbook numerics\n-- order scale data\n"));
+    expectNear(session.row("chi square", "var 1 - var 2"),
+               {5.965514589, 0.249280519, 0.241878518, 0.143922175, 0.143922175, 0.025862069}, 5e-7);
+    expectNear(session.row("order scale\n", "var 1 - var 2"), {482 / 2180.0, 0.152352151347}, 5e-7);
 }
 
 TEST(Association, ScaleAndSingleVariable) {
