@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "analysis/categorical/log_linear/log_linear_report.h"
+#include "analysis/categorical/log_linear/u_term_errors.h"
 #include "analysis/run/run_report.h"
 #include "data/categories.h"
 #include "numeric/sort.h"
@@ -80,10 +81,15 @@ struct LogLinearWork {
     Block<double> expected;  // cells, of the model being fitted
     Margins observedMargins, logarithms, variances;
     ModelFitter fitter;
+    UTermErrors errors; // for textbook numerics
 
-    [[nodiscard]] ErrorCode allocate(const ThreeWaySizes& sizes) {
+    // The models are selected before.
+    [[nodiscard]] ErrorCode allocate(const Numerics& numerics, const ThreeWaySizes& sizes) {
         const Index cells = sizes.cells();
-        return result.allocate(sizes) | table.allocate(cells) | corrected.allocate(cells) |
+        const SelectedModel* const selected = result.selected;
+        const bool noInteraction = !hasClosedForm(selected[0].model) || !hasClosedForm(selected[1].model);
+        const ErrorCode code = numerics.textbook ? errors.allocate(sizes, noInteraction) : success;
+        return code | result.allocate(sizes) | table.allocate(cells) | corrected.allocate(cells) |
                expected.allocate(cells) | observedMargins.allocate(sizes) | logarithms.allocate(sizes) |
                variances.allocate(sizes) | fitter.allocate(sizes);
     }
@@ -161,10 +167,16 @@ ErrorCode estimateSaturated(Screens& screens, LogLinearWork& work) {
     return code == success ? screens.setProgress(55) : code;
 }
 
-ErrorCode fitModels(LogLinearWork& work) {
+// That of the numerics, with a limit, or the kept one without.
+FittingGoal fittingGoal(const Numerics& numerics) {
+    if (!numerics.textbook) return {};
+    return {.change = numerics.iterationTolerance, .share = numerics.iterationTolerance, .mostCycles = 10000};
+}
+
+ErrorCode fitModels(const FittingGoal& goal, LogLinearWork& work) {
     LogLinearResult& result = work.result;
     for (Index model = 0; model < logLinearModelCount; ++model) {
-        work.fitter.fit(work.observedMargins, model, work.expected.data());
+        work.fitter.fit(work.observedMargins, model, goal, work.expected.data());
         result.freedom[model] = degreesOfFreedom(result.sizes, model);
         result.chiSquares[model] =
             likelihoodRatio(result.observed.data(), work.expected.data(), work.expected.size());
@@ -178,13 +190,18 @@ ErrorCode fitModels(LogLinearWork& work) {
     return success;
 }
 
-void estimateSelected(LogLinearWork& work) {
+ErrorCode estimateSelected(const Numerics& numerics, LogLinearWork& work) {
+    ErrorCode code = success;
     for (SelectedModel& each : work.result.selected) {
         takeLogarithms(each.expected.data(), work);
         for (Index term = 0; term < uTermCount - 1; ++term) {
             estimateUTerm(work.logarithms, work.variances, uTerms[term], each.terms);
         }
+        if (numerics.textbook) {
+            code |= work.errors.estimate(work.observedMargins, each.model, each.expected.data(), each.terms);
+        }
     }
+    return code;
 }
 
 void rankModels(LogLinearResult& result) {
@@ -209,8 +226,8 @@ ErrorCode sumCounts(LogLinearWork& work) {
     return work.observedMargins.sums[0][0] == 0.0 ? notFinite : success;
 }
 
-ErrorCode compute(Screens& screens, const DataMatrix& data, const LogLinearOptions& options,
-                  LogLinearWork& work) {
+ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& data,
+                  const LogLinearOptions& options, LogLinearWork& work) {
     ErrorCode code = screens.setProgress(5);
     if (code == success) code = readCounts(data, options, work);
     if (code == success) code = screens.setProgress(10);
@@ -218,10 +235,9 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, const LogLinearOptio
     if (code == success) code = screens.setProgress(20);
     if (code == success) code = estimateSaturated(screens, work);
     if (code == success) code = screens.setProgress(70);
-    if (code == success) code = fitModels(work);
-    if (code != success) return code;
-    estimateSelected(work);
-    code = screens.setProgress(85);
+    if (code == success) code = fitModels(fittingGoal(numerics), work);
+    if (code == success) code = estimateSelected(numerics, work);
+    if (code == success) code = screens.setProgress(85);
     if (code != success) return code;
     rankModels(work.result);
     return screens.setProgress(100);
@@ -238,6 +254,12 @@ void writeReport(AnalysisRun& run, const LogLinearWork& work) {
     writeLogLinearTables(run.report, work.result);
 }
 
+// The classic fitting ends early, and the classic errors are those of a table as if it were observed.
+void noteDeviations(AnalysisRun& run, const LogLinearResult& result) {
+    if (!hasClosedForm(result.selected[1].model)) noteDeviation(run, "exp and res of LLM( 1)");
+    noteDeviation(run, "std.e. of selected models");
+}
+
 ErrorCode runLogLinearAnalysis(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
     const LogLinearOptions& options = run.options.settings.logLinear;
@@ -245,21 +267,25 @@ ErrorCode runLogLinearAnalysis(Screens& screens, AnalysisRun& run) {
     ErrorCode code = checkData(data, options, sizes);
     if (code != success) return code;
     LogLinearWork work;
-    code = work.allocate(sizes);
-    if (code != success) return code;
     selectModels(options, work.result);
+    code = work.allocate(*run.numerics, sizes);
+    if (code != success) return code;
 
     code = startProgress(screens, run.report);
-    if (code == success) code = compute(screens, data, options, work);
+    if (code == success) code = compute(screens, *run.numerics, data, options, work);
     screens.hideProgress();
     if (code != success) return code;
 
     writeReport(run, work);
+    noteDeviations(run, work.result);
     closeReport(screens, run.report);
     return success;
 }
 
 } // namespace
 
-const Analysis logLinearAnalysis = {
-    .fields = fields, .driver = runLogLinearAnalysis, .isEnabled = isEnabled, .refuse = refuse};
+const Analysis logLinearAnalysis = {.fields = fields,
+                                    .driver = runLogLinearAnalysis,
+                                    .isEnabled = isEnabled,
+                                    .refuse = refuse,
+                                    .takesNumerics = true};

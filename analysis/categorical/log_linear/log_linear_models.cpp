@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr double largestChange = 0.001; // of a cell in the last cycle of the iterative fitting
-
 constexpr const char* texts[logLinearModelCount] = {
     "u+uA(i)+uB(j)+uC(k)+uAB(ij)+uAC(ik)+uBC(jk)", "u+uA(i)+uB(j)+uC(k)+uAB(ij)+uAC(ik)        ",
     "u+uA(i)+uB(j)+uC(k)+uAB(ij)        +uBC(jk)", "u+uA(i)+uB(j)+uC(k)        +uAC(ik)+uBC(jk)",
@@ -25,25 +23,6 @@ constexpr unsigned effects[logLinearModelCount] = {0x7e, 0x7c, 0x7a, 0x76, 0x78,
 
 bool hasEffect(Index model, Index term) {
     return (effects[model] & (0x40U >> term)) != 0;
-}
-
-// The terms of a model that are part of no other one: their margins settle its expected table.
-struct Generators {
-    FactorSet sets[3];
-    Index count = 0;
-};
-
-Generators generatorsOf(Index model) {
-    Generators generators;
-    for (Index term = 0; term < uTermCount; ++term) {
-        if (!hasEffect(model, term)) continue;
-        bool maximal = true;
-        for (Index other = term + 1; other < uTermCount; ++other) {
-            if (hasEffect(model, other) && (uTerms[term] & ~uTerms[other]) == 0) maximal = false;
-        }
-        if (maximal) generators.sets[generators.count++] = uTerms[term];
-    }
-    return generators;
 }
 
 double quotient(double numerator, double denominator) {
@@ -92,13 +71,13 @@ void scaleToMargin(const Margins& observed, FactorSet factors, double* table, do
     visitCells(observed.sizes, [&](Index i, Index j, Index k) { *table++ *= fitted[at.place(i, j, k)]; });
 }
 
-// Whether a cell changed by more than the fitting allows; a change that is not a number ends it.
-bool isChanging(const double* previous, const double* table, Index cells) {
+// Whether a cell changed by more than the goal allows; a change that is not a number ends the fitting.
+bool isChanging(const FittingGoal& goal, const double* previous, const double* table, Index cells) {
     bool changing = false;
     for (Index m = 0; m < cells; ++m) {
         const double change = std::fabs(table[m] - previous[m]);
         if (std::isnan(change)) return false;
-        changing = changing || change > largestChange;
+        changing = changing || change > std::max(goal.change, goal.share * table[m]);
     }
     return changing;
 }
@@ -189,6 +168,23 @@ bool areNested(Index first, Index second) {
     return larger >= 0 && smaller < logLinearModelCount && (effects[smaller] & ~effects[larger]) == 0;
 }
 
+Generators generatorsOf(Index model) {
+    Generators generators;
+    for (Index term = 0; term < uTermCount; ++term) {
+        if (!hasEffect(model, term)) continue;
+        bool maximal = true;
+        for (Index other = term + 1; other < uTermCount; ++other) {
+            if (hasEffect(model, other) && (uTerms[term] & ~uTerms[other]) == 0) maximal = false;
+        }
+        if (maximal) generators.sets[generators.count++] = uTerms[term];
+    }
+    return generators;
+}
+
+bool hasClosedForm(Index model) {
+    return model != 0;
+}
+
 Index degreesOfFreedom(const ThreeWaySizes& sizes, Index model) {
     Index parameters = 1;
     for (Index term = 0; term < uTermCount; ++term) {
@@ -210,15 +206,16 @@ ErrorCode ModelFitter::allocate(const ThreeWaySizes& sizes) {
     return previous.allocate(sizes.cells()) | fitted.allocate(largest);
 }
 
-void ModelFitter::fit(const Margins& observed, Index model, double* expected) {
+void ModelFitter::fit(const Margins& observed, Index model, const FittingGoal& goal, double* expected) {
     const Generators generators = generatorsOf(model);
-    if (model != 0) return fitClosedForm(observed, generators, expected);
+    if (hasClosedForm(model)) return fitClosedForm(observed, generators, expected);
     const Index cells = observed.sizes.cells();
     std::fill_n(expected, cells, 1.0);
+    Index cycles = 0;
     do {
         std::copy_n(expected, cells, previous.data());
         for (const FactorSet pair : generators.sets) scaleToMargin(observed, pair, expected, fitted.data());
-    } while (isChanging(previous.data(), expected, cells));
+    } while (++cycles < goal.mostCycles && isChanging(goal, previous.data(), expected, cells));
 }
 
 double likelihoodRatio(const std::int32_t* observed, const double* expected, Index cells) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 
 #include "numeric/block.h"
@@ -59,18 +60,35 @@ std::span<const char* const> logLinearModelTexts();
 // Whether one of two models (list indices) has all effects of the other. False for what is no index.
 bool areNested(Index first, Index second);
 
+// The terms of a model (list index) that are part of no other one: their margins settle its expected table.
+struct Generators {
+    FactorSet sets[3];
+    Index count = 0;
+};
+Generators generatorsOf(Index model);
+
+// Whether the expected table of a model is a product of margins over margins: of all but the first one.
+bool hasClosedForm(Index model);
+
 // Cells less free parameters of a model (list index).
 Index degreesOfFreedom(const ThreeWaySizes& sizes, Index model);
 
-// Expected tables from the margins of the observed one. All but the first model have a closed form; that one
-// is fitted by iterative proportional fitting (Deming and Stephan 1940) from a table of ones until a cycle
-// changes no cell by more than 0.001. Quotients with a denominator of 0 count 0.
+// When the iterative fitting ends: after so many cycles, or one that changes no cell by more than either of
+// these.
+struct FittingGoal {
+    double change = 0.001;
+    double share = 0.0; // of the cell
+    Index mostCycles = PTRDIFF_MAX;
+};
+
+// Expected tables from the margins of the observed one. The first model is fitted by iterative proportional
+// fitting (Deming and Stephan 1940) from a table of ones. Quotients with a denominator of 0 count 0.
 struct ModelFitter {
     Block<double> previous; // cells
     Block<double> fitted;   // the largest two-way margin
 
     [[nodiscard]] ErrorCode allocate(const ThreeWaySizes& sizes);
-    void fit(const Margins& observed, Index model, double* expected);
+    void fit(const Margins& observed, Index model, const FittingGoal& goal, double* expected);
 };
 
 // G2 = 2 sum n ln(n / m); empty cells add nothing.

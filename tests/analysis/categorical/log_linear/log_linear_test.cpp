@@ -36,6 +36,58 @@ TEST(LogLinear, AllModelsOfAPublishedTable) {
     for (std::size_t m = 1; m < 18; ++m) EXPECT_LT(ranking[m - 1].second, ranking[m].second);
 }
 
+// R's glm with sum contrasts (epsilon 1e-15): estimate and standard error of both models for one level
+// combination of each term; those of the last levels are minus the sum of the others and the root of the sum
+// of their covariances. Models 4 (without AB, which has neither) and 1.
+TEST(TextbookLogLinear, FitsAndErrorsAsGlm) {
+    AnalysisSession session(fileOf({admissions}));
+    setTable(session, {2, 2, 6});
+    session.run.options.settings.logLinear.firstModel = 0;
+    session.run.options.settings.logLinear.secondModel = 3;
+    ASSERT_EQ(session.analyse(command), success);
+    EXPECT_STREQ(session.run.deviations, "exp and res of LLM( 1), std.e. of selected models");
+    session.run.numerics = &textbookNumerics;
+    ASSERT_EQ(session.analyse(command), success);
+    EXPECT_TRUE(session.shows("\n-- textbook numerics\n"));
+    EXPECT_TRUE(session.shows("113.997821, 141.632576,") &&
+                session.shows("529.269919, 353.639509, 109.245276,"));
+    const std::pair<const char*, std::vector<double>> lines[] = {
+        {"   1,    ,    ", {-0.325781804, 0.019502485, -0.321205798, 0.019826997}},
+        {"    ,   1,    ", {0.334605321, 0.022894498, 0.328749887, 0.023364847}},
+        {"    ,    ,   6", {-0.333357294, 0.067453811, -0.329712672, 0.067514677}},
+        {"   1,   1,    ", {0, 0, -0.024967522, 0.020211617}},
+        {"   1,    ,   2", {0.597214293, 0.040074819, 0.615500052, 0.042782919}},
+        {"    ,   1,   1", {0.682020758, 0.047638095, 0.695511808, 0.048938981}}};
+    const std::string& report = session.frontend.lower;
+    for (const auto& [levels, expected] : lines) {
+        const std::string start = std::string("\n   ,") + levels;
+        const std::size_t at = report.find(start, report.find("u-terms of selected"));
+        ASSERT_NE(at, std::string::npos) << levels;
+        std::istringstream cells(report.substr(at + start.size()));
+        for (const double value : expected) {
+            char comma = 0;
+            double found = NAN;
+            cells >> comma >> found;
+            EXPECT_NEAR(found, value, 6e-7) << levels;
+        }
+    }
+    session.failAllocations(command);
+}
+
+// Without the margin AB(1,1) nothing of the first models can be told, and the fitting ends all the same; the
+// second table has its zeros where the fit without the interaction of three never arrives.
+TEST(TextbookLogLinear, EmptyCells) {
+    const std::vector<double> tables[] = {{0, 0, 3, 4, 5, 6, 7, 8}, {0, 2, 3, 4, 5, 6, 7, 0}};
+    for (const auto& table : tables) {
+        AnalysisSession session(fileOf({table}));
+        setTable(session, {2, 2, 2});
+        session.run.options.settings.logLinear.secondModel = 1;
+        session.run.numerics = &textbookNumerics;
+        EXPECT_EQ(session.analyse(command), success);
+        EXPECT_EQ(session.shows(",        nan,        inf,        nan,        inf\n"), &table == tables);
+    }
+}
+
 // All samples in one cell: quotients of empty margins are 0, and what such a table says of its terms is not
 // finite.
 TEST(LogLinear, EmptyMargins) {
