@@ -39,6 +39,7 @@ struct FittedModel {
     double alpha = 0.0; // of the interval, 0 for none
     double residualVariance = 0.0;
     bool inverted = false; // `inverse` is made; else it holds the matrix to invert
+    bool hasRoot = false;  // `inverse` holds a matrix whose transpose times itself is the inverse
 
     // In model order.
     Block<std::int32_t> variables; // their working columns

@@ -173,10 +173,11 @@ void invertTriangle(Factoring& work) {
     }
 }
 
-// (X'X)^-1 = R^-1 R'^-1, in the order and the scales of the columns.
+// (X'X)^-1 = R^-1 R'^-1, and R'^-1 as its root, in the order and the scales of the columns.
 void composeInverse(const Factoring& work, LeastSquares& fit) {
     for (Index i = 0; i < work.k; ++i) {
         for (Index j = 0; j <= i; ++j) {
+            fit.root(i, work.order[j]) = work.inverse(i, j) / work.lengths[work.order[j]];
             double sum = 0.0;
             for (Index l = i; l < work.k; ++l) sum += work.inverse(l, i) * work.inverse(l, j);
             const Index a = work.order[i], b = work.order[j];
@@ -208,7 +209,8 @@ ErrorCode fitLeastSquares(const RegressionColumns& from, LeastSquares& fit) {
     work.samples = from.samples;
     work.k = from.k;
     ErrorCode code = work.allocate() | fit.coefficients.allocate(from.k) |
-                     fit.inverse.allocate(from.k, from.k) | fit.residuals.allocate(from.samples);
+                     fit.inverse.allocate(from.k, from.k) | fit.root.allocate(from.k, from.k) |
+                     fit.residuals.allocate(from.samples);
     if (code == success) code = takeColumns(from, work);
     if (code == success) code = factorise(work);
     if (code != success) return code;

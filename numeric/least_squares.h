@@ -24,6 +24,8 @@ struct LeastSquares {
     Block<double> coefficients; // k, in the order of the variables
     double constant = 0.0;
     Matrix inverse;           // k x k, of the sums of products of the variables about their means
+    Matrix root;              // k x k, with inverse = root' root: d' inverse d keeps more digits as the
+                              // squared length of root d
     Block<double> residuals;  // of each sample
     double residualSum = 0.0; // of their squares
     double totalSum = 0.0;    // of the squares of the purpose column about its mean

@@ -34,7 +34,7 @@ static void sayClassic(const DataMatrix& data, const MomentMatrices& moments) {
     const RegressionData regression = {data.values.data(), data.samples, data.variables, moments};
     fit.count = data.variables - 1;
     for (Index j = 0; j < k; ++j) fit.variables[j] = static_cast<std::int32_t>(j);
-    say("code", 0, fitRegression(screens, regression, 0.0, DeterminantTest::refuseNegative, fit));
+    say("code", 0, fitByCorrelations(screens, regression, 0.0, DeterminantTest::refuseNegative, fit));
     say("constant", 0, fit.constant);
     for (Index j = 0; j < k; ++j) {
         say("coefficient", j, fit.coefficients[j]);

@@ -40,7 +40,8 @@ void keepRegressionModel(AnalysisRun& run, const RegressionResult& result) {
     }
 
     // Without an interval nothing was inverted; a prediction that wants one does it.
-    model.inverted = fit.alpha != 0.0;
+    model.hasRoot = fit.hasRoot;
+    model.inverted = fit.hasRoot || fit.alpha != 0.0;
     if (model.inverted) {
         std::copy(fit.intervalMatrix.begin(), fit.intervalMatrix.end(), model.inverse.begin());
     } else {

@@ -21,5 +21,8 @@ ErrorCode runMultipleRegression(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis multipleRegression = {
-    .fields = fields, .driver = runMultipleRegression, .isEnabled = isEnabled, .refuse = refuse};
+const Analysis multipleRegression = {.fields = fields,
+                                     .driver = runMultipleRegression,
+                                     .isEnabled = isEnabled,
+                                     .refuse = refuse,
+                                     .takesNumerics = true};

@@ -8,7 +8,6 @@
 #include "analysis/basic/regression/regression_report.h"
 #include "analysis/run/run_flow.h"
 #include "analysis/run/run_report.h"
-#include "numeric/distributions.h"
 #include "numeric/lu.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
@@ -76,9 +75,10 @@ ErrorCode predictFromRegression(AnalysisRun& run, const PredictionEntry& entry, 
     code = invertIntervalMatrix(model);
     if (code != success) return code;
     const std::int32_t samples = run.data.working.samples;
-    const double t = TInverse(samples - model.count - 1, entry.alpha);
-    const double halfWidth =
-        intervalHalfWidth(deviations.data(), count, model.inverse.data(), t, samples, model.residualVariance);
+    const double t = run.numerics->tTwoSidedQuantile(samples - model.count - 1, entry.alpha);
+    const double distance =
+        (model.hasRoot ? distanceByRoot : distanceByInverse)(deviations.data(), count, model.inverse.data());
+    const double halfWidth = intervalHalfWidth(distance, t, samples, model.residualVariance);
     prediction.infimum = curve.response(sum - halfWidth);
     prediction.supremum = curve.response(sum + halfWidth);
     if (prediction.infimum > prediction.supremum) std::swap(prediction.infimum, prediction.supremum);

@@ -104,8 +104,9 @@ void computeSamples(const RegressionData& data, RegressionFit& fit) {
         fit.predictions[i] = prediction;
         fit.standardizedResiduals[i] = (row[data.purpose()] - prediction) / deviation;
         if (fit.alpha != 0.0) {
-            fit.halfWidths[i] = intervalHalfWidth(fit.deviations.data(), fit.count, fit.intervalMatrix.data(),
-                                                  t, data.samples, fit.residualVariance);
+            const double distance =
+                distanceByInverse(fit.deviations.data(), fit.count, fit.intervalMatrix.data());
+            fit.halfWidths[i] = intervalHalfWidth(distance, t, data.samples, fit.residualVariance);
         }
     }
 }
@@ -131,20 +132,34 @@ void copyMinor(const Matrix& matrix, const Index* variables, Index count, double
     }
 }
 
-double intervalHalfWidth(const double* deviations, Index count, const double* intervalMatrix, double t,
-                         std::int32_t samples, double residualVariance) {
+double distanceByInverse(const double* deviations, Index count, const double* inverse) {
     double distance = 0.0;
-    const double* row = intervalMatrix;
+    const double* row = inverse;
     for (Index i = 0; i < count; ++i, row += count) {
         double sum = 0.0;
         for (Index j = 0; j < count; ++j) sum += row[j] * deviations[j];
         distance += sum * deviations[i];
     }
+    return distance;
+}
+
+double distanceByRoot(const double* deviations, Index count, const double* root) {
+    double distance = 0.0;
+    const double* row = root;
+    for (Index i = 0; i < count; ++i, row += count) {
+        double sum = 0.0;
+        for (Index j = 0; j < count; ++j) sum += row[j] * deviations[j];
+        distance += sum * sum;
+    }
+    return distance;
+}
+
+double intervalHalfWidth(double distance, double t, std::int32_t samples, double residualVariance) {
     return t * std::sqrt((1.0 / samples + 1.0 + distance) * residualVariance);
 }
 
-ErrorCode fitRegression(Screens& screens, const RegressionData& data, double alpha, DeterminantTest test,
-                        RegressionFit& fit) {
+ErrorCode fitByCorrelations(Screens& screens, const RegressionData& data, double alpha, DeterminantTest test,
+                            RegressionFit& fit) {
     ErrorCode code = invertCorrelation(data, test, fit);
     if (code == success) code = screens.setProgress(40);
     if (code != success) return code;

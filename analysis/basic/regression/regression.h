@@ -34,6 +34,8 @@ struct RegressionFit {
     double alpha = 0.0;
     double residualVariance = 0.0;
     Matrix intervalMatrix; // k x k: inverse of N times the covariance matrix; made unless alpha is 0
+    bool hasRoot = false;  // intervalMatrix is a root of that instead, always made: its transpose times
+                           // itself is the inverse
 
     Block<double> predictions; // of each sample
     Block<double> halfWidths;  // of the interval around it
@@ -54,17 +56,21 @@ struct RegressionFit {
 void copyMinor(const Matrix& matrix, const Index* variables, Index count, double factor, double* out,
                Index stride);
 
-// The half-width of the prediction interval at a point: t sqrt((1/N + 1 + d' M d) s2) with t from TInverse of
-// alpha, which is 0 for an alpha outside 0..1, d the deviations of the model's variables (count) from their
-// means, M the interval matrix (count x count) and s2 the residual variance.
-double intervalHalfWidth(const double* deviations, Index count, const double* intervalMatrix, double t,
-                         std::int32_t samples, double residualVariance);
+// The distance d' M d of a point with the deviations d of the model's variables (count) from their means: by
+// the interval matrix M (count x count), or by its root.
+double distanceByInverse(const double* deviations, Index count, const double* inverse);
+double distanceByRoot(const double* deviations, Index count, const double* root);
+
+// The half-width of the prediction interval at a point of that distance: t sqrt((1/N + 1 + distance) s2) with
+// Student's t of alpha, which is 0 for an alpha outside 0..1, and s2 the residual variance.
+double intervalHalfWidth(double distance, double t, std::int32_t samples, double residualVariance);
 
 // Whether a negative determinant of the correlation matrix counts as singular.
 enum class DeterminantTest { none, refuseNegative };
 
 // Fits fit.variables through the inverse of the correlation matrix (of the model's variables and the purpose
-// variable) and moves the progress from 40 to 100. A matrix that is singular but not seen to be gives values
-// that are not finite. Returns success, outOfMemory, singularMatrix or a code of the progress.
-[[nodiscard]] ErrorCode fitRegression(Screens& screens, const RegressionData& data, double alpha,
-                                      DeterminantTest test, RegressionFit& fit);
+// variable), with the classic kernels, and moves the progress from 40 to 100. A matrix that is singular but
+// not seen to be gives values that are not finite. Returns success, outOfMemory, singularMatrix or a code of
+// the progress.
+[[nodiscard]] ErrorCode fitByCorrelations(Screens& screens, const RegressionData& data, double alpha,
+                                          DeterminantTest test, RegressionFit& fit);

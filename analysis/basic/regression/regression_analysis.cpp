@@ -5,6 +5,8 @@
 #include <numeric>
 
 #include "analysis/basic/regression/fitted_model.h"
+#include "analysis/basic/regression/least_squares_regression.h"
+#include "analysis/basic/regression/regression_deviations.h"
 #include "analysis/basic/regression/regression_report.h"
 #include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
@@ -66,18 +68,18 @@ bool isTransformed(const RegressionResult& result, Index column, Index purpose) 
 }
 
 // The moments of the data and of what is regressed.
-ErrorCode computeMoments(const DataMatrix& data, RegressionResult& result) {
-    MeanCovarianceCorrelation(data.values.data(), data.samples, data.variables, result.ownMoments);
+ErrorCode computeMoments(const Numerics& numerics, const DataMatrix& data, RegressionResult& result) {
+    numerics.moments(data.values.data(), data.samples, data.variables, result.ownMoments);
     if (result.transforms()) {
         transform(data, result);
         if (!allFinite(result.transformed)) return notFinite;
-        MeanCovarianceCorrelation(result.transformed.data(), data.samples, data.variables, result.moments);
+        numerics.moments(result.transformed.data(), data.samples, data.variables, result.moments);
     }
     const MomentMatrices& moments = result.regressedMoments();
     if (!allFinite(result.ownMoments.means) || !allFinite(moments.means) || !allFinite(moments.sds)) {
         return notFinite;
     }
-    if (anyDeviationBelow(result.ownMoments.sds, leastDeviation)) return illegalData;
+    if (numerics.anyConstant(result.ownMoments)) return illegalData;
     for (Index v = 0; v < data.variables; ++v) {
         if (isTransformed(result, v, data.variables - 1) &&
             !(moments.sds[v] > leastRelativeDeviation * std::fabs(moments.means[v]))) {
@@ -92,24 +94,32 @@ RegressionData regressedData(const DataMatrix& data, const RegressionResult& res
     return {values, data.samples, data.variables, result.regressedMoments()};
 }
 
-ErrorCode fitAll(Screens& screens, const RegressionData& data, double alpha, RegressionFit& fit) {
+// The test is that of the correlation matrix alone.
+ErrorCode fitModel(Screens& screens, const Numerics& numerics, const RegressionData& data, double alpha,
+                   DeterminantTest test, RegressionFit& fit) {
+    return numerics.textbook ? fitByLeastSquares(screens, numerics, data, alpha, fit)
+                             : fitByCorrelations(screens, data, alpha, test, fit);
+}
+
+ErrorCode fitAll(Screens& screens, const Numerics& numerics, const RegressionData& data, double alpha,
+                 RegressionFit& fit) {
     ErrorCode code = screens.setProgress(20);
     if (code == success) code = fit.allocate(data.samples, data.purpose());
     if (code != success) return code;
     std::iota(fit.variables.begin(), fit.variables.end(), Index{0});
-    return fitRegression(screens, data, alpha, DeterminantTest::refuseNegative, fit);
+    return fitModel(screens, numerics, data, alpha, DeterminantTest::refuseNegative, fit);
 }
 
-ErrorCode fitSelected(Screens& screens, const RegressionData& data, const RegressionOptions& options,
-                      RegressionResult& result) {
+ErrorCode fitSelected(Screens& screens, const Numerics& numerics, const RegressionData& data,
+                      const RegressionOptions& options, RegressionResult& result) {
     const StepwiseSelection& selection = result.selection;
     ErrorCode code = screens.setProgress(15);
-    if (code == success) code = selectVariables(data, options, result.selection);
+    if (code == success) code = selectVariables(numerics, data, options, result.selection);
     if (code == success && selection.count == 0) code = noEffectiveVariable;
     if (code == success) code = result.fit.allocate(data.samples, selection.count);
     if (code != success) return code;
     std::copy_n(selection.variables.begin(), selection.count, result.fit.variables.begin());
-    return fitRegression(screens, data, options.alpha, DeterminantTest::none, result.fit);
+    return fitModel(screens, numerics, data, options.alpha, DeterminantTest::none, result.fit);
 }
 
 // Predictions and their limits on the scale of the purpose variable.
@@ -125,12 +135,13 @@ void computeResponses(RegressionResult& result) {
 
 ErrorCode compute(Screens& screens, const AnalysisRun& run, const RegressionOptions& options,
                   RegressionResult& result) {
+    const Numerics& numerics = *run.numerics;
     fillDegrees(run, result.degrees);
-    ErrorCode code = computeMoments(run.data.working, result);
+    ErrorCode code = computeMoments(numerics, run.data.working, result);
     if (code != success) return code;
     const RegressionData data = regressedData(run.data.working, result);
-    code = isStepwise(options) ? fitSelected(screens, data, options, result)
-                               : fitAll(screens, data, options.alpha, result.fit);
+    code = isStepwise(options) ? fitSelected(screens, numerics, data, options, result)
+                               : fitAll(screens, numerics, data, options.alpha, result.fit);
     if (code != success) return code;
     computeResponses(result);
     return success;
@@ -184,6 +195,7 @@ ErrorCode runRegression(Screens& screens, AnalysisRun& run, const RegressionOpti
     if (code != success) return code;
 
     keepRegressionModel(run, result);
+    noteRegressionDeviations(run, regressedData(data, result), result.fit);
     writeRegressionReport(run, options, result);
     closeReport(screens, run.report);
     return buildRegressionGraph(screens, run, result);

@@ -78,6 +78,11 @@ void writeStandardized(Report& report, const DataMatrix& data, const RegressionF
     }
 }
 
+// Of a determination. Adjusting can take more than there is; nothing is left then.
+double correlationOf(double determination, bool isAdjusted) {
+    return isAdjusted && determination < 0.0 ? 0.0 : std::sqrt(determination);
+}
+
 void writeDeterminations(Report& report, const RegressionFit& fit) {
     constexpr const char* heads[] = {"m.c.determination", "m.c.coefficient", "f.value", "f.probability"};
     constexpr const char* labels[RegressionFit::determinationCount] = {"model value", "adjusted",
@@ -88,7 +93,7 @@ void writeDeterminations(Report& report, const RegressionFit& fit) {
     for (int k = 0; k < RegressionFit::determinationCount; ++k) {
         startRow(report, k + 1, labels[k]);
         writeCell(report, fit.determinations[k], wideCell);
-        writeCell(report, std::sqrt(fit.determinations[k]), wideCell);
+        writeCell(report, correlationOf(fit.determinations[k], k > 0), wideCell);
         if (k == 0) {
             writeCell(report, fit.fValues[fit.count], wideCell);
             writeCell(report, fit.fProbabilities[fit.count], wideCell);

@@ -6,6 +6,7 @@
 #include <numbers>
 #include <numeric>
 
+#include "analysis/basic/regression/least_squares_regression.h"
 #include "numeric/lu.h"
 
 namespace {
@@ -21,7 +22,7 @@ public:
     Selector(const RegressionData& data, const RegressionOptions& options, StepwiseSelection& selection)
         : data_(data), options_(options), selection_(selection), aic_(aicOf(0.0, 0)) {}
 
-    void startFull();
+    void startFull(const Numerics& numerics);
 
     // One test; true when it changed the model. False, too, once a code stands or the list of steps is full.
     bool tryEntry(Failure failure);
@@ -41,6 +42,8 @@ private:
     void move(Index variable, StepMark mark, double determination, double f, double aic);
     void keep(const SelectionStep& step) { selection_.steps[selection_.stepCount++] = step; }
     void invertModel();
+    void invertFull();
+    void solveFull();
 
     const RegressionData& data_;
     const RegressionOptions& options_;
@@ -93,18 +96,43 @@ void Selector::invertModel() {
     }
 }
 
-void Selector::startFull() {
-    const Index k = selection_.count = data_.purpose();
-    std::iota(selection_.variables.begin(), selection_.variables.begin() + k, Index{0});
-    std::fill_n(selection_.inModel.begin(), k, true);
+// Through the inverse of the correlations.
+void Selector::invertFull() {
+    const Index k = selection_.count;
     std::copy(correlation().begin(), correlation().end(), selection_.matrix.begin());
     double determinant = 0.0;
     code_ = MatrixInverse(selection_.matrix, selection_.inverse, determinant);
     if (code_ == success && determinant < 0.0) code_ = singularMatrix;
     if (code_ != success) return;
     determination_ = 1.0 - 1.0 / selection_.inverse(k, k);
-    aic_ = aicOf(determination_, k);
     invertModel();
+}
+
+// By least squares, which tells nearly dependent columns from dependent ones.
+void Selector::solveFull() {
+    LeastSquares full;
+    code_ = fitColumns(data_, selection_.variables.data(), selection_.count, full);
+    if (code_ != success) return;
+    const Block<double>& sds = data_.moments.sds;
+    determination_ = 1.0 - full.residualSum / full.totalSum;
+    for (Index i = 0; i < selection_.count; ++i) {
+        selection_.weights[i] = full.coefficients[i] * sds[i] / sds[data_.purpose()];
+        for (Index j = 0; j < selection_.count; ++j) {
+            selection_.inverse(i, j) = full.inverse(i, j) * sds[i] * sds[j] * data_.samples;
+        }
+    }
+}
+
+void Selector::startFull(const Numerics& numerics) {
+    const Index k = selection_.count = data_.purpose();
+    std::iota(selection_.variables.begin(), selection_.variables.begin() + k, Index{0});
+    std::fill_n(selection_.inModel.begin(), k, true);
+    if (numerics.textbook) {
+        solveFull();
+    } else {
+        invertFull();
+    }
+    if (code_ == success) aic_ = aicOf(determination_, k);
 }
 
 void Selector::move(Index variable, StepMark mark, double determination, double f, double aic) {
@@ -178,8 +206,8 @@ ErrorCode StepwiseSelection::allocate(Index allVariables) {
            inverse.allocate(p, p) | weights.allocate(p);
 }
 
-ErrorCode selectVariables(const RegressionData& data, const RegressionOptions& options,
-                          StepwiseSelection& selection) {
+ErrorCode selectVariables(const Numerics& numerics, const RegressionData& data,
+                          const RegressionOptions& options, StepwiseSelection& selection) {
     Selector selector(data, options, selection);
     switch (options.method) {
     case 1:
@@ -190,7 +218,7 @@ ErrorCode selectVariables(const RegressionData& data, const RegressionOptions& o
         }
         break;
     case 2:
-        selector.startFull();
+        selector.startFull(numerics);
         while (selector.tryRemoval(Failure::recorded)) {
             while (selector.tryEntry(Failure::silent)) {
             }
@@ -201,7 +229,7 @@ ErrorCode selectVariables(const RegressionData& data, const RegressionOptions& o
         }
         break;
     default:
-        selector.startFull();
+        selector.startFull(numerics);
         while (selector.tryRemoval(Failure::recorded)) {
         }
         break;

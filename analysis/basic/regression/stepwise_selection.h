@@ -2,6 +2,7 @@
 
 #include "analysis/basic/regression/regression.h"
 #include "analysis/run/settings.h"
+#include "numeric/numerics.h"
 
 enum class StepMark { none, in, out };
 
@@ -37,6 +38,6 @@ struct StepwiseSelection {
 // while it can and after each removal enters while it can; 3 enters only; 4 removes only. By F a variable
 // enters when F is not below fIn and stays when F is above fOut; by AIC it moves when that makes the AIC
 // smaller. Returns success (the model may be empty), outOfMemory, or singularMatrix when the full model of 2
-// or 4 has a negative determinant.
-[[nodiscard]] ErrorCode selectVariables(const RegressionData& data, const RegressionOptions& options,
-                                        StepwiseSelection& selection);
+// or 4 has a negative determinant or, by textbook numerics, a rank below that.
+[[nodiscard]] ErrorCode selectVariables(const Numerics& numerics, const RegressionData& data,
+                                        const RegressionOptions& options, StepwiseSelection& selection);

@@ -2,6 +2,7 @@
 
 #include <numeric>
 
+#include "analysis/basic/regression/least_squares_regression.h"
 #include "analysis/basic/regression/stepwise_selection.h"
 #include "tests/support/regression_run.h"
 
@@ -45,12 +46,14 @@ template <class Use> void forEachLine(const char* name, int count, Use use) {
 } // namespace
 
 TEST(Regression, AgreesWithLeastSquares) {
-    forEachLine("least_squares.txt", 7, [](Engine& engine) {
+    const auto compare = [](Engine& engine, const Numerics& numerics) {
         RegressionFit fit;
         const std::int32_t k = engine.run.data.working.variables - 1;
         ASSERT_EQ(fit.allocate(engine.run.data.working.samples, k), success);
         std::iota(fit.variables.begin(), fit.variables.begin() + k, Index{0});
-        ASSERT_EQ(fitRegression(engine.frontend, engine.data(), 0.05, DeterminantTest::refuseNegative, fit),
+        ASSERT_EQ(numerics.textbook ? fitByLeastSquares(engine.frontend, numerics, engine.data(), 0.05, fit)
+                                    : fitByCorrelations(engine.frontend, engine.data(), 0.05,
+                                                        DeterminantTest::refuseNegative, fit),
                   success);
         Numbers actual = {fit.constant};
         actual.insert(actual.end(), fit.coefficients.begin(), fit.coefficients.end());
@@ -73,15 +76,19 @@ TEST(Regression, AgreesWithLeastSquares) {
             expectRelative(fit.standardized[j] * engine.moments.sds[k],
                            fit.coefficients[j] * engine.moments.sds[j], 1e-10);
         }
+    };
+    forEachLine("least_squares.txt", 7, [&](Engine& engine) {
+        compare(engine, classicNumerics);
+        compare(engine, textbookNumerics);
     });
 }
 
 TEST(StepwiseSelection, TakesTheStepsOfAnIndependentOne) {
-    forEachLine("stepwise_selections.txt", 56, [](Engine& engine) {
+    const auto compare = [](Engine& engine, const Numerics& numerics) {
         const Numbers& expected = engine.expected;
         StepwiseSelection found;
         ASSERT_EQ(found.allocate(engine.run.data.working.variables), success);
-        ASSERT_EQ(selectVariables(engine.data(),
+        ASSERT_EQ(selectVariables(numerics, engine.data(),
                                   {static_cast<std::int32_t>(expected[0]),
                                    static_cast<std::int32_t>(expected[1]), expected[2], expected[3], 0},
                                   found),
@@ -97,6 +104,10 @@ TEST(StepwiseSelection, TakesTheStepsOfAnIndependentOne) {
         ASSERT_EQ(actual.size(), expected.size());
         for (std::size_t i = 0; i < actual.size(); ++i)
             EXPECT_NEAR(actual[i], expected[i], 1e-8 * (1 + std::fabs(expected[i]))) << i;
+    };
+    forEachLine("stepwise_selections.txt", 56, [&](Engine& engine) {
+        compare(engine, classicNumerics);
+        compare(engine, textbookNumerics);
     });
 }
 
