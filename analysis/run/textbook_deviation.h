@@ -11,3 +11,8 @@ bool deviates(double value, double textbook);
 
 // Whether one of the first count values does.
 bool anyDeviates(const Block<double>& values, const Block<double>& textbook, Index count);
+
+// Whether any of n printed upper tails of chi-square, or of F, does.
+bool chiSquareTailsDeviate(Index n, const double* chiSquares, const double* df, const double* printed);
+bool fTailsDeviate(Index n, const double* f, const double* numerator, const double* denominator,
+                   const double* printed);

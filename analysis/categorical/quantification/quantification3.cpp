@@ -4,7 +4,7 @@
 #include <cmath>
 
 #include "analysis/run/run_report.h"
-#include "analysis/run/tail_deviation.h"
+#include "analysis/run/textbook_deviation.h"
 #include "numeric/eigen.h"
 #include "numeric/moments.h"
 #include "report/category_rows.h"

@@ -3,7 +3,7 @@
 #include "analysis/multivariate/discriminant/discriminant_report.h"
 #include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
-#include "analysis/run/tail_deviation.h"
+#include "analysis/run/textbook_deviation.h"
 #include "data/categories.h"
 
 namespace {
