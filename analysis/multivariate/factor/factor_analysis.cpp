@@ -124,10 +124,11 @@ struct FactorWork {
     }
 };
 
-ErrorCode findMoments(const DataMatrix& data, MomentMatrices& moments) {
-    MeanCovarianceCorrelation(data.values.data(), data.samples, data.variables, moments);
+ErrorCode findMoments(const Numerics& numerics, const DataMatrix& data, MomentMatrices& moments) {
+    const ErrorCode code = numerics.moments(data.values.data(), data.samples, data.variables, moments);
+    if (code != success) return code;
     if (!allFinite(moments.means) || !allFinite(moments.sds)) return notFinite;
-    return anyDeviationBelow(moments.sds, leastDeviation) ? illegalData : success;
+    return numerics.anyConstant(moments) ? illegalData : success;
 }
 
 ErrorCode invertCorrelations(FactorWork& work) {
@@ -143,13 +144,13 @@ ErrorCode estimateCommunalities(FactorWork& work) {
     return success;
 }
 
-ErrorCode extractByLikelihood(Screens& screens, bool estimated, FactorWork& work) {
+ErrorCode extractByLikelihood(Screens& screens, const Numerics& numerics, bool estimated, FactorWork& work) {
     const Matrix& correlation = work.moments.correlation;
     FactorModel& model = work.result.model;
     ErrorCode code = startLikelihood(correlation, estimated, model, work.likelihood);
     if (code == success) code = screens.setProgress(30);
     if (code != success) return code;
-    return fitLikelihood(correlation, work.likelihood, model);
+    return fitLikelihood(numerics, correlation, work.likelihood, model);
 }
 
 // Multiplies or divides each row by the root of the variable's communality.
@@ -162,17 +163,18 @@ void scaleRows(const Block<double>& scales, bool divide, Matrix& matrix) {
     }
 }
 
-ErrorCode rotateScaled(Screens& screens, double gamma, FactorWork& work) {
+ErrorCode rotateScaled(Screens& screens, const Numerics& numerics, double gamma, FactorWork& work) {
     FactorResult& result = work.result;
     if (result.rotation == Rotation::orthogonal) {
-        rotateOrthogonal(gamma, result.rotated);
+        rotateOrthogonal(numerics, gamma, result.rotated);
+        result.turnLeft = largestTurnLeft(gamma, result.rotated);
         scaleRows(work.rowScales, false, result.rotated);
         return success;
     }
-    ErrorCode code = rotateOblique(screens, gamma, result.rotated, result.oblique);
+    ErrorCode code = rotateOblique(screens, numerics, gamma, result.rotated, result.oblique);
     if (code != success) return code;
     scaleRows(work.rowScales, false, result.oblique.structure);
-    code = findPattern(result.oblique);
+    code = numerics.textbook ? findPrimaryFactors(result.oblique) : findPattern(result.oblique);
     if (code != success) return code;
     const Matrix& pattern = result.oblique.pattern;
     std::copy(pattern.begin(), pattern.end(), result.rotated.begin());
@@ -180,7 +182,7 @@ ErrorCode rotateScaled(Screens& screens, double gamma, FactorWork& work) {
 }
 
 // The factors stay in the order of the extraction. One factor and none come out as they are.
-ErrorCode rotate(Screens& screens, const FactorOptions& options, FactorWork& work) {
+ErrorCode rotate(Screens& screens, const Numerics& numerics, const FactorOptions& options, FactorWork& work) {
     FactorResult& result = work.result;
     const FactorModel& model = result.model;
     result.rotation = rotationOf(options);
@@ -192,7 +194,7 @@ ErrorCode rotate(Screens& screens, const FactorOptions& options, FactorWork& wor
     std::copy(model.loadings.begin(), model.loadings.end(), result.rotated.begin());
     scaleRows(work.rowScales, true, result.rotated);
     const double gamma = (2 - criterionOf(options, result.rotation)) / 2.0;
-    const ErrorCode code = rotateScaled(screens, gamma, work);
+    const ErrorCode code = rotateScaled(screens, numerics, gamma, work);
     if (code != success) return code;
     for (Index k = 0; k < result.rotated.columns(); ++k) {
         double sum = 0.0;
@@ -200,6 +202,13 @@ ErrorCode rotate(Screens& screens, const FactorOptions& options, FactorWork& wor
         result.rotatedSumsOfSquares[k] = sum;
     }
     return success;
+}
+
+// What the inverse correlations make score coefficients of: the correlations of variables with factors, which
+// oblique factors have in their structure (Thurstone 1947). Classic reports take the pattern instead.
+const Matrix& scoredLoadings(const Numerics& numerics, const FactorResult& result) {
+    const bool byStructure = numerics.textbook && result.rotation == Rotation::oblique;
+    return byStructure ? result.oblique.structure : result.finalLoadings();
 }
 
 // Regression scores (Thomson 1939) of the standardized samples.
@@ -214,29 +223,52 @@ void findScores(const DataMatrix& data, FactorWork& work) {
     multiply(work.standardized, work.coefficients, work.result.scores);
 }
 
-ErrorCode compute(Screens& screens, const DataMatrix& data, const FactorOptions& options, bool byLikelihood,
-                  FactorWork& work) {
+ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& data,
+                  const FactorOptions& options, bool byLikelihood, FactorWork& work) {
     FactorModel& model = work.result.model;
-    ErrorCode code = findMoments(data, work.moments);
+    ErrorCode code = findMoments(numerics, data, work.moments);
     if (code == success) code = screens.setProgress(15);
     if (code == success && options.useSmc != 0) code = estimateCommunalities(work);
     if (code == success) code = screens.setProgress(25);
     if (code != success) return code;
 
-    code = byLikelihood ? extractByLikelihood(screens, options.useSmc != 0, work)
-                        : extractPrincipalFactors(work.moments.correlation, options.repetition != 0, model);
+    code = byLikelihood ? extractByLikelihood(screens, numerics, options.useSmc != 0, work)
+                        : extractPrincipalFactors(screens, numerics, work.moments.correlation,
+                                                  options.repetition != 0, model);
     if (code == success) code = work.allocateFactors(data, model.kept());
     if (code == success) code = screens.setProgress(40);
-    if (code == success) code = rotate(screens, options, work);
+    if (code == success) code = rotate(screens, numerics, options, work);
     if (code == success) code = screens.setProgress(60);
     if (code == success) code = invertCorrelations(work);
     if (code != success) return code;
 
-    multiply(work.inverse, work.result.finalLoadings(), work.coefficients);
+    multiply(work.inverse, scoredLoadings(numerics, work.result), work.coefficients);
     code = screens.setProgress(80);
     if (code != success) return code;
     findScores(data, work);
     return screens.setProgress(100);
+}
+
+// What differs from a textbook by more than this is told.
+constexpr double leastDifference = 1e-6;
+
+bool areAxesOblique(const Matrix& correlations) {
+    for (Index k = 0; k < correlations.rows(); ++k) {
+        for (Index l = 0; l < k; ++l) {
+            if (std::fabs(correlations(k, l)) > leastDifference) return true;
+        }
+    }
+    return false;
+}
+
+void noteDeviations(AnalysisRun& run, const FactorResult& result) {
+    if (result.model.settling.remaining() > leastDifference)
+        noteDeviation(run,
+                      "communality, loading, score of factors that are not at the end of the repetition");
+    if (result.rotation == Rotation::orthogonal && result.turnLeft > leastDifference)
+        noteDeviation(run, "loading, score of the rotation");
+    if (result.rotation == Rotation::oblique && areAxesOblique(result.oblique.correlations))
+        noteDeviation(run, "loading, structure, correlation, score of the oblique rotation");
 }
 
 ErrorCode buildFactorGraph(Screens& screens, AnalysisRun& run, const FactorResult& result) {
@@ -262,18 +294,22 @@ ErrorCode runFactorAnalysis(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     code = startProgress(screens, run.report);
-    if (code == success) code = compute(screens, data, options, byLikelihood, work);
+    if (code == success) code = compute(screens, *run.numerics, data, options, byLikelihood, work);
     screens.hideProgress();
     if (code != success) return code;
 
     writeFactorReport(
         run, byLikelihood ? "maximum likelihood analysis statistics" : "principal factor analysis statistics",
         work.result);
+    noteDeviations(run, work.result);
     closeReport(screens, run.report);
     return buildFactorGraph(screens, run, work.result);
 }
 
 } // namespace
 
-const Analysis factorAnalysis = {
-    .fields = fields, .driver = runFactorAnalysis, .isEnabled = isEnabled, .refuse = refuse};
+const Analysis factorAnalysis = {.fields = fields,
+                                 .driver = runFactorAnalysis,
+                                 .isEnabled = isEnabled,
+                                 .refuse = refuse,
+                                 .takesNumerics = true};

@@ -7,8 +7,23 @@
 
 namespace {
 
-constexpr int mostPasses = 70;
-constexpr double smallestChange = 1e-5;
+// How often communalities are replaced at most, and the change that ends it.
+struct Repetition {
+    int mostPasses;
+    double smallestChange;
+};
+
+constexpr Repetition once = {1, 0.0};
+constexpr Repetition classicRepetition = {70, 1e-5};
+constexpr int mostTextbookPasses = 10000;
+constexpr int passesBetweenProgress = 100;
+constexpr int extractionProgress = 25; // percent, where the engine stands
+
+Repetition repetitionOf(const Numerics& numerics, bool repeat) {
+    if (!repeat) return once;
+    return numerics.textbook ? Repetition{mostTextbookPasses, numerics.iterationTolerance}
+                             : classicRepetition;
+}
 
 struct ReducedMatrix {
     Matrix matrix;        // p x p: the correlations with the communalities on the diagonal
@@ -52,13 +67,16 @@ ErrorCode FactorModel::keep(Index factors) {
     return loadings.allocate(communality.size(), factors) | sumsOfSquares.allocate(factors);
 }
 
-ErrorCode extractPrincipalFactors(const Matrix& correlation, bool repeat, FactorModel& model) {
+ErrorCode extractPrincipalFactors(Screens& screens, const Numerics& numerics, const Matrix& correlation,
+                                  bool repeat, FactorModel& model) {
     const Index p = correlation.rows();
     ReducedMatrix reduced;
     ErrorCode code = reduced.allocate(p);
     if (code != success) return code;
     Index factors = std::clamp<Index>(model.requested, 0, p);
-    for (int pass = 0; pass < mostPasses; ++pass) {
+    const Repetition repetition = repetitionOf(numerics, repeat);
+    model.settling.reached = !repeat;
+    for (int pass = 1; pass <= repetition.mostPasses; ++pass) {
         std::copy(correlation.begin(), correlation.end(), reduced.matrix.begin());
         for (Index j = 0; j < p; ++j) reduced.matrix(j, j) = model.communality[j];
         code = SymmetricEigen(reduced.vectors, reduced.values, reduced.matrix);
@@ -66,7 +84,12 @@ ErrorCode extractPrincipalFactors(const Matrix& correlation, bool repeat, Factor
         const double* values = reduced.values.data();
         factors = std::count_if(values, values + factors, [](double value) { return value > 0.0; });
         const double change = updateCommunalities(reduced, factors, model.communality);
-        if (change < smallestChange || !repeat) break;
+        if (!repeat) break;
+        model.settling.add(change);
+        model.settling.reached = change < repetition.smallestChange;
+        if (model.settling.reached) break;
+        if (pass % passesBetweenProgress == 0) code = screens.setProgress(extractionProgress);
+        if (code != success) return code;
     }
 
     code = model.keep(factors);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "analysis/multivariate/factor/settling.h"
 #include "numeric/matrix.h"
+#include "numeric/numerics.h"
+#include "report/screens.h"
 
 // Common factors of p variables, as they are extracted from a correlation matrix.
 struct FactorModel {
@@ -8,6 +11,7 @@ struct FactorModel {
     Block<double> communality;   // p
     Matrix loadings;             // p x factors
     Block<double> sumsOfSquares; // of the loadings of each factor
+    Settling settling;           // of the communalities or uniquenesses; unchanged where nothing is repeated
 
     Index kept() const { return loadings.columns(); }
 
@@ -23,6 +27,8 @@ Index factorRoom(int requested);
 // Principal factors of the p x p correlation matrix (Thomson 1934): the leading eigenvectors, each times the
 // root of its eigenvalue, of the matrix with the communalities on its diagonal. With `repeat` the
 // communalities are replaced by the sums of squares of the loadings until they move by less than 1e-5, 70
-// times at most; once otherwise. Only positive eigenvalues count, which can lower the number of factors.
-// Returns 0 or outOfMemory.
-[[nodiscard]] ErrorCode extractPrincipalFactors(const Matrix& correlation, bool repeat, FactorModel& model);
+// times at most, or by less than the tolerance of the numerics, 10,000 times at most; once otherwise. Only
+// positive eigenvalues count, which can lower the number of factors. Returns 0, outOfMemory or a code of
+// setProgress, which long repetitions ask now and then.
+[[nodiscard]] ErrorCode extractPrincipalFactors(Screens& screens, const Numerics& numerics,
+                                                const Matrix& correlation, bool repeat, FactorModel& model);

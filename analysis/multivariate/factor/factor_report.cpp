@@ -37,6 +37,17 @@ void writeCommunalities(Report& report, const DataMatrix& data, const Block<doub
     endTable(report);
 }
 
+// What the communalities or uniquenesses say against the model (Heywood 1931).
+void writeDoubts(Report& report, const DataMatrix& data, const FactorModel& model) {
+    char line[300];
+    for (Index j = 0; j < model.communality.size(); ++j) {
+        if (!(model.communality[j] > 1.0)) continue;
+        std::snprintf(line, sizeof line, "-- communality of %s passes 1", data.name(j));
+        writeOptionLine(report, line);
+    }
+    if (!model.settling.reached) writeOptionLine(report, "-- repetition is not at its end");
+}
+
 // A table with a column for each factor, in its own formats.
 void writeTable(Report& report, const char* title, const Matrix& matrix, const RowLabels& labels) {
     SetFormatsFromValues(report, matrix);
@@ -79,7 +90,9 @@ void writeFactorReport(AnalysisRun& run, const char* title, const FactorResult& 
     const bool isRotated = result.rotation != Rotation::none;
     Report& report = run.report;
     const OptionLine option = describeOptions(run.options.settings.factor, result.rotation);
-    openReport(run, {.title = title, .option = option.text});
+    openReport(run, {.title = title, .option = option.text, .isSpaced = false});
+    if (run.numerics->textbook) writeDoubts(report, data, model);
+    endTable(report);
     SetFormatsFromValues(report, model.communality);
     writeCommunalities(report, data, model.communality);
     writeTable(report, isRotated ? "factor loading before rotation" : "factor loading", model.loadings,

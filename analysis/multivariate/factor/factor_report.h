@@ -19,8 +19,9 @@ struct FactorResult {
     Rotation rotation = Rotation::none;
     Matrix rotated;                     // p x factors: loadings, the pattern of an oblique rotation
     Block<double> rotatedSumsOfSquares; // of each factor
-    ObliqueRotation oblique;
-    Matrix scores; // samples x factors
+    ObliqueRotation oblique;            // of reference axes, by textbook numerics of primary factors
+    double turnLeft = 0.0;              // the sine by which an orthogonal rotation would go on
+    Matrix scores;                      // samples x factors
 
     // Zero-filled arrays for so many factors; the model keeps its own. Returns 0 or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index p, Index samples, Index factors);
@@ -29,5 +30,6 @@ struct FactorResult {
 };
 
 // Replaces the lower text and the status: communalities, loadings with their sums of squares, what the
-// rotation made of them, and the scores of the samples.
+// rotation made of them, and the scores of the samples. Textbook numerics add lines for a communality above 1
+// and for a repetition that has not come to its end.
 void writeFactorReport(AnalysisRun& run, const char* title, const FactorResult& result);

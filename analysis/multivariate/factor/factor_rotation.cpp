@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 #include "numeric/eigen.h"
@@ -11,6 +12,7 @@
 namespace {
 
 constexpr double smallestChange = 1e-5;
+constexpr double leastSine = 1e-12;
 constexpr int mostSweeps = 10000;
 // Of the diagonal of the inverse factor correlations: a factor that the others explain.
 constexpr double greatestInflation = 1e6;
@@ -42,6 +44,54 @@ double bestAngle(Index k, Index l, double gamma, const Matrix& loadings) {
     if (denominator < 0.0) angle += numerator < 0.0 ? -pi : pi;
     return std::isnan(angle) ? 0.0 : angle / 4.0;
 }
+
+// The same, and none where the sums that it is made of are nothing but rounding: a criterion that is as good
+// at every angle, or a column pair that is where it should be.
+double exactAngle(Index k, Index l, double gamma, const Matrix& loadings) {
+    double a = 0.0, b = 0.0, c = 0.0, d = 0.0;
+    double squares = 0.0, fourths = 0.0; // that the terms are not above
+    for (Index j = 0; j < loadings.rows(); ++j) {
+        const double* row = loadings.row(j);
+        const double x = row[k];
+        const double y = row[l];
+        const double u = (x - y) * (x + y);
+        const double w = x * y;
+        a += u;
+        b += w;
+        c += u * u - 4.0 * w * w;
+        d += u * w;
+        const double square = x * x + y * y;
+        squares += square;
+        fourths += square * square;
+    }
+    const double count = static_cast<double>(loadings.rows());
+    const double numerator = 4.0 * (count * d - gamma * a * b);
+    const double denominator = count * c - gamma * (a + 2.0 * b) * (a - 2.0 * b);
+    const double rounding = (count + 8.0) * std::numeric_limits<double>::epsilon() *
+                            (count * fourths + gamma * squares * squares);
+    if (std::fabs(numerator) <= rounding && denominator >= -rounding) return 0.0;
+    const double angle = std::atan2(numerator, denominator);
+    return std::isnan(angle) ? 0.0 : angle / 4.0;
+}
+
+// What turns a pair of columns, and what a sweep ends by: the size of its angles.
+struct TurnRule {
+    double (*angle)(Index k, Index l, double gamma, const Matrix& loadings);
+    double (*size)(double cosine, double sine);
+    double leastSize;
+};
+
+constexpr TurnRule classicTurns = {
+    .angle = bestAngle,
+    .size = [](double cosine, double) { return 1.0 - cosine * cosine; },
+    .leastSize = smallestChange,
+};
+
+constexpr TurnRule textbookTurns = {
+    .angle = exactAngle,
+    .size = [](double, double sine) { return std::fabs(sine); },
+    .leastSize = leastSine,
+};
 
 void turnColumns(Index k, Index l, double cosine, double sine, Matrix& loadings) {
     for (Index j = 0; j < loadings.rows(); ++j) {
@@ -141,26 +191,55 @@ ErrorCode correlateAxes(const Matrix& axes, Matrix& correlations) {
 }
 
 // The logarithm of the change falls about evenly from round to round.
-int percentAfter(double change) {
-    const double done = std::clamp(std::log(change) / std::log(smallestChange), 0.0, 1.0);
+int percentAfter(double change, double leastChange) {
+    const double done = std::clamp(std::log(change) / std::log(leastChange), 0.0, 1.0);
     return firstPercent + static_cast<int>(done * (lastPercent - firstPercent));
+}
+
+// The inverse of the inner products of the axes. Returns 0, outOfMemory, or singularMatrix.
+ErrorCode invertInnerProducts(const Matrix& products, Matrix& inverse) {
+    const Index factors = products.rows();
+    Matrix copy;
+    ErrorCode code = copy.allocate(factors, factors) | inverse.allocate(factors, factors);
+    if (code != success) return code;
+    std::copy(products.begin(), products.end(), copy.begin());
+    double determinant = 0.0;
+    code = MatrixInverse(copy, inverse, determinant);
+    if (code != success) return code;
+    for (Index k = 0; k < factors; ++k) {
+        const double inflation = inverse(k, k);
+        if (!(inflation > 0.0 && inflation < greatestInflation)) return singularMatrix;
+    }
+    return success;
 }
 
 } // namespace
 
-void rotateOrthogonal(double gamma, Matrix& loadings) {
+void rotateOrthogonal(const Numerics& numerics, double gamma, Matrix& loadings) {
+    const TurnRule& turns = numerics.textbook ? textbookTurns : classicTurns;
     for (int sweep = 0; sweep < mostSweeps; ++sweep) {
         double largest = 0.0;
         for (Index k = 0; k < loadings.columns(); ++k) {
             for (Index l = k + 1; l < loadings.columns(); ++l) {
-                const double angle = bestAngle(k, l, gamma, loadings);
+                const double angle = turns.angle(k, l, gamma, loadings);
                 const double cosine = std::cos(angle);
-                turnColumns(k, l, cosine, std::sin(angle), loadings);
-                largest = std::max(largest, 1.0 - cosine * cosine);
+                const double sine = std::sin(angle);
+                turnColumns(k, l, cosine, sine, loadings);
+                largest = std::max(largest, turns.size(cosine, sine));
             }
         }
-        if (largest < smallestChange) return;
+        if (largest < turns.leastSize) return;
     }
+}
+
+double largestTurnLeft(double gamma, const Matrix& loadings) {
+    double largest = 0.0;
+    for (Index k = 0; k < loadings.columns(); ++k) {
+        for (Index l = k + 1; l < loadings.columns(); ++l) {
+            largest = std::max(largest, std::fabs(std::sin(exactAngle(k, l, gamma, loadings))));
+        }
+    }
+    return largest;
 }
 
 ErrorCode ObliqueRotation::allocate(Index p, Index factors) {
@@ -170,7 +249,10 @@ ErrorCode ObliqueRotation::allocate(Index p, Index factors) {
     return structure.allocate(p, factors) | pattern.allocate(p, factors);
 }
 
-ErrorCode rotateOblique(Screens& screens, double gamma, const Matrix& loadings, ObliqueRotation& rotation) {
+ErrorCode rotateOblique(Screens& screens, const Numerics& numerics, double gamma, const Matrix& loadings,
+                        ObliqueRotation& rotation) {
+    const double leastChange =
+        numerics.iterationTolerance > 0.0 ? numerics.iterationTolerance : smallestChange;
     const Index factors = loadings.columns();
     AxisWork work;
     ErrorCode code = work.allocate(loadings.rows(), factors);
@@ -186,28 +268,38 @@ ErrorCode rotateOblique(Screens& screens, double gamma, const Matrix& loadings, 
         }
         code = correlateAxes(work.axes, rotation.correlations);
         if (code != success) return code;
-        percent = std::max(percent, percentAfter(change));
+        percent = std::max(percent, percentAfter(change, leastChange));
         code = screens.setProgress(percent);
         if (code != success) return code;
-        if (change < smallestChange) break;
+        if (change < leastChange) break;
     }
     return success;
 }
 
 ErrorCode findPattern(ObliqueRotation& rotation) {
-    const Matrix& correlations = rotation.correlations;
-    const Index factors = correlations.rows();
-    Matrix copy, inverse;
-    ErrorCode code = copy.allocate(factors, factors) | inverse.allocate(factors, factors);
+    Matrix inverse;
+    const ErrorCode code = invertInnerProducts(rotation.correlations, inverse);
     if (code != success) return code;
-    std::copy(correlations.begin(), correlations.end(), copy.begin());
-    double determinant = 0.0;
-    code = MatrixInverse(copy, inverse, determinant);
-    if (code != success) return code;
-    for (Index k = 0; k < factors; ++k) {
-        const double inflation = inverse(k, k);
-        if (!(inflation > 0.0 && inflation < greatestInflation)) return singularMatrix;
-    }
     multiply(rotation.structure, inverse, rotation.pattern);
+    return success;
+}
+
+ErrorCode findPrimaryFactors(ObliqueRotation& rotation) {
+    Matrix inverse;
+    const ErrorCode code = invertInnerProducts(rotation.correlations, inverse);
+    if (code != success) return code;
+    const Index factors = inverse.rows();
+    for (Index k = 0; k < factors; ++k) {
+        const double root = std::sqrt(inverse(k, k)); // 1 / D
+        for (Index j = 0; j < rotation.pattern.rows(); ++j) {
+            rotation.pattern(j, k) = rotation.structure(j, k) * root;
+        }
+        for (Index l = 0; l < k; ++l) {
+            const double correlation = inverse(k, l) / (root * std::sqrt(inverse(l, l)));
+            rotation.correlations(k, l) = rotation.correlations(l, k) = correlation;
+        }
+        rotation.correlations(k, k) = 1.0;
+    }
+    multiply(rotation.pattern, rotation.correlations, rotation.structure);
     return success;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "numeric/eigen.h"
@@ -12,7 +13,11 @@
 namespace {
 
 constexpr int mostRounds = 50;
+constexpr int mostTextbookRounds = 500;
 constexpr double smallestChange = 1e-5;
+constexpr double leastGradient = 1e-12;
+// Below it a derivative that a round does not halve is rounding.
+constexpr double roundingGradient = 1e-9;
 constexpr double largestChange = 999.0;
 constexpr double longestStep = 2.0; // of ln s
 constexpr int mostHalvings = 20;
@@ -36,8 +41,9 @@ ErrorCode evaluate(LikelihoodWork& work, UniquenessPoint& point) {
     return code;
 }
 
-// First derivatives of the discrepancy by ln s.
+// w, and the first derivatives of the discrepancy by ln s.
 void findGradient(LikelihoodWork& work) {
+    multiply(work.inverseRoot, work.current.vectors, work.w);
     const UniquenessPoint& point = work.current;
     for (Index j = 0; j < work.gradient.size(); ++j) {
         double sum = 0.0;
@@ -119,10 +125,8 @@ ErrorCode makeStep(LikelihoodWork& work) {
     return success;
 }
 
-// The Newton step of ln s. Returns 0, outOfMemory or singularFactorMatrix.
+// The Newton step of ln s, with the gradient that is there. Returns 0, outOfMemory or singularFactorMatrix.
 ErrorCode findStep(LikelihoodWork& work) {
-    multiply(work.inverseRoot, work.current.vectors, work.w);
-    findGradient(work);
     findHessian(work);
     ErrorCode code = SymmetricEigen(work.matrix, work.weights, work.hessian);
     if (code != success) return code;
@@ -193,6 +197,71 @@ ErrorCode findLoadings(const Matrix& correlation, LikelihoodWork& work, FactorMo
     return success;
 }
 
+// The same without a division by uniquenesses, which vanish where a variable is all common: the leading mu
+// and v give sqrt(mu) R^(1/2) v, and R^(1/2) v = R w.
+ErrorCode findExactLoadings(const Matrix& correlation, LikelihoodWork& work, FactorModel& model) {
+    const Index p = correlation.rows();
+    const double* values = work.current.values.data();
+    const Index kept = std::count_if(values, values + work.factors, [](double value) { return value > 0.0; });
+    const ErrorCode code = model.keep(kept);
+    if (code != success) return code;
+    multiply(work.inverseRoot, work.current.vectors, work.w);
+    multiply(correlation, work.w, work.matrix);
+    for (Index k = 0; k < kept; ++k) {
+        const double root = std::sqrt(values[k]);
+        double sum = 0.0;
+        for (Index j = 0; j < p; ++j) {
+            const double loading = root * work.matrix(j, k);
+            model.loadings(j, k) = loading;
+            sum += loading * loading;
+        }
+        model.sumsOfSquares[k] = sum;
+    }
+    for (Index j = 0; j < p; ++j) model.communality[j] = 1.0 - work.current.uniqueness[j];
+    return success;
+}
+
+// Takes the next step. Returns 0, outOfMemory or singularFactorMatrix.
+ErrorCode advance(LikelihoodWork& work, Settling& settling) {
+    ErrorCode code = findStep(work);
+    if (code == success) code = takeStep(work);
+    if (code != success) return code;
+    settling.add(uniquenessChange(work));
+    return settling.change > largestChange ? singularFactorMatrix : success;
+}
+
+// Until no uniqueness moves.
+ErrorCode settleUniquenesses(LikelihoodWork& work, Settling& settling) {
+    for (int round = 0; round < mostRounds && !settling.reached; ++round) {
+        findGradient(work);
+        const ErrorCode code = advance(work, settling);
+        if (code != success) return code;
+        settling.reached = settling.change < smallestChange;
+    }
+    return success;
+}
+
+double largestDerivative(const Block<double>& gradient) {
+    double largest = 0.0;
+    for (const double derivative : gradient) largest = std::max(largest, std::fabs(derivative));
+    return allFinite(gradient) ? largest : std::numeric_limits<double>::infinity();
+}
+
+// Until all derivatives vanish.
+ErrorCode settleGradient(LikelihoodWork& work, Settling& settling) {
+    double before = std::numeric_limits<double>::infinity();
+    for (int round = 0; round < mostTextbookRounds; ++round) {
+        findGradient(work);
+        const double size = largestDerivative(work.gradient);
+        settling.reached = size < leastGradient || (size < roundingGradient && size > before / 2.0);
+        if (settling.reached) return success;
+        before = size;
+        const ErrorCode code = advance(work, settling);
+        if (code != success) return code;
+    }
+    return success;
+}
+
 } // namespace
 
 ErrorCode UniquenessPoint::allocate(Index p) {
@@ -228,16 +297,13 @@ ErrorCode startLikelihood(const Matrix& correlation, bool estimated, const Facto
     return success;
 }
 
-ErrorCode fitLikelihood(const Matrix& correlation, LikelihoodWork& work, FactorModel& model) {
+ErrorCode fitLikelihood(const Numerics& numerics, const Matrix& correlation, LikelihoodWork& work,
+                        FactorModel& model) {
+    const auto settle = numerics.textbook ? settleGradient : settleUniquenesses;
+    const auto load = numerics.textbook ? findExactLoadings : findLoadings;
     ErrorCode code = evaluate(work, work.current);
     if (code != success) return code;
-    for (int round = 0; round < mostRounds; ++round) {
-        code = findStep(work);
-        if (code == success) code = takeStep(work);
-        if (code != success) return code;
-        const double change = uniquenessChange(work);
-        if (change > largestChange) return singularFactorMatrix;
-        if (change < smallestChange) break;
-    }
-    return findLoadings(correlation, work, model);
+    model.settling.reached = false;
+    code = settle(work, model.settling);
+    return code == success ? load(correlation, work, model) : code;
 }

@@ -37,6 +37,8 @@ struct LikelihoodWork {
 [[nodiscard]] ErrorCode startLikelihood(const Matrix& correlation, bool estimated, const FactorModel& model,
                                         LikelihoodWork& work);
 
-// Newton's method on ln s from there, 50 rounds at most, until no uniqueness moves by 1e-5; then the
-// communalities and loadings. Returns 0, outOfMemory, or singularFactorMatrix when the iteration diverges.
-[[nodiscard]] ErrorCode fitLikelihood(const Matrix& correlation, LikelihoodWork& work, FactorModel& model);
+// Newton's method on ln s from there, 50 rounds at most, until no uniqueness moves by 1e-5, or by textbook
+// numerics 500 at most until no derivative is 1e-12; then the communalities and loadings. Returns 0,
+// outOfMemory, or singularFactorMatrix when the iteration diverges.
+[[nodiscard]] ErrorCode fitLikelihood(const Numerics& numerics, const Matrix& correlation,
+                                      LikelihoodWork& work, FactorModel& model);

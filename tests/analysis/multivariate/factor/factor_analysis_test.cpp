@@ -59,6 +59,52 @@ TEST(FactorAnalysis, Communalities) {
     }
 }
 
+// Expected: independent passes over eigen decompositions to 1e-15; reference axes found by the same
+// definition, each turned until no element moves by 1e-13, and their primary factors; likelihood by Newton's
+// method on the gradient with differences for its derivatives.
+TEST(FactorAnalysis, TextbookNumerics) {
+    FactorSession swiss(readTextFile("reference/data/swiss.csv"));
+    const FactorOptions options = {2, 0, 1, 1, 1, 2, 0};
+    swiss.analyse(principal, options);
+    EXPECT_STREQ(swiss.run.deviations,
+                 "communality, loading, score of factors that are not at the end of the repetition, "
+                 "loading, structure, correlation, score of the oblique rotation");
+    swiss.run.numerics = &textbookNumerics;
+    swiss.analyse(principal, options);
+    EXPECT_STREQ(swiss.run.deviations, "");
+    EXPECT_TRUE(swiss.shows("\n-- textbook numerics\n"));
+    EXPECT_TRUE(swiss.shows("repetition\n-- communality of Fertility passes 1\n\n\tcommunality"));
+    expectNear(
+        swiss.communalities(),
+        {1.114311256892, 0.800210803577, 0.820458232812, 0.557331282930, 0.255206755329, 0.219418955538},
+        3e-9);
+    expectNear(swiss.row("loading after", "Fertility"), {-0.030170, -1.072693}, 1e-6);
+    expectNear(swiss.row("structure", "Fertility"), {0.587497, -1.055321}, 1e-6);
+    expectNear(swiss.row("correlation", "factor 2"), {-0.575809, 1.0}, 1e-6);
+    expectNear(swiss.row("score", "Courtelary"), {-0.477905, -1.102595}, 1e-6);
+
+    FactorSession cars(readTextFile("reference/data/mtcars.csv"));
+    cars.run.numerics = &textbookNumerics;
+    cars.analyse(likelihood, {3, 0, 0, 0, 2, 0, 0});
+    expectNear(cars.communalities(),
+               {0.865061920027, 0.944509718667, 0.910214747408, 0.873219218195, 0.710006867602,
+                0.940412719812, 0.948533996357, 0.776616596719, 0.791612901139, 0.875252942952,
+                0.842124399962},
+               2e-12);
+}
+
+// Textbook numerics tell a small deviation from a constant.
+TEST(FactorAnalysis, LeastDeviation) {
+    std::vector<double> small = {5, 1, 2, 8, 1, 9, 2, 4}, level(8, 0.1);
+    for (double& value : small) value *= 1e-6;
+    for (const bool constant : {false, true}) {
+        FactorSession session(fileOf({a, b, constant ? level : small}));
+        EXPECT_EQ(session.analyse(principal, {1, 1, 1, 1, 0, 0, 0}), illegalData);
+        session.run.numerics = &textbookNumerics;
+        EXPECT_EQ(session.analyse(principal, {1, 1, 1, 1, 0, 0, 0}), constant ? illegalData : graphNotBuilt);
+    }
+}
+
 // One pass from communalities of 1 is a principal component analysis: all components reproduce the
 // correlations, whatever is requested beyond them.
 TEST(PrincipalFactors, OnePassFromOneIsComponents) {
@@ -67,9 +113,10 @@ TEST(PrincipalFactors, OnePassFromOneIsComponents) {
     std::ranges::copy(std::vector<double>{1, 0.5, 0.2, 0.5, 1, 0.3, 0.2, 0.3, 1}, r.begin());
     std::ranges::copy(std::vector<double>{1, 0.4, 0.4, 0.4, 1, 0.4, 0.4, 0.4, 1}, equal.begin());
     FactorModel model;
-    for (const int requested : {3, 7}) {
+    RecordingFrontend screens;
+    for (const auto& [requested, numerics] : {std::pair{3, &classicNumerics}, {7, &textbookNumerics}}) {
         ASSERT_EQ(model.allocate(3, requested), success);
-        ASSERT_EQ(extractPrincipalFactors(r, false, model), success);
+        ASSERT_EQ(extractPrincipalFactors(screens, *numerics, r, false, model), success);
         ASSERT_EQ(model.kept(), 3);
         for (Index i = 0; i < 9; ++i) {
             const double *j = model.loadings.row(i / 3), *k = model.loadings.row(i % 3);
@@ -80,7 +127,7 @@ TEST(PrincipalFactors, OnePassFromOneIsComponents) {
     // Communalities of 0: equal correlations alone have one positive root, r (p - 1).
     ASSERT_EQ(model.allocate(3, 3), success);
     std::fill(model.communality.begin(), model.communality.end(), 0.0);
-    ASSERT_EQ(extractPrincipalFactors(equal, false, model), success);
+    ASSERT_EQ(extractPrincipalFactors(screens, classicNumerics, equal, false, model), success);
     EXPECT_EQ(model.kept(), 1);
     EXPECT_NEAR(model.sumsOfSquares[0], 0.8, 1e-14);
     EXPECT_NEAR(model.communality[0], 0.8 / 3, 1e-14);
@@ -139,8 +186,12 @@ TEST(FactorAnalysis, OptionsDependOnTheRotation) {
 
 TEST(FactorAnalysis, FailingAllocations) {
     FactorSession session(readTextFile("reference/data/eight-tests.csv"));
-    for (const int command : {principal, likelihood}) {
-        session.analyse(command, {2, 1, 1, 0, 1, 0, 0});
+    for (const auto& [command, numerics] : {std::pair{principal, &classicNumerics},
+                                            {likelihood, &classicNumerics},
+                                            {principal, &textbookNumerics},
+                                            {likelihood, &textbookNumerics}}) {
+        session.run.numerics = numerics;
+        session.analyse(command, {2, 1, 1, 1, 1, 0, 0});
         // The copy of the graph tells its own failure.
         EXPECT_GT(session.failAllocations(command, {outOfMemory, graphNotBuilt}), 40);
     }

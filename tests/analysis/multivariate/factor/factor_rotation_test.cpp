@@ -61,14 +61,15 @@ TEST(FactorRotation, ReachesTheBestCriterionAndKeepsTheProducts) {
     const double* const given = unrotated.data();
     for (const auto& one : cases) {
         Matrix rotated = matrixFrom(p, m, loadings);
-        rotateOrthogonal(one.gamma, rotated);
+        EXPECT_GT(largestTurnLeft(one.gamma, rotated), 0.1);
+        rotateOrthogonal(classicNumerics, one.gamma, rotated);
         EXPECT_NEAR(criterion(rotated.data(), one.gamma, false), one.orthogonal, 1e-8) << one.gamma;
         expectProducts(rotated.data(), rotated.data(), given, given, p);
 
         ObliqueRotation rotation;
         ASSERT_EQ(rotation.allocate(p, m), success);
         RecordingFrontend frontend;
-        ASSERT_EQ(rotateOblique(frontend, one.gamma, unrotated, rotation), success);
+        ASSERT_EQ(rotateOblique(frontend, classicNumerics, one.gamma, unrotated, rotation), success);
         const std::vector<int>& percentages = frontend.percentages; // one after each round
         EXPECT_TRUE(percentages.size() > 2 && std::ranges::is_sorted(percentages));
         EXPECT_TRUE(percentages.front() >= 40 && percentages.back() == 60);
@@ -85,22 +86,58 @@ TEST(FactorRotation, ReachesTheBestCriterionAndKeepsTheProducts) {
     }
 }
 
+// The correlations of the primary factors from an independent computation of the same axes to 1e-13; pattern
+// and structure reproduce A A'.
+TEST(FactorRotation, TextbookRotationsGoToTheEnd) {
+    const struct {
+        double gamma, correlations[3]; // of factors 2 and 1, 3 and 1, 3 and 2
+    } cases[] = {{1.0, {0.0645145031, 0.0410785105, -0.1667208273}},
+                 {0.5, {-0.2205753158, -0.1896484076, 0.2009257010}},
+                 {0.0, {-0.3667898777, 0.4305662878, -0.4984366953}}};
+    const Matrix unrotated = matrixFrom(p, m, loadings);
+    const double* const given = unrotated.data();
+    for (const auto& one : cases) {
+        Matrix rotated = matrixFrom(p, m, loadings);
+        rotateOrthogonal(textbookNumerics, one.gamma, rotated);
+        EXPECT_LT(largestTurnLeft(one.gamma, rotated), 1e-12);
+        expectProducts(rotated.data(), rotated.data(), given, given, p);
+
+        ObliqueRotation rotation;
+        ASSERT_EQ(rotation.allocate(p, m), success);
+        ASSERT_EQ(rotateOblique(textbookNumerics, one.gamma, unrotated, rotation), success);
+        ASSERT_EQ(findPrimaryFactors(rotation), success);
+        const double* phi = rotation.correlations.data();
+        const double found[] = {phi[3], phi[6], phi[7]};
+        for (std::size_t at = 0; at < m; ++at)
+            EXPECT_NEAR(found[at], one.correlations[at], 1e-9) << one.gamma;
+        expectProducts(rotation.pattern.data(), rotation.structure.data(), given, given, p);
+    }
+}
+
 // Two pure factors turned by an angle: the rotation finds them again, in each of the quadrants of its angle.
 TEST(OrthogonalRotation, FindsSimpleStructureAtAnyAngle) {
     for (const double degrees : {-40, -10, 3, 30, 44, 60, 100}) {
         const double c = std::cos(degrees / 57.29577951308232), s = std::sin(degrees / 57.29577951308232);
         Matrix turned =
             matrixFrom(4, 2, {0.9 * c, 0.9 * s, 0.7 * c, 0.7 * s, -0.8 * s, 0.8 * c, -0.6 * s, 0.6 * c});
-        rotateOrthogonal(1.0, turned);
+        rotateOrthogonal(classicNumerics, 1.0, turned);
         for (Index j = 0; j < 4; ++j) EXPECT_NEAR(turned(j, 0) * turned(j, 1), 0.0, 1e-14) << degrees;
     }
     // No angle is better than another when both numerator and denominator are 0; nothing then turns, and what
     // is not a number ends.
     Matrix zeros = matrixFrom(2, 2, {0, 0, 0, 0}), invalid = matrixFrom(2, 2, {NAN, 1, 2, 3});
-    rotateOrthogonal(1.0, zeros);
-    EXPECT_EQ(zeros(0, 0), 0.0);
-    rotateOrthogonal(1.0, invalid);
-    EXPECT_EQ(invalid(1, 0), 2.0);
+    for (const Numerics* numerics : {&classicNumerics, &textbookNumerics}) {
+        rotateOrthogonal(*numerics, 1.0, zeros);
+        EXPECT_EQ(zeros(0, 0), 0.0);
+        rotateOrthogonal(*numerics, 1.0, invalid);
+        EXPECT_EQ(invalid(1, 0), 2.0);
+    }
+    // Two vectors half a right angle apart are as good at any angle: rounding does not turn them.
+    const double c = std::cos(0.2), s = std::sin(0.2), c45 = std::cos(0.2 + 0.7853981633974483),
+                 s45 = std::sin(0.2 + 0.7853981633974483);
+    Matrix flat = matrixFrom(2, 2, {c, s, c45, s45});
+    rotateOrthogonal(textbookNumerics, 0.0, flat);
+    EXPECT_EQ(flat(0, 0), c);
 }
 
 TEST(ObliqueRotation, SimpleStructureStaysWithItsSigns) {
@@ -108,7 +145,7 @@ TEST(ObliqueRotation, SimpleStructureStaysWithItsSigns) {
     RecordingFrontend frontend;
     ObliqueRotation rotation;
     ASSERT_EQ(rotation.allocate(4, 2), success);
-    ASSERT_EQ(rotateOblique(frontend, 0.0, simple, rotation), success);
+    ASSERT_EQ(rotateOblique(frontend, classicNumerics, 0.0, simple, rotation), success);
     for (Index i = 0; i < 8; ++i) EXPECT_NEAR(rotation.structure.data()[i], simple.data()[i], 1e-15);
 }
 
