@@ -40,6 +40,19 @@ struct AnalysisSession {
             [&] { code = analyse(command); },
             [&] { EXPECT_EQ(std::count(codes.begin(), codes.end(), code), 1) << code; });
     }
+    // Whether textbook numerics change nothing but the remark below the title.
+    bool isTheSameByTextbook(int command) {
+        analyse(command);
+        const std::string classic = frontend.lower;
+        run.numerics = &textbookNumerics;
+        analyse(command);
+        run.numerics = &classicNumerics;
+        std::string textbook = frontend.lower;
+        const std::string remark = "-- textbook numerics\n";
+        const std::size_t at = textbook.find(remark);
+        if (at != std::string::npos) textbook.erase(at, remark.size());
+        return at != std::string::npos && textbook == classic && run.deviations[0] == '\0';
+    }
     bool shows(const std::string& text) const { return frontend.lower.find(text) != std::string::npos; }
     // The numbers in the row with this label, the first one after this title.
     std::vector<double> row(const std::string& title, const std::string& label) const {

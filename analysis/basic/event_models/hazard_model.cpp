@@ -325,4 +325,5 @@ ErrorCode runHazardModel(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis hazardModel = {.fields = fields, .driver = runHazardModel, .refuse = refuse};
+const Analysis hazardModel = {
+    .fields = fields, .driver = runHazardModel, .refuse = refuse, .takesNumerics = true};

@@ -201,4 +201,5 @@ ErrorCode runLogisticModel(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis logisticModel = {.fields = fields, .driver = runLogisticModel, .refuse = refuse};
+const Analysis logisticModel = {
+    .fields = fields, .driver = runLogisticModel, .refuse = refuse, .takesNumerics = true};

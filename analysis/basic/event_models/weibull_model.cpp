@@ -241,4 +241,5 @@ ErrorCode runWeibullModel(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis weibullModel = {.fields = fields, .driver = runWeibullModel, .refuse = refuse};
+const Analysis weibullModel = {
+    .fields = fields, .driver = runWeibullModel, .refuse = refuse, .takesNumerics = true};

@@ -282,5 +282,6 @@ ErrorCode runSimilarityAnalysis(Screens& screens, AnalysisRun& run) {
 
 const Analysis similarityAnalysis = {.fields = fields,
                                      .driver = runSimilarityAnalysis,
+                                     .takesNumerics = true,
                                      .chosenKind = &AnalysisOptions::similarityModel,
                                      .firstKind = multidimensionalScalingKind};

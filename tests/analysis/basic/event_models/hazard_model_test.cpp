@@ -46,6 +46,7 @@ TEST(Hazard, GraphShowsTheSurvival) {
     const std::vector<double> row = session.row("baseline", "event 4");
     expectNear({graph.values[9], graph.values[10], graph.values[11]}, {row[0], row[4], row[3]}, 1e-11);
 
+    EXPECT_TRUE(session.isTheSameByTextbook(command));
     session.run.options.settings.expressGraph = 0;
     ASSERT_EQ(session.analyse(command), success);
     EXPECT_FALSE(session.run.graph.present);

@@ -28,6 +28,7 @@ TEST(Logistic, FourfoldTableByHand) {
     expectNear(session.row("classification", "state 1"), {3, 14}, 0);
     expectNear(session.row("state, prob", "s1"), {0, 0.25, -std::sqrt(3 / 9.0)}, 1e-9);
     expectNear(session.row("state, prob", "s10"), {1, 0.25, std::sqrt(9 / 3.0)}, 1e-9);
+    EXPECT_TRUE(session.isTheSameByTextbook(command));
 }
 
 TEST(Logistic, CodesInTheirOrder) {

@@ -45,6 +45,7 @@ TEST(SurvivalModels, FailingAllocations) {
     AnalysisSession session(readTextFile("reference/data/ovarian.csv"));
     session.failAllocations(weibull);
     EXPECT_EQ(session.analyse(weibull), success);
+    EXPECT_TRUE(session.isTheSameByTextbook(weibull));
     session.run.options.settings.weibull.timeColumn = 9; // there is no such column
     EXPECT_EQ(session.analyse(weibull), noEffectiveVariable);
 }

@@ -56,6 +56,8 @@ TEST(Similarity, ChecksTheMatrixForEachKind) {
             EXPECT_EQ(session.analyse(quantification4), model == 0 ? scaling : others)
                 << columns.size() << ' ' << model;
             EXPECT_EQ(session.run.graph.present, graph && model > 0);
+            const ErrorCode expected = model == 0 ? scaling : others;
+            EXPECT_EQ(session.isTheSameByTextbook(quantification4), expected == success);
         }
     }
     AnalysisSession session(fileOf({{4, 2, 0}, {2, 4, 1}, {0, 1, 4}}));
