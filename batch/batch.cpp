@@ -42,10 +42,6 @@ void setUp(const CommandLine& line, AnalysisRun& run) {
 
 // Whether the options of the analysis fit the data; told before any work.
 bool checkOptions(const CommandLine& line, AnalysisRun& run, Complaint& complaint) {
-    if (run.numerics->textbook && !line.kind->analysis->takesNumerics) {
-        complaint.say("there are no textbook numerics of '%s'", line.kind->batchName);
-        return false;
-    }
     takePurposes(run, line.kind->analysis->ownPurposes);
     AnalysisOptions trial = run.options;
     if (!applyFields(line, run.data, trial, complaint)) return false;

@@ -20,7 +20,6 @@ struct Analysis {
     // Where purposes stand that are not the selected variables: none after a load, so that a batch run must
     // name them.
     OwnPurposes ownPurposes = nullptr;
-    bool takesNumerics = false; // hands run.numerics to its engines
 
     // What a dialog of its own asks before the dialog of the kind. Nothing checks these fields, and the
     // command line has an option of its own for them.

@@ -166,5 +166,4 @@ ErrorCode runFundamentalStatistics(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis fundamentalStatistics = {
-    .fields = fields, .driver = runFundamentalStatistics, .takesNumerics = true};
+const Analysis fundamentalStatistics = {.fields = fields, .driver = runFundamentalStatistics};

@@ -325,5 +325,4 @@ ErrorCode runHazardModel(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis hazardModel = {
-    .fields = fields, .driver = runHazardModel, .refuse = refuse, .takesNumerics = true};
+const Analysis hazardModel = {.fields = fields, .driver = runHazardModel, .refuse = refuse};

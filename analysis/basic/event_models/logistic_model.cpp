@@ -201,5 +201,4 @@ ErrorCode runLogisticModel(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis logisticModel = {
-    .fields = fields, .driver = runLogisticModel, .refuse = refuse, .takesNumerics = true};
+const Analysis logisticModel = {.fields = fields, .driver = runLogisticModel, .refuse = refuse};

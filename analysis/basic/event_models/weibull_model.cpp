@@ -241,5 +241,4 @@ ErrorCode runWeibullModel(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis weibullModel = {
-    .fields = fields, .driver = runWeibullModel, .refuse = refuse, .takesNumerics = true};
+const Analysis weibullModel = {.fields = fields, .driver = runWeibullModel, .refuse = refuse};

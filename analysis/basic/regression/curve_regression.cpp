@@ -52,17 +52,13 @@ ErrorCode runCurveRegression(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis curveRegression = {.fields = fields,
-                                  .driver = runCurveRegression,
-                                  .isEnabled = isEnabled,
-                                  .refuse = refuse,
-                                  .takesNumerics = true};
+const Analysis curveRegression = {
+    .fields = fields, .driver = runCurveRegression, .isEnabled = isEnabled, .refuse = refuse};
 
 const Analysis polynomialRegression = {.fields = fields,
                                        .driver = runCurveRegression,
                                        .isEnabled = isEnabled,
                                        .refuse = refuse,
-                                       .takesNumerics = true,
                                        .firstFields = firstFields,
                                        .firstDialog = degreesDialog,
                                        .firstTitle = "convert degrees of polynomial terms"};

@@ -21,8 +21,5 @@ ErrorCode runMultipleRegression(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis multipleRegression = {.fields = fields,
-                                     .driver = runMultipleRegression,
-                                     .isEnabled = isEnabled,
-                                     .refuse = refuse,
-                                     .takesNumerics = true};
+const Analysis multipleRegression = {
+    .fields = fields, .driver = runMultipleRegression, .isEnabled = isEnabled, .refuse = refuse};

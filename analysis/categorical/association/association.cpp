@@ -210,5 +210,4 @@ ErrorCode runAssociationAnalysis(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis associationAnalysis = {
-    .fields = fields, .driver = runAssociationAnalysis, .takesNumerics = true};
+const Analysis associationAnalysis = {.fields = fields, .driver = runAssociationAnalysis};

@@ -284,8 +284,5 @@ ErrorCode runLogLinearAnalysis(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis logLinearAnalysis = {.fields = fields,
-                                    .driver = runLogLinearAnalysis,
-                                    .isEnabled = isEnabled,
-                                    .refuse = refuse,
-                                    .takesNumerics = true};
+const Analysis logLinearAnalysis = {
+    .fields = fields, .driver = runLogLinearAnalysis, .isEnabled = isEnabled, .refuse = refuse};

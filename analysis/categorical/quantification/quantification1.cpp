@@ -408,5 +408,4 @@ ErrorCode runQuantification1(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis quantification1 = {
-    .fields = fields, .driver = runQuantification1, .refuse = refuse, .takesNumerics = true};
+const Analysis quantification1 = {.fields = fields, .driver = runQuantification1, .refuse = refuse};

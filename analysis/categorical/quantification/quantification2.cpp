@@ -326,5 +326,4 @@ ErrorCode runQuantification2(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis quantification2 = {
-    .fields = fields, .driver = runQuantification2, .refuse = refuse, .takesNumerics = true};
+const Analysis quantification2 = {.fields = fields, .driver = runQuantification2, .refuse = refuse};

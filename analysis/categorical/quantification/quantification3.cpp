@@ -422,4 +422,4 @@ ErrorCode runQuantification3(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis quantification3 = {.fields = fields, .driver = runQuantification3, .takesNumerics = true};
+const Analysis quantification3 = {.fields = fields, .driver = runQuantification3};

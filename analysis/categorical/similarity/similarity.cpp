@@ -282,6 +282,5 @@ ErrorCode runSimilarityAnalysis(Screens& screens, AnalysisRun& run) {
 
 const Analysis similarityAnalysis = {.fields = fields,
                                      .driver = runSimilarityAnalysis,
-                                     .takesNumerics = true,
                                      .chosenKind = &AnalysisOptions::similarityModel,
                                      .firstKind = multidimensionalScalingKind};

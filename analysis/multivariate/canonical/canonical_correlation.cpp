@@ -142,5 +142,4 @@ ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
 const Analysis canonicalCorrelation = {.fields = fields,
                                        .driver = runCanonicalCorrelation,
                                        .refuse = refuse,
-                                       .ownPurposes = &AnalysisRun::canonicalPurposes,
-                                       .takesNumerics = true};
+                                       .ownPurposes = &AnalysisRun::canonicalPurposes};

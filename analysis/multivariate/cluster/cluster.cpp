@@ -323,4 +323,4 @@ ErrorCode runClusterAnalysis(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis clusterAnalysis = {.fields = fields, .driver = runClusterAnalysis, .takesNumerics = true};
+const Analysis clusterAnalysis = {.fields = fields, .driver = runClusterAnalysis};

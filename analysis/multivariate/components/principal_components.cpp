@@ -346,5 +346,4 @@ ErrorCode runPrincipalComponents(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis principalComponents = {
-    .fields = fields, .driver = runPrincipalComponents, .takesNumerics = true};
+const Analysis principalComponents = {.fields = fields, .driver = runPrincipalComponents};

@@ -159,5 +159,4 @@ const Analysis discriminantAnalysis = {.fields = fields,
                                        .driver = runDiscriminantAnalysis,
                                        .isEnabled = isEnabled,
                                        .refuse = refuse,
-                                       .ownPurposes = &AnalysisRun::discriminantGroup,
-                                       .takesNumerics = true};
+                                       .ownPurposes = &AnalysisRun::discriminantGroup};

@@ -308,8 +308,5 @@ ErrorCode runFactorAnalysis(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis factorAnalysis = {.fields = fields,
-                                 .driver = runFactorAnalysis,
-                                 .isEnabled = isEnabled,
-                                 .refuse = refuse,
-                                 .takesNumerics = true};
+const Analysis factorAnalysis = {
+    .fields = fields, .driver = runFactorAnalysis, .isEnabled = isEnabled, .refuse = refuse};

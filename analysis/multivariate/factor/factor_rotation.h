@@ -29,12 +29,11 @@ struct ObliqueRotation {
 // Finds reference axes one after the other so that the sum over the pairs of factors of
 // sum v_k^2 v_l^2 - gamma / p sum v_k^2 sum v_l^2 of the projections v is least (Carroll 1953), until no
 // element of an axis moves by 1e-5, or the tolerance of the numerics. A new axis points to the side of the
-// one it replaces. Fills structure and correlations of a rotation that is allocated for the loadings; sets the
-// progress, from 40 to 60, after each round. Returns 0, outOfMemory, singularMatrix when two axes fell together,
-// or the code of the progress.
+// one it replaces. Fills structure and correlations of a rotation that is allocated for the loadings; sets
+// the progress, from 40 to 60, after each round. Returns 0, outOfMemory, singularMatrix when two axes fell
+// together, or the code of the progress.
 [[nodiscard]] ErrorCode rotateOblique(Screens& screens, const Numerics& numerics, double gamma,
-                                      const Matrix& loadings,
-                                      ObliqueRotation& rotation);
+                                      const Matrix& loadings, ObliqueRotation& rotation);
 
 // Fills the pattern. Returns 0, outOfMemory, or singularMatrix when axes nearly depend on each other.
 [[nodiscard]] ErrorCode findPattern(ObliqueRotation& rotation);

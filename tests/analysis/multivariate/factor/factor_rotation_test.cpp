@@ -102,9 +102,10 @@ TEST(FactorRotation, TextbookRotationsGoToTheEnd) {
         EXPECT_LT(largestTurnLeft(one.gamma, rotated), 1e-12);
         expectProducts(rotated.data(), rotated.data(), given, given, p);
 
+        RecordingFrontend frontend;
         ObliqueRotation rotation;
         ASSERT_EQ(rotation.allocate(p, m), success);
-        ASSERT_EQ(rotateOblique(textbookNumerics, one.gamma, unrotated, rotation), success);
+        ASSERT_EQ(rotateOblique(frontend, textbookNumerics, one.gamma, unrotated, rotation), success);
         ASSERT_EQ(findPrimaryFactors(rotation), success);
         const double* phi = rotation.correlations.data();
         const double found[] = {phi[3], phi[6], phi[7]};
@@ -163,6 +164,6 @@ TEST(ObliqueRotation, RefusesFactorsThatAreNearlyOne) {
     RecordingFrontend frontend;
     const Matrix two = matrixFrom(2, 3, {0.9, 0.3, 0.2, 0.1, 0.8, 0.4});
     ASSERT_EQ(rotation.allocate(2, 3), success);
-    EXPECT_EQ(rotateOblique(frontend, 0.0, two, rotation), singularMatrix);
+    EXPECT_EQ(rotateOblique(frontend, classicNumerics, 0.0, two, rotation), singularMatrix);
     EXPECT_TRUE(frontend.percentages.empty());
 }

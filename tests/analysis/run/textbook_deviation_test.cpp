@@ -1,11 +1,11 @@
-#include "analysis/run/tail_deviation.h"
+#include "analysis/run/textbook_deviation.h"
 
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
 
 // Expected: the 5 percent points of chi-square with 2 degrees, -2 log 0.05, and of F with 2 and 2, 19.
-TEST(TailDeviation, BeginsBehindTheSixthPlace) {
+TEST(TextbookDeviation, BeginsBehindTheSixthPlace) {
     const double chiSquares[] = {-2.0 * std::log(0.05), -2.0 * std::log(0.05)}, df[] = {2.0, 2.0};
     const double near[] = {0.05, 0.0500009}, far[] = {0.05, 0.0500011};
     EXPECT_FALSE(chiSquareTailsDeviate(2, chiSquares, df, near));
@@ -16,7 +16,7 @@ TEST(TailDeviation, BeginsBehindTheSixthPlace) {
     EXPECT_FALSE(fTailsDeviate(0, f, df, df, far));
 }
 
-TEST(TailDeviation, WhatIsNoNumberIsLikeItself) {
+TEST(TextbookDeviation, WhatIsNoNumberIsLikeItself) {
     constexpr double inf = std::numeric_limits<double>::infinity(), nan = std::nan("");
     EXPECT_FALSE(deviates(nan, nan));
     EXPECT_FALSE(deviates(inf, inf));
