@@ -6,7 +6,8 @@
 #include "numeric/numerics.h"
 
 bool deviates(double value, double textbook) {
-    return std::fabs(value - textbook) > shownDeviation * std::max(1.0, std::fabs(textbook));
+    if (value == textbook || (std::isnan(value) && std::isnan(textbook))) return false;
+    return !(std::fabs(value - textbook) <= shownDeviation * std::max(1.0, std::fabs(textbook)));
 }
 
 bool anyDeviates(const Block<double>& values, const Block<double>& textbook, Index count) {

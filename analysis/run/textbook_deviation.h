@@ -6,7 +6,7 @@
 // of 1 where that is smaller: what the last of six decimals shows.
 constexpr double shownDeviation = 1e-6;
 
-// False where one of the two is not a number.
+// What is not a number or infinite deviates from anything but itself.
 bool deviates(double value, double textbook);
 
 // Whether one of the first count values does.
