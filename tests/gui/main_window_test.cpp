@@ -180,30 +180,6 @@ TEST(MainWindow, MenusHoldEveryItem) {
     EXPECT_EQ(greyedItems(app), withoutData);
 }
 
-// The keys that an item shows choose it; two commands have keys alone.
-TEST(MainWindow, KeysAreThoseOfTheMenus) {
-    const App app;
-    std::vector<std::string> shown = {"514 Ctrl + Shift + 1", "515 Ctrl + Shift + 2"};
-    for (const MenuItem& item : app.menuItems()) {
-        const std::size_t tab = item.text.find('\t');
-        if (tab != std::string::npos)
-            shown.push_back(std::to_string(item.command) + " " + item.text.substr(tab + 1));
-    }
-    std::vector<std::string> working;
-    ACCEL keys[64];
-    const HMODULE program =
-        LoadLibraryExA(app.path("Ombrivantel.exe").c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
-    const HACCEL table = LoadAcceleratorsA(program, MAKEINTRESOURCEA(ACCELERATORS_MAIN));
-    for (int k = CopyAcceleratorTableA(table, keys, 64); k-- > 0;) {
-        working.push_back(std::to_string(keys[k].cmd) + (keys[k].fVirt & FCONTROL ? " Ctrl + " : " ") +
-                          (keys[k].fVirt & FSHIFT ? "Shift + " : "") + static_cast<char>(keys[k].key));
-    }
-    FreeLibrary(program);
-    std::sort(shown.begin(), shown.end());
-    std::sort(working.begin(), working.end());
-    EXPECT_EQ(working, shown);
-}
-
 TEST(MainWindow, KeysReachTheirCommands) {
     App app;
     app.write("data.csv", "label,A\na,1\n");

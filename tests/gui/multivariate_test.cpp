@@ -1,33 +1,5 @@
 #include "tests/gui/analysis_dialogs.h"
 
-TEST(ComponentDialog, StepsWithinItsLimitsAndCancels) {
-    constexpr int number = 2201, minimum = 2202, covariance = 2206;
-    App app;
-    startWith(app, "mtcars.csv");
-    const Dialog first = app.runCommand(712, "principal component analysis");
-    EXPECT_EQ(first.text(number) + first.text(minimum), "    20.000"); // ln 2 * 9 / ln 11 is 2.6
-    first.click(covariance);
-    first.press(IDCANCEL);
-    EXPECT_EQ(app.lowerText(), "");
-    const Dialog dialog = app.runCommand(712, "principal component analysis");
-    EXPECT_FALSE(dialog.isChecked(covariance));
-    RECT before = {}, after = {};
-    GetWindowRect(dialog.control(number), &before);
-    for (int click = 0; click < 3; ++click) dialog.spin(2203, false);
-    EXPECT_EQ(dialog.text(number), "    1");
-    GetWindowRect(dialog.control(number), &after);
-    EXPECT_TRUE(EqualRect(&before, &after)); // the arrows take their place from it once
-    dialog.type(number, "10");
-    for (int click = 0; click < 3; ++click) dialog.spin(2203, true);
-    EXPECT_EQ(dialog.text(number), "   11"); // as many as there are variables
-    dialog.type(minimum, "0.05");
-    dialog.spin(2204, false);
-    EXPECT_EQ(dialog.text(minimum), "-0.050");
-    dialog.click(covariance);
-    dialog.press(IDOK);
-    EXPECT_EQ(app.statusText(), "status : principal conponent analysis statistics-- based covariance matrix");
-}
-
 TEST(FactorDialog, ShowsItsKindAndEnablesTheCriteriaOfTheRotation) {
     constexpr int heading = 2400, number = 2401, orthogonal = 2408, covarimin = 2409, varimax = 2412,
                   quartimax = 2414;

@@ -79,39 +79,3 @@ TEST(LeastSquares, HasTheDigitsOfCertifiedRegressions) {
         EXPECT_NEAR(fit.residuals[0], residual, 1e-7 * std::sqrt(fit.residualSum)) << set.name;
     }
 }
-
-TEST(LeastSquares, SmallFits) {
-    // y = 1 + 2 a - b, and two columns that do not serve; c is a sum of a and b but for its rounding.
-    double values[][6] = {{1e3, 2e3, 0, 3, 1},
-                          {1e3, 7e3, 0, 3, 1},
-                          {2e3, 1e3, 0, 3, NAN},
-                          {8e3, 1.5, 0, 3, 4},
-                          {2.5, 4e3, 0, 3, 1}};
-    constexpr Index samples = 5;
-    for (auto& [a, b, c, constant, gap, y] : values) {
-        c = 0.1 * a + 0.7 * b;
-        y = 1.0 + 2.0 * a - b;
-    }
-    const auto fitOf = [&](std::vector<std::int32_t> variables, Index count, LeastSquares& fit) {
-        return fitLeastSquares({values[0], count, 6, variables.data(), std::ssize(variables), 5}, fit);
-    };
-    LeastSquares fit;
-    ASSERT_EQ(fitOf({1, 0}, samples, fit), success);
-    EXPECT_NEAR(fit.coefficients[0], -1.0, 1e-15);
-    EXPECT_NEAR(fit.coefficients[1], 2.0, 1e-15);
-    EXPECT_NEAR(fit.constant, 1.0, 1e-12);
-    EXPECT_LT(fit.residualSum, 1e-20);
-    ASSERT_EQ(fitOf({}, samples, fit), success);
-    EXPECT_DOUBLE_EQ(fit.residualSum, fit.totalSum);
-    EXPECT_EQ(fitOf({0, 1}, 3, fit), success);
-    for (const auto& [variables, count] : {std::pair{std::vector{0, 1, 2}, samples},
-                                           {{3}, samples},
-                                           {{4}, samples},
-                                           {{0, 0}, samples},
-                                           {{0, 1}, 2}})
-        EXPECT_EQ(fitOf(variables, count, fit), singularMatrix) << variables.size() << ' ' << count;
-    values[0][5] = INFINITY;
-    EXPECT_EQ(fitOf({0}, samples, fit), singularMatrix);
-    values[0][5] = 1.0;
-    EXPECT_EQ(failEachAllocation([&] { return fitOf({0, 1}, samples, fit); }), 13);
-}

@@ -34,33 +34,6 @@ TEST(KendallCounts, FastCountEqualsTheCountOfAllPairs) {
     }
 }
 
-// Worked out on paper: x = 1 2 2 4, y = 10 30 20 40 has ranks 1 2.5 2.5 4 and 1 3 2 4.
-TEST(RankCorrelation, TiesHaveMeanRanksAndCorrectTheMoments) {
-    RecordingFrontend frontend;
-    const DataMatrix data = matrixOf({{1, 2, 2, 4}, {10, 30, 20, 40}, {5, 5, 5, 5}});
-    RankCorrelations correlations;
-    ASSERT_EQ(correlations.allocate(3), success);
-    ASSERT_EQ(findRankCorrelations(frontend, classicNumerics, data, correlations) | correlations.fault,
-              success);
-    const SpearmanTable& spearman = correlations.spearman;
-    const KendallTable& kendall = correlations.kendall;
-
-    const double e = 60, fac = 1 - 6.0 / e;
-    EXPECT_DOUBLE_EQ(spearman.d[0], 0.5);
-    EXPECT_DOUBLE_EQ(spearman.zd[0], (0.5 - (10 - 0.5)) / std::sqrt(3.0 * 16 * 25 / 36 * fac));
-    EXPECT_DOUBLE_EQ(spearman.rs[0], (1 - 0.1 * (0.5 + 0.5)) / std::sqrt(fac));
-    // The incomplete beta function of this program stops at its first factor, x^a (1 - x)^b / (a B(a, b)) or
-    // its complement; with a = 1, b = 1/2, B(a, b) = 2 and t2 = rs^2 2 / fac = 2 it is taken at x = 1/2.
-    EXPECT_NEAR(spearman.pr[0], 0.5 * std::sqrt(0.5) / 2, 1e-8);
-    EXPECT_DOUBLE_EQ(kendall.tau[0], 5 / (std::sqrt(5.0) * std::sqrt(6.0)));
-    EXPECT_DOUBLE_EQ(kendall.z[0], kendall.tau[0] / std::sqrt(26.0 / 108.0));
-    EXPECT_NEAR(kendall.prob[0], std::erfc(kendall.z[0] / std::sqrt(2.0)), 1.2e-7);
-    // A constant column: one run of all, no tie factor left.
-    EXPECT_EQ(spearman.pr[1], 0.0);
-    EXPECT_TRUE(std::isnan(kendall.tau[1]));
-    EXPECT_EQ(frontend.percentages, (std::vector<int>{85, 100}));
-}
-
 // R 4.2: cov, moments of scale of v1 less 1e15, cor.test(exact = FALSE) of Kendall, and pt of Spearman's t.
 // The mean of v1 lies between two doubles, and the rounded sum of v3 leaves deviations from a constant.
 TEST(FundamentalStatistics, TextbookNumerics) {
@@ -84,27 +57,6 @@ TEST(FundamentalStatistics, TextbookNumerics) {
                {6.5, -2.157439560, 0.030971432, 0.880771012, 0.008832623}, 0.6e-6);
     expectNear(session.row("kendall", "var1 & var2"), {0.769483764, 2.330457998, 0.019781957}, 0.6e-6);
     EXPECT_GT(failEachAllocation([&] { session.analyse(command); }, [] {}), 25);
-}
-
-TEST(FundamentalStatistics, OptionsChooseTheTables) {
-    const char* const titles[] = {"\tcovariance matrix\n", "\tcorrelation matrix\n",
-                                  "\tspeaman's ranking correlation coefficients\n",
-                                  "\tkendall's ranking correlation coefficients\n"};
-    AnalysisSession session(fileOf({{1, 2, 4, 3, 5}, {5, 5, 7, 9, 8}}));
-    for (int chosen = 0; chosen < 16; ++chosen) {
-        session.run.options.settings.fundamental = {chosen & 1, chosen >> 1 & 1, chosen >> 2 & 1,
-                                                    chosen >> 3};
-        ASSERT_EQ(session.analyse(command), success);
-        for (int k = 0; k < 4; ++k) EXPECT_EQ(session.shows(titles[k]), (chosen >> k & 1) == 1) << chosen;
-        EXPECT_TRUE(session.frontend.lower.ends_with(chosen == 2 ? "1.000000\n\n" : "\n\n"));
-    }
-    AnalysisSession single(fileOf({{1, 2, 4, 3}})); // rank tables of headings only
-    ASSERT_EQ(single.analyse(command), success);
-    EXPECT_TRUE(
-        single.shows("\tspeaman's ranking correlation coefficients\n"
-                     "  n,         r.item,          D,         zd,         pd,         rs,         pr\n\n"
-                     "\tkendall's ranking correlation coefficients\n"
-                     "  n,         r.item,        tau,          z,       prob\n\n"));
 }
 
 // Six allocations rank the columns and one counts: without them the rank tables print zeros and the run

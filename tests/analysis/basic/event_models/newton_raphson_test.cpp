@@ -47,22 +47,6 @@ struct Paraboloid : LikelihoodModel {
     }
 };
 
-// One step reaches the top, a second one of 0 ends the search. What counts as singular has no units.
-TEST(NewtonRaphson, MaximisesAParaboloidInOneStep) {
-    NewtonRaphsonFit fit;
-    ASSERT_EQ(Paraboloid(2, 1, 3, 1).fit(fit), success);
-    EXPECT_EQ(fit.iterations, 2);
-    EXPECT_NEAR(fit.parameters[0], 3, 1e-12);
-    EXPECT_NEAR(fit.parameters[1], -1, 1e-12);
-    EXPECT_NEAR(fit.startLikelihood, -(18 - 6 + 3) / 2.0, 1e-12);
-    EXPECT_NEAR(fit.likelihood, 0, 1e-12);
-    const double weights[] = {1, 2}; // variance (3 - 4 + 8) / 5 from the inverse of the information
-    EXPECT_NEAR(fit.standardError(weights), std::sqrt(7.0 / 5), 1e-12);
-
-    EXPECT_EQ(Paraboloid(1, std::sqrt(1 - 1e-9), 1, 1e-6).fit(fit), success);
-    EXPECT_EQ(Paraboloid(1, std::sqrt(1 - 1e-11), 1, 1).fit(fit), newtonRaphsonSingular);
-}
-
 // The full step on -ln cosh overshoots further each time; that on ln x - x from 5 goes to -15.
 TEST(NewtonRaphson, HalvesStepsThatLoseOrLeave) {
     Curve losing([](double x) {

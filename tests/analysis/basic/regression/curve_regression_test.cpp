@@ -100,29 +100,6 @@ TEST(CurveRegression, RefusesBadDataInOrder) {
     }
 }
 
-TEST(CurveRegression, RefusesBadDegreesAndFlatColumns) {
-    const std::string text = "label,y,x\na,1,-1\nb,4,1\nc,3,2\nd,9,3\ne,7,4\nf,6,5\n",
-                      narrow = "label,y,x\na,1,0.999\nb,4,1.001\nc,3,1.002\nd,9,0.998\ne,7,1\nf,6,1.003\n";
-    const std::tuple<std::string, double, ErrorCode> cases[] = {
-        {text, 2.0, success},
-        {text, 0.0, invalidDegree},
-        {text, NAN, invalidDegree},
-        {text, 0.5, notFinite},  // the root of -1
-        {text, 1e4, notFinite},  // too large
-        {narrow, 1e-3, success}, // a deviation of 1.7e-6, but more than 1e-9 of the mean
-        {narrow, 1e-7, illegalData},
-        {"label,y,x\na,1,5\nb,4,5\nc,3,5\nd,9,5\ne,7,5\nf,6,5\n", 1.0, illegalData},
-        {"label,y\na,1\nb,4\nc,3\nd,9\n", 0.0, invalidDegree}, // before the missing columns
-    };
-    for (const auto& [contents, degree, code] : cases) {
-        RegressionRun run(contents);
-        run.options(41).method = 0;
-        run.run.options.slotColumns[3] = run.run.data.loaded.variables;
-        run.run.options.slotDegrees[3] = degree;
-        EXPECT_EQ(run.runKind(41), code) << degree;
-    }
-}
-
 // Degrees are listed for the explanatory variables, with their decimals even if the data are too large for
 // any; one of the purpose variable is of no effect.
 TEST(CurveRegression, ListsDegreesAndFailsWithCode4) {

@@ -67,24 +67,6 @@ TEST(AssociationMeasures, PairsAsCountedOneByOne) {
     }
 }
 
-// Residues modulo 2^32, by hand.
-TEST(AssociationMeasures, ProductsWrapIn32Bits) {
-    // 50,000 x 50,000 wraps to -1,794,967,296, so that every cell expects -17,949.67296.
-    const double expected = -17949.67296;
-    const ChiSquareFamily family =
-        chiSquareFamily<std::int32_t>(Table(2, 2, {30000, 20000, 20000, 30000}).view);
-    EXPECT_DOUBLE_EQ(family.chiSquare,
-                     2 * (std::pow(20000 - expected, 2) + std::pow(30000 - expected, 2)) / expected);
-    EXPECT_TRUE(std::isnan(family.phi));
-
-    // 40,000 x 60,000 concordant pairs wrap to -1,894,967,296, their square to 1,916,796,928.
-    const OrderedPairs<std::int32_t> pairs = Table(2, 2, {40000, 0, 0, 60000}).pairs();
-    EXPECT_EQ(pairs.concordant, -1894967296);
-    EXPECT_EQ(goodmanKruskalGamma(pairs), 1.0);
-    EXPECT_DOUBLE_EQ(twiceKendallTau(pairs), 2.0 * -1894967296 / std::sqrt(1916796928.0));
-    EXPECT_TRUE(std::isnan(goodmanKruskalGamma(Table(2, 2, {65536, 0, 0, 65536}).pairs())));
-}
-
 // The same tables, whose 40,000 x 60,000 pairs all agree; of 2^31 samples, half of the pairs do,
 // some 1.15e18.
 TEST(AssociationMeasures, WideCountsDoNotWrap) {

@@ -101,35 +101,6 @@ TEST(LogLinear, EmptyMargins) {
     EXPECT_TRUE(session.shows(",        nan,        inf\n"));
 }
 
-// Counted from samples or given as a table, with the models in either order: the same tables, but for the
-// widths.
-TEST(LogLinear, VariablesGiveTheTableThatTheyCount) {
-    Columns samples(3);
-    for (std::size_t cell = 0; cell < 24; ++cell) {
-        const std::size_t levels[3] = {cell / 12, cell / 6 % 2, cell % 6}, end = samples[0].size();
-        for (std::size_t f = 0; f < 3; ++f)
-            samples[f].resize(end + static_cast<std::size_t>(admissions[cell]),
-                              static_cast<double>(levels[f] + 1));
-    }
-    std::string tables[2];
-    for (const bool counted : {false, true}) {
-        AnalysisSession session(counted ? fileOf(samples) : fileOf({admissions}));
-        setTable(session, {2, 2, 6});
-        session.run.options.settings.variableStringLength = 14; // room for all decimals
-        LogLinearOptions& options = session.run.options.settings.logLinear;
-        options.dataMode = counted ? 0 : 1;
-        options.firstModel = counted ? 7 : 3;
-        options.secondModel = counted ? 3 : 7;
-        ASSERT_EQ(session.analyse(command), success);
-        EXPECT_EQ(session.frontend.percentages, (std::vector<int>{0, 5, 10, 20, 30, 40, 55, 70, 85, 100}));
-        EXPECT_EQ(session.shows("\n-- due to categorical variable data\n\n"), counted);
-        tables[counted] = session.frontend.lower.substr(session.frontend.lower.find("\tmodel list"));
-    }
-    EXPECT_EQ(tables[0], tables[1]);
-    const std::size_t selected = tables[0].find("selected\n"); // the smaller one first
-    EXPECT_LT(tables[0].find("\n  8,", selected), tables[0].find("\n  4,", selected));
-}
-
 TEST(LogLinear, OptionRules) {
     AnalysisOptions options = {};
     LogLinearOptions& chosen = options.settings.logLinear;

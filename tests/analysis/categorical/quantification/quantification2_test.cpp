@@ -9,26 +9,6 @@ constexpr int command = 722;
 
 } // namespace
 
-// Expected: canonical correlation of the indicators of q2..q5 with that of the second group of q1, scores
-// scaled to variance 1; the direction is that of the first group's excess.
-TEST(Quantification2, TwoGroups) {
-    AnalysisSession session(readTextFile("reference/data/survey-items.csv"));
-    ASSERT_EQ(session.analyse(command), success);
-    EXPECT_STREQ(session.run.deviations, ""); // by any numerics
-    session.run.numerics = &textbookNumerics;
-    ASSERT_EQ(session.analyse(command), success);
-    const std::pair<const char*, double> quantities[] = {
-        {"2 (  2)", -0.946498}, {"3 (  3)", -1.321571}, {"4 (  7)", -1.361261}, {"2 (  9)", -1.184840},
-        {"2 ( 12)", 0.393156},  {"4 ( 14)", 0.152145},  {"1 (  1)", 0},         {"1 ( 11)", 0}};
-    for (const auto& [label, value] : quantities)
-        expectNear(session.row("quantity of categories", label), {value}, 1.01e-6);
-    expectNear(session.row("canonical correlation", "coef.square"), {0.2395271}, 1e-6);
-    expectNear(session.row("canonical correlation", "c.c.coef"), {std::sqrt(0.2395271)}, 1e-6);
-    expectNear(session.row("centroid of group", "group 1"), {-1.694134}, 1.01e-6);
-    expectNear(session.row("centroid of group", "group 2"), {-2.676380}, 1.01e-6);
-    EXPECT_FALSE(session.run.graph.present);
-}
-
 TEST(Quantification2, NoDifferenceBetweenTwoGroupsHasNoScores) {
     AnalysisSession session(fileOf({{1, 1, 1, 1, 2, 2}, {1, 1, 2, 2, 1, 2}}));
     ASSERT_EQ(session.analyse(command), success);

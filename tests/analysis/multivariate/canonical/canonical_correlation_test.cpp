@@ -42,22 +42,6 @@ TEST(CanonicalVariates, WeightsGiveTheCorrelationsBack) {
     }
 }
 
-// The multiple correlation of one purpose variable; half of five variables is two here.
-TEST(CanonicalCorrelation, OnePurposeVariable) {
-    AnalysisSession session(readTextFile("reference/data/swiss.csv"));
-    session.run.data.exclusion.slots[0] = 6;
-    buildDataSet(session.run.data);
-    choosePurposes(session, {1});
-    ASSERT_EQ(session.analyse(command), success);
-    EXPECT_EQ(session.frontend.percentages, (std::vector<int>{0, 15, 20, 30, 50, 70, 85, 100}));
-    expectNear(session.row("eigen", "chi.square"), {45.641138}, 0.6e-6);
-    expectNear(session.row("freedom 1", "f.value"), {19.713917}, 1e-6);
-    expectNear(session.row("freedom 1", "deg.free.2"), {42}, 0);
-    expectNear(session.row("redundancy", "purpose"), {0.649790, 0.649790}, 0.6e-6);
-    EXPECT_NEAR(std::fabs(session.row("weight", "Education")[0]), 0.918248, 0.6e-6);
-    EXPECT_GT(session.failAllocations(command), 25);
-}
-
 // R 4.2: cancor, then the formulas of Lawley and Rao with pchisq and pf; the F of three variables is that of
 // lm.
 TEST(CanonicalCorrelation, TextbookNumerics) {

@@ -60,21 +60,6 @@ TEST(Cluster, MergesByHand) {
     }
 }
 
-TEST(Cluster, DendrogramByHand) {
-    const std::pair<std::vector<ClusterMerge>, std::vector<std::string>> cases[] = {
-        {{}, {""}},
-        {{{0, 1, 1}, {1, 2, 1}, {2, 3, 1}}, {"-+", "-+-+", "---+-+", "-----+--"}},
-        {{{0, 1, 1}, {2, 3, 1}, {1, 3, 1}}, {"-+", "-+---+", "---+ |", "---+-+--"}},
-        {{{1, 2, 1}, {3, 4, 1}, {0, 4, 1}, {2, 4, 1}},
-         {"-----+", "-+   |", "-+-- |-+", "---+ | |", "---+-+-+--"}}};
-    for (const auto& [merges, rows] : cases) {
-        char row[16];
-        for (std::size_t item = 0; item < rows.size(); ++item)
-            EXPECT_EQ(rows[item],
-                      std::string(row, writeDendrogramRow(merges.data(), merges.size(), item, row)));
-    }
-}
-
 // The closest two points are (1, 2) and (2, 4) for every distance.
 TEST(Cluster, Distances) {
     const double vx = 66 / 5.0 - 3.2 * 3.2, vy = 146 / 5.0 - 4.8 * 4.8, cxy = 94 / 5.0 - 3.2 * 4.8;
@@ -100,24 +85,6 @@ TEST(Cluster, Variables) {
     EXPECT_TRUE(alone.shows("  1,      1,         v1,\n\n"));
     EXPECT_TRUE(
         alone.frontend.status.ends_with(" -- divided by variable, mahalanobis distance, Ward's method"));
-}
-
-// The same four points by the textbook's rules. A union of n and m items whose centres are d apart has the
-// level d sqrt(2 n m / (n + m)) of Ward; the median's centre lies half-way whatever the sizes.
-TEST(TextbookCluster, MergesByHand) {
-    const double levels[6][2] = {{2, 4},          {3, 7},
-                                 {2.5, 5.25},     {2.5, 17 / 3.0},
-                                 {2.5, 17 / 3.0}, {2.5 * std::sqrt(4 / 3.0), 17 / 3.0 * std::sqrt(1.5)}};
-    for (int criterion = 0; criterion < 6; ++criterion) {
-        ClusterSession session({{0, 1, 3, 7}}, {0, 2, criterion});
-        session.run.numerics = &textbookNumerics;
-        ASSERT_EQ(session.analyse(command), success);
-        EXPECT_TRUE(session.shows("-- textbook numerics\n") && session.run.deviations[0] == '\0');
-        const double* level = levels[criterion];
-        expectNear(session.row("uniting", "1"), {1, 0, 2, 1}, 1e-9);
-        expectNear(session.row("uniting", "2"), {2, 0, 3, level[0]}, 1e-9);
-        expectNear(session.row("uniting", "3"), {3, 0, 4, level[1]}, 1e-9);
-    }
 }
 
 // R's hclust (centroid and median of squared distances, levels as their roots) of eight samples, each

@@ -105,34 +105,6 @@ TEST(FactorAnalysis, LeastDeviation) {
     }
 }
 
-// One pass from communalities of 1 is a principal component analysis: all components reproduce the
-// correlations, whatever is requested beyond them.
-TEST(PrincipalFactors, OnePassFromOneIsComponents) {
-    Matrix r, equal;
-    ASSERT_EQ(r.allocate(3, 3) | equal.allocate(3, 3), success);
-    std::ranges::copy(std::vector<double>{1, 0.5, 0.2, 0.5, 1, 0.3, 0.2, 0.3, 1}, r.begin());
-    std::ranges::copy(std::vector<double>{1, 0.4, 0.4, 0.4, 1, 0.4, 0.4, 0.4, 1}, equal.begin());
-    FactorModel model;
-    RecordingFrontend screens;
-    for (const auto& [requested, numerics] : {std::pair{3, &classicNumerics}, {7, &textbookNumerics}}) {
-        ASSERT_EQ(model.allocate(3, requested), success);
-        ASSERT_EQ(extractPrincipalFactors(screens, *numerics, r, false, model), success);
-        ASSERT_EQ(model.kept(), 3);
-        for (Index i = 0; i < 9; ++i) {
-            const double *j = model.loadings.row(i / 3), *k = model.loadings.row(i % 3);
-            EXPECT_NEAR(std::inner_product(j, j + 3, k, 0.0), r(i / 3, i % 3), 1e-14);
-        }
-        EXPECT_NEAR(model.communality[1], 1.0, 1e-14);
-    }
-    // Communalities of 0: equal correlations alone have one positive root, r (p - 1).
-    ASSERT_EQ(model.allocate(3, 3), success);
-    std::fill(model.communality.begin(), model.communality.end(), 0.0);
-    ASSERT_EQ(extractPrincipalFactors(screens, classicNumerics, equal, false, model), success);
-    EXPECT_EQ(model.kept(), 1);
-    EXPECT_NEAR(model.sumsOfSquares[0], 0.8, 1e-14);
-    EXPECT_NEAR(model.communality[0], 0.8 / 3, 1e-14);
-}
-
 TEST(FactorAnalysis, Codes) {
     const std::vector<double> c = {5, 1, 2, 8, 1, 9, 2, 4}, level(8, 3.0),
                               huge = {1e200, 2, -1e200, 4, 5, 6, 7, 8};

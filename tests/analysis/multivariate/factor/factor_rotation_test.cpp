@@ -115,32 +115,6 @@ TEST(FactorRotation, TextbookRotationsGoToTheEnd) {
     }
 }
 
-// Two pure factors turned by an angle: the rotation finds them again, in each of the quadrants of its angle.
-TEST(OrthogonalRotation, FindsSimpleStructureAtAnyAngle) {
-    for (const double degrees : {-40, -10, 3, 30, 44, 60, 100}) {
-        const double c = std::cos(degrees / 57.29577951308232), s = std::sin(degrees / 57.29577951308232);
-        Matrix turned =
-            matrixFrom(4, 2, {0.9 * c, 0.9 * s, 0.7 * c, 0.7 * s, -0.8 * s, 0.8 * c, -0.6 * s, 0.6 * c});
-        rotateOrthogonal(classicNumerics, 1.0, turned);
-        for (Index j = 0; j < 4; ++j) EXPECT_NEAR(turned(j, 0) * turned(j, 1), 0.0, 1e-14) << degrees;
-    }
-    // No angle is better than another when both numerator and denominator are 0; nothing then turns, and what
-    // is not a number ends.
-    Matrix zeros = matrixFrom(2, 2, {0, 0, 0, 0}), invalid = matrixFrom(2, 2, {NAN, 1, 2, 3});
-    for (const Numerics* numerics : {&classicNumerics, &textbookNumerics}) {
-        rotateOrthogonal(*numerics, 1.0, zeros);
-        EXPECT_EQ(zeros(0, 0), 0.0);
-        rotateOrthogonal(*numerics, 1.0, invalid);
-        EXPECT_EQ(invalid(1, 0), 2.0);
-    }
-    // Two vectors half a right angle apart are as good at any angle: rounding does not turn them.
-    const double c = std::cos(0.2), s = std::sin(0.2), c45 = std::cos(0.2 + 0.7853981633974483),
-                 s45 = std::sin(0.2 + 0.7853981633974483);
-    Matrix flat = matrixFrom(2, 2, {c, s, c45, s45});
-    rotateOrthogonal(textbookNumerics, 0.0, flat);
-    EXPECT_EQ(flat(0, 0), c);
-}
-
 TEST(ObliqueRotation, SimpleStructureStaysWithItsSigns) {
     const Matrix simple = matrixFrom(4, 2, {0.9, 0, -0.7, 0, 0, 0.8, 0, -0.6});
     RecordingFrontend frontend;
