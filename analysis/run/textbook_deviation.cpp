@@ -7,7 +7,8 @@
 
 bool deviates(double value, double textbook) {
     if (value == textbook || (std::isnan(value) && std::isnan(textbook))) return false;
-    return !(std::fabs(value - textbook) <= shownDeviation * std::max(1.0, std::fabs(textbook)));
+    if (!std::isfinite(value) || !std::isfinite(textbook)) return true;
+    return std::fabs(value - textbook) > shownDeviation * std::max(1.0, std::fabs(textbook));
 }
 
 bool anyDeviates(const Block<double>& values, const Block<double>& textbook, Index count) {
