@@ -77,7 +77,7 @@ int main(int count, char** arguments) {
     BasicStatistics basic;
     MomentMatrices moments;
     if ((basic.allocate(p, data.samples) | moments.allocate(p)) != success) return 1;
-    basicStatistics(screens, data, basic);
+    if (findBasicStatistics(screens, numerics, data, basic) != success) return 1;
     numerics.moments(data.values.data(), data.samples, data.variables, moments);
     for (Index j = 0; j < p; ++j) {
         say("mean", j, basic.mean[j]);
