@@ -21,7 +21,8 @@ ErrorCode twoPassMoments(const double* values, std::int32_t samples, std::int32_
     Matrix& covariance = moments.covariance;
     Matrix& correlation = moments.correlation;
     double* means = moments.means.data();
-    double* row = moments.sds.data(); // scratch, of sums and of the deviations of a sample
+    double* row = moments.sds.data();  // scratch, of sums and of the deviations of a sample
+    double* left = correlation.data(); // scratch, of what rounding leaves of the sums of deviations
     moments.covariance.fill(0.0);
     moments.correlation.fill(0.0);
     std::fill_n(means, p, 0.0);
@@ -32,14 +33,22 @@ ErrorCode twoPassMoments(const double* values, std::int32_t samples, std::int32_
     shiftMeans(values, samples, p, means, row);
     const double* sample = values;
     for (std::int32_t s = 0; s < samples; ++s, sample += p) {
-        for (Index i = 0; i < p; ++i) row[i] = sample[i] - means[i];
+        for (Index i = 0; i < p; ++i) {
+            row[i] = sample[i] - means[i];
+            left[i] += row[i];
+        }
         for (Index i = 0; i < p; ++i) {
             double* sums = covariance.row(i);
             for (Index j = 0; j <= i; ++j) sums[j] += row[i] * row[j];
         }
     }
     for (Index i = 0; i < p; ++i) {
-        for (Index j = 0; j <= i; ++j) covariance(j, i) = covariance(i, j) = covariance(i, j) / samples;
+        for (Index j = 0; j <= i; ++j) {
+            const double value = (covariance(i, j) - left[i] * left[j] / samples) / samples;
+            covariance(j, i) = covariance(i, j) = i == j ? std::max(value, 0.0) : value;
+        }
+    }
+    for (Index i = 0; i < p; ++i) {
         moments.sds[i] = std::sqrt(covariance(i, i));
         for (Index j = 0; j < i; ++j) {
             const double cosine = covariance(i, j) / moments.sds[i] / moments.sds[j];

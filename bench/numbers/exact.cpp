@@ -30,9 +30,9 @@ static void sayClassic(const DataMatrix& data, const MomentMatrices& moments) {
     const Index k = data.variables - 1;
     Silent screens;
     RegressionFit fit;
-    if (fit.allocate(data.samples, data.variables) != success) return;
+    if (fit.allocate(data.samples, k) != success) return;
     const RegressionData regression = {data.values.data(), data.samples, data.variables, moments};
-    fit.count = data.variables - 1;
+    fit.count = static_cast<std::int32_t>(k);
     for (Index j = 0; j < k; ++j) fit.variables[j] = static_cast<std::int32_t>(j);
     say("code", 0, fitByCorrelations(screens, regression, 0.0, DeterminantTest::refuseNegative, fit));
     say("constant", 0, fit.constant);

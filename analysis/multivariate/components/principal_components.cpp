@@ -229,8 +229,6 @@ ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& 
     if (code != success) return code;
     if (!allFinite(moments.means) || !allFinite(moments.sds)) return notFinite;
     if (numerics.anyConstant(moments)) return illegalData;
-    // Eigenvalues and squared loadings have the divisor of the base.
-    if (numerics.textbook) takeUnbiased(data.samples, work.moments.covariance);
     code = screens.setProgress(20);
     if (code != success) return code;
 
@@ -239,7 +237,10 @@ ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& 
     if (code == success) code = screens.setProgress(40);
     if (code != success) return code;
 
-    work.kept = countKept(work.eigenvalues, settings.componentMinimum, settings.factor.factorNumber);
+    const bool isUnbiased = numerics.textbook && usesCovariance(settings);
+    const double printedScale = isUnbiased ? unbiasedScale(data.samples) : 1.0;
+    work.kept =
+        countKept(work.eigenvalues, settings.componentMinimum / printedScale, settings.factor.factorNumber);
     testEqualRemainder(numerics, data.samples, work);
     code = screens.setProgress(60);
     if (code != success) return code;
@@ -249,9 +250,10 @@ ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& 
     code = screens.setProgress(80);
     if (code != success) return code;
 
-    const bool hasOwnScores = numerics.textbook && usesCovariance(settings);
-    (hasOwnScores ? findCovarianceScores : findScores)(data, work);
+    (isUnbiased ? findCovarianceScores : findScores)(data, work);
     standardizeScores(work);
+    // Eigenvalues are printed as variances with the divisor N - 1; loadings stay those of the matrix itself.
+    for (double& eigenvalue : work.eigenvalues) eigenvalue *= printedScale;
     return screens.setProgress(100);
 }
 
@@ -265,7 +267,7 @@ void noteDeviations(AnalysisRun& run, const ComponentWork& work) {
         deviatesChi = deviatesChi || deviates(work.chiSquare[k], chiSquare);
         deviatesProbability = deviatesProbability || deviates(work.chiProbability[k], tail);
     }
-    if (usesCovariance(run.options.settings)) noteDeviation(run, "eigen value, load, score");
+    if (usesCovariance(run.options.settings)) noteDeviation(run, "eigen value, score");
     if (deviatesChi) noteDeviation(run, "chi square");
     if (deviatesProbability) noteDeviation(run, "chi prob");
 }
