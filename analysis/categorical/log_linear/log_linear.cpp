@@ -190,7 +190,7 @@ ErrorCode fitModels(const FittingGoal& goal, LogLinearWork& work) {
     return success;
 }
 
-ErrorCode estimateSelected(const Numerics& numerics, LogLinearWork& work) {
+ErrorCode estimateSelected(Screens& screens, const Numerics& numerics, LogLinearWork& work) {
     ErrorCode code = success;
     for (SelectedModel& each : work.result.selected) {
         takeLogarithms(each.expected.data(), work);
@@ -198,8 +198,10 @@ ErrorCode estimateSelected(const Numerics& numerics, LogLinearWork& work) {
             estimateUTerm(work.logarithms, work.variances, uTerms[term], each.terms);
         }
         if (numerics.textbook) {
-            code |= work.errors.estimate(work.observedMargins, each.model, each.expected.data(), each.terms);
+            code = work.errors.estimate(screens, work.observedMargins, each.model, each.expected.data(),
+                                        each.terms);
         }
+        if (code != success) break;
     }
     return code;
 }
@@ -234,10 +236,10 @@ ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& 
     if (code == success) code = sumCounts(work);
     if (code == success) code = screens.setProgress(20);
     if (code == success) code = estimateSaturated(screens, work);
-    if (code == success) code = screens.setProgress(70);
+    if (code == success) code = screens.setProgress(modelsBegun);
     if (code == success) code = fitModels(fittingGoal(numerics), work);
-    if (code == success) code = estimateSelected(numerics, work);
-    if (code == success) code = screens.setProgress(85);
+    if (code == success) code = estimateSelected(screens, numerics, work);
+    if (code == success) code = screens.setProgress(modelsEstimated);
     if (code != success) return code;
     rankModels(work.result);
     return screens.setProgress(100);

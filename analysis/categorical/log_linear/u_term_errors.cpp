@@ -8,6 +8,12 @@
 
 namespace {
 
+constexpr int factored = 5; // percent of the run that the factor of the information takes, about
+
+int shareOf(int percent, Index done, Index all) {
+    return static_cast<int>(percent * done / all);
+}
+
 // What a level counts in a u-term's contrast at level `at`: d - 1 / levels for a factor of the term, else
 // 1 / levels.
 double weightOf(const ThreeWaySizes& sizes, FactorSet term, Index factor, Index at, Index level) {
@@ -141,8 +147,10 @@ struct SlicedModel {
     }
 
     // S into its lower factor; a singular one leaves what is not finite.
-    void factor() const {
+    ErrorCode factor(Screens& screens) const {
         for (Index row = 0; row < q; ++row) {
+            const ErrorCode code = screens.setProgress(modelsBegun + shareOf(factored, row, q));
+            if (code != success) return code;
             double* const out = work.information.row(row);
             for (Index to = 0; to <= row; ++to) {
                 const double* const other = work.information.row(to);
@@ -150,6 +158,7 @@ struct SlicedModel {
                 out[to] = to < row ? sum / other[to] : std::sqrt(sum);
             }
         }
+        return success;
     }
 
     double sharedVariance() const {
@@ -195,21 +204,27 @@ struct SlicedModel {
     }
 };
 
-ErrorCode estimateSliced(const ThreeWaySizes& sizes, const double* expected, UTermErrors& work,
-                         UTermEstimates& result) {
+ErrorCode estimateSliced(Screens& screens, const ThreeWaySizes& sizes, const double* expected,
+                         UTermErrors& work, UTermEstimates& result) {
     const SlicedModel model(sizes, expected, work);
     work.slices.fill(0.0);
     work.information.fill(0.0);
     for (Index i = 0; i < model.a; ++i) {
-        const ErrorCode code = model.invertSlice(i);
+        ErrorCode code = screens.setProgress(modelsBegun);
+        if (code == success) code = model.invertSlice(i);
         if (code != success) return code;
         model.addInformation(i);
     }
-    model.factor();
+    ErrorCode code = model.factor(screens);
+    Index done = 0, cells = 0;
+    visitTermCells(sizes, [&](FactorSet, const Index*, Index) { ++cells; });
     visitTermCells(sizes, [&](FactorSet term, const Index* at, Index cell) {
+        if (code != success) return;
         result.errors[term][cell] = errorOf(model.variance(term, at));
+        code = screens.setProgress(modelsBegun + factored +
+                                   shareOf(modelsEstimated - modelsBegun - factored, ++done, cells));
     });
-    return success;
+    return code;
 }
 
 } // namespace
@@ -223,9 +238,9 @@ ErrorCode UTermErrors::allocate(const ThreeWaySizes& sizes, bool noInteraction) 
            product.allocate(b + c);
 }
 
-ErrorCode UTermErrors::estimate(const Margins& observed, Index model, const double* expected,
-                                UTermEstimates& result) {
-    if (!hasClosedForm(model)) return estimateSliced(observed.sizes, expected, *this, result);
+ErrorCode UTermErrors::estimate(Screens& screens, const Margins& observed, Index model,
+                                const double* expected, UTermEstimates& result) {
+    if (!hasClosedForm(model)) return estimateSliced(screens, observed.sizes, expected, *this, result);
     estimateClosedForm(observed, generatorsOf(model), result);
     return success;
 }

@@ -2,6 +2,11 @@
 
 #include "analysis/categorical/log_linear/log_linear_models.h"
 #include "numeric/matrix.h"
+#include "report/screens.h"
+
+// Percent of a run when the models are to be fitted, and when all is estimated.
+constexpr int modelsBegun = 70;
+constexpr int modelsEstimated = 85;
 
 // Standard errors of the u-terms of a fitted model by the delta method (Agresti 2002): the covariance of the
 // parameters is inv(X' diag(m) X), X effect-coded and m the expected table. Neither X nor that matrix is
@@ -20,7 +25,8 @@ struct UTermErrors {
 
     // Into result.errors of all terms but the interaction of three: 0 for a term that is not in the model,
     // infinite where an empty margin leaves it without an estimate. `observed` are the margins of the
-    // observed table. Returns success or outOfMemory.
-    [[nodiscard]] ErrorCode estimate(const Margins& observed, Index model, const double* expected,
-                                     UTermEstimates& result);
+    // observed table. Returns success, outOfMemory, or a
+    // code of setProgress.
+    [[nodiscard]] ErrorCode estimate(Screens& screens, const Margins& observed, Index model,
+                                     const double* expected, UTermEstimates& result);
 };
