@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include "analysis/run/start_arguments.h"
 #include "analysis/run/window_place.h"
 #include "app/graph_window.h"
 #include "app/main_window.h"
@@ -61,7 +62,7 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int showCommand) {
 
     int result = 0;
     if (openMainWindow(program, showCommand)) {
-        if (__argc > 1) openNamedFile(program, __argv[1]);
+        startWork(program, readStartArguments(__argc, __argv));
         result = runMessageLoop();
     }
     ReleaseMutex(mutex);

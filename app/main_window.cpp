@@ -68,6 +68,13 @@ void predict(Program& program) {
     SetFocus(program.screens[lowerScreen]);
 }
 
+void switchNumerics(Program& program, const Numerics& numerics) {
+    WindowFrontend frontend(program);
+    chooseNumerics(frontend, program.run, numerics);
+    CheckMenuItem(GetMenu(program.window), commandTextbookNumerics,
+                  MF_BYCOMMAND | static_cast<UINT>(numerics.textbook ? MF_CHECKED : MF_UNCHECKED));
+}
+
 void clearScreen(Program& program, int screen) {
     TextBuffer& text = screen == upperScreen ? program.run.report.upper : program.run.report.lower;
     text.clear();
@@ -135,6 +142,9 @@ bool runCommand(Program& program, int command) {
     case commandPreference:
         showPreferencePages(program);
         return true;
+    case commandTextbookNumerics:
+        switchNumerics(program, program.run.numerics->textbook ? classicNumerics : textbookNumerics);
+        return true;
     case commandOpenFile:
         if (showOpenFileDialog(program)) {
             openFile(program);
@@ -162,6 +172,24 @@ bool runCommand(Program& program, int command) {
 
 bool isThere(const char* path) {
     return GetFileAttributesA(path) != INVALID_FILE_ATTRIBUTES;
+}
+
+// A data file that was named when the program started or was dropped on the window.
+void openNamedFile(Program& program, const char* name) {
+    char named[sizeof program.run.data.path], path[sizeof named];
+    const bool fits = namedDataFile(name, isThere(name), named);
+    const DWORD length = fits ? GetFullPathNameA(named, sizeof path, path, nullptr) : 0;
+    if (!fits || length >= sizeof path) {
+        tellPathTooLong(program);
+        return;
+    }
+    // A folder whose name is outside the code page has no full path in it.
+    if (length == 0 || (isThere(named) && !isThere(path))) std::memcpy(path, named, sizeof path);
+    const char* extension = std::strrchr(path, '.');
+    const bool isWorkbook = extension != nullptr && lstrcmpiA(extension, ".xls") == 0;
+    program.run.options.settings.fileType = isWorkbook ? 1 : 0;
+    std::memcpy(program.run.data.path, path, sizeof path);
+    openFile(program);
 }
 
 // The first of the files. While data is loaded the window takes none, but one may be on its way.
@@ -298,19 +326,11 @@ bool openMainWindow(Program& program, int showCommand) {
     return true;
 }
 
-void openNamedFile(Program& program, const char* name) {
-    char named[sizeof program.run.data.path], path[sizeof named];
-    const bool fits = namedDataFile(name, isThere(name), named);
-    const DWORD length = fits ? GetFullPathNameA(named, sizeof path, path, nullptr) : 0;
-    if (!fits || length >= sizeof path) {
-        tellPathTooLong(program);
-        return;
+void startWork(Program& program, const StartArguments& start) {
+    if (start.numerics != nullptr) {
+        switchNumerics(program, *start.numerics);
+    } else {
+        WindowFrontend(program).alert("--numerics takes classic or textbook", "alert");
     }
-    // A folder whose name is outside the code page has no full path in it.
-    if (length == 0 || (isThere(named) && !isThere(path))) std::memcpy(path, named, sizeof path);
-    const char* extension = std::strrchr(path, '.');
-    const bool isWorkbook = extension != nullptr && lstrcmpiA(extension, ".xls") == 0;
-    program.run.options.settings.fileType = isWorkbook ? 1 : 0;
-    std::memcpy(program.run.data.path, path, sizeof path);
-    openFile(program);
+    if (start.file != nullptr) openNamedFile(program, start.file);
 }

@@ -77,10 +77,8 @@ Match takeRepeated(Option option, Arguments& arguments, Block<const char*>& text
 
 Match parseNumerics(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
     if (!arguments.takeValue(option, complaint)) return Match::wrong;
-    const std::string_view value = option.value;
-    if (value == "classic") line.numerics = &classicNumerics;
-    if (value == "textbook") line.numerics = &textbookNumerics;
-    if (value == "classic" || value == "textbook") return Match::taken;
+    line.numerics = findNumerics(option.value);
+    if (line.numerics != nullptr) return Match::taken;
     complaint.say("--numerics takes classic|textbook, not '%.200s'", option.value);
     return Match::wrong;
 }

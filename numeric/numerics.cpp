@@ -88,3 +88,8 @@ const Numerics textbookNumerics = {
     .tTwoSidedQuantile = tTwoSidedQuantile,
     .rankCorrelationTail = textbookRankTail,
 };
+
+const Numerics* findNumerics(std::string_view name) {
+    if (name == "classic") return &classicNumerics;
+    return name == "textbook" ? &textbookNumerics : nullptr;
+}

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "numeric/moments.h"
 
 // The kernels that a run computes with. The classic ones are those that all reports so far are made of, with
@@ -40,3 +42,6 @@ struct Numerics {
 
 extern const Numerics classicNumerics;
 extern const Numerics textbookNumerics;
+
+// By the name that a command line has for them, "classic" or "textbook"; null for any other.
+const Numerics* findNumerics(std::string_view name);

@@ -58,6 +58,7 @@ Section
     WriteUninstaller "$INSTDIR\Uninstall.exe"
     CreateDirectory "$SMPROGRAMS\Ombrivantel"
     CreateShortcut "$SMPROGRAMS\Ombrivantel\Ombrivantel.lnk" "$INSTDIR\Ombrivantel.exe"
+    CreateShortcut "$SMPROGRAMS\Ombrivantel\Ombrivantel (textbook numerics).lnk" "$INSTDIR\Ombrivantel.exe" "--numerics textbook"
     CreateShortcut "$SMPROGRAMS\Ombrivantel\Manual.lnk" "$INSTDIR\docs\manual.html"
     CreateShortcut "$SMPROGRAMS\Ombrivantel\Samples.lnk" "$INSTDIR\samples"
     WriteRegStr HKCU "${KEY}" "DisplayName" "Ombrivantel"

@@ -82,6 +82,11 @@ opensAndCloses() {
         wait "$process"
 }
 
+# startsWith SHORTCUT ARGUMENTS: the shortcut's file holds its arguments in 16-bit characters.
+startsWith() {
+    tr -d '\0' <"$1" | grep -aF -- "$2"
+}
+
 # opensWithProgram FOLDER: the explorer would open a comma-separated file with the program in it.
 opensWithProgram() {
     timeout 60 wine reg query 'HKCU\Software\Classes\.csv\OpenWithProgids' /v Ombrivantel.csv &&
@@ -123,6 +128,7 @@ tryInstaller() {
     try "silent installation" timeout 120 wine "$setup" /S
     try "what was installed is what the zip holds" diff -r -x Uninstall.exe "$folder" "$installed"
     try "its shortcut" test -s "$shortcut/Ombrivantel.lnk"
+    try "that for textbook numerics" startsWith "$shortcut/Ombrivantel (textbook numerics).lnk" "--numerics textbook"
     try "its entry among the programs" timeout 60 wine reg query "$key" /v QuietUninstallString
     try "its size there" timeout 60 wine reg query "$key" /v EstimatedSize
     try "it is offered for comma-separated files" opensWithProgram "$installed"

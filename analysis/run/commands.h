@@ -24,3 +24,4 @@ constexpr int commandExcludeVariable = 703;
 constexpr int commandPrediction = 799;
 constexpr int commandParameter = 801;
 constexpr int commandPreference = 802;
+constexpr int commandTextbookNumerics = 850;

@@ -68,6 +68,12 @@ ErrorCode dispatchAnalysis(Frontend& frontend, Settings& defaults, AnalysisRun& 
     return reportResult(frontend, run, code);
 }
 
+void chooseNumerics(Frontend& frontend, AnalysisRun& run, const Numerics& numerics) {
+    if (run.numerics == &numerics) return;
+    run.numerics = &numerics;
+    frontend.enablePrediction(false);
+}
+
 ErrorCode reportResult(Screens& screens, AnalysisRun& run, ErrorCode code) {
     const int shortage = run.data.working.variables - run.data.working.samples + leastExcess;
     return reportAnalysisCode(screens, run.report, code, shortage);

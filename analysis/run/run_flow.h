@@ -9,6 +9,9 @@ ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun
 // Shows the option dialog of the run's kind and runs it; ends by reporting the code.
 ErrorCode dispatchAnalysis(Frontend& frontend, Settings& defaults, AnalysisRun& run);
 
+// What the next runs compute with. What prediction kept comes from other numerics, and fits no longer.
+void chooseNumerics(Frontend& frontend, AnalysisRun& run, const Numerics& numerics);
+
 // Writes and shows the texts of a code.
 ErrorCode reportResult(Screens& screens, AnalysisRun& run, ErrorCode code);
 

@@ -154,3 +154,27 @@ TEST(FundamentalStatistics, OnlySavedDefaultsOutliveTheProgram) {
     EXPECT_TRUE(dialog.isChecked(2003));
     EXPECT_FALSE(dialog.isChecked(save));
 }
+
+TEST(TextbookNumerics, HoldUntilTheProgramEnds) {
+    App app;
+    app.write("small.csv", smallFile);
+    const auto expectReport = [&](bool textbook) {
+        EXPECT_EQ((app.itemState(commandTextbookNumerics) & MF_CHECKED) != 0, textbook);
+        app.runCommand(fundamental, fundamentalCaption).press(IDOK);
+        const std::string title = "\nfundamental analysis statistics\n-- textbook numerics\n";
+        EXPECT_EQ(app.lowerText().starts_with(title), textbook) << app.lowerText();
+        EXPECT_EQ(app.statusText().ends_with(" statistics, textbook numerics"), textbook) << app.statusText();
+    };
+    app.start("--numerics textbook small.csv");
+    expectReport(true);
+    app.runCommand(commandTextbookNumerics);
+    expectReport(false);
+    app.runCommand(commandTextbookNumerics);
+    expectReport(true);
+    app.close();
+    app.start("--numerics others small.csv");
+    const Dialog alert = app.waitForDialog("alert");
+    EXPECT_EQ(alert.text(messageText), "--numerics takes classic or textbook");
+    alert.press(IDOK);
+    expectReport(false);
+}

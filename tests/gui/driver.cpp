@@ -275,11 +275,11 @@ std::vector<MenuItem> App::menuItems() const {
     return items;
 }
 
-bool App::isItemEnabled(int command) const {
+UINT App::itemState(int command) const {
     const auto state = static_cast<UINT>(
         inside_->call(GetMenuState, inside_->call(GetMenu, window_), command, MF_BYCOMMAND));
     require(state != UINT_MAX, "no menu item " + std::to_string(command));
-    return (state & (MF_GRAYED | MF_DISABLED)) == 0;
+    return state;
 }
 
 void App::runCommand(int command) const {

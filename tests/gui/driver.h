@@ -94,7 +94,8 @@ public:
     // Face, twips and effects of what is typed next, or of another SCF_ scope.
     std::string startFont(int screen, WPARAM scope = 0) const;
     std::vector<MenuItem> menuItems() const; // menu by menu
-    bool isItemEnabled(int command) const;
+    UINT itemState(int command) const;
+    bool isItemEnabled(int command) const { return (itemState(command) & (MF_GRAYED | MF_DISABLED)) == 0; }
 
     // A menu command that opens no dialog, or one that opens the dialog with this caption.
     void runCommand(int command) const;

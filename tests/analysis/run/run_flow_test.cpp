@@ -2,6 +2,7 @@
 
 #include "analysis/run/run_flow.h"
 #include "analysis/run/saved_defaults.h"
+#include "analysis/run/start_arguments.h"
 #include "analysis/run/window_place.h"
 #include "tests/support/cases.h"
 #include "tests/support/failing_allocations.h"
@@ -79,6 +80,21 @@ TEST(DialogPlace, IsTheMiddleOfItsOwnerOnTheScreen) {
     EXPECT_EQ(placeOver({0, 0, 800, 600}, 3000, 200, {0, 0, 1920, 1080}).left, 0);
 }
 
+TEST(StartArguments, AreTheSwitchAndTheFile) {
+    using Start = std::tuple<std::vector<const char*>, const Numerics*, const char*>;
+    for (auto [arguments, numerics, file] :
+         {Start{{"x", "data.csv", "--numerics", "textbook"}, &classicNumerics, "data.csv"},
+          Start{{"x", "--numerics", "textbook", "data.csv"}, &textbookNumerics, "data.csv"},
+          Start{{"x", "--numerics=textbook"}, &textbookNumerics, nullptr},
+          Start{{"x", "--numerics=", "data.csv"}, nullptr, "data.csv"},
+          Start{{"x", "--numerics"}, nullptr, nullptr},
+          Start{{"x", "--numericsx"}, &classicNumerics, "--numericsx"}}) {
+        const StartArguments start = readStartArguments(static_cast<int>(arguments.size()), arguments.data());
+        EXPECT_EQ(start.numerics, numerics);
+        EXPECT_STREQ(start.file, file);
+    }
+}
+
 TEST(SavedDefaults, AreTheOptionsOfTheBoxThatWasChecked) {
     for (const Case& test : readCases("analysis/run/saved.tsv")) {
         AnalysisRun run;
@@ -149,6 +165,8 @@ TEST_F(RunFlowOnData, ExcludesVariablesAndClosesTheFile) {
     applyExclusion(frontend, run, {0, 2, 2, 3, 0, 0, 0, 0, 0, 0});
     EXPECT_EQ(frontend.takeLog(), "upper status no-prediction");
     EXPECT_NE(frontend.upper.find("1 samples, 1 variables\n\tvariables : x\n"), std::string::npos);
+    for (int k = 0; k < 2; ++k) chooseNumerics(frontend, run, textbookNumerics);
+    EXPECT_EQ(frontend.takeLog(), "no-prediction"); // once
     closeDataFile(frontend, run);
     EXPECT_EQ(frontend.takeLog(), "upper lower status unloaded");
     EXPECT_EQ(frontend.upper + frontend.lower + frontend.status, "");
