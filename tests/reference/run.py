@@ -1,16 +1,20 @@
 #!/usr/bin/env python3
 """Runs the batch runner on every case of cases.tsv and compares reports, status lines and exit codes with
-those of an independent computation.
+those of an independent computation; then on every case of textbook.tsv, by textbook numerics, and compares what
+is printed with the numbers of textbook.R.
 
 usage: run.py BATCH-RUNNER [NAME-PREFIX]
 """
+import functools
+import itertools
 import pathlib
+import re
 import shlex
 import subprocess
 import sys
 
 sys.dont_write_bytecode = True
-from compare import differences
+from compare import decimals, differences, number
 
 here = pathlib.Path(__file__).resolve().parent
 
@@ -32,15 +36,58 @@ def run_case(runner, name, kind, options, data, exit_code):
     return "\n".join(wrong)
 
 
+def row_of(report, title, label, first):
+    """The cells from the first one on of the row with this label, or line #n, below the title that begins so."""
+    for table in re.split(r"^\t", report, flags=re.MULTILINE)[1:]:
+        for n, line in enumerate(table.split("\n") if table.startswith(title) else []):
+            cells = [cell.strip() for cell in line.split(",")]
+            if label == "#%d" % n or (n and ":".join(cells[1:first] + [""]).startswith(label + ":")):
+                return cells[first:]
+    return []
+
+
+def rounds_to(value, cell):
+    shown = number(cell)
+    return shown is not None and abs(shown - value) <= 0.5 * 10.0 ** -decimals(cell) + 1e-9 * abs(value)
+
+
+def run_textbook_case(runner, name, kind, options, data, rows):
+    command = [runner, kind, "--numerics", "textbook"] + ([] if options == "-" else shlex.split(options))
+    done = subprocess.run(command + [str(here / "data" / data)], capture_output=True, text=True, timeout=300)
+    wrong, columns = [], {}
+    if done.stdout.split("\n")[2:3] != ["-- textbook numerics"]:
+        wrong.append("no remark below the title")
+    if not done.stderr.rstrip("\n").endswith(", textbook numerics"):
+        wrong.append("status %r" % done.stderr)
+    for title, label, first, values, turned in (row[4:] for row in rows):
+        expected = [float(value) for value in values.split("|")]
+        cells = row_of(done.stdout, title, label, int(first))[:len(expected)]
+        if len(cells) < len(expected):
+            wrong.append("%s: no such row %s" % (title, label))
+        for place, pair in enumerate(zip(cells, expected)):
+            # A column that may be turned has one sign in all its rows.
+            key = (title, place) if turned == "turned" else (title, place, label)
+            columns.setdefault(key, []).append(pair)
+    for key, pairs in columns.items():
+        signs = (1, -1) if len(key) == 2 else (1,)
+        if not any(all(rounds_to(sign * value, cell) for cell, value in pairs) for sign in signs):
+            wrong.append("%s: %s" % (key, " ".join("%s not %.15g" % pair for pair in pairs)))
+    return "\n".join(wrong[:20])
+
+
 def main():
     runner = str(pathlib.Path(sys.argv[1]).resolve())
     prefix = sys.argv[2] if len(sys.argv) > 2 else ""
     passed = failed = 0
-    for line in (here / "cases.tsv").read_text().splitlines():
-        name, kind, options, data, exit_code = line.split("\t")
+    cases = [(run_case, line.split("\t")) for line in (here / "cases.tsv").read_text().splitlines()]
+    lines = [line.split("\t") for line in (here / "textbook.tsv").read_text().splitlines()]
+    for case, rows in itertools.groupby(lines, lambda line: line[:4]):
+        cases.append((functools.partial(run_textbook_case, rows=list(rows)), case))
+    for run, case in cases:
+        name = case[0]
         if not name.startswith(prefix):
             continue
-        wrong = run_case(runner, name, kind, options, data, exit_code)
+        wrong = run(runner, *case)
         if wrong:
             print("%s: %s" % (name, wrong))
             failed += 1
