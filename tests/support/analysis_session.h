@@ -32,13 +32,18 @@ struct AnalysisSession {
         frontend.choose = [choice](AnalysisRun& chosen) { return choice(chosen.options), true; };
         return analyse(command);
     }
-    // Runs the command with each of its allocations failing, which is to end in one of these codes. Returns
-    // how many allocations there were.
+    // Runs the command with each of its allocations failing, which is to end in one of these codes, by both
+    // numerics, at last by those that are set. Returns how many allocations there were at least.
     long long failAllocations(int command, const std::vector<ErrorCode>& codes = {outOfMemory}) {
         ErrorCode code = success;
-        return failEachAllocation(
-            [&] { code = analyse(command); },
-            [&] { EXPECT_EQ(std::count(codes.begin(), codes.end(), code), 1) << code; });
+        long long counts[2];
+        for (long long& count : counts) {
+            run.numerics = run.numerics->textbook ? &classicNumerics : &textbookNumerics;
+            count = failEachAllocation(
+                [&] { code = analyse(command); },
+                [&] { EXPECT_EQ(std::count(codes.begin(), codes.end(), code), 1) << code; });
+        }
+        return std::min(counts[0], counts[1]);
     }
     // Whether textbook numerics change nothing but the remark below the title.
     bool isTheSameByTextbook(int command) {

@@ -36,41 +36,13 @@ TEST(LogLinear, AllModelsOfAPublishedTable) {
     for (std::size_t m = 1; m < 18; ++m) EXPECT_LT(ranking[m - 1].second, ranking[m].second);
 }
 
-// R's glm with sum contrasts (epsilon 1e-15): estimate and standard error of both models for one level
-// combination of each term; those of the last levels are minus the sum of the others and the root of the sum
-// of their covariances. Models 4 (without AB, which has neither) and 1.
-TEST(TextbookLogLinear, FitsAndErrorsAsGlm) {
+TEST(TextbookLogLinear, Deviations) {
     AnalysisSession session(fileOf({admissions}));
     setTable(session, {2, 2, 6});
     session.run.options.settings.logLinear.firstModel = 0;
     session.run.options.settings.logLinear.secondModel = 3;
     ASSERT_EQ(session.analyse(command), success);
     EXPECT_STREQ(session.run.deviations, "exp and res of LLM( 1), std.e. of selected models");
-    session.run.numerics = &textbookNumerics;
-    ASSERT_EQ(session.analyse(command), success);
-    EXPECT_TRUE(session.shows("\n-- textbook numerics\n"));
-    EXPECT_TRUE(session.shows("113.997821, 141.632576,") &&
-                session.shows("529.269919, 353.639509, 109.245276,"));
-    const std::pair<const char*, std::vector<double>> lines[] = {
-        {"   1,    ,    ", {-0.325781804, 0.019502485, -0.321205798, 0.019826997}},
-        {"    ,   1,    ", {0.334605321, 0.022894498, 0.328749887, 0.023364847}},
-        {"    ,    ,   6", {-0.333357294, 0.067453811, -0.329712672, 0.067514677}},
-        {"   1,   1,    ", {0, 0, -0.024967522, 0.020211617}},
-        {"   1,    ,   2", {0.597214293, 0.040074819, 0.615500052, 0.042782919}},
-        {"    ,   1,   1", {0.682020758, 0.047638095, 0.695511808, 0.048938981}}};
-    const std::string& report = session.frontend.lower;
-    for (const auto& [levels, expected] : lines) {
-        const std::string start = std::string("\n   ,") + levels;
-        const std::size_t at = report.find(start, report.find("u-terms of selected"));
-        ASSERT_NE(at, std::string::npos) << levels;
-        std::istringstream cells(report.substr(at + start.size()));
-        for (const double value : expected) {
-            char comma = 0;
-            double found = NAN;
-            cells >> comma >> found;
-            EXPECT_NEAR(found, value, 6e-7) << levels;
-        }
-    }
     session.failAllocations(command);
 }
 
@@ -145,7 +117,6 @@ TEST(LogLinear, CodesOfUnfitData) {
         setTable(session, {c.a, c.b, c.c});
         session.run.options.settings.logLinear.dataMode = c.mode;
         EXPECT_EQ(session.analyse(command), c.code) << &c - cases;
-        if (&c == std::end(cases) - 1) session.failAllocations(command);
     }
 }
 

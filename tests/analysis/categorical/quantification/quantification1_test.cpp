@@ -39,7 +39,10 @@ TEST(Quantification1, GraphAndModel) {
         const std::string log = session.frontend.takeLog();
         EXPECT_TRUE(code == outOfMemory || log.find("alert(") != std::string::npos);
     };
-    EXPECT_GT(failEachAllocation(analyse, check), 20);
+    for (const Numerics* numerics : {&classicNumerics, &textbookNumerics}) {
+        session.run.numerics = numerics;
+        EXPECT_GT(failEachAllocation(analyse, check), 20);
+    }
 }
 
 // y has the means 2 and 5 in the two categories; its squares about them add up to 10, about 3.5 to 28.
