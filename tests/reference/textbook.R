@@ -91,7 +91,8 @@ components <- function(base) {
   put("eigen value", c("eigen value", "ratio", "c.ratio"), rbind(l, l / sum(l), cumsum(l) / sum(l)))
   put("eigen value", c("chi square", "chi prob", "freedom"), test)
   put("eigen vector", names(x), e$vectors, turned = TRUE)
-  if (base == "correlation") put("principal component load", names(x), e$vectors %*% diag(sqrt(l)), turned = TRUE)
+  divisor <- if (base == "covariance") (n - 1) / n else 1 # loadings are those of the matrix with N
+  put("principal component load", names(x), e$vectors %*% diag(sqrt(l * divisor)), turned = TRUE)
   samples("principal component score", x, population(prcomp(x, scale. = base == "correlation")$x), turned = TRUE)
 }
 
@@ -233,12 +234,12 @@ discriminant <- function() { # only the first root is significant at this level,
   }
 }
 
-clusters <- function(distance, criterion, method) {
-  x <- as.matrix(start(paste("cluster", distance, criterion, sep = "-"), "cluster", "USArrests.csv", "--distance", distance, "--criterion", criterion))
+clusters <- function(file, distance, criterion, method) {
+  x <- as.matrix(start(paste("cluster", distance, criterion, sep = "-"), "cluster", file, "--distance", distance, "--criterion", criterion))
   u <- switch(distance, raw = x, standardized = population(x), mahalanobis = population(x) %*% t(chol(solve(cor(x)))))
   squared <- method %in% c("median", "centroid")
   level <- hclust(dist(u)^(1 + squared), method)$height
-  put("uniting", 1:49, if (squared) sqrt(level) else level, first = 5)
+  put("uniting", seq_along(level), if (squared) sqrt(level) else level, first = 5)
 }
 
 association <- function() {
@@ -422,8 +423,12 @@ canonical("USArrests.csv", "Rape", drop = "Murder")
 principal_factors()
 likelihood_factors()
 discriminant()
-for (one in list(c("standardized", "ward", "ward.D2"), c("raw", "nearest", "single"), c("mahalanobis", "median", "median"),
-                 c("mahalanobis", "centroid", "centroid"), c("standardized", "furthest", "complete"), c("raw", "group-average", "average"))) clusters(one[1], one[2], one[3])
+clusters("USArrests.csv", "standardized", "ward", "ward.D2")
+clusters("swiss.csv", "raw", "nearest", "single")
+clusters("stackloss.csv", "mahalanobis", "median", "median")
+clusters("USArrests.csv", "mahalanobis", "centroid", "centroid")
+clusters("mtcars.csv", "standardized", "furthest", "complete")
+clusters("longley.csv", "raw", "group-average", "average")
 association()
 quantification1()
 quantification2()
