@@ -83,9 +83,26 @@ Match parseNumerics(Option option, Arguments& arguments, CommandLine& line, Comp
     return Match::wrong;
 }
 
+Match parseMissing(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+    if (!arguments.takeValue(option, complaint)) return Match::wrong;
+    const struct {
+        std::string_view word;
+        MissingPolicy policy;
+    } policies[] = {
+        {"zero", MissingPolicy::zero}, {"omit", MissingPolicy::omit}, {"fail", MissingPolicy::fail}};
+    for (const auto& each : policies) {
+        if (each.word != option.value) continue;
+        line.missing = each.policy;
+        return Match::taken;
+    }
+    complaint.say("--missing takes zero|omit|fail, not '%.200s'", option.value);
+    return Match::wrong;
+}
+
 Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
     if (option.name == "--exclude") return takeRepeated(option, arguments, line.excludes, complaint);
     if (option.name == "--numerics") return parseNumerics(option, arguments, line, complaint);
+    if (option.name == "--missing") return parseMissing(option, arguments, line, complaint);
     const struct {
         const char* name;
         const char*& target;

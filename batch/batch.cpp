@@ -13,6 +13,7 @@
 #include "batch/help.h"
 #include "batch/output_file.h"
 #include "batch/terminal.h"
+#include "report/doubt_messages.h"
 #include "report/messages.h"
 #include "version.h"
 
@@ -33,6 +34,7 @@ void setUp(const CommandLine& line, AnalysisRun& run) {
     settings.scatterNumbering = line.picture.numbering;
     settings.vectorSizing = line.picture.sizedVectors;
     run.everyGraphTakesPreferences = true;
+    run.data.policy = line.missing;
     if (line.numerics != nullptr) run.numerics = line.numerics;
     if (line.variableWidth > 0) settings.variableStringLength = line.variableWidth;
     if (line.labelWidth > 0) settings.sampleStringLength = line.labelWidth;
@@ -46,6 +48,10 @@ bool checkOptions(const CommandLine& line, AnalysisRun& run, Complaint& complain
     AnalysisOptions trial = run.options;
     if (!applyFields(line, run.data, trial, complaint)) return false;
     if (!checkPredictions(line, run.data, trial, complaint)) return false;
+    const Analysis& analysis = *line.kind->analysis;
+    if (line.missing == MissingPolicy::omit && analysis.isTable != nullptr && analysis.isTable(trial)) {
+        complaint.say("--missing omit: the rows of a table cannot be left out");
+    }
     if (line.picture.view.highlighted > static_cast<std::uint32_t>(run.data.loaded.samples)) {
         complaint.say("--highlight: there are %d samples", run.data.loaded.samples);
     }
@@ -61,15 +67,34 @@ int menuCommand(const AnalysisKind& kind) {
     return 0;
 }
 
-// Cells that are no numbers spoil a result without a sign of it, so they are told. False for `--strict` when
-// there are any.
-bool checkCells(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
-    const BadCells bad = findBadCells(run.data);
-    if (bad.count == 0) return true;
-    std::fprintf(stderr, "warning : %lld cells are not numbers, the first is row %d, column %s\n", bad.count,
-                 bad.sample, bad.variable);
-    if (line.strict) reportFileCode(frontend, run.report, FileCode::malformed);
-    return !line.strict;
+void printRefusal(const AnalysisRun& run) {
+    TextBuffer text;
+    if (text.allocate(500, TextBuffer::Growth::growing) != success) return;
+    writeRefusal(text, run.data.notes.refusal, commandLineDoubts);
+    if (text.length() > 0) std::fprintf(stderr, "note : %s", text.text());
+}
+
+// What may be meant otherwise than it is read spoils a result without a sign of it, so it is told. False when
+// the command line wants the run to fail with it.
+bool checkData(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
+    const DataSet& data = run.data;
+    TextBuffer text;
+    if (text.allocate(1000, TextBuffer::Growth::growing) != success) {
+        reportFileCode(frontend, run.report, FileCode::noMemory);
+        return false;
+    }
+    if (data.policy == MissingPolicy::omit) {
+        text.append("note : ");
+        writeLeftOut(text, data);
+    }
+    writeDoubts(text, data, commandLineDoubts);
+    std::fprintf(stderr, "%s", text.text());
+    const bool isMissing =
+        findDoubt(data, Doubt::noNumbers).count + findDoubt(data, Doubt::infinite).count > 0;
+    const bool fails =
+        (line.strict && countDoubts(data) > 0) || (data.policy == MissingPolicy::fail && isMissing);
+    if (fails) reportFileCode(frontend, run.report, FileCode::malformed);
+    return !fails;
 }
 
 // Appends a report for each prediction asked for; the failure of one takes the place of all that is written.
@@ -204,7 +229,11 @@ int runBatch(int count, char** arguments) {
         return exitFailure;
     }
     Outputs outputs;
-    bool succeeded = openOutputs(frontend, line, run, outputs) && loadDataFile(frontend, run).isLoaded();
+    bool succeeded = openOutputs(frontend, line, run, outputs);
+    if (succeeded && !loadDataFile(frontend, run).isLoaded()) {
+        printRefusal(run);
+        succeeded = false;
+    }
     if (succeeded && line.excludes.size() > 0) {
         if (!applyExcludes(line, run.data, complaint)) return refuse(complaint, line.kind);
         buildDataSet(run.data);
@@ -212,7 +241,7 @@ int runBatch(int count, char** arguments) {
     if (succeeded && line.kind != nullptr && !checkOptions(line, run, complaint)) {
         return refuse(complaint, line.kind);
     }
-    succeeded = succeeded && checkCells(frontend, line, run) && runLoaded(frontend, line, run);
+    succeeded = succeeded && checkData(frontend, line, run) && runLoaded(frontend, line, run);
     succeeded = print(frontend, line, run, outputs.report, succeeded);
     if (succeeded && line.picture.file != nullptr) {
         succeeded = writePicture(frontend, line, run.graph, outputs.picture);

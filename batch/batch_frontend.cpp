@@ -45,10 +45,16 @@ void BatchFrontend::alert(const char* text, const char*) {
     if (text[0] != '\0') std::fprintf(stderr, "%s\n", text);
 }
 
-FileCode BatchFrontend::readTable(const char* path, CellTable& cells) {
+FileCode BatchFrontend::readTable(const char* path, CellTable& cells, ReadingNotes& notes) {
     std::FILE* const file = openToRead(path);
-    if (file == nullptr) return FileCode::notOpened;
-    const FileCode code = readCsvStream(file, cells);
+    if (file == nullptr) {
+        const FileType type = typeOf(path);
+        notes.refusal.cause = type == FileType::missing  ? RefusalCause::missing
+                              : type == FileType::folder ? RefusalCause::folder
+                                                         : RefusalCause::unreadable;
+        return FileCode::notOpened;
+    }
+    const FileCode code = readCsvStream(file, cells, notes);
     std::fclose(file);
     return code;
 }

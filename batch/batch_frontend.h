@@ -26,7 +26,7 @@ public:
     void enablePrediction(bool) override {}
     void openGraphWindow(const Graph&) override {}
     void closeGraph() override {}
-    FileCode readTable(const char* path, CellTable& cells) override;
+    FileCode readTable(const char* path, CellTable& cells, ReadingNotes& notes) override;
 
     // The text that was shown last.
     const TextBuffer* shown() const { return shown_; }

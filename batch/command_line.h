@@ -16,6 +16,7 @@ struct CommandLine {
     int variableWidth = 0; // 0: not given
     int labelWidth = 0;
     bool strict = false;
+    MissingPolicy missing = MissingPolicy::zero;
     const Numerics* numerics = nullptr; // null: not given
 
     // Of the options of the analysis: the last value given to each field, null when there is none.

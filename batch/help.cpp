@@ -14,7 +14,9 @@ constexpr const char* commonOptions =
     "                            comparable with earlier reports, or as in textbooks (classic)\n"
     "  --output FILE             write the report to FILE instead of standard output\n"
     "  --path TEXT               the path that the summary shows\n"
-    "  --strict                  fail when a cell is not a number instead of counting it as 0\n"
+    "  --missing zero|omit|fail  count cells that are no numbers as what they begin with or 0, leave\n"
+    "                            their samples out, or fail (zero)\n"
+    "  --strict                  fail when there is a warning about the file\n"
     "  --help                    this text, or that of an analysis\n"
     "  --version                 the version\n";
 

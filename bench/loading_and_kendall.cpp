@@ -28,7 +28,7 @@ void benchLoading() {
     const double before = peakMegabytes();
     DataSet data;
     const auto start = std::chrono::steady_clock::now();
-    bool loaded = readCsvStream(file, data.cells) == FileCode::done;
+    bool loaded = readCsvStream(file, data.cells, data.notes) == FileCode::done;
     const double reading = secondsSince(start);
     const double cells = peakMegabytes() - before;
     loaded = loaded && allocateDataSet(data) == success;

@@ -1,5 +1,6 @@
 #include "data/csv_reader.h"
 
+#include <cerrno>
 #include <cstring>
 #include <limits>
 #include <string_view>
@@ -11,17 +12,27 @@ constexpr std::size_t longestLine = 4094;
 
 enum class Line { complete, unterminated, tooLong, none };
 
+// Where the comments above a row of a table are noted; nowhere without doubts.
+struct CommentNotes {
+    Doubts* doubts = nullptr;
+    std::int32_t row = 0;
+    std::int32_t cols = 0;
+};
+
 // The lines of a stream without the comments. "\r\n" counts as one newline, as it does in a text stream.
 class LineReader {
 public:
     explicit LineReader(std::FILE* file) : file_(file) {}
 
+    // Of the line that was read last, from 1.
+    long long number() const { return number_; }
+
     // The next line that is no comment, without its newline; valid until the next call.
-    Line next(std::string_view& line) {
+    Line next(std::string_view& line, const CommentNotes& notes = {}) {
         for (;;) {
             const Line state = nextOfAny(line);
-            const bool comment = line.substr(0, 1) == ";" || line.substr(0, 2) == "//";
-            if (state == Line::none || !comment) return state;
+            if (state == Line::none || !isComment(line)) return state;
+            if (notes.doubts != nullptr) noteComment(*notes.doubts, line, notes.row, notes.cols, number_);
             if (state == Line::tooLong) skipRest();
         }
     }
@@ -35,6 +46,7 @@ private:
             newline = findNewline();
         }
         if (newline == nullptr && available() == 0) return Line::none;
+        ++number_;
         const std::size_t length =
             newline != nullptr ? static_cast<std::size_t>(newline - (buffer_ + begin_)) : available();
         line = {buffer_ + begin_, length};
@@ -70,6 +82,7 @@ private:
     }
 
     std::FILE* file_;
+    long long number_ = 0;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
     char buffer_[1 << 16] = {};
@@ -104,21 +117,41 @@ std::string_view withoutReturn(std::string_view line) {
     return line;
 }
 
+// Files without a table have one code, those with a wrong one another.
+FileCode refuse(FileRefusal& refusal, const FileRefusal& why) {
+    refusal = why;
+    const bool isWrong = why.cause >= RefusalCause::notText;
+    return isWrong ? FileCode::malformed : FileCode::notOpened;
+}
+
+// Some systems open a folder, but do not read it.
+FileRefusal readFailure() {
+    return {errno == EISDIR ? RefusalCause::folder : RefusalCause::unreadable};
+}
+
 // Finds the size of the table; the columns are those up to the last header cell that is not empty.
-FileCode measure(std::FILE* file, CellTable& table) {
+FileCode measure(std::FILE* file, CellTable& table, ReadingNotes& notes) {
     LineReader reader(file);
     std::string_view line;
     const Line header = reader.next(line);
-    if (header == Line::none) return FileCode::notOpened;
-    if (header == Line::tooLong) return FileCode::malformed;
+    if (header == Line::none) return refuse(notes.refusal, {RefusalCause::empty});
+    const long long headerLine = reader.number();
+    if (header == Line::tooLong) return refuse(notes.refusal, {RefusalCause::lineTooLong, headerLine});
 
     line = withoutReturn(line);
     TextSlot slot;
-    std::int32_t columns = 0;
-    for (std::int32_t count = 1; nextCell(line, slot) == Cell::found; ++count) {
-        if (slot.text[0] != '\0') columns = count;
+    Cell cell = Cell::found;
+    std::int32_t columns = 0, cells = 0;
+    while ((cell = nextCell(line, slot)) == Cell::found) {
+        ++cells;
+        if (slot.text[0] != '\0') columns = cells;
     }
-    if (columns == 0) return FileCode::notOpened;
+    if (cell == Cell::tooLong) notes.doubts[Doubt::longName] = {1, headerLine};
+    if (columns == 0) {
+        if (cell == Cell::none) return refuse(notes.refusal, {RefusalCause::empty, headerLine});
+        static_cast<void>(refuse(notes.refusal, {RefusalCause::cellTooLong, headerLine, cells + 1}));
+        return FileCode::notOpened;
+    }
 
     std::int32_t rows = 1;
     Line state = header;
@@ -126,49 +159,74 @@ FileCode measure(std::FILE* file, CellTable& table) {
         if (rows == std::numeric_limits<std::int32_t>::max()) return FileCode::noMemory;
         ++rows;
     }
-    if (state == Line::tooLong) return FileCode::malformed;
+    if (state == Line::tooLong) return refuse(notes.refusal, {RefusalCause::lineTooLong, reader.number()});
     table.rows = rows;
     table.cols = columns;
     return FileCode::done;
 }
 
-FileCode fill(std::FILE* file, CellTable& table) {
+FileCode fill(std::FILE* file, CellTable& table, ReadingNotes& notes) {
     LineReader reader(file);
+    std::string_view line;
     TextSlot* slot = table.cells.data();
     for (std::int32_t row = 0; row < table.rows; ++row) {
-        std::string_view line;
-        const Line state = reader.next(line);
-        if (state == Line::none) return FileCode::notOpened;
-        if (state == Line::tooLong) return FileCode::malformed;
-        if (std::memchr(line.data(), '\0', line.size()) != nullptr) return FileCode::malformed;
+        const Line state = reader.next(line, {&notes.doubts, row, table.cols});
+        const long long number = reader.number();
+        if (state == Line::none) return refuse(notes.refusal, {RefusalCause::unreadable});
+        if (state == Line::tooLong) return refuse(notes.refusal, {RefusalCause::lineTooLong, number});
+        if (std::memchr(line.data(), '\0', line.size()) != nullptr)
+            return refuse(notes.refusal, {RefusalCause::notText, number});
         line = withoutReturn(line);
+        std::string_view rest = line;
         for (std::int32_t col = 0; col < table.cols; ++col, ++slot) {
-            if (nextCell(line, *slot) != Cell::found) return FileCode::malformed;
+            const Cell cell = nextCell(rest, *slot);
+            if (cell == Cell::found) continue;
+            if (cell == Cell::none)
+                return refuse(notes.refusal, {RefusalCause::tooFewCells, number, col, table.cols});
+            return refuse(notes.refusal, {RefusalCause::cellTooLong, number, col + 1});
+        }
+        if (row == 0) {
+            noteHeader(notes.doubts, line, number);
+        } else {
+            noteRow(notes.doubts, line, rest, number);
         }
     }
-    return FileCode::done;
+    // Comments may follow, and a line that is not read.
+    const Line state = reader.next(line, {&notes.doubts, table.rows, table.cols});
+    if (state == Line::unterminated) noteLastLine(notes.doubts, line, reader.number());
+    return noteTable(notes.doubts, table) == success ? FileCode::done : FileCode::noMemory;
 }
 
 } // namespace
 
-FileCode readCsvStream(std::FILE* file, CellTable& table) {
+FileCode readCsvStream(std::FILE* file, CellTable& table, ReadingNotes& notes) {
     table = {};
-    FileCode code = measure(file, table);
+    notes = {};
+    errno = 0;
+    FileCode code = measure(file, table, notes);
     if (code == FileCode::done && table.cells.allocate(Index{table.rows} * table.cols) != success)
         code = FileCode::noMemory;
-    if (code == FileCode::done && std::fseek(file, 0, SEEK_SET) != 0) code = FileCode::notOpened;
-    if (code == FileCode::done) code = fill(file, table);
+    if (code == FileCode::done && std::fseek(file, 0, SEEK_SET) != 0)
+        code = refuse(notes.refusal, {RefusalCause::unreadable});
+    if (code == FileCode::done) code = fill(file, table, notes);
     // A read that failed looks like the end of the file.
-    if (code == FileCode::done && std::ferror(file) != 0) code = FileCode::notOpened;
+    if (std::ferror(file) != 0) {
+        const FileCode failure = refuse(notes.refusal, readFailure());
+        if (code == FileCode::done) code = failure;
+    }
     if (code != FileCode::done) table = {};
     return code;
 }
 
-FileCode readCsv(const char* path, CellTable& table) {
+FileCode readCsv(const char* path, CellTable& table, ReadingNotes& notes) {
     table = {};
+    notes = {};
     std::FILE* file = std::fopen(path, "rb");
-    if (file == nullptr) return FileCode::notOpened;
-    const FileCode code = readCsvStream(file, table);
+    if (file == nullptr) {
+        notes.refusal.cause = errno == ENOENT ? RefusalCause::missing : RefusalCause::unreadable;
+        return FileCode::notOpened;
+    }
+    const FileCode code = readCsvStream(file, table, notes);
     std::fclose(file);
     return code;
 }

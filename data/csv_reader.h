@@ -3,7 +3,7 @@
 #include <cstdio>
 
 #include "data/cell_table.h"
-#include "data/file_code.h"
+#include "data/reading_notes.h"
 
 // Reads a comma-separated file into `table`. The first line that is no comment (";" or "//" at its start)
 // is the header and fixes the columns: those up to its last cell that is not empty, before any cell of more
@@ -12,7 +12,8 @@
 // Returns success; notOpened (no such file, no header in it, or a read that failed); malformed (a
 // line of more than 4,095 characters or with a NUL, a row with too few cells or an empty one, a cell of more
 // than 62 characters below the header); or outOfMemory. The table is empty unless the result is success.
-[[nodiscard]] FileCode readCsv(const char* path, CellTable& table);
+// `notes` tells what may be meant otherwise, or why the file is refused.
+[[nodiscard]] FileCode readCsv(const char* path, CellTable& table, ReadingNotes& notes);
 
 // The same from an open stream that can be rewound.
-[[nodiscard]] FileCode readCsvStream(std::FILE* file, CellTable& table);
+[[nodiscard]] FileCode readCsvStream(std::FILE* file, CellTable& table, ReadingNotes& notes);

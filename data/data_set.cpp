@@ -1,6 +1,7 @@
 #include "data/data_set.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <initializer_list>
 
@@ -21,6 +22,23 @@ ErrorCode allocateModel(FittedModel& model, Index columns) {
            model.terms.allocate(columns) | model.title.allocate(fittedModelTitleSize);
 }
 
+// The value of a cell; false when it is missing, which is counted.
+bool takeCell(const CellTable& cells, std::int32_t row, std::int32_t col, double& value,
+              MissingCells& missing) {
+    const char* const text = cells.cell(row, col);
+    const char* end = nullptr;
+    value = parseNumber(text, &end);
+    if (end == text || (*end != '\0' && !isNumber(text))) {
+        if (missing.notNumbers++ == 0) missing.firstNotNumber = row;
+        return false;
+    }
+    if (!std::isfinite(value)) {
+        if (missing.notFinite++ == 0) missing.firstNotFinite = row;
+        return false;
+    }
+    return true;
+}
+
 void copyColumn(const DataMatrix& from, std::int32_t fromColumn, DataMatrix& to, std::int32_t toColumn) {
     const Index stride = from.variables;
     const double* source = from.values.data() + fromColumn;
@@ -36,7 +54,7 @@ ErrorCode allocateDataSet(DataSet& data) {
     const Index cols = data.cells.cols;
     const Index samples = data.cells.rows - 1;
     const ErrorCode code = data.selectionFlags.allocate(cols) | data.useFlags.allocate(cols) |
-                           allocateMatrix(data.loaded, samples, cols - 1) |
+                           data.missing.allocate(cols) | allocateMatrix(data.loaded, samples, cols - 1) |
                            allocateMatrix(data.working, samples, cols - 1) |
                            allocateModel(data.model, cols - 1);
     if (code != success) releaseDataSet(data);
@@ -49,6 +67,9 @@ void releaseDataSet(DataSet& data) {
     data.working = {};
     data.selectionFlags.release();
     data.useFlags.release();
+    data.missing.release();
+    data.notes = {};
+    data.leftOut = 0;
     data.exclusion = {};
     data.model = {};
     data.selectedCount = 0;
@@ -68,18 +89,23 @@ void buildDataSet(DataSet& data) {
 
     DataMatrix& loaded = data.loaded;
     loaded.variables = cells.cols - data.exclusion.count - 1;
-    loaded.samples = cells.rows - 1;
     Index variable = 0;
     for (std::int32_t j = 1; j < cells.cols; ++j) {
         if (data.useFlags[j] != 0) loaded.names.set(variable++, cells.cell(0, j));
     }
-    double* value = loaded.values.data();
-    for (std::int32_t s = 0; s < loaded.samples; ++s) {
-        loaded.labels.set(s, cells.cell(s + 1, 0));
+    for (MissingCells& missing : data.missing) missing = {};
+    std::int32_t sample = 0;
+    for (std::int32_t row = 1; row < cells.rows; ++row) {
+        double* value = loaded.values.data() + Index{sample} * loaded.variables;
+        bool whole = true;
         for (std::int32_t j = 1; j < cells.cols; ++j) {
-            if (data.useFlags[j] != 0) *value++ = parseNumber(cells.cell(s + 1, j));
+            if (data.useFlags[j] != 0 && !takeCell(cells, row, j, *value++, data.missing[j])) whole = false;
         }
+        if (!whole && data.policy == MissingPolicy::omit) continue;
+        loaded.labels.set(sample++, cells.cell(row, 0));
     }
+    loaded.samples = sample;
+    data.leftOut = cells.rows - 1 - sample;
 
     for (std::int32_t& flag : data.selectionFlags) flag = 0;
     if (cells.cols > 1) data.selectionFlags[1] = 1;
@@ -114,18 +140,26 @@ std::int32_t otherColumnOf(const DataSet& data, std::int32_t variable) {
     return static_cast<std::int32_t>(std::count(flags + 1, flags + variable, 0));
 }
 
-BadCells findBadCells(const DataSet& data) {
-    BadCells found = {0, 0, ""};
-    for (std::int32_t row = 1; row < data.cells.rows; ++row) {
-        for (std::int32_t col = 1; col < data.cells.cols; ++col) {
-            if (data.useFlags[col] == 0 || isNumber(data.cells.cell(row, col))) {
-                continue;
-            }
-            if (found.count++ == 0) {
-                found.sample = row;
-                found.variable = data.cells.cell(0, col);
-            }
+BadCells findBadCells(const DataSet& data, Doubt kind) {
+    BadCells found;
+    if (data.policy == MissingPolicy::omit) return found;
+    for (std::int32_t col = 1; col < data.cells.cols; ++col) {
+        const MissingCells& missing = data.missing[col];
+        const bool infinite = kind == Doubt::infinite;
+        const long long count = infinite ? missing.notFinite : missing.notNumbers;
+        const std::int32_t row = infinite ? missing.firstNotFinite : missing.firstNotNumber;
+        if (count > 0 && (found.count == 0 || row < found.row)) {
+            found.row = row;
+            found.variable = data.cells.cell(0, col);
         }
+        found.count += count;
     }
     return found;
+}
+
+DoubtCount findDoubt(const DataSet& data, Doubt kind) {
+    const Doubts& doubts = data.notes.doubts;
+    if (kind != Doubt::noNumbers && kind != Doubt::infinite) return doubts[kind];
+    const BadCells bad = findBadCells(data, kind);
+    return {bad.count, bad.count > 0 && doubts.hasLines ? lineOfRow(doubts, bad.row) : 0};
 }

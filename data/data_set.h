@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "data/cell_table.h"
+#include "data/reading_notes.h"
 #include "data/text_list.h"
 
 // Samples x variables doubles, row-major, with their names and labels.
@@ -61,6 +62,23 @@ struct FittedModel {
 
 constexpr std::size_t fittedModelTitleSize = 528;
 
+// What is done about cells that are missing: those that hold no number, or one that is not finite.
+enum class MissingPolicy {
+    zero, // they count as what they begin with, or 0
+    omit, // samples with such a cell in a variable in use are left out
+    fail, // as zero; the caller ends the run
+};
+
+// Cells of a column that are missing, and the rows of the cell table that have the first of them.
+struct MissingCells {
+    long long notNumbers;
+    long long notFinite;
+    std::int32_t firstNotNumber;
+    std::int32_t firstNotFinite;
+
+    long long count() const { return notNumbers + notFinite; }
+};
+
 // The one table of numbers that the program works on.
 struct DataSet {
     CellTable cells;
@@ -70,7 +88,11 @@ struct DataSet {
     std::int32_t otherCount = 0;
     Block<std::int32_t> selectionFlags; // index 1..variables of the loaded part: chosen as purpose
     Block<std::int32_t> useFlags;       // index 1..cols-1 of the cell table: not excluded
+    Block<MissingCells> missing;        // index 1..cols-1: of the columns in use, left out or not
     ExclusionList exclusion = {};
+    MissingPolicy policy = MissingPolicy::zero;
+    std::int32_t leftOut = 0; // samples, by the policy
+    ReadingNotes notes;       // of the file that was read last
     FittedModel model;
     char path[260] = "";
 };
@@ -79,11 +101,11 @@ struct DataSet {
 // outOfMemory (the data set is then empty).
 [[nodiscard]] ErrorCode allocateDataSet(DataSet& data);
 
-// Gives everything back but the path.
+// Gives everything back but the path and the policy.
 void releaseDataSet(DataSet& data);
 
-// Fills the loaded part from the cells and the exclusion list, and selects its first variable. What a model
-// left fits no longer.
+// Fills the loaded part from the cells, the exclusion list and the policy, counts missing cells, and selects
+// the first variable. What a model left fits no longer.
 void buildDataSet(DataSet& data);
 
 // Undoes any reordering of the working part.
@@ -97,10 +119,16 @@ void reorderWorkingBySelection(DataSet& data);
 // selected one.
 std::int32_t otherColumnOf(const DataSet& data, std::int32_t variable);
 
-// Cells of used columns that hold no number, and where the first of them (row by row) stands.
+// Cells of used columns that are doubted for what they hold, and where the first of them (row by row) stands.
 struct BadCells {
-    long long count;
-    std::int32_t sample; // from 1
-    const char* variable;
+    long long count = 0;
+    std::int32_t row = 0; // of the cell table, which is the number of the sample in the file
+    const char* variable = "";
 };
-BadCells findBadCells(const DataSet& data);
+// Of one of the two kinds of missing cells: Doubt::noNumbers or Doubt::infinite. There are none where the
+// policy leaves their samples out.
+BadCells findBadCells(const DataSet& data, Doubt kind);
+
+// How often there is a doubt about the data in use, and the first line of the file that it is about (0 where
+// there is no file).
+DoubtCount findDoubt(const DataSet& data, Doubt kind);

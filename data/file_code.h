@@ -10,3 +10,23 @@ enum class FileCode : std::int32_t {
     noMemory = 4,
     notCreated = 8,
 };
+
+// Why a data file was refused.
+enum class RefusalCause {
+    none,
+    missing,
+    unreadable,
+    folder,
+    empty,   // no names in it
+    notText, // this and what follows are wrong tables
+    lineTooLong,
+    cellTooLong,
+    tooFewCells,
+};
+
+struct FileRefusal {
+    RefusalCause cause = RefusalCause::none;
+    long long line = 0;     // of the file from 1, comments included; 0 for the whole file
+    std::int32_t cells = 0; // the number of the cell that is too long, or how many there are
+    std::int32_t names = 0; // how many cells there have to be
+};

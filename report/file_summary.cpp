@@ -2,11 +2,12 @@
 
 #include <cstring>
 
+#include "report/doubt_messages.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
 
 void writeFileSummary(Screens& screens, Report& report, const DataSet& data, int variableLength,
-                      int labelLength) {
+                      int labelLength, bool tellDoubts) {
     const DataMatrix& working = data.working;
     const char* separator = std::strrchr(data.path, '\\');
     const char* name = separator != nullptr ? separator + 1 : data.path;
@@ -16,8 +17,10 @@ void writeFileSummary(Screens& screens, Report& report, const DataSet& data, int
     report.status.clear();
     report.status.append("status : ");
     for (TextBuffer* text : {&report.upper, &report.status}) {
-        text->appendFormat("opened data file named : '%s'\n", name);
+        text->appendFormat("opened data file named : '%s'", name);
     }
+    if (tellDoubts) writeDoubtStatus(report.status, data);
+    for (TextBuffer* text : {&report.upper, &report.status}) text->append("\n");
     report.upper.appendFormat("\t'%s'\n\t-- %d samples, %d variables\n", data.path, working.samples,
                               working.variables);
     report.upper.append("\tvariables : ");

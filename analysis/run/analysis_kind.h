@@ -17,6 +17,9 @@ struct Analysis {
     // The alert that refuses these values, or null. `given` has a bit for each field that the command line
     // sets, and is 0 in the dialog.
     const char* (*refuse)(const AnalysisOptions& options, std::uint32_t given) = nullptr;
+    // Whether the data are a table with these values, so that its rows are no samples that could be left out;
+    // null: never.
+    bool (*isTable)(const AnalysisOptions& options) = nullptr;
     // Where purposes stand that are not the selected variables: none after a load, so that a batch run must
     // name them.
     OwnPurposes ownPurposes = nullptr;

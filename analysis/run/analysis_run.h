@@ -41,6 +41,8 @@ struct AnalysisRun {
     char deviations[260] = "";
     // "scatter numbering" and "vector sizing" count for all graphs, not only those of components and factors.
     bool everyGraphTakesPreferences = false;
+    // The status after opening tells how many samples are left out and how many doubts there are.
+    bool statusTellsDoubts = false;
 };
 
 // Takes the settings over and gives the other options their first values.

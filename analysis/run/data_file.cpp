@@ -49,7 +49,7 @@ LoadResult loadFromSpreadsheet(Frontend& frontend, Workbook& workbook, AnalysisR
 }
 
 LoadResult loadFromCsv(Frontend& frontend, AnalysisRun& run) {
-    const FileCode code = frontend.readTable(run.data.path, run.data.cells);
+    const FileCode code = frontend.readTable(run.data.path, run.data.cells, run.data.notes);
     if (code != FileCode::done) reportFileCode(frontend, run.report, code);
     return {.file = code};
 }
@@ -91,7 +91,7 @@ void showLoadedData(Frontend& frontend, AnalysisRun& run) {
     copyLoadedToWorking(run.data);
     const Settings& settings = run.options.settings;
     writeFileSummary(frontend, run.report, run.data, settings.variableStringLength,
-                     settings.sampleStringLength);
+                     settings.sampleStringLength, run.statusTellsDoubts);
 }
 
 void applyExclusion(Frontend& frontend, AnalysisRun& run,

@@ -20,7 +20,9 @@ public:
     virtual void openGraphWindow(const Graph& graph) = 0;
     virtual void closeGraph() = 0;
     // Reads the table of a data file.
-    virtual FileCode readTable(const char* path, CellTable& cells) { return readCsv(path, cells); }
+    virtual FileCode readTable(const char* path, CellTable& cells, ReadingNotes& notes) {
+        return readCsv(path, cells, notes);
+    }
     // The workbook to load from, not connected; null where there is no spreadsheet link.
     virtual Workbook* workbook() { return nullptr; }
 };

@@ -62,20 +62,35 @@ def check_predictions():
 
 
 def check_files():
-    for text, *arguments in [("failed to open the file or no data.", "summary", "missing.csv"),
-                             ("illegal data nor data structure.", "fundamental", bad),
-                             *(("no effective variable.", kind, "--exclude", "#1,#2,#3,#4", small)
-                               for kind in ("fundamental", "regression", "discriminant", "quant2", "hazard"))]:
-        check("%s: %s" % (arguments[0], text), run(*arguments) == (1, "\n\t%s\n" % text, "error : %s\n" % text))
+    importing = "use ombrivantel-batch import FILE\n"
+    for note, text, *arguments in [
+            ("there is no such file\n", "failed to open the file or no data.", "summary", "missing.csv"),
+            ("this is a folder\n", "failed to open the file or no data.", "summary", "."),
+            ("line 2: it has 1 of 2 cells; " + importing, "illegal data nor data structure.", "fundamental", bad),
+            *(("", "no effective variable.", kind, "--exclude", "#1,#2,#3,#4", small)
+              for kind in ("fundamental", "regression", "discriminant", "quant2", "hazard"))]:
+        check("%s: %s" % (arguments[0], text), run(*arguments) == (
+            1, "\n\t%s\n" % text, ("note : " + note if note else "") + "error : %s\n" % text))
 
-    warning = "warning : 3 cells are not numbers, the first is row 2, column d\n"
+    warning = "warning : 3 cells are not numbers, the first is row 2, column d, line 3; they count as the number they " \
+        "begin with, or 0; leave such samples out with --missing omit, or " + importing
     code, out, err = run("summary", small)
     check("cells that are no numbers", code == 0 and err == warning + "status : opened data file named : 'small.csv'\n")
     check("a cell counts as what it begins with", "r4,      3.000,      3.000,      3.000" in out)
     code, out, err = run("summary", "--strict", small)
     check("strict", code == 1 and out == "\n\tillegal data nor data structure.\n" and err.startswith(warning))
+    check("missing cells fail", run("summary", "--missing=fail", small) == (code, out, err))
+    code, out, err = run("summary", "--strict", "--missing", "omit", small)
+    check("samples left out", code == 0 and "-- 4 samples" in out and "  2,             r5," in out and
+          err.startswith("note : 3 of 7 samples left out; missing cells: d 3\nstatus"))
+    lost = "warning : line 3: the last line does not end in a newline, so it is not read; end it, or " + importing
+    for options, error in (["--missing=omit"], "too few samples or too much variables."), (
+            ["--missing=omit", "--strict"], "illegal data nor data structure."):
+        code, out, err = run("fundamental", *options, "words.csv")
+        check("all samples left out", code == 1 and err == (
+            "note : 1 of 1 samples left out; missing cells: a 1, b 1\n" + lost + "error : " + error + "\n"))
     code, out, err = run("summary", "--strict", "--exclude", "d", small)
-    check("strict without the column", code == 0 and "variables : a b, c, c\n" in out)
+    check("strict without the column", code == 0 and "variables : a b, c, f\n" in out)
     code, out, err = run("summary", "--exclude=#4,a b,#4", "--", small)
     check("by number, by a name with a blank, twice", code == 0 and "variables : c, d\n" in out)
     check("repeated --exclude", run("summary", "--exclude=#4", "--exclude", "a b", "--exclude=#4", small)[1] ==
@@ -117,7 +132,7 @@ def check_output():
     check("full standard output", done.returncode == 1 and done.stderr == full)
     for name in ("report.txt", "link.txt", "dangling.txt", "made.txt", "pipe"):
         os.remove(name)
-    check("nothing is left behind", sorted(os.listdir(".")) == ["bad.csv", "small.csv"])
+    check("nothing is left behind", sorted(os.listdir(".")) == ["bad.csv", "small.csv", "words.csv"])
 
 
 def stopped_run(*arguments):
@@ -135,11 +150,11 @@ def check_interrupted_output():
     for number in (signal.SIGINT, signal.SIGTERM):
         os.mkfifo("data")  # that nobody writes
         process = stopped_run("summary", "--output", "o.txt", "data")
-        check("a neighbour while the run lasts", len(os.listdir(".")) == 4)
+        check("a neighbour while the run lasts", len(os.listdir(".")) == 5)
         process.send_signal(number)
         process.send_signal(signal.SIGCONT)
         check("%s ends the run and leaves nothing" % number.name, process.wait(timeout=60) == -number and
-              sorted(os.listdir(".")) == ["bad.csv", "data", "small.csv"])
+              sorted(os.listdir(".")) == ["bad.csv", "data", "small.csv", "words.csv"])
         os.remove("data")
     os.mkfifo("data")
     first = stopped_run("summary", "--output", "o.txt", "data")
@@ -159,7 +174,7 @@ def check_interrupted_output():
     check("a move that fails removes the neighbour", process.wait(timeout=60) == 1)
     os.rmdir("o.txt")
     os.remove("wide.csv")
-    check("nothing is left behind by interrupted runs", sorted(os.listdir(".")) == ["bad.csv", "small.csv"])
+    check("nothing is left behind by interrupted runs", sorted(os.listdir(".")) == ["bad.csv", "small.csv", "words.csv"])
 
 
 def check_one_file_twice():
@@ -215,8 +230,9 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         os.chdir(folder)
         pathlib.Path("small.csv").write_text(
-            "label,a b,c,d,c\nr1,1,2,3,4\nr2,2,1,,0\nr3,5,4,x,1\nr4,3,3,3x,9\nr5,4,5,1,2\nr6,6,7,2,3\nr7,1,1,1,1\n")
+            "label,a b,c,d,f\nr1,1,2,3,4\nr2,2,1,,0\nr3,5,4,x,1\nr4,3,3,3x,9\nr5,4,5,1,2\nr6,6,7,2,3\nr7,1,1,1,1\n")
         pathlib.Path("bad.csv").write_text("label,a\nr1\n")
+        pathlib.Path("words.csv").write_text("label,a,b\nr1,x,1e999\nr2,1,1")
         check_wrong_command_lines()
         check_answers()
         check_predictions()

@@ -57,7 +57,8 @@ TEST(CsvReader, AReadThatFailsIsNotTheEndOfTheFile) {
         FailingText source = {text, bytes};
         std::FILE* file = fopencookie(&source, "r", {readSome, nullptr, rewindText, nullptr});
         CellTable table;
-        const FileCode code = readCsvStream(file, table);
+        ReadingNotes notes;
+        const FileCode code = readCsvStream(file, table, notes);
         std::fclose(file);
         EXPECT_EQ(code, bytes > 2 * size ? FileCode::done : FileCode::notOpened) << bytes;
         EXPECT_EQ(table.cells.size() > 0, code == FileCode::done);
@@ -66,14 +67,16 @@ TEST(CsvReader, AReadThatFailsIsNotTheEndOfTheFile) {
 
 TEST(CsvReader, LeavesNoFileOpen) {
     CellTable table;
+    ReadingNotes notes;
     const auto openFiles = [] {
         using Folder = std::filesystem::directory_iterator;
         return std::distance(Folder("/proc/self/fd"), Folder());
     };
     const auto before = openFiles();
-    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/samples", table), FileCode::notOpened);
-    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/samples/missing.csv", table), FileCode::notOpened);
-    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/tests/reference/cases.tsv", table), FileCode::malformed);
-    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/samples/iris.csv", table), FileCode::done);
+    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/samples", table, notes), FileCode::notOpened);
+    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/samples/missing.csv", table, notes), FileCode::notOpened);
+    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/tests/reference/cases.tsv", table, notes),
+              FileCode::malformed);
+    EXPECT_EQ(readCsv(OMBRIVANTEL_SOURCE_DIR "/samples/iris.csv", table, notes), FileCode::done);
     EXPECT_EQ(openFiles(), before);
 }

@@ -38,8 +38,8 @@ TEST(DataSet, ExcludesAndReordersColumns) {
         std::ostringstream counts, bad;
         counts << data.exclusion.count << " " << data.otherCount << " " << data.selectedCount;
         EXPECT_EQ(counts.str(), test[5]);
-        const BadCells cells = findBadCells(data);
-        bad << cells.count << " " << cells.sample << (cells.count > 0 ? " " : "") << cells.variable;
+        const BadCells cells = findBadCells(data, Doubt::noNumbers);
+        bad << cells.count << " " << cells.row << (cells.count > 0 ? " " : "") << cells.variable;
         EXPECT_EQ(bad.str(), test[6]);
 
         data.exclusion = {};

@@ -15,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     DataSet data;
     std::FILE* file = fmemopen(const_cast<std::uint8_t*>(bytes), size, "r");
     require(file != nullptr);
-    const FileCode code = readCsvStream(file, data.cells);
+    const FileCode code = readCsvStream(file, data.cells, data.notes);
     std::fclose(file);
     require(code == FileCode::done || code == FileCode::notOpened || code == FileCode::malformed);
     require((data.cells.cells.size() > 0) == (code == FileCode::done));
@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         copyLoadedToWorking(data);
         reorderWorkingBySelection(data);
         require(data.selectedCount + data.otherCount == data.loaded.variables);
-        require(findBadCells(data).count <= data.loaded.count());
+        require(findBadCells(data, Doubt::noNumbers).count <= data.loaded.count());
         writeFileSummary(frontend, report, data, 11, 15);
         require(report.upper.length() == std::strlen(report.upper.text()));
     }

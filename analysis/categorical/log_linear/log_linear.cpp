@@ -287,4 +287,8 @@ ErrorCode runLogLinearAnalysis(Screens& screens, AnalysisRun& run) {
 } // namespace
 
 const Analysis logLinearAnalysis = {
-    .fields = fields, .driver = runLogLinearAnalysis, .isEnabled = isEnabled, .refuse = refuse};
+    .fields = fields,
+    .driver = runLogLinearAnalysis,
+    .isEnabled = isEnabled,
+    .refuse = refuse,
+    .isTable = [](const AnalysisOptions& options) { return isTable(options.settings.logLinear); }};

@@ -395,9 +395,13 @@ void noteDeviations(AnalysisRun& run, const ResponseTable& table, const Quantifi
     }
 }
 
+bool isTable(const AnalysisOptions& options) {
+    return options.quantification3Data != categoricalVariables;
+}
+
 ErrorCode runQuantification3(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
-    const bool categorical = run.options.quantification3Data == categoricalVariables;
+    const bool categorical = !isTable(run.options);
     CategoryLayout layout;
     if (categorical) {
         if (data.samples - data.variables < leastExcess) return tooFewSamples;
@@ -422,4 +426,4 @@ ErrorCode runQuantification3(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis quantification3 = {.fields = fields, .driver = runQuantification3};
+const Analysis quantification3 = {.fields = fields, .driver = runQuantification3, .isTable = isTable};

@@ -282,5 +282,6 @@ ErrorCode runSimilarityAnalysis(Screens& screens, AnalysisRun& run) {
 
 const Analysis similarityAnalysis = {.fields = fields,
                                      .driver = runSimilarityAnalysis,
+                                     .isTable = [](const AnalysisOptions&) { return true; },
                                      .chosenKind = &AnalysisOptions::similarityModel,
                                      .firstKind = multidimensionalScalingKind};

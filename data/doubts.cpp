@@ -1,0 +1,209 @@
+#include "data/doubts.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <cstring>
+
+#include "data/number.h"
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t';
+}
+
+// What cutting a cell leaves out.
+bool isPadding(char c) {
+    return isBlank(c) || c == '"' || c == '\r';
+}
+
+void note(Doubts& doubts, Doubt kind, long long line) {
+    DoubtCount& found = doubts[kind];
+    if (found.count++ == 0) found.line = line;
+}
+
+void forget(Doubts& doubts, Doubt kind) {
+    doubts[kind] = {};
+}
+
+// The number of the last cell that is not empty, from 1; 0 without one.
+std::int32_t lastCell(std::string_view line) {
+    std::int32_t last = 0, cell = 1;
+    for (const char c : line) {
+        if (c == ',') {
+            ++cell;
+        } else if (!isPadding(c)) {
+            last = cell;
+        }
+    }
+    return last;
+}
+
+// Whether quotes that open a cell and close it have a comma between them.
+bool hasQuotedComma(std::string_view line) {
+    std::size_t quote = line.find('"');
+    while (quote != std::string_view::npos) {
+        std::size_t before = quote;
+        while (before > 0 && isBlank(line[before - 1])) --before;
+        if (before > 0 && line[before - 1] != ',') {
+            quote = line.find('"', quote + 1);
+            continue;
+        }
+        std::size_t close = line.find('"', quote + 1);
+        while (close != std::string_view::npos && line.substr(close + 1, 1) == "\"")
+            close = line.find('"', close + 2);
+        if (close == std::string_view::npos) return false;
+        if (std::memchr(line.data() + quote, ',', close - quote) != nullptr) return true;
+        quote = line.find('"', close + 1);
+    }
+    return false;
+}
+
+bool noteQuotes(Doubts& doubts, std::string_view line, long long number) {
+    if (std::memchr(line.data(), '"', line.size()) == nullptr || !hasQuotedComma(line)) return false;
+    note(doubts, Doubt::quotedCommas, number);
+    return true;
+}
+
+// Lines are found again by the comments above them.
+void countComment(Doubts& doubts, std::int32_t row) {
+    const std::int32_t groups = doubts.commentGroups;
+    if (groups > 0 && doubts.comments[groups - 1].row == row) {
+        ++doubts.comments[groups - 1].lines;
+        return;
+    }
+    if (groups == doubts.comments.size() && doubts.comments.grow(2 * Index{groups} + 8) != success) {
+        doubts.ranOutOfMemory = true;
+        return;
+    }
+    const long long above = groups > 0 ? doubts.comments[groups - 1].lines : 0;
+    doubts.comments[groups] = {row, above + 1};
+    ++doubts.commentGroups;
+}
+
+bool isWhole(double value) {
+    return std::isfinite(value) && value == std::trunc(value);
+}
+
+// The names without the label column's.
+void noteNames(Doubts& doubts, const CellTable& table, long long line) {
+    bool numbers = table.cols > 1, rise = true;
+    double previous = -HUGE_VAL;
+    for (std::int32_t col = 1; col < table.cols; ++col) {
+        const char* const name = table.cell(0, col);
+        for (std::int32_t other = 1; other < col; ++other) {
+            if (std::strcmp(name, table.cell(0, other)) != 0) continue;
+            note(doubts, Doubt::sameNames, line);
+            break;
+        }
+        numbers = numbers && isNumber(name);
+        if (!numbers) continue;
+        const double value = parseNumber(name);
+        rise = rise && isWhole(value) && value > previous;
+        previous = value;
+    }
+    if (numbers && !rise) note(doubts, Doubt::noHeader, line);
+}
+
+// Whether a column of this name holds numbers that are labels.
+bool isLabelName(std::string_view name) {
+    if (name.substr(0, byteOrderMark.size()) == byteOrderMark) name.remove_prefix(byteOrderMark.size());
+    while (!name.empty() && isPadding(name.front())) name.remove_prefix(1);
+    for (const std::string_view known : {"", "label", "name", "id", "no", "n", "case", "year", "date"}) {
+        if (std::equal(name.begin(), name.end(), known.begin(), known.end(),
+                       [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; }))
+            return true;
+    }
+    return false;
+}
+
+// Labels that are numbers, but not all different whole ones, are most likely values.
+ErrorCode noteLabels(Doubts& doubts, const CellTable& table) {
+    if (isLabelName(table.cell(0, 0)) || table.rows < 2) return success;
+    bool whole = true, rise = true, fall = true;
+    double previous = 0.0;
+    for (std::int32_t row = 1; row < table.rows; ++row) {
+        const char* const label = table.cell(row, 0);
+        if (!isNumber(label)) return success;
+        const double value = parseNumber(label);
+        whole = whole && isWhole(value);
+        rise = rise && (row == 1 || value > previous);
+        fall = fall && (row == 1 || value < previous);
+        previous = value;
+    }
+    if (whole && !rise && !fall) {
+        Block<double> values;
+        if (values.allocate(table.rows - 1) != success) return outOfMemory;
+        for (std::int32_t row = 1; row < table.rows; ++row) values[row - 1] = parseNumber(table.cell(row, 0));
+        std::sort(values.begin(), values.end());
+        whole = std::adjacent_find(values.begin(), values.end()) == values.end();
+    }
+    if (!whole) note(doubts, Doubt::noLabels, lineOfRow(doubts, 1));
+    return success;
+}
+
+} // namespace
+
+bool isComment(std::string_view line) {
+    return line.substr(0, 1) == ";" || line.substr(0, 2) == "//";
+}
+
+void noteHeader(Doubts& doubts, std::string_view line, long long number) {
+    doubts.hasLines = true;
+    const bool marked = line.substr(0, byteOrderMark.size()) == byteOrderMark;
+    if (marked && isComment(line.substr(byteOrderMark.size()))) {
+        note(doubts, Doubt::markedComment, number);
+        return;
+    }
+    while (!line.empty() && isBlank(line.back())) line.remove_suffix(1);
+    if (line.find(',') == std::string_view::npos) {
+        if (line.find_first_of(";\t|") != std::string_view::npos) note(doubts, Doubt::otherSeparator, number);
+    } else {
+        noteQuotes(doubts, line, number);
+    }
+}
+
+void noteRow(Doubts& doubts, std::string_view line, std::string_view rest, long long number) {
+    const bool quoted = noteQuotes(doubts, line, number);
+    // Commas in quotes explain what is too much.
+    if (rest.empty() || quoted) return;
+    const std::int32_t more = lastCell(rest);
+    if (more > 0) note(doubts, Doubt::moreCells, number);
+    if (more == 1) ++doubts.longRows;
+}
+
+void noteComment(Doubts& doubts, std::string_view line, std::int32_t row, std::int32_t cols,
+                 long long number) {
+    countComment(doubts, row);
+    const std::string_view text = line.substr(line.front() == ';' ? 1 : 2);
+    const bool isMeant = text.empty() || isBlank(text.front());
+    if (!isMeant && cols > 1 && lastCell(text) == cols) note(doubts, Doubt::lostComments, number);
+}
+
+void noteLastLine(Doubts& doubts, std::string_view line, long long number) {
+    if (lastCell(line) > 0) note(doubts, Doubt::lostLastLine, number);
+}
+
+ErrorCode noteTable(Doubts& doubts, const CellTable& table) {
+    if (doubts[Doubt::markedComment].count == 0) noteNames(doubts, table, lineOfRow(doubts, 0));
+    if (doubts[Doubt::markedComment].count + doubts[Doubt::otherSeparator].count +
+            doubts[Doubt::longName].count >
+        0) {
+        forget(doubts, Doubt::moreCells);
+    } else if (doubts.longRows > 0 && doubts.longRows == table.rows - 1) {
+        doubts[Doubt::unnamedLabels] = {1, lineOfRow(doubts, 0)};
+        forget(doubts, Doubt::moreCells);
+    }
+    return noteLabels(doubts, table) | (doubts.ranOutOfMemory ? outOfMemory : success);
+}
+
+long long lineOfRow(const Doubts& doubts, std::int32_t row) {
+    const CommentsAbove* const first = doubts.comments.begin();
+    const CommentsAbove* const after =
+        std::upper_bound(first, first + doubts.commentGroups, row,
+                         [](std::int32_t each, const CommentsAbove& group) { return each < group.row; });
+    return row + 1LL + (after == first ? 0 : after[-1].lines);
+}

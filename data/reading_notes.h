@@ -1,0 +1,10 @@
+#pragma once
+
+#include "data/doubts.h"
+#include "data/file_code.h"
+
+// What the reading of a file finds besides its cells.
+struct ReadingNotes {
+    Doubts doubts;
+    FileRefusal refusal; // of a file that was not read
+};
