@@ -90,8 +90,9 @@ private:
 
 enum class Cell { found, tooLong, none };
 
-// Cuts the next cell from `line` into `slot`, trimmed of spaces and double quotes.
-Cell nextCell(std::string_view& line, TextSlot& slot) {
+// Cuts the next cell from `line` into `slot`, trimmed of spaces and double quotes; `opened` becomes true when
+// it opens quotes.
+Cell nextCell(std::string_view& line, TextSlot& slot, bool& opened) {
     const char* at = line.data();
     const char* const end = at + line.size();
     while (at < end && (*at == ' ' || *at == '\t')) ++at;
@@ -104,6 +105,8 @@ Cell nextCell(std::string_view& line, TextSlot& slot) {
     if (at < end) ++at;
     line.remove_prefix(static_cast<std::size_t>(at - line.data()));
 
+    while (last > first && last[-1] == ' ') --last;
+    opened = opened || opensQuotes(first, last);
     while (last > first && (last[-1] == ' ' || last[-1] == '"')) --last;
     while (first < last && (*first == ' ' || *first == '"')) ++first;
     const std::size_t length = static_cast<std::size_t>(last - first);
@@ -140,9 +143,10 @@ FileCode measure(std::FILE* file, CellTable& table, ReadingNotes& notes) {
 
     line = withoutReturn(line);
     TextSlot slot;
+    bool opened = false;
     Cell cell = Cell::found;
     std::int32_t columns = 0, cells = 0;
-    while ((cell = nextCell(line, slot)) == Cell::found) {
+    while ((cell = nextCell(line, slot, opened)) == Cell::found) {
         ++cells;
         if (slot.text[0] != '\0') columns = cells;
     }
@@ -178,8 +182,9 @@ FileCode fill(std::FILE* file, CellTable& table, ReadingNotes& notes) {
             return refuse(notes.refusal, {RefusalCause::notText, number});
         line = withoutReturn(line);
         std::string_view rest = line;
+        bool opened = false;
         for (std::int32_t col = 0; col < table.cols; ++col, ++slot) {
-            const Cell cell = nextCell(rest, *slot);
+            const Cell cell = nextCell(rest, *slot, opened);
             if (cell == Cell::found) continue;
             if (cell == Cell::none)
                 return refuse(notes.refusal, {RefusalCause::tooFewCells, number, col, table.cols});
@@ -188,7 +193,7 @@ FileCode fill(std::FILE* file, CellTable& table, ReadingNotes& notes) {
         if (row == 0) {
             noteHeader(notes.doubts, line, number);
         } else {
-            noteRow(notes.doubts, line, rest, number);
+            noteRow(notes.doubts, line, rest, opened, number);
         }
     }
     // Comments may follow, and a line that is not read.

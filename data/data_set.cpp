@@ -25,10 +25,7 @@ ErrorCode allocateModel(FittedModel& model, Index columns) {
 // The value of a cell; false when it is missing, which is counted.
 bool takeCell(const CellTable& cells, std::int32_t row, std::int32_t col, double& value,
               MissingCells& missing) {
-    const char* const text = cells.cell(row, col);
-    const char* end = nullptr;
-    value = parseNumber(text, &end);
-    if (end == text || (*end != '\0' && !isNumber(text))) {
+    if (!readNumber(cells.cell(row, col), value)) {
         if (missing.notNumbers++ == 0) missing.firstNotNumber = row;
         return false;
     }

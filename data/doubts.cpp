@@ -63,7 +63,7 @@ bool hasQuotedComma(std::string_view line) {
 }
 
 bool noteQuotes(Doubts& doubts, std::string_view line, long long number) {
-    if (std::memchr(line.data(), '"', line.size()) == nullptr || !hasQuotedComma(line)) return false;
+    if (!hasQuotedComma(line)) return false;
     note(doubts, Doubt::quotedCommas, number);
     return true;
 }
@@ -99,9 +99,8 @@ void noteNames(Doubts& doubts, const CellTable& table, long long line) {
             note(doubts, Doubt::sameNames, line);
             break;
         }
-        numbers = numbers && isNumber(name);
-        if (!numbers) continue;
-        const double value = parseNumber(name);
+        double value = 0.0;
+        numbers = numbers && readNumber(name, value);
         rise = rise && isWhole(value) && value > previous;
         previous = value;
     }
@@ -122,22 +121,18 @@ bool isLabelName(std::string_view name) {
 
 // Labels that are numbers, but not all different whole ones, are most likely values.
 ErrorCode noteLabels(Doubts& doubts, const CellTable& table) {
-    if (isLabelName(table.cell(0, 0)) || table.rows < 2) return success;
+    const std::int32_t count = table.rows - 1;
+    if (count < 1 || isLabelName(table.cell(0, 0)) || !isNumber(table.cell(1, 0))) return success;
+    Block<double> values;
+    if (values.allocate(count) != success) return outOfMemory;
     bool whole = true, rise = true, fall = true;
-    double previous = 0.0;
-    for (std::int32_t row = 1; row < table.rows; ++row) {
-        const char* const label = table.cell(row, 0);
-        if (!isNumber(label)) return success;
-        const double value = parseNumber(label);
-        whole = whole && isWhole(value);
-        rise = rise && (row == 1 || value > previous);
-        fall = fall && (row == 1 || value < previous);
-        previous = value;
+    for (std::int32_t k = 0; k < count; ++k) {
+        if (!readNumber(table.cell(k + 1, 0), values[k])) return success;
+        whole = whole && isWhole(values[k]);
+        rise = rise && (k == 0 || values[k] > values[k - 1]);
+        fall = fall && (k == 0 || values[k] < values[k - 1]);
     }
     if (whole && !rise && !fall) {
-        Block<double> values;
-        if (values.allocate(table.rows - 1) != success) return outOfMemory;
-        for (std::int32_t row = 1; row < table.rows; ++row) values[row - 1] = parseNumber(table.cell(row, 0));
         std::sort(values.begin(), values.end());
         whole = std::adjacent_find(values.begin(), values.end()) == values.end();
     }
@@ -166,10 +161,10 @@ void noteHeader(Doubts& doubts, std::string_view line, long long number) {
     }
 }
 
-void noteRow(Doubts& doubts, std::string_view line, std::string_view rest, long long number) {
-    const bool quoted = noteQuotes(doubts, line, number);
-    // Commas in quotes explain what is too much.
-    if (rest.empty() || quoted) return;
+void noteRow(Doubts& doubts, std::string_view line, std::string_view rest, bool opensQuotes,
+             long long number) {
+    // Most rows are as they should be. Commas in quotes explain what is too much.
+    if ((rest.empty() && !opensQuotes) || noteQuotes(doubts, line, number)) return;
     const std::int32_t more = lastCell(rest);
     if (more > 0) note(doubts, Doubt::moreCells, number);
     if (more == 1) ++doubts.longRows;

@@ -55,8 +55,16 @@ bool isComment(std::string_view line);
 // The header line at line number `number`.
 void noteHeader(Doubts& doubts, std::string_view line, long long number);
 
-// A row's line, and what is left of it behind the cells that have names.
-void noteRow(Doubts& doubts, std::string_view line, std::string_view rest, long long number);
+// Whether quotes of a cell may hold the comma that ends it: they begin it, blanks cut, but do not plainly end
+// it.
+inline bool opensQuotes(const char* first, const char* last) {
+    if (first == last || *first != '"') return false;
+    return last - first == 1 || last[-1] != '"' || (last[-2] == '"' && last - first > 2);
+}
+
+// A row's line, what is left of it behind the cells that have names, and whether one of these opens quotes.
+void noteRow(Doubts& doubts, std::string_view line, std::string_view rest, bool opensQuotes,
+             long long number);
 
 // A comment above row `row`, the header being row 0, of a table with so many columns.
 void noteComment(Doubts& doubts, std::string_view line, std::int32_t row, std::int32_t cols,

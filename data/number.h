@@ -8,3 +8,10 @@ double parseNumber(const char* text, const char** end = nullptr);
 
 // True when the whole text, blanks around it aside, is one such number.
 bool isNumber(const char* text);
+
+// The same, with what the text begins with in `value`.
+inline bool readNumber(const char* text, double& value) {
+    const char* end = nullptr;
+    value = parseNumber(text, &end);
+    return *end == '\0' ? end != text : isNumber(text);
+}
