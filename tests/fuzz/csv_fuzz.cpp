@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "data/csv_reader.h"
+#include "report/doubt_messages.h"
 #include "report/file_summary.h"
 #include "tests/fuzz/require.h"
 #include "tests/support/recording_frontend.h"
@@ -24,11 +25,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     require(allocateDataSet(data) == success);
     for (const std::int32_t excluded : {0, 2}) {
         data.exclusion.slots[3] = excluded;
+        data.policy = excluded == 0 ? MissingPolicy::zero : MissingPolicy::omit;
         buildDataSet(data);
         copyLoadedToWorking(data);
         reorderWorkingBySelection(data);
         require(data.selectedCount + data.otherCount == data.loaded.variables);
         require(findBadCells(data, Doubt::noNumbers).count <= data.loaded.count());
+        require(data.loaded.samples + data.leftOut == data.cells.rows - 1);
+        writeDoubts(report.lower, data, windowDoubts);
         writeFileSummary(frontend, report, data, 11, 15);
         require(report.upper.length() == std::strlen(report.upper.text()));
     }

@@ -71,6 +71,13 @@ TEST(FileSummary, ShowsTheFileAndItsData) {
     EXPECT_EQ(frontend.status, "status : opened data file named : 'my file.csv'\n");
     EXPECT_EQ(frontend.log, "upper status");
 
+    data.policy = MissingPolicy::omit;
+    ASSERT_EQ(loadDataSet("id,x,x\na,1,2\nb,2,.\nc,3,4", data), success);
+    writeFileSummary(frontend, report, data, 7, 4, true);
+    EXPECT_EQ(frontend.status,
+              "status : opened data file named : 'my file.csv'; 1 of 2 samples left out; 2 doubts, "
+              "see Tools, Check Data\n");
+
     std::string text = "id,x\n";
     while (text.size() < 8000) text += "s,1\n";
     ASSERT_EQ(loadDataSet(text, data), success);
