@@ -1,8 +1,10 @@
 #include "data/doubts.h"
 
 #include <algorithm>
+#include <bit>
 #include <cctype>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 
 #include "data/number.h"
@@ -119,6 +121,23 @@ bool isLabelName(std::string_view name) {
     return false;
 }
 
+// Whether numbers differ, by a hash table at most half full, in which 0 is a free slot.
+ErrorCode areDistinct(const Block<double>& values, bool& distinct) {
+    Block<double> slots;
+    const auto size = static_cast<Index>(std::bit_ceil(static_cast<std::size_t>(2 * values.size())));
+    if (slots.allocate(size) != success) return outOfMemory;
+    distinct = std::count(values.begin(), values.end(), 0.0) < 2;
+    for (const double value : values) {
+        if (value == 0.0) continue;
+        const std::uint64_t hash = std::bit_cast<std::uint64_t>(value) * 0x9e3779b97f4a7c15U;
+        Index slot = static_cast<Index>(hash >> 32) & (size - 1);
+        while (slots[slot] != 0.0 && slots[slot] != value) slot = (slot + 1) & (size - 1);
+        if (slots[slot] == value) distinct = false;
+        slots[slot] = value;
+    }
+    return success;
+}
+
 // Labels that are numbers, but not all different whole ones, are most likely values.
 ErrorCode noteLabels(Doubts& doubts, const CellTable& table) {
     const std::int32_t count = table.rows - 1;
@@ -133,8 +152,7 @@ ErrorCode noteLabels(Doubts& doubts, const CellTable& table) {
         fall = fall && (k == 0 || values[k] < values[k - 1]);
     }
     if (whole && !rise && !fall) {
-        std::sort(values.begin(), values.end());
-        whole = std::adjacent_find(values.begin(), values.end()) == values.end();
+        if (areDistinct(values, whole) != success) return outOfMemory;
     }
     if (!whole) note(doubts, Doubt::noLabels, lineOfRow(doubts, 1));
     return success;
