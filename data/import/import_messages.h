@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstdarg>
+
+#include "data/printf_format.h"
+#include "numeric/block.h"
+
+// What an import tells: notes of what was found, warnings of what is left out or changed, and the refusal that
+// ends it. Each is one line of UTF-8 that begins "note : ", "warning : " or "error : ". The first refusal
+// counts. Of a very long list the end is dropped, which the last line says.
+class ImportMessages {
+public:
+    [[gnu::format(PRINTF_KIND, 2, 3)]] void note(const char* format, ...);
+    [[gnu::format(PRINTF_KIND, 2, 3)]] void warn(const char* format, ...);
+    [[gnu::format(PRINTF_KIND, 2, 3)]] void refuse(const char* format, ...);
+    void clear();
+
+    // All lines, each with its "\n", the refusal last.
+    const char* text() const { return lines_.size() > 0 ? lines_.data() : ""; }
+    bool refused() const { return refused_; }
+
+private:
+    void append(const char* kind, const char* format, std::va_list arguments);
+
+    Block<char> lines_;
+    Index length_ = 0;
+    bool refused_ = false;
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "data/cell_table.h"
+#include "data/import/byte_source.h"
+#include "data/import/import_messages.h"
+#include "data/import/import_options.h"
+#include "data/import/table_sink.h"
+
+// Reads a table as other programs save it and writes it in the program's own form: comma-separated, names in
+// the first row, labels in the first column, NA for a missing cell. The source is read twice, in memory that
+// grows with its widest line and its columns alone.
+//
+// Returns success; outOfMemory; illegalData when `messages` holds a refusal, with nothing written unless the
+// file changed between the two readings or the sink failed (the refusal says so). `codebook`, when given,
+// receives a table of the categories: variable, category, text.
+[[nodiscard]] ErrorCode importTable(ByteSource& source, const ImportOptions& options, TableSink& sink,
+                                    ImportMessages& messages, TableSink* codebook = nullptr);
+
+// The first `mostRows` rows as importTable would write them, found out from the beginning of the file alone,
+// so that it takes no time with a file of any length. Row 0 is the header, column 0 holds the labels. Returns
+// as above; `cells` is empty unless the result is success.
+[[nodiscard]] ErrorCode previewImport(ByteSource& source, const ImportOptions& options, Index mostRows,
+                                      CellTable& cells, ImportMessages& messages);
