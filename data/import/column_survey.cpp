@@ -1,0 +1,98 @@
+#include "data/import/column_survey.h"
+
+#include <algorithm>
+
+#include "data/import/text_hash.h"
+
+namespace {
+
+constexpr std::size_t longestText = 200;
+constexpr Index mostHashes = 1 << 16;
+
+} // namespace
+
+Index ColumnSurvey::numbers() const {
+    Index sum = 0;
+    for (int shape = 0; shape < cellShapeCount; ++shape) {
+        if (isNumberShape(static_cast<CellShape>(shape))) sum += counts[shape];
+    }
+    return sum;
+}
+
+Index ColumnSurvey::filled() const {
+    return numbers() + texted() + count(CellShape::date) + count(CellShape::noValue);
+}
+
+void CategoryTexts::clear() {
+    listCount_ = 0;
+    used_ = 0;
+}
+
+std::int32_t CategoryTexts::addList(ErrorCode& code) {
+    if (listCount_ == mostLists) return -1;
+    if (listCount_ == lists_.size() && lists_.grow(2 * lists_.size() + 16) != success) {
+        code = outOfMemory;
+        return -1;
+    }
+    lists_[listCount_].count = 0;
+    lists_[listCount_].last = 0;
+    return listCount_++;
+}
+
+ErrorCode CategoryTexts::add(std::int32_t list, std::string_view text) {
+    List& of = lists_[list];
+    if (of.count > mostCategories || find(list, text) >= 0) return success;
+    if (of.count == mostCategories) {
+        ++of.count;
+        return success;
+    }
+    text = text.substr(0, longestText);
+    const Index length = std::ssize(text);
+    if (used_ + length > characters_.size() &&
+        characters_.grow(std::max(used_ + length, 2 * characters_.size())) != success) {
+        return outOfMemory;
+    }
+    std::copy(text.begin(), text.end(), characters_.data() + used_);
+    of.hashes[of.count] = hashOf(text);
+    of.places[of.count] = used_;
+    of.lengths[of.count] = static_cast<std::uint8_t>(length);
+    of.last = of.count++;
+    used_ += length;
+    return success;
+}
+
+std::string_view CategoryTexts::text(std::int32_t list, Index k) const {
+    return {characters_.data() + lists_[list].places[k], lists_[list].lengths[k]};
+}
+
+Index CategoryTexts::find(std::int32_t list, std::string_view text) const {
+    const List& of = lists_[list];
+    text = text.substr(0, longestText);
+    const std::uint64_t hash = hashOf(text);
+    const auto isIt = [&](Index k) { return of.hashes[k] == hash && this->text(list, k) == text; };
+    const Index count = std::min(of.count, mostCategories);
+    if (of.last < count && isIt(of.last)) return of.last;
+    for (Index k = 0; k < count; ++k) {
+        if (isIt(k)) return of.last = k;
+    }
+    return -1;
+}
+
+ErrorCode DifferentTexts::start() {
+    count_ = 0;
+    different_ = true;
+    return hashes_.allocate(2 * mostHashes);
+}
+
+void DifferentTexts::add(std::string_view text) {
+    if (!different_ || count_ == mostHashes) return;
+    const std::uint64_t hash = hashOf(text);
+    Index place = static_cast<Index>((hash >> 20) % (2 * mostHashes));
+    for (; hashes_[place] != 0; place = (place + 1) % (2 * mostHashes)) {
+        if (hashes_[place] != hash) continue;
+        different_ = false;
+        return;
+    }
+    hashes_[place] = hash;
+    ++count_;
+}

@@ -1,0 +1,99 @@
+#include "data/import/import_findings.h"
+
+#include <cstdio>
+
+namespace {
+
+const char* nameOf(TextEncoding encoding) {
+    switch (encoding) {
+    case TextEncoding::utf16: return "utf-16";
+    case TextEncoding::windows1252: return "windows-1252";
+    default: return "utf-8";
+    }
+}
+
+const char* nameOf(char delimiter) {
+    switch (delimiter) {
+    case ';': return "semicolon";
+    case '\t': return "tab";
+    case '|': return "bar";
+    default: return "comma";
+    }
+}
+
+const char* thousandsOf(const NumberForm& form) {
+    if (form.thousandsMark) return form.decimal == DecimalSign::point ? "comma" : "point";
+    return form.thousandsSpace ? "space" : "none";
+}
+
+void tellForm(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {
+    const ImportForm& form = survey.form;
+    if (form.notUtf8Line > 0 && form.encoding == TextEncoding::windows1252) {
+        messages.note("line %lld is no UTF-8", static_cast<long long>(form.notUtf8Line));
+    }
+    if (form.namesDelimiter) messages.note("line 1 names the delimiter");
+    char labels[200];
+    if (plan.labelColumn < 0) {
+        std::snprintf(labels, sizeof labels, "samples numbered");
+    } else {
+        const std::string_view name = survey.names[plan.labelColumn];
+        std::snprintf(labels, sizeof labels, "labels from column %lld%s%.*s%s",
+                      static_cast<long long>(plan.labelColumn) + 1, name.empty() ? "" : " '",
+                      static_cast<int>(name.size() < 80 ? name.size() : 80), name.data(), name.empty() ? "" : "'");
+    }
+    messages.note("read with --encoding %s --delimiter %s --decimal %s --thousands %s --header %s, %s",
+                  nameOf(form.encoding), nameOf(form.delimiter),
+                  plan.numbers.decimal == DecimalSign::point ? "point" : "comma", thousandsOf(plan.numbers),
+                  form.hasHeader ? "yes" : "no", labels);
+}
+
+void tellPassedOver(const PassedOver& passed, ImportMessages& messages) {
+    if (passed.comments > 0) {
+        messages.note("%lld comments are left out, the first in line %lld",
+                      static_cast<long long>(passed.comments), static_cast<long long>(passed.firstComment));
+    }
+    if (passed.blanks > 0) {
+        messages.note("%lld blank lines between rows are passed over, the first is line %lld",
+                      static_cast<long long>(passed.blanks), static_cast<long long>(passed.firstBlank));
+    }
+    if (passed.odd > 0) {
+        messages.warn("%lld rows of another length are left out, the first in line %lld",
+                      static_cast<long long>(passed.odd), static_cast<long long>(passed.firstOdd));
+    }
+}
+
+// One line a variable: "sex: 1 female, 2 male".
+void tellCategories(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {
+    Index variable = 0;
+    for (Index j = 0; j < survey.form.width; ++j) {
+        if (plan.uses[j] != ColumnUse::number && plan.uses[j] != ColumnUse::category) continue;
+        const char* const name = plan.names[variable++];
+        if (plan.uses[j] == ColumnUse::number) continue;
+        char line[1800];
+        std::size_t length = 0;
+        const std::int32_t list = survey.columns[j].texts;
+        for (Index k = 0; k < survey.texts.count(list); ++k) {
+            const std::string_view text = survey.texts.text(list, k);
+            const std::size_t room = sizeof line - length;
+            if (text.size() + 40 > room) {
+                std::snprintf(line + length, room, ", ...");
+                break;
+            }
+            length += static_cast<std::size_t>(std::snprintf(line + length, room, "%s%lld = %.*s",
+                                                             k > 0 ? ", " : "", static_cast<long long>(k) + 1,
+                                                             static_cast<int>(text.size()), text.data()));
+        }
+        messages.note("categories of '%s': %s", name, line);
+    }
+}
+
+} // namespace
+
+void tellFindings(const ImportSurvey& survey, const ImportOptions&, const ImportPlan& plan,
+                  ImportMessages& messages) {
+    tellForm(survey, plan, messages);
+    tellPassedOver(survey.passedOver, messages);
+    tellCategories(survey, plan, messages);
+    messages.note("%lld samples, %lld variables", static_cast<long long>(survey.rows),
+                  static_cast<long long>(plan.variables));
+}

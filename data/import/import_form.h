@@ -1,0 +1,32 @@
+#pragma once
+
+#include "data/import/record_reader.h"
+
+// How a file is divided into cells, as far as its beginning tells.
+struct ImportForm {
+    TextEncoding encoding = TextEncoding::utf8;
+    Index notUtf8Line = 0; // the line that shows a file without a mark to be no UTF-8; 0: none
+    char delimiter = ',';
+    bool namesDelimiter = false; // by a first line such as "sep=;"
+    bool hasHeader = true;
+    bool isCornerless = false; // the header has no name for the column of labels
+    Index width = 0;           // cells of a row
+    Index headerWidth = 0;     // cells of the header, of which the last may be empty names
+};
+
+// Finds out the form; success, outOfMemory, or illegalData when the source cannot be read.
+[[nodiscard]] ErrorCode findForm(ByteSource& source, const ImportOptions& options, ImportForm& form);
+
+// Whether that is how the column of labels is called: not at all, or label, name, id, no, n, case.
+bool isLabelName(std::string_view name);
+
+// Whether a record begins with the mark of a comment: "#", "//" or ";", which is none when it delimits.
+bool hasCommentMark(const ImportRecord& record, char delimiter);
+// Whether a blank, or nothing, follows that mark.
+bool hasBlankBehindMark(const ImportRecord& record);
+// Whether all cells are empty.
+bool isBlankRecord(const ImportRecord& record);
+// Whether the record is a line that names the delimiter, as the first of a file can be.
+bool isDelimiterLine(const ImportRecord& record, char& delimiter);
+// Whether the cells are those of a row of the table; cells behind these have to be empty.
+bool isFitting(const ImportRecord& record, Index width);

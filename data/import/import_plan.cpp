@@ -1,0 +1,191 @@
+#include "data/import/import_plan.h"
+
+#include <algorithm>
+
+#include "data/import/import_findings.h"
+#include "data/import/number_form.h"
+#include "data/import/table_text.h"
+#include "data/import/variable_names.h"
+
+namespace {
+
+// A name in a message.
+struct Shown {
+    int length;
+    const char* text;
+};
+
+Shown shown(std::string_view text) {
+    std::size_t length = std::min<std::size_t>(text.size(), 80);
+    while (length < text.size() && length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) {
+        --length;
+    }
+    return {static_cast<int>(length), text.data()};
+}
+
+Index findLabels(const ImportSurvey& survey, const ImportOptions& options) {
+    if (options.labels == LabelColumn::none) return -1;
+    if (options.labels == LabelColumn::first) return 0;
+    for (Index j = 0; j < survey.form.width; ++j) {
+        if (survey.wishes[j].labels) return j;
+    }
+    const ColumnSurvey& column = survey.columns[0];
+    const ColumnWish& wish = survey.wishes[0];
+    if (survey.form.isCornerless) return 0;
+    if (survey.form.width < 2 || wish.dropped || wish.categories || column.filled() == 0) return -1;
+    const bool different = survey.firstIsDifferent;
+    if (column.numbers() < column.filled()) {
+        return different || survey.names[0].empty() ? 0 : -1;
+    }
+    const bool whole = column.count(CellShape::whole) == survey.rows;
+    return different && whole && isLabelName(survey.names[0]) ? 0 : -1;
+}
+
+// The line of the first cell that is neither number nor missing.
+long long firstTextLine(const ColumnSurvey& column) {
+    Index line = 0;
+    for (const CellShape shape : {CellShape::text, CellShape::amount, CellShape::date}) {
+        if (column.count(shape) == 0) continue;
+        line = line == 0 ? column.firstLine(shape) : std::min(line, column.firstLine(shape));
+    }
+    return line;
+}
+
+// Refuses a cell that is a number in another form than the file's.
+bool checkNumbers(const ColumnSurvey& column, Shown name, const NumberForm& form, ImportMessages& messages) {
+    for (int k = 0; k < cellShapeCount; ++k) {
+        const CellShape shape = static_cast<CellShape>(k);
+        if (!isNumberShape(shape) || column.counts[k] == 0 || isReadable(shape, form)) continue;
+        messages.refuse("line %lld, column '%.*s': a number is written with other marks than --decimal %s and "
+                        "--thousands %s say",
+                        static_cast<long long>(column.firstLines[k]), name.length, name.text,
+                        form.decimal == DecimalSign::point ? "point" : "comma",
+                        form.thousandsMark    ? form.decimal == DecimalSign::point ? "comma" : "point"
+                        : form.thousandsSpace ? "space"
+                                              : "none");
+        return false;
+    }
+    return true;
+}
+
+// What becomes of a column that is to be a variable; leftOut with a refusal where that is in doubt.
+ColumnUse findUse(const ImportSurvey& survey, Index j, const NumberForm& form, ImportMessages& messages) {
+    const ColumnSurvey& column = survey.columns[j];
+    const Shown name = shown(survey.names[j]);
+    const Index texts = column.texted(), dates = column.count(CellShape::date);
+    const Index lost = column.count(CellShape::noValue);
+    const long long number = j + 1;
+    const bool isListed = column.texts >= 0 && survey.texts.count(column.texts) <= mostCategories;
+    if (survey.wishes[j].categories) {
+        if (column.filled() > 0 && isListed) return ColumnUse::category;
+        messages.refuse("--categories: column '%.*s' holds %s", name.length, name.text,
+                        column.filled() == 0 ? "nothing" : "more than 64 different texts");
+        return ColumnUse::leftOut;
+    }
+    if (lost > 0) {
+        messages.warn("column '%.*s': %lld cells, the first in line %lld, hold no finite number and are missing",
+                      name.length, name.text, static_cast<long long>(lost),
+                      static_cast<long long>(column.firstLine(CellShape::noValue)));
+    }
+    if (column.filled() == lost) {
+        if (lost > 0 || name.length > 0) {
+            messages.warn("column '%.*s' (#%lld) holds nothing and is left out", name.length, name.text, number);
+        }
+        return ColumnUse::leftOut;
+    }
+    if (texts == 0 && dates == 0) {
+        return checkNumbers(column, name, form, messages) ? ColumnUse::number : ColumnUse::leftOut;
+    }
+    if (column.numbers() == 0 && texts == 0) {
+        messages.warn("column '%.*s' (#%lld) holds dates or times and is left out", name.length, name.text,
+                      number);
+        return ColumnUse::leftOut;
+    }
+    if (!isListed) {
+        messages.warn("column '%.*s' (#%lld) holds more than 64 different texts and is left out", name.length,
+                      name.text, number);
+        return ColumnUse::leftOut;
+    }
+    if (column.numbers() > 0) {
+        const Shown text = shown(survey.texts.text(column.texts, 0));
+        messages.refuse("line %lld, column '%.*s': '%.*s' is no number, while %lld cells are: --na '%.*s' makes "
+                        "it missing, --drop #%lld leaves the column out, --categories #%lld makes categories",
+                        firstTextLine(column), name.length, name.text, text.length, text.text,
+                        static_cast<long long>(column.numbers()), text.length, text.text, number, number);
+        return ColumnUse::leftOut;
+    }
+    if (column.count(CellShape::amount) > 0) {
+        messages.warn("column '%.*s': cells with a percent sign or a currency, the first in line %lld, are texts",
+                      name.length, name.text, static_cast<long long>(column.firstLine(CellShape::amount)));
+    }
+    return ColumnUse::category;
+}
+
+bool checkRows(const ImportSurvey& survey, const ImportOptions& options, ImportMessages& messages) {
+    const PassedOver& passed = survey.passedOver;
+    if (passed.odd > 0 && options.oddRows == OddRows::refused) {
+        messages.refuse("line %lld has %lld cells and the table %lld%s: --rows fitting leaves out such rows "
+                        "(%lld)",
+                        static_cast<long long>(passed.firstOdd), static_cast<long long>(passed.firstOddCells),
+                        static_cast<long long>(survey.form.width),
+                        passed.firstOddCells >= survey.form.width ? " without what stands behind it" : "",
+                        static_cast<long long>(passed.odd));
+        return false;
+    }
+    if (survey.rows == 0) messages.refuse("there are no rows of data in the file");
+    return survey.rows > 0;
+}
+
+// The widest cell of a column as it is written, with its comma.
+Index widthOf(const ColumnSurvey& column, ColumnUse use) {
+    if (use == ColumnUse::leftOut) return 0;
+    if (use == ColumnUse::category) return 3;
+    return std::clamp(column.widest, Index{2}, Index{textSlotSize - 1}) + 1;
+}
+
+// A line of the table that would be too long is refused with the columns that fit.
+bool checkWidth(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {
+    constexpr Index label = textSlotSize - 1;
+    Index names = 5, cells = label; // "label"
+    Index fitting = -1, first = -1, variable = 0;
+    for (Index j = 0; j < survey.form.width; ++j) {
+        if (plan.uses[j] != ColumnUse::number && plan.uses[j] != ColumnUse::category) continue;
+        names += std::ssize(std::string_view(plan.names[variable++])) + 1;
+        cells += widthOf(survey.columns[j], plan.uses[j]);
+        if (first < 0) first = j;
+        if (std::max(names, cells) <= longestTableLine) fitting = j;
+    }
+    if (names <= longestTableLine && std::min(cells, survey.widestRow + label) <= longestTableLine) return true;
+    messages.refuse("the table is too wide: a line of it holds at most %lld characters; --keep #%lld-#%lld takes "
+                    "the columns that fit",
+                    static_cast<long long>(longestTableLine), static_cast<long long>(first + 1),
+                    static_cast<long long>(fitting + 1));
+    return false;
+}
+
+} // namespace
+
+ErrorCode planImport(const ImportSurvey& survey, const ImportOptions& options, ImportPlan& plan,
+                     ImportMessages& messages) {
+    plan.target = {options.written, options.codePage};
+    if (!checkRows(survey, options, messages)) return illegalData;
+    plan.labelColumn = findLabels(survey, options);
+    if (!findNumberForm(survey, options, plan.labelColumn, plan.numbers, messages)) return illegalData;
+    if (plan.uses.allocate(survey.form.width) != success) return outOfMemory;
+    plan.variables = 0;
+    for (Index j = 0; j < survey.form.width; ++j) {
+        if (j == plan.labelColumn) plan.uses[j] = ColumnUse::labels;
+        if (j == plan.labelColumn || survey.wishes[j].isOut()) continue;
+        plan.uses[j] = findUse(survey, j, plan.numbers, messages);
+        if (messages.refused()) return illegalData;
+        plan.variables += plan.uses[j] != ColumnUse::leftOut;
+    }
+    if (plan.variables == 0) {
+        messages.refuse("no column of numbers or categories is left");
+        return illegalData;
+    }
+    if (nameVariables(survey, plan, messages) != success) return outOfMemory;
+    if (!checkWidth(survey, plan, messages)) return illegalData;
+    tellFindings(survey, options, plan, messages);
+    return success;
+}

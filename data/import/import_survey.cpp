@@ -1,0 +1,121 @@
+#include "data/import/import_survey.h"
+
+#include <algorithm>
+
+#include "data/import/column_names.h"
+
+namespace {
+
+// Adds a cell to what is known of its column.
+ErrorCode surveyCell(std::string_view cell, Index line, const MissingTexts& missing, const ColumnWish& wish,
+                     ColumnSurvey& column, CategoryTexts& texts) {
+    const CellShape shape = missing.has(cell) ? CellShape::missing : shapeOf(cell);
+    const int k = static_cast<int>(shape);
+    if (column.counts[k]++ == 0) column.firstLines[k] = line;
+    column.widest = std::max(column.widest, std::ssize(cell));
+    if (shape == CellShape::missing || (isNumberShape(shape) && !wish.categories)) return success;
+    if (shape == CellShape::noValue && !wish.categories) return success;
+    ErrorCode code = success;
+    if (column.texts < 0) column.texts = texts.addList(code);
+    if (code == success && column.texts >= 0) code = texts.add(column.texts, cell);
+    return code;
+}
+
+ErrorCode startColumns(const ImportOptions& options, const ImportRecord* header, ImportSurvey& survey,
+                       ImportMessages& messages) {
+    const ImportForm& form = survey.form;
+    if (takeNames(header, form, survey.names) != success) return outOfMemory;
+    if (survey.columns.allocate(form.width) != success) return outOfMemory;
+    for (ColumnSurvey& column : survey.columns) column.texts = -1;
+    return takeWishes(options, survey.names, survey.wishes, messages);
+}
+
+// The rows under one encoding; `fault` receives what ends the reading before its end.
+ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mostRows, ImportSurvey& survey,
+                     ImportMessages& messages, RecordFault& fault, Index& faultLine) {
+    TableRows rows;
+    ImportRecord record;
+    MissingTexts missing;
+    DifferentTexts firstCells;
+    ErrorCode code = missing.set(options);
+    if (code == success) code = firstCells.start();
+    if (code == success) code = rows.open(source, survey.form);
+    survey.rows = survey.widestRow = 0;
+    survey.texts.clear();
+    survey.isCut = false;
+    bool started = false;
+    while (code == success && rows.next(record)) {
+        if (!started) {
+            code = startColumns(options, rows.isHeader() ? &record : nullptr, survey, messages);
+            started = true;
+            if (code != success || rows.isHeader()) continue;
+        }
+        if (survey.rows == mostRows) {
+            survey.isCut = true;
+            break;
+        }
+        ++survey.rows;
+        firstCells.add(record.cells[0].text);
+        Index bytes = 0;
+        for (Index j = 0; code == success && j < survey.form.width; ++j) {
+            if (survey.wishes[j].isOut() && j > 0) continue;
+            const std::string_view cell = record.cells[j].text;
+            code = surveyCell(cell, record.line, missing, survey.wishes[j], survey.columns[j], survey.texts);
+            bytes += std::clamp(std::ssize(cell), Index{2}, Index{62}) + 1;
+        }
+        survey.widestRow = std::max(survey.widestRow, bytes);
+    }
+    survey.firstIsDifferent = firstCells.areDifferent();
+    survey.passedOver = rows.passedOver();
+    fault = rows.fault();
+    faultLine = rows.faultLine();
+    if (code == success && !started) code = startColumns(options, nullptr, survey, messages);
+    return code;
+}
+
+} // namespace
+
+void refuseFault(RecordFault fault, Index line, ImportMessages& messages) {
+    const long long at = line;
+    switch (fault) {
+    case RecordFault::none:
+    case RecordFault::noMemory: break;
+    case RecordFault::unreadable: messages.refuse("line %lld: the file cannot be read", at); break;
+    case RecordFault::notUtf8:
+        messages.refuse("line %lld is no UTF-8: --encoding windows-1252 takes it otherwise", at);
+        break;
+    case RecordFault::holdsNul:
+        messages.refuse("line %lld holds a NUL, which no text does: --encoding utf-16 takes it otherwise", at);
+        break;
+    case RecordFault::openQuote: messages.refuse("line %lld: a quote is opened and not closed", at); break;
+    case RecordFault::afterQuote:
+        messages.refuse("line %lld: a text follows a closing quote (another --delimiter?)", at);
+        break;
+    case RecordFault::tooLong:
+        messages.refuse("line %lld is longer than 16,777,216 characters (a quote that is not closed?)", at);
+        break;
+    case RecordFault::tooWide: messages.refuse("line %lld has more than 131,072 cells", at); break;
+    }
+}
+
+ErrorCode surveyImport(ByteSource& source, const ImportOptions& options, Index mostRows, ImportSurvey& survey,
+                       ImportMessages& messages) {
+    ErrorCode code = findForm(source, options, survey.form);
+    RecordFault fault = RecordFault::none;
+    Index line = 0;
+    if (code == success) code = surveyRows(source, options, mostRows, survey, messages, fault, line);
+    if (code == success && fault == RecordFault::notUtf8 && options.encoding == TextEncoding::found) {
+        // Bytes that are no UTF-8 are those of an older program.
+        survey.form.notUtf8Line = line;
+        survey.form.encoding = TextEncoding::windows1252;
+        code = surveyRows(source, options, mostRows, survey, messages, fault, line);
+    }
+    if (code == illegalData && !messages.refused()) refuseFault(RecordFault::unreadable, 1, messages);
+    if (code != success) return code;
+    if (fault == RecordFault::noMemory) return outOfMemory;
+    if (fault != RecordFault::none) {
+        refuseFault(fault, line, messages);
+        return illegalData;
+    }
+    return success;
+}

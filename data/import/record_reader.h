@@ -1,0 +1,63 @@
+#pragma once
+
+#include <string_view>
+
+#include "data/import/text_decoder.h"
+
+struct ImportCell {
+    std::string_view text; // without its quotes and the blanks around it
+    bool quoted;
+    bool doubled; // holds quotes that are written twice
+};
+
+// The cells of one record, valid until the next is read.
+struct ImportRecord {
+    Block<ImportCell> cells;
+    Index count = 0;
+    Index line = 0; // that it begins in, counted from 1
+    Index lines = 0;
+    std::string_view text; // the whole record as it stands
+
+    const ImportCell* begin() const { return cells.data(); }
+    const ImportCell* end() const { return cells.data() + count; }
+};
+
+// Why a file cannot be read as records; the line stands in the record.
+enum class RecordFault { none, unreadable, notUtf8, holdsNul, openQuote, afterQuote, tooLong, tooWide, noMemory };
+
+// Cuts the record that begins at `first`; the first character behind it, null when [first, last) does not
+// hold all of it. A cell can stand in double quotes, with quotes written twice, delimiters and newlines in
+// them (RFC 4180). `isEnd`: nothing follows `last`. With a fault the record is not whole.
+const char* cutRecord(const char* first, const char* last, bool isEnd, char delimiter, ImportRecord& record,
+                      RecordFault& fault);
+
+// The records of a text whose lines end in LF, CRLF or CR.
+class RecordReader {
+public:
+    // Starts at the beginning of the source.
+    [[nodiscard]] ErrorCode open(ByteSource& source, TextEncoding encoding, char delimiter);
+    // False at the end and at a fault.
+    bool next(ImportRecord& record);
+
+    RecordFault fault() const { return fault_; }
+    // The line that a fault stands in.
+    Index line() const { return line_; }
+    TextEncoding encoding() const { return decoder_.encoding(); }
+    // The text that is read ahead, at the beginning the first quarter of a million characters of the file.
+    std::string_view ahead();
+    bool isWhole() const { return isEnd_; } // there is no more behind it
+    bool breaksOff() const { return decoder_.fault() == TextDecoder::Fault::notUtf8; }
+
+private:
+    bool fill();
+    void takeFault();
+
+    TextDecoder decoder_;
+    Block<char> buffer_;
+    Index begin_ = 0;
+    Index end_ = 0;
+    bool isEnd_ = false;
+    char delimiter_ = ',';
+    RecordFault fault_ = RecordFault::none;
+    Index line_ = 1;
+};

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "data/import/import_form.h"
+
+// What is passed over in a file, and the first line of each.
+struct PassedOver {
+    Index comments = 0, firstComment = 0;
+    Index blanks = 0, firstBlank = 0; // between rows
+    Index odd = 0, firstOdd = 0, firstOddCells = 0; // rows of another number of cells
+};
+
+// The header and the rows of a table, without what is around them.
+class TableRows {
+public:
+    [[nodiscard]] ErrorCode open(ByteSource& source, const ImportForm& form);
+    // The header first, if the form has one, then the rows; false at the end and at a fault.
+    bool next(ImportRecord& record);
+
+    bool isHeader() const { return isHeader_; }
+    RecordFault fault() const { return reader_.fault(); }
+    Index faultLine() const { return reader_.line(); }
+    const PassedOver& passedOver() const { return passedOver_; }
+
+private:
+    bool isComment(const ImportRecord& record) const;
+
+    RecordReader reader_;
+    ImportForm form_;
+    PassedOver passedOver_;
+    Index blanks_ = 0, firstBlank_ = 0; // since the last row
+    bool isFirst_ = true;
+    bool isHeader_ = false;
+    bool hadHeader_ = false;
+};

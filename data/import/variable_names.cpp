@@ -1,0 +1,65 @@
+#include "data/import/variable_names.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "data/import/text_hash.h"
+
+namespace {
+
+constexpr Index longestName = textSlotSize - 1;
+
+// Whether one of the first `count` names is that one.
+bool isTaken(const Block<std::uint64_t>& hashes, Index count, std::string_view name) {
+    const std::uint64_t hash = hashOf(name);
+    for (Index k = 0; k < count; ++k) {
+        if (hashes[k] == hash) return true;
+    }
+    return false;
+}
+
+} // namespace
+
+ErrorCode nameVariables(const ImportSurvey& survey, ImportPlan& plan, ImportMessages& messages) {
+    Block<std::uint64_t> hashes;
+    if (plan.names.allocate(plan.variables) != success || hashes.allocate(plan.variables) != success) {
+        return outOfMemory;
+    }
+    // Of many alike the number goes on from the last one given; a table that is too wide is refused anyway.
+    Index variable = 0, suffix = 2, cut = 0, renamed = 0, lacking = 0;
+    for (Index j = 0; j < survey.form.width; ++j) {
+        if (plan.uses[j] != ColumnUse::number && plan.uses[j] != ColumnUse::category) continue;
+        char numbered[24];
+        std::snprintf(numbered, sizeof numbered, "V%lld", static_cast<long long>(j) + 1);
+        std::string_view source = survey.names[j];
+        TableText name;
+        cleanText(source, plan.target, longestName, name);
+        if (name.length == 0) {
+            source = numbered;
+            cleanText(source, plan.target, longestName, name);
+        }
+        cut += name.isCut;
+        lacking += name.lacks;
+        bool taken = variable < 4096 && isTaken(hashes, variable, name.view());
+        renamed += taken;
+        for (suffix = 2; taken; ++suffix) {
+            char end[24];
+            const int length = std::snprintf(end, sizeof end, ".%lld", static_cast<long long>(suffix));
+            cleanText(source, plan.target, longestName - length, name);
+            std::memcpy(name.text + name.length, end, static_cast<std::size_t>(length) + 1);
+            name.length += length;
+            taken = isTaken(hashes, variable, name.view());
+        }
+        hashes[variable] = hashOf(name.view());
+        plan.names.set(variable++, name.text);
+    }
+    if (cut > 0) messages.note("%lld names are shortened to 62 bytes", static_cast<long long>(cut));
+    if (renamed > 0) {
+        messages.note("%lld names that others have are numbered", static_cast<long long>(renamed));
+    }
+    if (lacking > 0) {
+        messages.warn("%lld names have characters that the encoding of the table lacks; ? stands for them",
+                      static_cast<long long>(lacking));
+    }
+    return success;
+}
