@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <string_view>
 
+#include "batch/argument_list.h"
 #include "batch/assignments.h"
 #include "batch/field_values.h"
 
@@ -11,18 +11,6 @@ namespace {
 
 // Wider cells than any spreadsheet takes.
 constexpr int greatestWidth = 1000;
-
-// An argument split into the name of an option and the value that follows its "=", if one does.
-struct Option {
-    std::string_view name;
-    const char* value;
-};
-
-Option splitOption(const char* argument) {
-    const char* equals = std::strchr(argument, '=');
-    if (equals == nullptr) return {argument, nullptr};
-    return {{argument, static_cast<std::size_t>(equals - argument)}, equals + 1};
-}
 
 bool parseWidth(const Option& option, int& width, Complaint& complaint) {
     char* end = nullptr;
@@ -34,32 +22,6 @@ bool parseWidth(const Option& option, int& width, Complaint& complaint) {
     }
     width = static_cast<int>(value);
     return true;
-}
-
-// The arguments one after the other; an option's value stands behind "=" or is the next argument.
-class Arguments {
-public:
-    Arguments(int count, char** arguments) : count_(count), arguments_(arguments) {}
-
-    const char* next() { return at_ < count_ ? arguments_[at_++] : nullptr; }
-
-    bool takeValue(Option& option, Complaint& complaint) {
-        if (option.value == nullptr) option.value = next();
-        if (option.value != nullptr) return true;
-        complaint.say("%.*s needs a value", static_cast<int>(option.name.size()), option.name.data());
-        return false;
-    }
-
-private:
-    int count_;
-    char** arguments_;
-    int at_ = 1;
-};
-
-bool refuseValue(const Option& option, Complaint& complaint) {
-    if (option.value == nullptr) return true;
-    complaint.say("%.*s takes no value", static_cast<int>(option.name.size()), option.name.data());
-    return false;
 }
 
 enum class Match { none, taken, wrong };

@@ -11,6 +11,7 @@
 #include "batch/assignments.h"
 #include "batch/batch_frontend.h"
 #include "batch/help.h"
+#include "batch/import_command.h"
 #include "batch/output_file.h"
 #include "batch/terminal.h"
 #include "report/doubt_messages.h"
@@ -209,6 +210,7 @@ bool writePicture(const BatchFrontend& frontend, const CommandLine& line, const 
 } // namespace
 
 int runBatch(int count, char** arguments) {
+    if (count > 1 && std::strcmp(arguments[1], "import") == 0) return runImport(count, arguments);
     CommandLine line;
     Complaint complaint;
     if (!parseCommandLine(count, arguments, line, complaint)) return refuse(complaint, line.kind);

@@ -35,5 +35,7 @@ bool replaceByNeighbour(std::FILE* file, const FilePath& neighbour, const char* 
 // Closes and removes it.
 void discardNeighbour(std::FILE* file, const FilePath& neighbour);
 
+// Whether the system has a code page of its own.
+bool hasCodePage();
 // Writes a UTF-8 text in the system's code page; false where there is none, or it lacks a character.
 bool writeInCodePage(const char* text, char* converted, int size);

@@ -169,6 +169,10 @@ void discardNeighbour(std::FILE* file, const FilePath& neighbour) {
     removeFromUnfinished(neighbour);
 }
 
+bool hasCodePage() {
+    return false;
+}
+
 bool writeInCodePage(const char*, char*, int) {
     return false;
 }

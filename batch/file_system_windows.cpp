@@ -169,6 +169,10 @@ void discardNeighbour(std::FILE* file, const FilePath& neighbour) {
     removeFromUnfinished(wide);
 }
 
+bool hasCodePage() {
+    return true;
+}
+
 bool writeInCodePage(const char* text, char* converted, int size) {
     WidePath wide;
     if (!widen(text, wide)) return false;

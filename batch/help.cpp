@@ -73,12 +73,14 @@ void printHelp(std::FILE* file, const AnalysisKind* kind) {
         return;
     }
     std::fprintf(file,
-                 "usage: %s KIND [options] FILE.csv\n\n"
+                 "usage: %s KIND [options] FILE.csv\n"
+                 "       %s import [options] FILE [--output TABLE.csv]\n\n"
                  "Prints the report of an analysis of a comma-separated file: samples in rows, variables in\n"
-                 "columns, names in the first row and labels in the first column.\n\n"
+                 "columns, names in the first row and labels in the first column. import makes such a file of a\n"
+                 "table that another program saved: %s import --help\n\n"
                  "kinds:\n"
                  "  summary            the file as it was read\n",
-                 programName);
+                 programName, programName, programName);
     for (const AnalysisKind& each : analysisKinds()) {
         if (each.analysis != nullptr) std::fprintf(file, "  %-18s %s\n", each.batchName, each.menuText);
     }

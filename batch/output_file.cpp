@@ -19,11 +19,20 @@ bool OutputFile::open(const char* path) {
 }
 
 bool OutputFile::write(const TextBuffer& text) {
+    append({text.text(), text.length()});
+    return finish();
+}
+
+bool OutputFile::append(std::string_view piece) {
+    failed_ = failed_ || std::fwrite(piece.data(), 1, piece.size(), file_) != piece.size();
+    return !failed_;
+}
+
+bool OutputFile::finish() {
     std::FILE* const file = file_;
     file_ = nullptr;
-    const bool written = std::fwrite(text.text(), 1, text.length(), file) == text.length();
-    if (isDevice_) return std::fclose(file) == 0 && written;
-    if (written) return replaceByNeighbour(file, neighbour_, target_.text);
+    if (isDevice_) return std::fclose(file) == 0 && !failed_;
+    if (!failed_) return replaceByNeighbour(file, neighbour_, target_.text);
     discardNeighbour(file, neighbour_);
     return false;
 }

@@ -14,6 +14,10 @@ void useBinaryOutput() {
     _setmode(_fileno(stdout), _O_BINARY);
 }
 
+void useBinaryInput() {
+    _setmode(_fileno(stdin), _O_BINARY);
+}
+
 bool isErrorTerminal() {
     return _isatty(_fileno(stderr)) != 0;
 }
@@ -21,6 +25,8 @@ bool isErrorTerminal() {
 #else
 
 void useBinaryOutput() {}
+
+void useBinaryInput() {}
 
 bool isErrorTerminal() {
     return isatty(STDERR_FILENO) != 0;

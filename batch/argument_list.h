@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string_view>
+
+#include "batch/complaint.h"
+
+// An argument split into the name of an option and the value that follows its "=", if one does.
+struct Option {
+    std::string_view name;
+    const char* value;
+};
+
+Option splitOption(const char* argument);
+
+// The arguments one after the other; an option's value stands behind "=" or is the next argument.
+class Arguments {
+public:
+    // From `first` on; that of number 0 is the program.
+    Arguments(int count, char** arguments, int first = 1) : count_(count), arguments_(arguments), at_(first) {}
+
+    const char* next() { return at_ < count_ ? arguments_[at_++] : nullptr; }
+
+    bool takeValue(Option& option, Complaint& complaint);
+
+private:
+    int count_;
+    char** arguments_;
+    int at_;
+};
+
+// False and a complaint when the option has a value.
+bool refuseValue(const Option& option, Complaint& complaint);

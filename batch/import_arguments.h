@@ -1,0 +1,20 @@
+#pragma once
+
+#include <cstdio>
+
+#include "batch/complaint.h"
+#include "data/import/import_options.h"
+
+// What the user asked `import` for. Texts point into the arguments.
+struct ImportCommand {
+    bool help = false;
+    const char* file = nullptr;     // "-": standard input
+    const char* output = nullptr;   // null: standard output
+    const char* codebook = nullptr; // null: none
+    ImportOptions options;
+};
+
+// Reads the arguments behind "import"; false and a complaint when they are wrong.
+bool parseImport(int count, char** argumentTexts, ImportCommand& command, Complaint& complaint);
+
+void printImportHelp(std::FILE* file);
