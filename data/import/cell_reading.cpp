@@ -34,8 +34,9 @@ Index blankLength(const char* at, const char* last) {
 
 // The length of a sign, which can be U+2212.
 Index signLength(const char* at, const char* last) {
-    if (at < last && (*at == '-' || *at == '+')) return 1;
-    return std::string_view(at, static_cast<std::size_t>(last - at)).starts_with("\xE2\x88\x92") ? 3 : 0;
+    if (at == last) return 0;
+    if (*at == '-' || *at == '+') return 1;
+    return *at == '\xE2' && std::string_view(at, static_cast<std::size_t>(last - at)).starts_with("\xE2\x88\x92") ? 3 : 0;
 }
 
 bool endsAsExponent(const char* at, const char* last) {
@@ -69,7 +70,7 @@ CellShape groupedShape(const char* first, const char* at, const char* last) {
 }
 
 // A number of digits with at most one mark and an exponent, or one in groups.
-CellShape numberShape(const char* at, const char* last) {
+CellShape numberShape(const char* at, const char* last, bool& hasExponent) {
     at += signLength(at, last);
     const char* const first = at;
     at = skipDigits(at, last);
@@ -87,10 +88,14 @@ CellShape numberShape(const char* at, const char* last) {
             return isPoint ? CellShape::decimalPoint : CellShape::decimalComma;
         }
         if (isNumber && endsAsExponent(behind, last)) {
+            hasExponent = true;
             return isPoint ? CellShape::decimalPoint : CellShape::decimalComma;
         }
     }
-    if (whole > 0 && endsAsExponent(at, last)) return CellShape::whole;
+    if (whole > 0 && endsAsExponent(at, last)) {
+        hasExponent = true;
+        return CellShape::whole;
+    }
     return groupedShape(first, at, last);
 }
 
@@ -171,7 +176,8 @@ bool isAmount(std::string_view cell) {
         while (first < last && *first == ' ') ++first;
         while (last > first && last[-1] == ' ') --last;
         if (last - first >= 2 && last[-1] == '\xA0' && last[-2] == '\xC2') last -= 2;
-        if (first < last && numberShape(first, last) != CellShape::text) return true;
+        bool hasExponent = false;
+        if (first < last && numberShape(first, last, hasExponent) != CellShape::text) return true;
     }
     return false;
 }
@@ -179,13 +185,15 @@ bool isAmount(std::string_view cell) {
 } // namespace
 
 CellShape shapeOf(std::string_view cell) {
-    const CellShape shape = cell.size() <= longestNumber ? numberShape(cell.data(), cell.data() + cell.size())
-                                                         : CellShape::text;
+    bool hasExponent = false;
+    const CellShape shape = cell.size() <= longestNumber
+                                ? numberShape(cell.data(), cell.data() + cell.size(), hasExponent)
+                                : CellShape::text;
     if (shape != CellShape::text) {
         // Only a long number or one with an exponent can be beyond the range.
-        if (cell.size() < 300 && cell.find_first_of("eE") == std::string_view::npos) return shape;
-        NumberText number;
+        if (cell.size() < 300 && !hasExponent) return shape;
         const bool comma = shape == CellShape::decimalComma || shape == CellShape::spacedComma;
+        NumberText number;
         writeNumber(cell, {comma ? DecimalSign::comma : DecimalSign::point}, number);
         return number.length > 0 && std::isfinite(parseNumber(number.text)) ? shape : CellShape::noValue;
     }

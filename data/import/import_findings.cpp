@@ -49,15 +49,15 @@ void tellForm(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages
 
 void tellPassedOver(const PassedOver& passed, ImportMessages& messages) {
     if (passed.comments > 0) {
-        messages.note("%lld comments are left out, the first in line %lld",
+        messages.note("comments left out: %lld, the first in line %lld",
                       static_cast<long long>(passed.comments), static_cast<long long>(passed.firstComment));
     }
     if (passed.blanks > 0) {
-        messages.note("%lld blank lines between rows are passed over, the first is line %lld",
+        messages.note("blank lines between rows: %lld, the first is line %lld",
                       static_cast<long long>(passed.blanks), static_cast<long long>(passed.firstBlank));
     }
     if (passed.odd > 0) {
-        messages.warn("%lld rows of another length are left out, the first in line %lld",
+        messages.warn("rows of another length left out: %lld, the first in line %lld",
                       static_cast<long long>(passed.odd), static_cast<long long>(passed.firstOdd));
     }
 }
@@ -94,6 +94,6 @@ void tellFindings(const ImportSurvey& survey, const ImportOptions&, const Import
     tellForm(survey, plan, messages);
     tellPassedOver(survey.passedOver, messages);
     tellCategories(survey, plan, messages);
-    messages.note("%lld samples, %lld variables", static_cast<long long>(survey.rows),
+    messages.note("samples: %lld, variables: %lld", static_cast<long long>(survey.rows),
                   static_cast<long long>(plan.variables));
 }

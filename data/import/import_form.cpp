@@ -1,6 +1,7 @@
 #include "data/import/import_form.h"
 
 #include <algorithm>
+#include <charconv>
 
 #include "data/import/cell_reading.h"
 #include "data/import/text_hash.h"
@@ -30,9 +31,10 @@ void eachRecord(std::string_view head, bool isWhole, char delimiter, ImportRecor
     const char* const last = at + head.size();
     RecordFault fault = RecordFault::none;
     char named;
+    const CellEnds ends(delimiter);
     for (Index count = 0; at < last && count < mostRecords;) {
         const bool isFirst = at == head.data();
-        at = cutRecord(at, last, isWhole, delimiter, record, fault);
+        at = cutRecord(at, last, isWhole, ends, record, fault);
         if (at == nullptr) return;
         if (isBlankRecord(record) || (isFirst && isDelimiterLine(record, named))) continue;
         if (hasCommentMark(record, delimiter) && hasBlankBehindMark(record)) continue;
@@ -88,36 +90,126 @@ char delimiterOf(Delimiter delimiter) {
     }
 }
 
-// What a column of the head holds, its first record apart.
+// What a column of the head holds, the header apart.
 struct HeadColumn {
     Index numbers;
     Index texts;
-    bool filled;         // any cell that is not empty
-    bool firstIsNumber;
+    bool firstIsNumber; // the cell of the header
     bool firstIsMissing; // or empty
     bool firstRecurs;
+    bool secondIsText; // the cell below it
+    std::uint64_t firstHash;
 };
 
-// Cells behind those that hold anything belong to no column.
-Index filledWidth(const ImportRecord& record) {
-    Index width = record.count;
-    while (width > 0 && record.cells[width - 1].text.empty()) --width;
-    return width;
+// The record that can be a header, and what stands below it.
+struct HeadTable {
+    Block<HeadColumn> columns;
+    Index headerWidth = 0;  // cells of the header
+    Index headerFilled = 0; // up to the last that is not empty
+    Index filled = 0;       // of the rows
+    Index rows = 0;
+    bool hasCorner = false;
+    bool hasYears = false; // numbers of the header are years that go up
+
+    void takeHeader(const ImportRecord& record, Index width, const MissingTexts& missing);
+    void takeRow(const ImportRecord& record, const MissingTexts& missing);
+    bool isHeaderShorter(Index width) const;
+    bool isHeader(Index width) const;
+};
+
+void HeadTable::takeHeader(const ImportRecord& record, Index width, const MissingTexts& missing) {
+    headerWidth = record.count;
+    headerFilled = filledWidth(record);
+    hasCorner = isLabelName(record.cells[0].text);
+    Index years = 0;
+    int last = 0;
+    for (Index j = 0; j < record.count && j < width; ++j) {
+        const std::string_view text = record.cells[j].text;
+        HeadColumn& column = columns[j];
+        column.firstIsMissing = missing.has(text);
+        column.firstIsNumber = !column.firstIsMissing && isNumberShape(shapeOf(text));
+        column.firstHash = hashOf(text);
+        if (!column.firstIsNumber) continue;
+        int year = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), year);
+        const bool isYear = error == std::errc() && end == text.data() + text.size() && text.size() == 4;
+        hasYears = isYear && year > last && year < 3000 && (hasYears || years == 0);
+        last = year;
+        ++years;
+    }
+    hasYears = hasYears && years > 1;
 }
 
-bool isHeader(const Block<HeadColumn>& columns, Index count, bool hasCorner) {
-    Index names = 0, numbers = 0, recurring = 0, plain = 0;
-    for (Index j = 0; j < count; ++j) {
+void HeadTable::takeRow(const ImportRecord& record, const MissingTexts& missing) {
+    ++rows;
+    filled = std::max(filled, filledWidth(record));
+    for (Index j = 0; j < record.count; ++j) {
+        const std::string_view text = record.cells[j].text;
+        if (missing.has(text)) continue;
+        const bool isNumber = isNumberShape(shapeOf(text));
+        HeadColumn& column = columns[j];
+        ++(isNumber ? column.numbers : column.texts);
+        if (rows == 1) column.secondIsText = !isNumber;
+        column.firstRecurs = column.firstRecurs || hashOf(text) == column.firstHash;
+    }
+}
+
+// Whether the header lacks the name of the first column alone. Where the row below it could be the header, it
+// is a title.
+bool HeadTable::isHeaderShorter(Index width) const {
+    if (headerWidth != width - 1 || filled != width || rows == 0) return false;
+    bool isTitleAbove = false;
+    for (Index j = 0; j < width; ++j) {
         const HeadColumn& column = columns[j];
+        if (column.numbers > 0 && !column.secondIsText) return true;
+        isTitleAbove = isTitleAbove || (column.numbers > 0 && column.texts == 1);
+    }
+    return !isTitleAbove;
+}
+
+bool HeadTable::isHeader(Index width) const {
+    Index names = 0, numbers = 0, recurring = 0, others = 0;
+    for (Index j = 0; j < width; ++j) {
+        const HeadColumn& column = columns[j];
+        const bool isName = !column.firstIsNumber && !column.firstIsMissing;
         recurring += column.firstRecurs;
-        plain += !column.firstIsNumber && !column.firstIsMissing;
+        others += isName;
         if (column.numbers == 0 || column.numbers < column.texts) continue;
-        names += !column.firstIsNumber && !column.firstIsMissing;
+        names += isName;
         numbers += column.firstIsNumber;
     }
     if (names > 0) return true;
-    if (numbers > 0) return hasCorner;
-    return plain > 0 && recurring == 0;
+    if (numbers > 0) return hasCorner || hasYears;
+    return others > 0 && recurring == 0;
+}
+
+// The cells of a row, and whether there is a header and how wide it is.
+ErrorCode findWidth(std::string_view head, bool isWhole, Index width, const ImportOptions& options,
+                    const MissingTexts& missing, ImportRecord& record, ImportForm& form) {
+    form.width = form.headerWidth = width;
+    HeadTable table;
+    if (width == 0) return success;
+    if (table.columns.allocate(width) != success) return outOfMemory;
+    eachRecord(head, isWhole, form.delimiter, record, [&](const ImportRecord& each, Index) {
+        if (table.headerWidth > 0) {
+            if (each.count == width) table.takeRow(each, missing);
+        } else if (each.count + 1 >= width && !isTitle(each, width)) {
+            table.takeHeader(each, width, missing);
+        }
+    });
+    form.hasHeader = options.header == HeaderRow::present;
+    const bool shorter = table.headerWidth == width - 1;
+    if (options.header == HeaderRow::found) form.hasHeader = shorter || table.isHeader(width);
+    if (!form.hasHeader) return success;
+    form.isCornerless = table.isHeaderShorter(width);
+    if (form.isCornerless) {
+        form.headerWidth = width - 1;
+    } else if (table.headerWidth > width) {
+        form.width = form.headerWidth = table.headerFilled; // rows that are shorter do not fit
+    } else if (table.headerFilled < width && table.filled <= table.headerFilled) {
+        form.width = form.headerWidth = table.headerFilled; // empty cells at the end of every row
+    }
+    return success;
 }
 
 } // namespace
@@ -141,6 +233,16 @@ bool hasCommentMark(const ImportRecord& record, char delimiter) {
 bool hasBlankBehindMark(const ImportRecord& record) {
     const std::size_t mark = record.text.starts_with("//") ? 2 : 1;
     return record.text.size() <= mark || record.text[mark] == ' ' || record.text[mark] == '\t';
+}
+
+Index filledWidth(const ImportRecord& record) {
+    Index width = record.count;
+    while (width > 0 && record.cells[width - 1].text.empty()) --width;
+    return width;
+}
+
+bool isTitle(const ImportRecord& record, Index width) {
+    return width > 2 && filledWidth(record) == 1;
 }
 
 bool isBlankRecord(const ImportRecord& record) {
@@ -195,61 +297,5 @@ ErrorCode findForm(ByteSource& source, const ImportOptions& options, ImportForm&
 
     Head measured;
     measure(head, isWhole, form.delimiter, missing, record, measured);
-    Block<HeadColumn> columns;
-    if (columns.allocate(std::max(measured.width, Index{1})) != success) return outOfMemory;
-    Block<std::uint64_t> firsts;
-    if (firsts.allocate(columns.size()) != success) return outOfMemory;
-    // The first record that can be a header; rows below it fill the columns.
-    Index headerWidth = 0, headerFilled = 0, filled = 0, rows = 0;
-    bool hasCorner = false;
-    eachRecord(head, isWhole, form.delimiter, record, [&](const ImportRecord& each, Index) {
-        if (headerWidth == 0) {
-            if (each.count + 1 < measured.width) return;
-            headerWidth = each.count;
-            headerFilled = filledWidth(each);
-            hasCorner = isLabelName(each.cells[0].text);
-            for (Index j = 0; j < each.count && j < measured.width; ++j) {
-                const std::string_view text = each.cells[j].text;
-                columns[j].firstIsMissing = missing.has(text);
-                columns[j].firstIsNumber = !columns[j].firstIsMissing && isNumberShape(shapeOf(text));
-                firsts[j] = hashOf(text);
-            }
-            return;
-        }
-        if (each.count != measured.width) return;
-        ++rows;
-        filled = std::max(filled, filledWidth(each));
-        for (Index j = 0; j < each.count; ++j) {
-            const std::string_view text = each.cells[j].text;
-            if (missing.has(text)) continue;
-            ++(isNumberShape(shapeOf(text)) ? columns[j].numbers : columns[j].texts);
-            columns[j].firstRecurs = columns[j].firstRecurs || hashOf(text) == firsts[j];
-        }
-    });
-    const Index width = measured.width;
-    const bool shorter = headerWidth == width - 1 && filled == width && rows > 0;
-    if (shorter) {
-        // The names stand one column further left than what they name.
-        for (Index j = width - 1; j > 0; --j) {
-            columns[j].firstIsMissing = columns[j - 1].firstIsMissing;
-            columns[j].firstIsNumber = columns[j - 1].firstIsNumber;
-        }
-        columns[0] = {};
-    }
-    form.hasHeader = options.header == HeaderRow::found ? isHeader(columns, width, hasCorner || shorter)
-                                                        : options.header == HeaderRow::present;
-    form.isCornerless = form.hasHeader && shorter;
-    form.width = width;
-    form.headerWidth = width;
-    if (!form.hasHeader) return success;
-    if (form.isCornerless) {
-        form.headerWidth = width - 1;
-    } else if (headerWidth > width) {
-        form.width = form.headerWidth = headerFilled; // rows that are shorter do not fit
-    } else if (headerFilled < width && filled <= headerFilled) {
-        form.width = form.headerWidth = headerFilled; // empty cells at the end of every row
-    } else {
-        form.headerWidth = headerWidth;
-    }
-    return success;
+    return findWidth(head, isWhole, measured.width, options, missing, record, form);
 }

@@ -24,6 +24,10 @@ bool isLabelName(std::string_view name);
 bool hasCommentMark(const ImportRecord& record, char delimiter);
 // Whether a blank, or nothing, follows that mark.
 bool hasBlankBehindMark(const ImportRecord& record);
+// The count of cells up to the last that is not empty.
+Index filledWidth(const ImportRecord& record);
+// Whether the record, above the names of a table, is a title: one cell alone where names of more belong.
+bool isTitle(const ImportRecord& record, Index width);
 // Whether all cells are empty.
 bool isBlankRecord(const ImportRecord& record);
 // Whether the record is a line that names the delimiter, as the first of a file can be.

@@ -18,8 +18,3 @@ struct ImportPlan {
 
 // Lines of the program's form hold so many characters at most, without their newline.
 constexpr Index longestTableLine = 4094;
-
-// Decides, and tells what was found and left out. Success; outOfMemory; illegalData with a refusal, where data
-// would be lost that no option gives up.
-[[nodiscard]] ErrorCode planImport(const ImportSurvey& survey, const ImportOptions& options, ImportPlan& plan,
-                                   ImportMessages& messages);

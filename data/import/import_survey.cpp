@@ -67,6 +67,7 @@ ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mos
     }
     survey.firstIsDifferent = firstCells.areDifferent();
     survey.passedOver = rows.passedOver();
+    survey.checksum = rows.checksum();
     fault = rows.fault();
     faultLine = rows.faultLine();
     if (code == success && !started) code = startColumns(options, nullptr, survey, messages);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "data/import/import_planning.h"
 #include "data/import/table_writer.h"
 
 namespace {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 #include "data/import/text_decoder.h"
@@ -22,14 +23,25 @@ struct ImportRecord {
     const ImportCell* end() const { return cells.data() + count; }
 };
 
+// The characters that end a cell without quotes: the delimiter and those of newlines.
+struct CellEnds {
+    explicit CellEnds(char delimiterCharacter) : delimiter(delimiterCharacter) {
+        for (const char c : {delimiter, '\n', '\r'}) flags[static_cast<unsigned char>(c)] = true;
+    }
+    bool has(char c) const { return flags[static_cast<unsigned char>(c)]; }
+
+    char delimiter;
+    bool flags[256] = {};
+};
+
 // Why a file cannot be read as records; the line stands in the record.
 enum class RecordFault { none, unreadable, notUtf8, holdsNul, openQuote, afterQuote, tooLong, tooWide, noMemory };
 
 // Cuts the record that begins at `first`; the first character behind it, null when [first, last) does not
 // hold all of it. A cell can stand in double quotes, with quotes written twice, delimiters and newlines in
 // them (RFC 4180). `isEnd`: nothing follows `last`. With a fault the record is not whole.
-const char* cutRecord(const char* first, const char* last, bool isEnd, char delimiter, ImportRecord& record,
-                      RecordFault& fault);
+const char* cutRecord(const char* first, const char* last, bool isEnd, const CellEnds& ends,
+                      ImportRecord& record, RecordFault& fault);
 
 // The records of a text whose lines end in LF, CRLF or CR.
 class RecordReader {
@@ -46,6 +58,8 @@ public:
     // The text that is read ahead, at the beginning the first quarter of a million characters of the file.
     std::string_view ahead();
     bool isWhole() const { return isEnd_; } // there is no more behind it
+    // Of the text that was read; the same text read in the same way has the same.
+    std::uint64_t checksum() const { return checksum_; }
     bool breaksOff() const { return decoder_.fault() == TextDecoder::Fault::notUtf8; }
 
 private:
@@ -57,7 +71,8 @@ private:
     Index begin_ = 0;
     Index end_ = 0;
     bool isEnd_ = false;
-    char delimiter_ = ',';
+    CellEnds ends_ = CellEnds(',');
     RecordFault fault_ = RecordFault::none;
     Index line_ = 1;
+    std::uint64_t checksum_ = 0;
 };

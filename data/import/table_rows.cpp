@@ -34,10 +34,10 @@ bool TableRows::next(ImportRecord& record) {
             continue;
         }
         const Index width = hadHeader_ ? form_.width : form_.headerWidth;
-        if (!isFitting(record, width)) {
+        if (!isFitting(record, width) || (!hadHeader_ && isTitle(record, width))) {
             if (passedOver_.odd++ == 0) {
                 passedOver_.firstOdd = record.line;
-                passedOver_.firstOddCells = record.count;
+                passedOver_.firstOddCells = filledWidth(record);
             }
             continue;
         }

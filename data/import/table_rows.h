@@ -19,6 +19,7 @@ public:
     bool isHeader() const { return isHeader_; }
     RecordFault fault() const { return reader_.fault(); }
     Index faultLine() const { return reader_.line(); }
+    std::uint64_t checksum() const { return reader_.checksum(); }
     const PassedOver& passedOver() const { return passedOver_; }
 
 private:

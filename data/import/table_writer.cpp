@@ -49,37 +49,28 @@ bool isPlainNumber(std::string_view cell, const NumberForm& form) {
            cell.size() < textSlotSize && cell[0] != '+' && cell[0] != '\xE2';
 }
 
-// False when the cell is not what the survey found.
-bool writeCell(std::string_view cell, const MissingTexts& missing, const ImportSurvey& survey, Index column,
-               const ImportPlan& plan, LineBuffer& lines) {
-    if (missing.has(cell)) {
+void writeCategory(std::string_view cell, const ImportSurvey& survey, const ColumnSurvey& column,
+                   LineBuffer& lines) {
+    const Index category = survey.texts.find(column.texts, cell);
+    if (category < 0) {
+        lines.put("NA"); // no finite number among the texts
+    } else {
+        lines.advance(std::to_chars(lines.at(), lines.at() + 8, category + 1).ptr - lines.at());
+    }
+}
+
+// What is no finite number is so in columns alone where the survey found it.
+void writeNumberCell(std::string_view cell, const ColumnSurvey& column, const NumberForm& form,
+                     LineBuffer& lines) {
+    if (column.count(CellShape::noValue) > 0 && shapeOf(cell) == CellShape::noValue) {
         lines.put("NA");
-        return true;
-    }
-    if (plan.uses[column] == ColumnUse::category) {
-        const Index category = survey.texts.find(survey.columns[column].texts, cell);
-        if (category < 0 && shapeOf(cell) != CellShape::noValue) return false;
-        if (category < 0) {
-            lines.put("NA");
-        } else {
-            lines.advance(std::to_chars(lines.at(), lines.at() + 8, category + 1).ptr - lines.at());
-        }
-        return true;
-    }
-    const CellShape shape = shapeOf(cell);
-    if (shape == CellShape::noValue) {
-        lines.put("NA");
-        return true;
-    }
-    if (!isReadable(shape, plan.numbers)) return false;
-    if (isPlainNumber(cell, plan.numbers)) {
+    } else if (isPlainNumber(cell, form)) {
         lines.put(cell);
-        return true;
+    } else {
+        NumberText number;
+        writeNumber(cell, form, number);
+        lines.put({number.text, static_cast<std::size_t>(number.length)});
     }
-    NumberText number;
-    writeNumber(cell, plan.numbers, number);
-    lines.put({number.text, static_cast<std::size_t>(number.length)});
-    return true;
 }
 
 void writeLabel(const ImportRecord& record, const ImportPlan& plan, LineBuffer& lines, Written& written) {
@@ -94,11 +85,11 @@ void writeLabel(const ImportRecord& record, const ImportPlan& plan, LineBuffer& 
 
 void tellWritten(const Written& written, ImportMessages& messages) {
     if (written.cutLabels > 0) {
-        messages.note("%lld labels are shortened to 62 bytes and end in ~ and the number of the sample",
+        messages.note("labels shortened to 62 bytes, which end in ~ and the number of the sample: %lld",
                       static_cast<long long>(written.cutLabels));
     }
     if (written.lackingLabels > 0) {
-        messages.warn("%lld labels have characters that the encoding of the table lacks; ? stands for them",
+        messages.warn("labels with characters that the encoding of the table lacks, which ? stands for: %lld",
                       static_cast<long long>(written.lackingLabels));
     }
 }
@@ -120,24 +111,39 @@ ErrorCode writeTable(ByteSource& source, const ImportOptions& options, const Imp
         lines.put(plan.names[k]);
     }
     const Index expected = std::min(mostRows, survey.rows);
-    bool sinks = lines.endLine(sink), same = true;
+    bool sinks = lines.endLine(sink);
     Written written;
     ImportRecord record;
-    while (sinks && same && written.rows < expected && rows.next(record)) {
+    while (sinks && written.rows < expected && rows.next(record)) {
         if (rows.isHeader()) continue;
         ++written.rows;
         writeLabel(record, plan, lines, written);
-        for (Index j = 0; same && j < survey.form.width; ++j) {
-            if (plan.uses[j] != ColumnUse::number && plan.uses[j] != ColumnUse::category) continue;
+        for (Index j = 0; j < survey.form.width; ++j) {
+            const ColumnUse use = plan.uses[j];
+            if (use != ColumnUse::number && use != ColumnUse::category) continue;
             lines.put(",");
-            same = writeCell(record.cells[j].text, missing, survey, j, plan, lines);
+            const std::string_view cell = record.cells[j].text;
+            if (missing.has(cell)) {
+                lines.put("NA");
+            } else if (use == ColumnUse::category) {
+                writeCategory(cell, survey, survey.columns[j], lines);
+            } else {
+                writeNumberCell(cell, survey.columns[j], plan.numbers, lines);
+            }
         }
         sinks = lines.endLine(sink);
     }
-    if (same && written.rows < expected) same = false;
+    // To the end of the file, so that all of it is compared.
+    const bool isWhole = expected == survey.rows && !survey.isCut;
+    const bool isMore = isWhole && sinks && rows.next(record);
+    const bool same =
+        written.rows == expected && !isMore && (!isWhole || rows.checksum() == survey.checksum);
     if (sinks && same) sinks = lines.flush(sink);
-    if (!same) messages.refuse("the file changed while it was read");
-    if (!sinks) messages.refuse("the table cannot be written");
+    if (!sinks) {
+        messages.refuse("the table cannot be written");
+    } else if (!same) {
+        messages.refuse("the file changed while it was read");
+    }
     if (!same || !sinks) return illegalData;
     tellWritten(written, messages);
     return success;

@@ -53,12 +53,12 @@ ErrorCode nameVariables(const ImportSurvey& survey, ImportPlan& plan, ImportMess
         hashes[variable] = hashOf(name.view());
         plan.names.set(variable++, name.text);
     }
-    if (cut > 0) messages.note("%lld names are shortened to 62 bytes", static_cast<long long>(cut));
+    if (cut > 0) messages.note("names shortened to 62 bytes: %lld", static_cast<long long>(cut));
     if (renamed > 0) {
-        messages.note("%lld names that others have are numbered", static_cast<long long>(renamed));
+        messages.note("names numbered because others have them: %lld", static_cast<long long>(renamed));
     }
     if (lacking > 0) {
-        messages.warn("%lld names have characters that the encoding of the table lacks; ? stands for them",
+        messages.warn("names with characters that the encoding of the table lacks, which ? stands for: %lld",
                       static_cast<long long>(lacking));
     }
     return success;

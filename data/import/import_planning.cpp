@@ -1,10 +1,9 @@
-#include "data/import/import_plan.h"
+#include "data/import/import_planning.h"
 
 #include <algorithm>
 
 #include "data/import/import_findings.h"
 #include "data/import/number_form.h"
-#include "data/import/table_text.h"
 #include "data/import/variable_names.h"
 
 namespace {
@@ -39,6 +38,21 @@ Index findLabels(const ImportSurvey& survey, const ImportOptions& options) {
     }
     const bool whole = column.count(CellShape::whole) == survey.rows;
     return different && whole && isLabelName(survey.names[0]) ? 0 : -1;
+}
+
+// Decimal commas that divide cells make a header look too short: numbers then stand under the name of the
+// labels.
+bool checkCorner(const ImportSurvey& survey, const ImportOptions& options, ImportMessages& messages) {
+    if (!survey.form.isCornerless || options.labels != LabelColumn::found || survey.form.width < 2) return true;
+    const ColumnSurvey& labels = survey.columns[0];
+    const ColumnSurvey& column = survey.columns[1];
+    const bool areTexts = labels.numbers() < labels.filled(), areNumbers = column.numbers() == column.filled();
+    if (survey.names[1].empty() || !isLabelName(survey.names[1]) || !areTexts || !areNumbers) return true;
+    const Shown name = shown(survey.names[1]);
+    messages.refuse("the header has a name less than the rows have cells, and numbers stand under '%.*s' (decimal "
+                    "commas between cells that are divided by commas?): --labels first takes them so",
+                    name.length, name.text);
+    return false;
 }
 
 // The line of the first cell that is neither number nor missing.
@@ -83,7 +97,7 @@ ColumnUse findUse(const ImportSurvey& survey, Index j, const NumberForm& form, I
         return ColumnUse::leftOut;
     }
     if (lost > 0) {
-        messages.warn("column '%.*s': %lld cells, the first in line %lld, hold no finite number and are missing",
+        messages.warn("column '%.*s': cells without a finite number, which are missing now: %lld, the first in line %lld",
                       name.length, name.text, static_cast<long long>(lost),
                       static_cast<long long>(column.firstLine(CellShape::noValue)));
     }
@@ -108,7 +122,7 @@ ColumnUse findUse(const ImportSurvey& survey, Index j, const NumberForm& form, I
     }
     if (column.numbers() > 0) {
         const Shown text = shown(survey.texts.text(column.texts, 0));
-        messages.refuse("line %lld, column '%.*s': '%.*s' is no number, while %lld cells are: --na '%.*s' makes "
+        messages.refuse("line %lld, column '%.*s': '%.*s' is no number, as cells of the column are (%lld): --na '%.*s' makes "
                         "it missing, --drop #%lld leaves the column out, --categories #%lld makes categories",
                         firstTextLine(column), name.length, name.text, text.length, text.text,
                         static_cast<long long>(column.numbers()), text.length, text.text, number, number);
@@ -124,11 +138,10 @@ ColumnUse findUse(const ImportSurvey& survey, Index j, const NumberForm& form, I
 bool checkRows(const ImportSurvey& survey, const ImportOptions& options, ImportMessages& messages) {
     const PassedOver& passed = survey.passedOver;
     if (passed.odd > 0 && options.oddRows == OddRows::refused) {
-        messages.refuse("line %lld has %lld cells and the table %lld%s: --rows fitting leaves out such rows "
-                        "(%lld)",
+        messages.refuse("line %lld has %lld cells, a row of the table %lld: --rows fitting leaves out such "
+                        "rows (%lld)",
                         static_cast<long long>(passed.firstOdd), static_cast<long long>(passed.firstOddCells),
                         static_cast<long long>(survey.form.width),
-                        passed.firstOddCells >= survey.form.width ? " without what stands behind it" : "",
                         static_cast<long long>(passed.odd));
         return false;
     }
@@ -170,6 +183,7 @@ ErrorCode planImport(const ImportSurvey& survey, const ImportOptions& options, I
     plan.target = {options.written, options.codePage};
     if (!checkRows(survey, options, messages)) return illegalData;
     plan.labelColumn = findLabels(survey, options);
+    if (!checkCorner(survey, options, messages)) return illegalData;
     if (!findNumberForm(survey, options, plan.labelColumn, plan.numbers, messages)) return illegalData;
     if (plan.uses.allocate(survey.form.width) != success) return outOfMemory;
     plan.variables = 0;
