@@ -16,7 +16,8 @@ Option splitOption(const char* argument);
 class Arguments {
 public:
     // From `first` on; that of number 0 is the program.
-    Arguments(int count, char** arguments, int first = 1) : count_(count), arguments_(arguments), at_(first) {}
+    Arguments(int count, char** arguments, int first = 1)
+        : count_(count), arguments_(arguments), at_(first) {}
 
     const char* next() { return at_ < count_ ? arguments_[at_++] : nullptr; }
 

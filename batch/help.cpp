@@ -72,15 +72,16 @@ void printHelp(std::FILE* file, const AnalysisKind* kind) {
         std::fprintf(file, "\noptions of every analysis:\n%s", commonOptions);
         return;
     }
-    std::fprintf(file,
-                 "usage: %s KIND [options] FILE.csv\n"
-                 "       %s import [options] FILE [--output TABLE.csv]\n\n"
-                 "Prints the report of an analysis of a comma-separated file: samples in rows, variables in\n"
-                 "columns, names in the first row and labels in the first column. import makes such a file of a\n"
-                 "table that another program saved: %s import --help\n\n"
-                 "kinds:\n"
-                 "  summary            the file as it was read\n",
-                 programName, programName, programName);
+    std::fprintf(
+        file,
+        "usage: %s KIND [options] FILE.csv\n"
+        "       %s import [options] FILE [--output TABLE.csv]\n\n"
+        "Prints the report of an analysis of a comma-separated file: samples in rows, variables in\n"
+        "columns, names in the first row and labels in the first column. import makes such a file of a\n"
+        "table that another program saved: %s import --help\n\n"
+        "kinds:\n"
+        "  summary            the file as it was read\n",
+        programName, programName, programName);
     for (const AnalysisKind& each : analysisKinds()) {
         if (each.analysis != nullptr) std::fprintf(file, "  %-18s %s\n", each.batchName, each.menuText);
     }

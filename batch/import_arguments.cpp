@@ -17,9 +17,11 @@ struct WordOption {
 };
 
 constexpr WordOption encodingOption = {"--encoding", "utf-8|utf-16|windows-1252", "the file's encoding"};
-constexpr WordOption delimiterOption = {"--delimiter", "comma|semicolon|tab|bar", "what stands between cells"};
+constexpr WordOption delimiterOption = {"--delimiter", "comma|semicolon|tab|bar",
+                                        "what stands between cells"};
 constexpr WordOption decimalOption = {"--decimal", "point|comma", "the decimal sign"};
-constexpr WordOption thousandsOption = {"--thousands", "none|comma|point|space", "the mark behind a thousand"};
+constexpr WordOption thousandsOption = {"--thousands", "none|comma|point|space",
+                                        "the mark behind a thousand"};
 constexpr WordOption headerOption = {"--header", "yes|no", "whether the first row holds names"};
 constexpr WordOption rowsOption = {"--rows", "all|fitting",
                                    "end at a row of another length, or leave it out (all)"};
@@ -55,7 +57,8 @@ Match takeWords(Option option, Arguments& arguments, ImportOptions& options, Com
     if (match == Match::none) {
         match = takeWord(option, delimiterOption, arguments, options.delimiter, 1, complaint);
     }
-    if (match == Match::none) match = takeWord(option, decimalOption, arguments, options.decimal, 1, complaint);
+    if (match == Match::none)
+        match = takeWord(option, decimalOption, arguments, options.decimal, 1, complaint);
     if (match == Match::none) {
         match = takeWord(option, thousandsOption, arguments, options.thousands, 1, complaint);
     }
@@ -69,7 +72,8 @@ Match takeText(Option option, Arguments& arguments, ImportCommand& command, Comp
     const struct {
         const char* name;
         const char*& target;
-    } texts[] = {{"--output", command.output}, {"--codebook", command.codebook},
+    } texts[] = {{"--output", command.output},
+                 {"--codebook", command.codebook},
                  {"--labels", command.options.labelName}};
     for (const auto& text : texts) {
         if (option.name != text.name) continue;
@@ -151,12 +155,13 @@ bool parseImport(int count, char** argumentTexts, ImportCommand& command, Compla
 }
 
 void printImportHelp(std::FILE* file) {
-    std::fprintf(file,
-                 "usage: %s import [options] FILE [--output TABLE.csv]\n\n"
-                 "Reads a table that another program saved, from standard input when FILE is -, and writes it as\n"
-                 "this program reads it. What is found out and what is left out goes to standard error.\n\n"
-                 "options of this command:\n",
-                 programName);
+    std::fprintf(
+        file,
+        "usage: %s import [options] FILE [--output TABLE.csv]\n\n"
+        "Reads a table that another program saved, from standard input when FILE is -, and writes it as\n"
+        "this program reads it. What is found out and what is left out goes to standard error.\n\n"
+        "options of this command:\n",
+        programName);
     for (const WordOption& each :
          {encodingOption, delimiterOption, decimalOption, thousandsOption, headerOption}) {
         printOption(file, each.name, each.usage, each.help);
@@ -170,6 +175,7 @@ void printImportHelp(std::FILE* file) {
     printOption(file, writeOption.name, writeOption.usage, writeOption.help);
     printOption(file, "--output", "TABLE.csv", "write the table to TABLE.csv instead of standard output");
     printOption(file, "--codebook", "FILE", "write what categories mean to FILE");
-    std::fprintf(file, "\nWhat no option says is found out from the file. Exit status: 0 success, 1 the file failed\n"
-                       "and nothing is written, 2 wrong command line.\n");
+    std::fprintf(
+        file, "\nWhat no option says is found out from the file. Exit status: 0 success, 1 the file failed\n"
+              "and nothing is written, 2 wrong command line.\n");
 }

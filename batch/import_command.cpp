@@ -43,13 +43,13 @@ bool checkFiles(const ImportCommand& command, Complaint& complaint) {
     const struct {
         const char* name;
         const char* path;
-    } files[] = {{"the data file", command.file},
-                 {"--output", command.output},
-                 {"--codebook", command.codebook}};
+    } files[] = {
+        {"the data file", command.file}, {"--output", command.output}, {"--codebook", command.codebook}};
     const bool isPipe = std::strcmp(command.file, "-") == 0;
     for (const auto& a : files) {
         for (const auto& b : files) {
-            if (&a >= &b || a.path == nullptr || b.path == nullptr || (isPipe && a.path == command.file)) continue;
+            if (&a >= &b || a.path == nullptr || b.path == nullptr || (isPipe && a.path == command.file))
+                continue;
             if (!isSameFile(a.path, b.path)) continue;
             complaint.say("%s and %s are one file: '%.300s'", b.name, a.name, b.path);
             return false;

@@ -12,8 +12,8 @@ namespace {
 // Longer ones are texts: no table has them, and every double is written in fewer.
 constexpr std::size_t longestNumber = 400;
 
-constexpr std::string_view usualMissing[] = {"NA",   "N/A",  "#N/A", "n/a", "NaN", "nan", "NAN",
-                                             "null", "NULL", ".",    "?",   "-"};
+constexpr std::string_view usualMissing[] = {"NA",  "N/A",  "#N/A", "n/a", "NaN", "nan",
+                                             "NAN", "null", "NULL", ".",   "?",   "-"};
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -36,7 +36,10 @@ Index blankLength(const char* at, const char* last) {
 Index signLength(const char* at, const char* last) {
     if (at == last) return 0;
     if (*at == '-' || *at == '+') return 1;
-    return *at == '\xE2' && std::string_view(at, static_cast<std::size_t>(last - at)).starts_with("\xE2\x88\x92") ? 3 : 0;
+    return *at == '\xE2' &&
+                   std::string_view(at, static_cast<std::size_t>(last - at)).starts_with("\xE2\x88\x92")
+               ? 3
+               : 0;
 }
 
 bool endsAsExponent(const char* at, const char* last) {
@@ -205,17 +208,28 @@ CellShape shapeOf(std::string_view cell) {
 bool isReadable(CellShape shape, const NumberForm& form) {
     const bool point = form.decimal == DecimalSign::point;
     switch (shape) {
-    case CellShape::whole: return true;
-    case CellShape::decimalPoint: return point;
-    case CellShape::decimalComma: return !point;
-    case CellShape::eitherPoint: return point || form.thousandsMark;
-    case CellShape::eitherComma: return !point || form.thousandsMark;
-    case CellShape::thousandsPoint: return !point && form.thousandsMark;
-    case CellShape::thousandsComma: return point && form.thousandsMark;
-    case CellShape::spaced: return form.thousandsSpace;
-    case CellShape::spacedPoint: return form.thousandsSpace && point;
-    case CellShape::spacedComma: return form.thousandsSpace && !point;
-    default: return false;
+    case CellShape::whole:
+        return true;
+    case CellShape::decimalPoint:
+        return point;
+    case CellShape::decimalComma:
+        return !point;
+    case CellShape::eitherPoint:
+        return point || form.thousandsMark;
+    case CellShape::eitherComma:
+        return !point || form.thousandsMark;
+    case CellShape::thousandsPoint:
+        return !point && form.thousandsMark;
+    case CellShape::thousandsComma:
+        return point && form.thousandsMark;
+    case CellShape::spaced:
+        return form.thousandsSpace;
+    case CellShape::spacedPoint:
+        return form.thousandsSpace && point;
+    case CellShape::spacedComma:
+        return form.thousandsSpace && !point;
+    default:
+        return false;
     }
 }
 
@@ -239,8 +253,7 @@ void writeNumber(std::string_view cell, const NumberForm& form, NumberText& numb
         number.length = static_cast<Index>(length);
         return;
     }
-    const auto [end, error] =
-        std::to_chars(number.text, std::end(number.text) - 1, parseNumber(digits));
+    const auto [end, error] = std::to_chars(number.text, std::end(number.text) - 1, parseNumber(digits));
     *end = '\0';
     number.length = end - number.text;
 }

@@ -91,8 +91,8 @@ ErrorCode takeWishes(const ImportOptions& options, const ColumnNames& names, Blo
     ErrorCode code =
         eachNamed(options.keeps, "--keep", names, messages, [&](Index j) { wishes[j].unkept = false; });
     if (code == success) {
-        code = eachNamed(options.drops, "--drop", names, messages,
-                         [&](Index j) { wishes[j].dropped = true; });
+        code =
+            eachNamed(options.drops, "--drop", names, messages, [&](Index j) { wishes[j].dropped = true; });
     }
     if (code == success) {
         code = eachNamed(options.categories, "--categories", names, messages,

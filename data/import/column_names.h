@@ -6,8 +6,8 @@
 // What the options say of a column by its name or number.
 struct ColumnWish {
     bool dropped;
-    bool unkept;      // others are to be kept
-    bool categories;  // even of numbers
+    bool unkept;     // others are to be kept
+    bool categories; // even of numbers
     bool labels;
 
     bool isOut() const { return dropped || unkept; }

@@ -1,6 +1,7 @@
 #include "data/import/column_survey.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "data/import/text_hash.h"
 
@@ -8,6 +9,7 @@ namespace {
 
 constexpr std::size_t longestText = 200;
 constexpr Index mostHashes = 1 << 16;
+constexpr Index fewestPlaces = 1 << 10;
 
 } // namespace
 
@@ -81,18 +83,30 @@ Index CategoryTexts::find(std::int32_t list, std::string_view text) const {
 ErrorCode DifferentTexts::start() {
     count_ = 0;
     different_ = true;
-    return hashes_.allocate(2 * mostHashes);
+    return hashes_.allocate(fewestPlaces);
 }
 
-void DifferentTexts::add(std::string_view text) {
-    if (!different_ || count_ == mostHashes) return;
-    const std::uint64_t hash = hashOf(text);
-    Index place = static_cast<Index>((hash >> 20) % (2 * mostHashes));
-    for (; hashes_[place] != 0; place = (place + 1) % (2 * mostHashes)) {
-        if (hashes_[place] != hash) continue;
-        different_ = false;
-        return;
+// Puts a hash into its place; false when it is there.
+bool DifferentTexts::place(std::uint64_t hash) {
+    const Index size = hashes_.size();
+    Index at = static_cast<Index>((hash >> 20) % static_cast<std::uint64_t>(size));
+    for (; hashes_[at] != 0; at = at + 1 < size ? at + 1 : 0) {
+        if (hashes_[at] == hash) return false;
     }
-    hashes_[place] = hash;
+    hashes_[at] = hash;
+    return true;
+}
+
+ErrorCode DifferentTexts::add(std::string_view text) {
+    if (!different_ || count_ == mostHashes) return success;
+    if (2 * count_ == hashes_.size()) {
+        Block<std::uint64_t> former = std::move(hashes_);
+        if (hashes_.allocate(2 * former.size()) != success) return outOfMemory;
+        for (const std::uint64_t hash : former) {
+            if (hash != 0) place(hash);
+        }
+    }
+    different_ = place(hashOf(text));
     ++count_;
+    return success;
 }

@@ -8,8 +8,8 @@ constexpr Index mostCategories = 64;
 struct ColumnSurvey {
     Index counts[cellShapeCount];
     Index firstLines[cellShapeCount];
-    Index widest;         // bytes of a cell
-    std::int32_t texts;   // its list in CategoryTexts, -1 for none yet
+    Index widest;       // bytes of a cell
+    std::int32_t texts; // its list in CategoryTexts, -1 for none yet
 
     Index count(CellShape shape) const { return counts[static_cast<int>(shape)]; }
     Index firstLine(CellShape shape) const { return firstLines[static_cast<int>(shape)]; }
@@ -56,10 +56,12 @@ private:
 class DifferentTexts {
 public:
     [[nodiscard]] ErrorCode start();
-    void add(std::string_view text);
+    [[nodiscard]] ErrorCode add(std::string_view text);
     bool areDifferent() const { return different_; }
 
 private:
+    bool place(std::uint64_t hash);
+
     Block<std::uint64_t> hashes_;
     Index count_ = 0;
     bool different_ = true;

@@ -6,18 +6,25 @@ namespace {
 
 const char* nameOf(TextEncoding encoding) {
     switch (encoding) {
-    case TextEncoding::utf16: return "utf-16";
-    case TextEncoding::windows1252: return "windows-1252";
-    default: return "utf-8";
+    case TextEncoding::utf16:
+        return "utf-16";
+    case TextEncoding::windows1252:
+        return "windows-1252";
+    default:
+        return "utf-8";
     }
 }
 
 const char* nameOf(char delimiter) {
     switch (delimiter) {
-    case ';': return "semicolon";
-    case '\t': return "tab";
-    case '|': return "bar";
-    default: return "comma";
+    case ';':
+        return "semicolon";
+    case '\t':
+        return "tab";
+    case '|':
+        return "bar";
+    default:
+        return "comma";
     }
 }
 
@@ -39,7 +46,8 @@ void tellForm(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages
         const std::string_view name = survey.names[plan.labelColumn];
         std::snprintf(labels, sizeof labels, "labels from column %lld%s%.*s%s",
                       static_cast<long long>(plan.labelColumn) + 1, name.empty() ? "" : " '",
-                      static_cast<int>(name.size() < 80 ? name.size() : 80), name.data(), name.empty() ? "" : "'");
+                      static_cast<int>(name.size() < 80 ? name.size() : 80), name.data(),
+                      name.empty() ? "" : "'");
     }
     messages.note("read with --encoding %s --delimiter %s --decimal %s --thousands %s --header %s, %s",
                   nameOf(form.encoding), nameOf(form.delimiter),

@@ -12,10 +12,10 @@ constexpr Index mostRecords = 200; // that the form is found out from
 
 // What the head of a file looks like under one delimiter.
 struct Head {
-    Index records = 0;  // neither comments nor blank, the first of them included
-    Index width = 0;    // the most frequent count of cells, of the later ones where there are any
+    Index records = 0; // neither comments nor blank, the first of them included
+    Index width = 0;   // the most frequent count of cells, of the later ones where there are any
     Index frequency = 0;
-    Index numbers = 0;  // cells that are numbers or missing
+    Index numbers = 0; // cells that are numbers or missing
     Index cells = 0;
     double merit = 0.0;
 };
@@ -26,7 +26,7 @@ bool isNumberOrMissing(const ImportCell& cell, const MissingTexts& missing) {
 
 // Calls `use` for each of the first records that are neither blank nor comments.
 template <class Use>
-void eachRecord(std::string_view head, bool isWhole, char delimiter, ImportRecord& record, Use use) {
+ErrorCode eachRecord(std::string_view head, bool isWhole, char delimiter, ImportRecord& record, Use use) {
     const char* at = head.data();
     const char* const last = at + head.size();
     RecordFault fault = RecordFault::none;
@@ -35,24 +35,26 @@ void eachRecord(std::string_view head, bool isWhole, char delimiter, ImportRecor
     for (Index count = 0; at < last && count < mostRecords;) {
         const bool isFirst = at == head.data();
         at = cutRecord(at, last, isWhole, ends, record, fault);
-        if (at == nullptr) return;
+        if (at == nullptr) return fault == RecordFault::noMemory ? outOfMemory : success;
         if (isBlankRecord(record) || (isFirst && isDelimiterLine(record, named))) continue;
         if (hasCommentMark(record, delimiter) && hasBlankBehindMark(record)) continue;
         use(record, count++);
     }
+    return success;
 }
 
 // The most frequent count of cells; the first record, which may be a header without a corner, counts when it
 // is alone.
-void measure(std::string_view head, bool isWhole, char delimiter, const MissingTexts& missing,
-             ImportRecord& record, Head& result) {
+ErrorCode measure(std::string_view head, bool isWhole, char delimiter, const MissingTexts& missing,
+                  ImportRecord& record, Head& result) {
     Index counts[mostRecords] = {};
-    eachRecord(head, isWhole, delimiter, record, [&](const ImportRecord& each, Index k) {
-        counts[k] = each.count;
-        result.records = k + 1;
-        for (const ImportCell& cell : each) result.numbers += isNumberOrMissing(cell, missing);
-        result.cells += each.count;
-    });
+    const ErrorCode code =
+        eachRecord(head, isWhole, delimiter, record, [&](const ImportRecord& each, Index k) {
+            counts[k] = each.count;
+            result.records = k + 1;
+            for (const ImportCell& cell : each) result.numbers += isNumberOrMissing(cell, missing);
+            result.cells += each.count;
+        });
     const Index first = result.records > 1 ? 1 : 0;
     for (Index k = first; k < result.records; ++k) {
         const Index same = std::count(counts + first, counts + result.records, counts[k]);
@@ -61,32 +63,38 @@ void measure(std::string_view head, bool isWhole, char delimiter, const MissingT
             result.width = counts[k];
         }
     }
-    if (result.width < 2 || result.cells == 0) return;
+    if (code != success || result.width < 2) return code;
     const double alike = static_cast<double>(result.frequency) / static_cast<double>(result.records - first);
     const bool headed = counts[0] == result.width || counts[0] == result.width - 1;
     const double numeric = static_cast<double>(result.numbers) / static_cast<double>(result.cells);
     result.merit = alike * (headed ? 1.0 : 0.7) * (1.0 + numeric);
+    return success;
 }
 
-char findDelimiter(std::string_view head, bool isWhole, const MissingTexts& missing, ImportRecord& record) {
-    char best = ',';
+ErrorCode findDelimiter(std::string_view head, bool isWhole, const MissingTexts& missing,
+                        ImportRecord& record, char& best) {
+    best = ',';
     double merit = 0.0;
     for (const char delimiter : {',', ';', '\t', '|'}) {
         Head found;
-        measure(head, isWhole, delimiter, missing, record, found);
+        if (measure(head, isWhole, delimiter, missing, record, found) != success) return outOfMemory;
         if (found.merit <= merit) continue;
         merit = found.merit;
         best = delimiter;
     }
-    return best;
+    return success;
 }
 
 char delimiterOf(Delimiter delimiter) {
     switch (delimiter) {
-    case Delimiter::semicolon: return ';';
-    case Delimiter::tab: return '\t';
-    case Delimiter::bar: return '|';
-    default: return ',';
+    case Delimiter::semicolon:
+        return ';';
+    case Delimiter::tab:
+        return '\t';
+    case Delimiter::bar:
+        return '|';
+    default:
+        return ',';
     }
 }
 
@@ -94,7 +102,7 @@ char delimiterOf(Delimiter delimiter) {
 struct HeadColumn {
     Index numbers;
     Index texts;
-    bool firstIsNumber; // the cell of the header
+    bool firstIsNumber;  // the cell of the header
     bool firstIsMissing; // or empty
     bool firstRecurs;
     bool secondIsText; // the cell below it
@@ -190,13 +198,15 @@ ErrorCode findWidth(std::string_view head, bool isWhole, Index width, const Impo
     HeadTable table;
     if (width == 0) return success;
     if (table.columns.allocate(width) != success) return outOfMemory;
-    eachRecord(head, isWhole, form.delimiter, record, [&](const ImportRecord& each, Index) {
-        if (table.headerWidth > 0) {
-            if (each.count == width) table.takeRow(each, missing);
-        } else if (each.count + 1 >= width && !isTitle(each, width)) {
-            table.takeHeader(each, width, missing);
-        }
-    });
+    const ErrorCode code =
+        eachRecord(head, isWhole, form.delimiter, record, [&](const ImportRecord& each, Index) {
+            if (table.headerWidth > 0) {
+                if (each.count == width) table.takeRow(each, missing);
+            } else if (each.count + 1 >= width && !isTitle(each, width)) {
+                table.takeHeader(each, width, missing);
+            }
+        });
+    if (code != success) return code;
     form.hasHeader = options.header == HeaderRow::present;
     const bool shorter = table.headerWidth == width - 1;
     if (options.header == HeaderRow::found) form.hasHeader = shorter || table.isHeader(width);
@@ -292,10 +302,11 @@ ErrorCode findForm(ByteSource& source, const ImportOptions& options, ImportForm&
     char named = ',';
     form.namesDelimiter = isDelimiterLine(record, named);
     if (options.delimiter == Delimiter::found) {
-        form.delimiter = form.namesDelimiter ? named : findDelimiter(head, isWhole, missing, record);
+        form.delimiter = named;
+        if (!form.namesDelimiter) code = findDelimiter(head, isWhole, missing, record, form.delimiter);
     }
 
     Head measured;
-    measure(head, isWhole, form.delimiter, missing, record, measured);
-    return findWidth(head, isWhole, measured.width, options, missing, record, form);
+    if (code == success) code = measure(head, isWhole, form.delimiter, missing, record, measured);
+    return code != success ? code : findWidth(head, isWhole, measured.width, options, missing, record, form);
 }

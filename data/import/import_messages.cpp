@@ -24,7 +24,10 @@ void ImportMessages::append(const char* kind, const char* format, std::va_list a
     line[length] = '\n';
     if (length_ + length + 2 > longestText && !refused_) return;
     const Index needed = length_ + length + 2;
-    if (needed > lines_.size() && lines_.grow(std::max(needed, 2 * lines_.size())) != success) return;
+    if (needed > lines_.size() && lines_.grow(std::max(needed, 2 * lines_.size())) != success) {
+        outOfMemory_ = true;
+        return;
+    }
     std::memcpy(lines_.data() + length_, line, static_cast<std::size_t>(length) + 1);
     length_ += length + 1;
     lines_[length_] = '\0';
@@ -55,6 +58,6 @@ void ImportMessages::refuse(const char* format, ...) {
 
 void ImportMessages::clear() {
     length_ = 0;
-    refused_ = false;
+    refused_ = outOfMemory_ = false;
     if (lines_.size() > 0) lines_[0] = '\0';
 }

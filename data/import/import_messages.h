@@ -5,9 +5,9 @@
 #include "data/printf_format.h"
 #include "numeric/block.h"
 
-// What an import tells: notes of what was found, warnings of what is left out or changed, and the refusal that
-// ends it. Each is one line of UTF-8 that begins "note : ", "warning : " or "error : ". The first refusal
-// counts. Of a very long list the end is dropped, which the last line says.
+// What an import tells: notes of what was found, warnings of what is left out or changed, and the refusal
+// that ends it. Each is one line of UTF-8 that begins "note : ", "warning : " or "error : ". The first
+// refusal counts. Of a very long list the end is dropped, the refusal aside.
 class ImportMessages {
 public:
     [[gnu::format(PRINTF_KIND, 2, 3)]] void note(const char* format, ...);
@@ -18,6 +18,7 @@ public:
     // All lines, each with its "\n", the refusal last.
     const char* text() const { return lines_.size() > 0 ? lines_.data() : ""; }
     bool refused() const { return refused_; }
+    bool ranOutOfMemory() const { return outOfMemory_; }
 
 private:
     void append(const char* kind, const char* format, std::va_list arguments);
@@ -25,4 +26,5 @@ private:
     Block<char> lines_;
     Index length_ = 0;
     bool refused_ = false;
+    bool outOfMemory_ = false;
 };

@@ -43,15 +43,18 @@ Index findLabels(const ImportSurvey& survey, const ImportOptions& options) {
 // Decimal commas that divide cells make a header look too short: numbers then stand under the name of the
 // labels.
 bool checkCorner(const ImportSurvey& survey, const ImportOptions& options, ImportMessages& messages) {
-    if (!survey.form.isCornerless || options.labels != LabelColumn::found || survey.form.width < 2) return true;
+    if (!survey.form.isCornerless || options.labels != LabelColumn::found || survey.form.width < 2)
+        return true;
     const ColumnSurvey& labels = survey.columns[0];
     const ColumnSurvey& column = survey.columns[1];
-    const bool areTexts = labels.numbers() < labels.filled(), areNumbers = column.numbers() == column.filled();
+    const bool areTexts = labels.numbers() < labels.filled(),
+               areNumbers = column.numbers() == column.filled();
     if (survey.names[1].empty() || !isLabelName(survey.names[1]) || !areTexts || !areNumbers) return true;
     const Shown name = shown(survey.names[1]);
-    messages.refuse("the header has a name less than the rows have cells, and numbers stand under '%.*s' (decimal "
-                    "commas between cells that are divided by commas?): --labels first takes them so",
-                    name.length, name.text);
+    messages.refuse(
+        "the header has a name less than the rows have cells, and numbers stand under '%.*s' (decimal "
+        "commas between cells that are divided by commas?): --labels first takes them so",
+        name.length, name.text);
     return false;
 }
 
@@ -70,13 +73,14 @@ bool checkNumbers(const ColumnSurvey& column, Shown name, const NumberForm& form
     for (int k = 0; k < cellShapeCount; ++k) {
         const CellShape shape = static_cast<CellShape>(k);
         if (!isNumberShape(shape) || column.counts[k] == 0 || isReadable(shape, form)) continue;
-        messages.refuse("line %lld, column '%.*s': a number is written with other marks than --decimal %s and "
-                        "--thousands %s say",
-                        static_cast<long long>(column.firstLines[k]), name.length, name.text,
-                        form.decimal == DecimalSign::point ? "point" : "comma",
-                        form.thousandsMark    ? form.decimal == DecimalSign::point ? "comma" : "point"
-                        : form.thousandsSpace ? "space"
-                                              : "none");
+        messages.refuse(
+            "line %lld, column '%.*s': a number is written with other marks than --decimal %s and "
+            "--thousands %s say",
+            static_cast<long long>(column.firstLines[k]), name.length, name.text,
+            form.decimal == DecimalSign::point ? "point" : "comma",
+            form.thousandsMark    ? form.decimal == DecimalSign::point ? "comma" : "point"
+            : form.thousandsSpace ? "space"
+                                  : "none");
         return false;
     }
     return true;
@@ -97,13 +101,15 @@ ColumnUse findUse(const ImportSurvey& survey, Index j, const NumberForm& form, I
         return ColumnUse::leftOut;
     }
     if (lost > 0) {
-        messages.warn("column '%.*s': cells without a finite number, which are missing now: %lld, the first in line %lld",
+        messages.warn("column '%.*s': cells without a finite number, which are missing now: %lld, the first "
+                      "in line %lld",
                       name.length, name.text, static_cast<long long>(lost),
                       static_cast<long long>(column.firstLine(CellShape::noValue)));
     }
     if (column.filled() == lost) {
         if (lost > 0 || name.length > 0) {
-            messages.warn("column '%.*s' (#%lld) holds nothing and is left out", name.length, name.text, number);
+            messages.warn("column '%.*s' (#%lld) holds nothing and is left out", name.length, name.text,
+                          number);
         }
         return ColumnUse::leftOut;
     }
@@ -122,15 +128,17 @@ ColumnUse findUse(const ImportSurvey& survey, Index j, const NumberForm& form, I
     }
     if (column.numbers() > 0) {
         const Shown text = shown(survey.texts.text(column.texts, 0));
-        messages.refuse("line %lld, column '%.*s': '%.*s' is no number, as cells of the column are (%lld): --na '%.*s' makes "
+        messages.refuse("line %lld, column '%.*s': '%.*s' is no number, as cells of the column are (%lld): "
+                        "--na '%.*s' makes "
                         "it missing, --drop #%lld leaves the column out, --categories #%lld makes categories",
                         firstTextLine(column), name.length, name.text, text.length, text.text,
                         static_cast<long long>(column.numbers()), text.length, text.text, number, number);
         return ColumnUse::leftOut;
     }
     if (column.count(CellShape::amount) > 0) {
-        messages.warn("column '%.*s': cells with a percent sign or a currency, the first in line %lld, are texts",
-                      name.length, name.text, static_cast<long long>(column.firstLine(CellShape::amount)));
+        messages.warn(
+            "column '%.*s': cells with a percent sign or a currency, the first in line %lld, are texts",
+            name.length, name.text, static_cast<long long>(column.firstLine(CellShape::amount)));
     }
     return ColumnUse::category;
 }
@@ -141,8 +149,7 @@ bool checkRows(const ImportSurvey& survey, const ImportOptions& options, ImportM
         messages.refuse("line %lld has %lld cells, a row of the table %lld: --rows fitting leaves out such "
                         "rows (%lld)",
                         static_cast<long long>(passed.firstOdd), static_cast<long long>(passed.firstOddCells),
-                        static_cast<long long>(survey.form.width),
-                        static_cast<long long>(passed.odd));
+                        static_cast<long long>(survey.form.width), static_cast<long long>(passed.odd));
         return false;
     }
     if (survey.rows == 0) messages.refuse("there are no rows of data in the file");
@@ -168,11 +175,13 @@ bool checkWidth(const ImportSurvey& survey, const ImportPlan& plan, ImportMessag
         if (first < 0) first = j;
         if (std::max(names, cells) <= longestTableLine) fitting = j;
     }
-    if (names <= longestTableLine && std::min(cells, survey.widestRow + label) <= longestTableLine) return true;
-    messages.refuse("the table is too wide: a line of it holds at most %lld characters; --keep #%lld-#%lld takes "
-                    "the columns that fit",
-                    static_cast<long long>(longestTableLine), static_cast<long long>(first + 1),
-                    static_cast<long long>(fitting + 1));
+    if (names <= longestTableLine && std::min(cells, survey.widestRow + label) <= longestTableLine)
+        return true;
+    messages.refuse(
+        "the table is too wide: a line of it holds at most %lld characters; --keep #%lld-#%lld takes "
+        "the columns that fit",
+        static_cast<long long>(longestTableLine), static_cast<long long>(first + 1),
+        static_cast<long long>(fitting + 1));
     return false;
 }
 

@@ -55,7 +55,7 @@ ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mos
             break;
         }
         ++survey.rows;
-        firstCells.add(record.cells[0].text);
+        code = firstCells.add(record.cells[0].text);
         Index bytes = 0;
         for (Index j = 0; code == success && j < survey.form.width; ++j) {
             if (survey.wishes[j].isOut() && j > 0) continue;
@@ -80,22 +80,30 @@ void refuseFault(RecordFault fault, Index line, ImportMessages& messages) {
     const long long at = line;
     switch (fault) {
     case RecordFault::none:
-    case RecordFault::noMemory: break;
-    case RecordFault::unreadable: messages.refuse("line %lld: the file cannot be read", at); break;
+    case RecordFault::noMemory:
+        break;
+    case RecordFault::unreadable:
+        messages.refuse("line %lld: the file cannot be read", at);
+        break;
     case RecordFault::notUtf8:
         messages.refuse("line %lld is no UTF-8: --encoding windows-1252 takes it otherwise", at);
         break;
     case RecordFault::holdsNul:
-        messages.refuse("line %lld holds a NUL, which no text does: --encoding utf-16 takes it otherwise", at);
+        messages.refuse("line %lld holds a NUL, which no text does: --encoding utf-16 takes it otherwise",
+                        at);
         break;
-    case RecordFault::openQuote: messages.refuse("line %lld: a quote is opened and not closed", at); break;
+    case RecordFault::openQuote:
+        messages.refuse("line %lld: a quote is opened and not closed", at);
+        break;
     case RecordFault::afterQuote:
         messages.refuse("line %lld: a text follows a closing quote (another --delimiter?)", at);
         break;
     case RecordFault::tooLong:
         messages.refuse("line %lld is longer than 16,777,216 characters (a quote that is not closed?)", at);
         break;
-    case RecordFault::tooWide: messages.refuse("line %lld has more than 131,072 cells", at); break;
+    case RecordFault::tooWide:
+        messages.refuse("line %lld has more than 131,072 cells", at);
+        break;
     }
 }
 

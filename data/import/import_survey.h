@@ -17,7 +17,7 @@ struct ImportSurvey {
     Index widestRow = 0; // bytes of a row as it would be written, every number as it stands
     PassedOver passedOver;
     std::uint64_t checksum = 0; // of the whole text
-    bool isCut = false; // there are more rows than were asked for
+    bool isCut = false;         // there are more rows than were asked for
 };
 
 // Reads the first `mostRows` rows of the source. Success; outOfMemory; illegalData with a refusal.

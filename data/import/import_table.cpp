@@ -48,7 +48,7 @@ ErrorCode importTable(ByteSource& source, const ImportOptions& options, TableSin
         messages.refuse("the codebook cannot be written");
         code = illegalData;
     }
-    return code;
+    return messages.ranOutOfMemory() ? outOfMemory : code;
 }
 
 ErrorCode previewImport(ByteSource& source, const ImportOptions& options, Index mostRows, CellTable& cells,
@@ -65,6 +65,7 @@ ErrorCode previewImport(ByteSource& source, const ImportOptions& options, Index 
     cells.cols = static_cast<std::int32_t>(plan.variables + 1);
     PreviewSink sink(cells);
     code = writeTable(source, options, survey, plan, mostRows, sink, messages);
+    if (messages.ranOutOfMemory()) code = outOfMemory;
     if (code != success) cells = {};
     return code;
 }

@@ -55,9 +55,10 @@ DecimalSign findDecimal(const ImportSurvey& survey, const ImportOptions& options
     if (options.thousands == ThousandsMark::comma) return DecimalSign::point;
     if (options.thousands == ThousandsMark::point) return DecimalSign::comma;
     if (marks.points && marks.commas) {
-        messages.refuse("line %lld has a decimal point, line %lld a decimal comma: --decimal point or --decimal "
-                        "comma says which",
-                        marks.points.line, marks.commas.line);
+        messages.refuse(
+            "line %lld has a decimal point, line %lld a decimal comma: --decimal point or --decimal "
+            "comma says which",
+            marks.points.line, marks.commas.line);
         return DecimalSign::found;
     }
     if (marks.points) return DecimalSign::point;
@@ -69,10 +70,10 @@ DecimalSign findDecimal(const ImportSurvey& survey, const ImportOptions& options
     if (commas && !points && (noThousands || survey.form.delimiter == ';')) return DecimalSign::comma;
     if (!points && !commas) return DecimalSign::point;
     const Evidence& doubt = commas ? marks.eitherCommas : marks.eitherPoints;
-    messages.refuse("line %lld: three digits behind a %s can be decimals or follow a thousand: --decimal %s or "
-                    "--thousands %s says which",
-                    doubt.line, commas ? "comma" : "point", commas ? "comma" : "point",
-                    commas ? "comma" : "point");
+    messages.refuse(
+        "line %lld: three digits behind a %s can be decimals or follow a thousand: --decimal %s or "
+        "--thousands %s says which",
+        doubt.line, commas ? "comma" : "point", commas ? "comma" : "point", commas ? "comma" : "point");
     return DecimalSign::found;
 }
 
@@ -92,13 +93,17 @@ bool findNumberForm(const ImportSurvey& survey, const ImportOptions& options, In
         form.thousandsMark = sure || likely;
         form.thousandsSpace = static_cast<bool>(marks.spaces);
         if (likely && !sure) {
-            messages.note("line %lld: three digits behind a %s follow a thousand, as the decimal sign is a %s: "
-                          "--decimal %s says otherwise",
-                          likely.line, name, point ? "point" : "comma", name);
+            messages.note(
+                "line %lld: three digits behind a %s follow a thousand, as the decimal sign is a %s: "
+                "--decimal %s says otherwise",
+                likely.line, name, point ? "point" : "comma", name);
         }
         break;
-    case ThousandsMark::none: break;
-    case ThousandsMark::space: form.thousandsSpace = true; break;
+    case ThousandsMark::none:
+        break;
+    case ThousandsMark::space:
+        form.thousandsSpace = true;
+        break;
     case ThousandsMark::comma:
     case ThousandsMark::point:
         if (point == (options.thousands == ThousandsMark::point)) {

@@ -24,7 +24,7 @@ std::string_view trimmed(const char* first, const char* last) {
 }
 
 constexpr std::uint64_t everyByte(char c) {
-    return 0x0101010101010101 * static_cast<unsigned char>(c);
+    return std::uint64_t{0x0101010101010101} * static_cast<unsigned char>(c);
 }
 
 // Marks the first byte of a word that is zero by its high bit; bytes above that can be marked wrongly.
@@ -32,8 +32,8 @@ constexpr std::uint64_t zeroByte(std::uint64_t word) {
     return (word - everyByte('\x01')) & ~word & everyByte('\x80');
 }
 
-// The first character of [at, last) that ends a cell, or `last`. Eight at a time: lengths of cells are as good
-// as random, and a branch for each costs more than the look.
+// The first character of [at, last) that ends a cell, or `last`. Eight at a time: lengths of cells are as
+// good as random, and a branch for each costs more than the look.
 const char* findEnd(const char* at, const char* last, const CellEnds& ends) {
     if constexpr (std::endian::native == std::endian::little) {
         const std::uint64_t delimiters = everyByte(ends.delimiter);
@@ -155,8 +155,7 @@ bool RecordReader::next(ImportRecord& record) {
             const char* const first = buffer_.data() + begin_;
             // Where the text breaks off, its last record is not whole.
             const bool isLast = isEnd_ && decoder_.fault() == TextDecoder::Fault::none;
-            const char* const behind =
-                cutRecord(first, buffer_.data() + end_, isLast, ends_, record, fault_);
+            const char* const behind = cutRecord(first, buffer_.data() + end_, isLast, ends_, record, fault_);
             if (behind != nullptr) {
                 begin_ += behind - first;
                 line_ += record.lines;
@@ -198,9 +197,16 @@ bool RecordReader::fill() {
 
 void RecordReader::takeFault() {
     switch (decoder_.fault()) {
-    case TextDecoder::Fault::none: break;
-    case TextDecoder::Fault::unreadable: fault_ = RecordFault::unreadable; break;
-    case TextDecoder::Fault::notUtf8: fault_ = RecordFault::notUtf8; break;
-    case TextDecoder::Fault::holdsNul: fault_ = RecordFault::holdsNul; break;
+    case TextDecoder::Fault::none:
+        break;
+    case TextDecoder::Fault::unreadable:
+        fault_ = RecordFault::unreadable;
+        break;
+    case TextDecoder::Fault::notUtf8:
+        fault_ = RecordFault::notUtf8;
+        break;
+    case TextDecoder::Fault::holdsNul:
+        fault_ = RecordFault::holdsNul;
+        break;
     }
 }

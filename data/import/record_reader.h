@@ -35,7 +35,17 @@ struct CellEnds {
 };
 
 // Why a file cannot be read as records; the line stands in the record.
-enum class RecordFault { none, unreadable, notUtf8, holdsNul, openQuote, afterQuote, tooLong, tooWide, noMemory };
+enum class RecordFault {
+    none,
+    unreadable,
+    notUtf8,
+    holdsNul,
+    openQuote,
+    afterQuote,
+    tooLong,
+    tooWide,
+    noMemory
+};
 
 // Cuts the record that begins at `first`; the first character behind it, null when [first, last) does not
 // hold all of it. A cell can stand in double quotes, with quotes written twice, delimiters and newlines in

@@ -5,7 +5,7 @@
 // What is passed over in a file, and the first line of each.
 struct PassedOver {
     Index comments = 0, firstComment = 0;
-    Index blanks = 0, firstBlank = 0; // between rows
+    Index blanks = 0, firstBlank = 0;               // between rows
     Index odd = 0, firstOdd = 0, firstOddCells = 0; // rows of another number of cells
 };
 

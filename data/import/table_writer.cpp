@@ -136,8 +136,8 @@ ErrorCode writeTable(ByteSource& source, const ImportOptions& options, const Imp
     // To the end of the file, so that all of it is compared.
     const bool isWhole = expected == survey.rows && !survey.isCut;
     const bool isMore = isWhole && sinks && rows.next(record);
-    const bool same =
-        written.rows == expected && !isMore && (!isWhole || rows.checksum() == survey.checksum);
+    if (rows.fault() == RecordFault::noMemory) return outOfMemory;
+    const bool same = written.rows == expected && !isMore && (!isWhole || rows.checksum() == survey.checksum);
     if (sinks && same) sinks = lines.flush(sink);
     if (!sinks) {
         messages.refuse("the table cannot be written");

@@ -8,8 +8,8 @@ class TextDecoder {
 public:
     enum class Fault { none, unreadable, notUtf8, holdsNul };
 
-    // Goes to the beginning of the source and reads past a byte-order mark, which says what `found` is; without
-    // one that is UTF-8. Success; outOfMemory; illegalData when the source cannot be read.
+    // Goes to the beginning of the source and reads past a byte-order mark, which says what `found` is;
+    // without one that is UTF-8. Success; outOfMemory; illegalData when the source cannot be read.
     [[nodiscard]] ErrorCode start(ByteSource& source, TextEncoding encoding);
 
     // Writes up to `room` bytes, at least 16, of whole characters; 0 at the end and at a fault.
@@ -29,8 +29,8 @@ private:
     Fault fault_ = Fault::none;
     bool bigEndian_ = false;
     bool isFirst_ = false;
-    char16_t high_ = 0;     // the first half of a pair whose second has not come
-    char kept_[4] = {};     // bytes that were read and not used
+    char16_t high_ = 0; // the first half of a pair whose second has not come
+    char kept_[4] = {}; // bytes that were read and not used
     Index keptCount_ = 0;
     Block<char> raw_;
 };

@@ -6,10 +6,10 @@
 namespace {
 
 // Of the bytes 0x80 to 0x9F; those that are not assigned are controls.
-constexpr char16_t windowsCharacters[32] = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+constexpr char16_t windowsCharacters[32] = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                            0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                            0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                            0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 struct Sequence {
     Index length;
@@ -32,7 +32,8 @@ Index rightBytes(const Sequence& sequence, const char* text, Index length) {
     Index right = 1;
     for (; right < sequence.length && right < length; ++right) {
         const auto byte = static_cast<unsigned char>(text[right]);
-        const unsigned char least = right == 1 ? sequence.least : 0x80, most = right == 1 ? sequence.most : 0xBF;
+        const unsigned char least = right == 1 ? sequence.least : 0x80,
+                            most = right == 1 ? sequence.most : 0xBF;
         if (byte < least || byte > most) break;
     }
     return right;
