@@ -47,6 +47,8 @@ def main():
             options(own)
     print(".SS Options of the analyses that have a picture")
     options(pictures)
+    print(".SS Options of import")
+    options(output("import", "--help").split("options of this command:")[1])
     print(".SH EXIT STATUS\n.TP\n0\nsuccess\n.TP\n1\nthe file or the analysis failed; the report says why")
     print(".TP\n2\nwrong command line")
     print(".SH EXAMPLES\n.nf\nombrivantel\\-batch fundamental %s\nombrivantel\\-batch pca \\-\\-components 2 \\-\\-graph pca.svg %s\n.fi"

@@ -94,3 +94,16 @@ void cleanLabel(std::string_view utf8, const TextTarget& target, Index sample, T
     cell.isCut = isCut;
     cell.text[cell.length] = '\0';
 }
+
+Index quoteText(std::string_view utf8, const TextTarget& target, char* bytes) {
+    Index length = 0;
+    bool lacks = false;
+    bytes[length++] = '"';
+    while (!utf8.empty()) {
+        const char32_t character = takeCharacter(utf8);
+        if (character == '"') bytes[length++] = '"';
+        length += encode(isControl(character) ? U' ' : character, target, bytes + length, lacks);
+    }
+    bytes[length++] = '"';
+    return length;
+}

@@ -28,3 +28,7 @@ void cleanText(std::string_view utf8, const TextTarget& target, Index limit, Tab
 // The label of a sample: besides, it does not begin like a comment; a text that is too long ends in "~" and
 // the number of the sample, and one of which nothing is left is that number.
 void cleanLabel(std::string_view utf8, const TextTarget& target, Index sample, TableText& cell);
+
+// A text in double quotes, those in it doubled and controls as blanks: at most 4 bytes for each of the text
+// and 2 more. Returns the count.
+Index quoteText(std::string_view utf8, const TextTarget& target, char* bytes);

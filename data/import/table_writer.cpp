@@ -158,11 +158,10 @@ bool writeCodebook(const ImportSurvey& survey, const ImportPlan& plan, TableSink
         if (plan.uses[j] == ColumnUse::number) continue;
         const std::int32_t list = survey.columns[j].texts;
         for (Index k = 0; sinks && k < survey.texts.count(list); ++k) {
-            TableText text;
-            cleanText(survey.texts.text(list, k), plan.target, textSlotSize - 1, text);
-            char line[200];
-            const int length = std::snprintf(line, sizeof line, "%s,%lld,%s\n", name,
-                                             static_cast<long long>(k) + 1, text.text);
+            char line[1000]; // a name, a number and a text of 200 bytes
+            int length = std::snprintf(line, sizeof line, "%s,%lld,", name, static_cast<long long>(k) + 1);
+            length += static_cast<int>(quoteText(survey.texts.text(list, k), plan.target, line + length));
+            line[length++] = '\n';
             sinks = sink.write({line, static_cast<std::size_t>(length)});
         }
     }

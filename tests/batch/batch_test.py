@@ -226,6 +226,33 @@ def check_pictures():
               err.count("\n") == 2 and not os.path.exists("a.svg"))
 
 
+def check_import():
+    plain = "label,x,kind\nA,1.5,2\nB,2.25,1\nC,NA,2\n"
+    others = {"a": '"","x","kind"\n"A",1.5,2\n"B",2.25,1\n"C",NA,2\n', "b": '"";"x";"kind"\n"A";1,5;2\n"B";2,25;1\n"C";NA;2\n',
+              "c": '"x"\t"kind"\n"A"\t1.5\t2\n"B"\t2.25\t1\n"C"\tNA\t2\n', "d": "label,x,kind\r\nA,1.5,q\r\nB,2.25,p\r\nC,,q\r\n"}
+    for name, text in others.items():
+        pathlib.Path("other.csv").write_text(text)
+        code, out, err = run("import", "other.csv")
+        check("import %s: %s" % (name, err), code == 0 and out == (plain if name != "d" else plain.replace("2\n", "0\n")
+              .replace("1\n", "2\n").replace("0\n", "1\n")) and "samples: 3" in err)
+    check("import from a pipe", run("import", "-", input=text)[1] == out)
+    code, out, err = run("import", "other.csv", "--output", "made.csv", "--codebook=codes.csv")
+    check("codebook", code == 0 and out == "" and pathlib.Path("codes.csv").read_text() ==
+          'variable,category,text\nkind,1,"q"\nkind,2,"p"\n')
+    check("an imported table is read", run("summary", "--exclude=x", "--strict", "made.csv")[0] == 0)
+    made = pathlib.Path("made.csv").read_text()
+    code, out, err = run("import", "other.csv", "--output", "other.csv")
+    check("the table that is imported as output", code == 2 and "one file" in err)
+    pathlib.Path("other.csv").write_text("label;x\nA;1\nsum\n")
+    code, out, err = run("import", "other.csv", "--output", "made.csv")
+    check("a refused import leaves the output: %s" % err, code == 1 and "line 3 has 1 cells" in err and
+          pathlib.Path("made.csv").read_text() == made)
+    check("no such file", run("import", "missing.csv")[::2] == (1, "error : cannot read 'missing.csv'\n"))
+    for name in ("other.csv", "made.csv", "codes.csv"):
+        os.remove(name)
+    check("an import leaves nothing behind", sorted(os.listdir(".")) == ["bad.csv", "small.csv"])
+
+
 def main():
     with tempfile.TemporaryDirectory() as folder:
         os.chdir(folder)
@@ -241,6 +268,7 @@ def main():
         check_output()
         check_interrupted_output()
         check_one_file_twice()
+        check_import()
         check_long_report()
         os.chdir("/")
     failures = [what for what, is_so in answers if not is_so]
