@@ -97,11 +97,10 @@ void tellCategories(const ImportSurvey& survey, const ImportPlan& plan, ImportMe
 
 } // namespace
 
-void tellFindings(const ImportSurvey& survey, const ImportOptions&, const ImportPlan& plan,
-                  ImportMessages& messages) {
+void tellFindings(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {
     tellForm(survey, plan, messages);
-    tellPassedOver(survey.passedOver, messages);
-    tellCategories(survey, plan, messages);
     messages.note("samples: %lld, variables: %lld", static_cast<long long>(survey.rows),
                   static_cast<long long>(plan.variables));
+    tellPassedOver(survey.passedOver, messages);
+    tellCategories(survey, plan, messages);
 }

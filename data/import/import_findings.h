@@ -3,5 +3,4 @@
 #include "data/import/import_plan.h"
 
 // Tells how a file is read and what its categories mean.
-void tellFindings(const ImportSurvey& survey, const ImportOptions& options, const ImportPlan& plan,
-                  ImportMessages& messages);
+void tellFindings(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages);

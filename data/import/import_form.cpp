@@ -8,7 +8,9 @@
 
 namespace {
 
-constexpr Index mostRecords = 200; // that the form is found out from
+// Records that the form is found out from.
+constexpr Index mostRecords = 200;
+constexpr Index fewestRecords = 20;
 
 // What the head of a file looks like under one delimiter.
 struct Head {
@@ -222,6 +224,24 @@ ErrorCode findWidth(std::string_view head, bool isWhole, Index width, const Impo
     return success;
 }
 
+// What divides the cells, how many there are in a row, and whether there is a header.
+ErrorCode findCells(std::string_view head, bool isWhole, const ImportOptions& options,
+                    const MissingTexts& missing, ImportRecord& record, ImportForm& form, Head& measured) {
+    const std::size_t lineEnd = std::min(head.find_first_of("\r\n"), head.size());
+    record.text = head.substr(0, lineEnd);
+    char named = ',';
+    form.namesDelimiter = isDelimiterLine(record, named);
+    form.delimiter = named;
+    ErrorCode code = success;
+    if (options.delimiter != Delimiter::found) {
+        form.delimiter = delimiterOf(options.delimiter);
+    } else if (!form.namesDelimiter) {
+        code = findDelimiter(head, isWhole, missing, record, form.delimiter);
+    }
+    if (code == success) code = measure(head, isWhole, form.delimiter, missing, record, measured);
+    return code != success ? code : findWidth(head, isWhole, measured.width, options, missing, record, form);
+}
+
 } // namespace
 
 bool isLabelName(std::string_view name) {
@@ -282,31 +302,23 @@ ErrorCode findForm(ByteSource& source, const ImportOptions& options, ImportForm&
     form = {};
     MissingTexts missing;
     RecordReader reader;
+    ImportRecord record;
     ErrorCode code = missing.set(options);
     if (code == success) code = reader.open(source, options.encoding, ',');
-    if (code != success) return code;
-    std::string_view head = reader.ahead();
-    if (options.encoding == TextEncoding::found && reader.breaksOff()) {
-        form.notUtf8Line = 1 + std::count(head.begin(), head.end(), '\n');
-        code = reader.open(source, TextEncoding::windows1252, ',');
-        if (code != success) return code;
-        head = reader.ahead();
+    // Where lines are long, the first piece of the file does not tell enough.
+    while (code == success) {
+        const std::string_view head = reader.ahead();
+        if (reader.fault() == RecordFault::noMemory) return outOfMemory;
+        if (options.encoding == TextEncoding::found && reader.breaksOff()) {
+            form.notUtf8Line = 1 + std::count(head.begin(), head.end(), '\n');
+            code = reader.open(source, TextEncoding::windows1252, ',');
+            continue;
+        }
+        form.encoding = reader.encoding();
+        Head measured;
+        code = findCells(head, reader.isWhole(), options, missing, record, form, measured);
+        const bool isAll = reader.isWhole() || reader.fault() != RecordFault::none;
+        if (measured.records >= fewestRecords || isAll) break;
     }
-    if (reader.fault() == RecordFault::noMemory) return outOfMemory;
-    form.encoding = reader.encoding();
-    ImportRecord record;
-    const bool isWhole = reader.isWhole();
-    form.delimiter = delimiterOf(options.delimiter);
-    const std::size_t lineEnd = std::min(head.find_first_of("\r\n"), head.size());
-    record.text = head.substr(0, lineEnd);
-    char named = ',';
-    form.namesDelimiter = isDelimiterLine(record, named);
-    if (options.delimiter == Delimiter::found) {
-        form.delimiter = named;
-        if (!form.namesDelimiter) code = findDelimiter(head, isWhole, missing, record, form.delimiter);
-    }
-
-    Head measured;
-    if (code == success) code = measure(head, isWhole, form.delimiter, missing, record, measured);
-    return code != success ? code : findWidth(head, isWhole, measured.width, options, missing, record, form);
+    return code;
 }

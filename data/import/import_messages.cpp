@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr Index longestText = 1 << 16;
+constexpr Index mostLines = 50; // of notes and of warnings
 constexpr std::size_t longestLine = 2000;
 
 } // namespace
@@ -22,7 +22,6 @@ void ImportMessages::append(const char* kind, const char* format, std::va_list a
     }
     const Index length = static_cast<Index>(std::strlen(line));
     line[length] = '\n';
-    if (length_ + length + 2 > longestText && !refused_) return;
     const Index needed = length_ + length + 2;
     if (needed > lines_.size() && lines_.grow(std::max(needed, 2 * lines_.size())) != success) {
         outOfMemory_ = true;
@@ -33,7 +32,26 @@ void ImportMessages::append(const char* kind, const char* format, std::va_list a
     lines_[length_] = '\0';
 }
 
+void ImportMessages::appendFormat(const char* kind, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    append(kind, format, arguments);
+    va_end(arguments);
+}
+
+void ImportMessages::finish() {
+    if (warnings_ > mostLines) {
+        appendFormat("warning", "there are %lld more warnings",
+                     static_cast<long long>(warnings_ - mostLines));
+    }
+    if (notes_ > mostLines) {
+        appendFormat("note", "there are %lld more notes", static_cast<long long>(notes_ - mostLines));
+    }
+    notes_ = warnings_ = 0;
+}
+
 void ImportMessages::note(const char* format, ...) {
+    if (++notes_ > mostLines) return;
     std::va_list arguments;
     va_start(arguments, format);
     append("note", format, arguments);
@@ -41,6 +59,7 @@ void ImportMessages::note(const char* format, ...) {
 }
 
 void ImportMessages::warn(const char* format, ...) {
+    if (++warnings_ > mostLines) return;
     std::va_list arguments;
     va_start(arguments, format);
     append("warning", format, arguments);
@@ -49,6 +68,7 @@ void ImportMessages::warn(const char* format, ...) {
 
 void ImportMessages::refuse(const char* format, ...) {
     if (refused_) return;
+    finish();
     refused_ = true;
     std::va_list arguments;
     va_start(arguments, format);
@@ -57,7 +77,7 @@ void ImportMessages::refuse(const char* format, ...) {
 }
 
 void ImportMessages::clear() {
-    length_ = 0;
+    length_ = notes_ = warnings_ = 0;
     refused_ = outOfMemory_ = false;
     if (lines_.size() > 0) lines_[0] = '\0';
 }

@@ -7,13 +7,17 @@
 
 // What an import tells: notes of what was found, warnings of what is left out or changed, and the refusal
 // that ends it. Each is one line of UTF-8 that begins "note : ", "warning : " or "error : ". The first
-// refusal counts. Of a very long list the end is dropped, the refusal aside.
+// refusal counts. Of notes and of warnings the first 50 stand
+// there, and how many more there are.
 class ImportMessages {
 public:
     [[gnu::format(PRINTF_KIND, 2, 3)]] void note(const char* format, ...);
     [[gnu::format(PRINTF_KIND, 2, 3)]] void warn(const char* format, ...);
     [[gnu::format(PRINTF_KIND, 2, 3)]] void refuse(const char* format, ...);
     void clear();
+
+    // Tells how many more there are.
+    void finish();
 
     // All lines, each with its "\n", the refusal last.
     const char* text() const { return lines_.size() > 0 ? lines_.data() : ""; }
@@ -22,9 +26,12 @@ public:
 
 private:
     void append(const char* kind, const char* format, std::va_list arguments);
+    [[gnu::format(PRINTF_KIND, 3, 4)]] void appendFormat(const char* kind, const char* format, ...);
 
     Block<char> lines_;
     Index length_ = 0;
+    Index notes_ = 0;
+    Index warnings_ = 0;
     bool refused_ = false;
     bool outOfMemory_ = false;
 };

@@ -209,6 +209,6 @@ ErrorCode planImport(const ImportSurvey& survey, const ImportOptions& options, I
     }
     if (nameVariables(survey, plan, messages) != success) return outOfMemory;
     if (!checkWidth(survey, plan, messages)) return illegalData;
-    tellFindings(survey, options, plan, messages);
+    tellFindings(survey, plan, messages);
     return success;
 }

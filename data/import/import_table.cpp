@@ -48,6 +48,7 @@ ErrorCode importTable(ByteSource& source, const ImportOptions& options, TableSin
         messages.refuse("the codebook cannot be written");
         code = illegalData;
     }
+    messages.finish();
     return messages.ranOutOfMemory() ? outOfMemory : code;
 }
 
@@ -65,6 +66,7 @@ ErrorCode previewImport(ByteSource& source, const ImportOptions& options, Index 
     cells.cols = static_cast<std::int32_t>(plan.variables + 1);
     PreviewSink sink(cells);
     code = writeTable(source, options, survey, plan, mostRows, sink, messages);
+    messages.finish();
     if (messages.ranOutOfMemory()) code = outOfMemory;
     if (code != success) cells = {};
     return code;

@@ -142,8 +142,8 @@ ErrorCode RecordReader::open(ByteSource& source, TextEncoding encoding, char del
 }
 
 std::string_view RecordReader::ahead() {
-    // The second piece is empty where the first holds all.
-    if (begin_ == end_ && fill() && end_ < buffer_.size()) fill();
+    // A piece that is not full is the last, which the next one tells.
+    if (!isEnd_ && fill() && end_ < buffer_.size()) fill();
     return {buffer_.data() + begin_, static_cast<std::size_t>(end_ - begin_)};
 }
 

@@ -65,7 +65,8 @@ public:
     // The line that a fault stands in.
     Index line() const { return line_; }
     TextEncoding encoding() const { return decoder_.encoding(); }
-    // The text that is read ahead, at the beginning the first quarter of a million characters of the file.
+    // The text behind the last record, read ahead: at first a quarter of a million characters, with each call
+    // more, up to the longest record.
     std::string_view ahead();
     bool isWhole() const { return isEnd_; } // there is no more behind it
     // Of the text that was read; the same text read in the same way has the same.
