@@ -17,8 +17,9 @@ struct Head {
     Index records = 0; // neither comments nor blank, the first of them included
     Index width = 0;   // the most frequent count of cells, of the later ones where there are any
     Index frequency = 0;
-    Index numbers = 0; // cells that are numbers or missing
-    Index cells = 0;
+    Index cells = 0;   // below the first record
+    Index numbers = 0; // those that are numbers or missing
+    Index foreign = 0; // those that another delimiter stands in; commas are often decimal
     double merit = 0.0;
 };
 
@@ -54,7 +55,11 @@ ErrorCode measure(std::string_view head, bool isWhole, char delimiter, const Mis
         eachRecord(head, isWhole, delimiter, record, [&](const ImportRecord& each, Index k) {
             counts[k] = each.count;
             result.records = k + 1;
-            for (const ImportCell& cell : each) result.numbers += isNumberOrMissing(cell, missing);
+            if (k == 0) return;
+            for (const ImportCell& cell : each) {
+                result.numbers += isNumberOrMissing(cell, missing);
+                result.foreign += !cell.quoted && cell.text.find_first_of("\t;|") != std::string_view::npos;
+            }
             result.cells += each.count;
         });
     const Index first = result.records > 1 ? 1 : 0;
@@ -67,9 +72,11 @@ ErrorCode measure(std::string_view head, bool isWhole, char delimiter, const Mis
     }
     if (code != success || result.width < 2) return code;
     const double alike = static_cast<double>(result.frequency) / static_cast<double>(result.records - first);
-    const bool headed = counts[0] == result.width || counts[0] == result.width - 1;
-    const double numeric = static_cast<double>(result.numbers) / static_cast<double>(result.cells);
-    result.merit = alike * (headed ? 1.0 : 0.7) * (1.0 + numeric);
+    const double headed = counts[0] == result.width ? 1.0 : counts[0] == result.width - 1 ? 0.9 : 0.7;
+    const double cells = static_cast<double>(std::max(result.cells, Index{1}));
+    const double numeric = static_cast<double>(result.numbers) / cells;
+    const double foreign = static_cast<double>(result.foreign) / cells;
+    result.merit = alike * headed * (1.0 + numeric) * (1.0 - 0.5 * foreign);
     return success;
 }
 

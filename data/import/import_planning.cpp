@@ -143,6 +143,15 @@ ColumnUse findUse(const ImportSurvey& survey, Index j, const NumberForm& form, I
     return ColumnUse::category;
 }
 
+// Texts in one column alone are lines that something else divides, blanks for one.
+bool checkDivision(const ImportSurvey& survey, const ImportOptions& options, ImportMessages& messages) {
+    const bool isFound = options.delimiter == Delimiter::found && !survey.form.namesDelimiter;
+    if (!isFound || survey.form.width != 1 || survey.columns[0].numbers() > 0) return true;
+    messages.refuse("no comma, semicolon, tab or bar divides the lines into cells: --delimiter comma takes "
+                    "each as one");
+    return false;
+}
+
 bool checkRows(const ImportSurvey& survey, const ImportOptions& options, ImportMessages& messages) {
     const PassedOver& passed = survey.passedOver;
     if (passed.odd > 0 && options.oddRows == OddRows::refused) {
@@ -191,6 +200,7 @@ ErrorCode planImport(const ImportSurvey& survey, const ImportOptions& options, I
                      ImportMessages& messages) {
     plan.target = {options.written, options.codePage};
     if (!checkRows(survey, options, messages)) return illegalData;
+    if (!checkDivision(survey, options, messages)) return illegalData;
     plan.labelColumn = findLabels(survey, options);
     if (!checkCorner(survey, options, messages)) return illegalData;
     if (!findNumberForm(survey, options, plan.labelColumn, plan.numbers, messages)) return illegalData;
