@@ -52,7 +52,7 @@ Match takeWord(Option option, const WordOption& known, Arguments& arguments, Val
     return Match::taken;
 }
 
-Match takeWords(Option option, Arguments& arguments, ImportOptions& options, Complaint& complaint) {
+Match takeWords(const Option& option, Arguments& arguments, ImportOptions& options, Complaint& complaint) {
     Match match = takeWord(option, encodingOption, arguments, options.encoding, 1, complaint);
     if (match == Match::none) {
         match = takeWord(option, delimiterOption, arguments, options.delimiter, 1, complaint);

@@ -67,9 +67,10 @@ int import(const ImportCommand& command, ByteSource& source) {
     }
     StreamSink stream;
     FileSink file(table), meanings(codebook);
-    TableSink& sink = command.output != nullptr ? static_cast<TableSink&>(file) : stream;
+    TableSink* sink = &stream;
+    if (command.output != nullptr) sink = &file;
     ImportMessages messages;
-    const ErrorCode code = importTable(source, command.options, sink, messages,
+    const ErrorCode code = importTable(source, command.options, *sink, messages,
                                        command.codebook != nullptr ? &meanings : nullptr);
     std::fputs(messages.text(), stderr);
     if (code == outOfMemory) std::fprintf(stderr, "error : failed to allocate memory for data.\n");

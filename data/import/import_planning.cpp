@@ -175,22 +175,22 @@ Index widthOf(const ColumnSurvey& column, ColumnUse use) {
 // A line of the table that would be too long is refused with the columns that fit.
 bool checkWidth(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {
     constexpr Index label = textSlotSize - 1;
-    Index names = 5, cells = label; // "label"
-    Index fitting = -1, first = -1, variable = 0;
+    Index names = 5, cells = label;   // "label"
+    long long fitting = 0, first = 0; // columns from 1
+    Index variable = 0;
     for (Index j = 0; j < survey.form.width; ++j) {
         if (plan.uses[j] != ColumnUse::number && plan.uses[j] != ColumnUse::category) continue;
         names += std::ssize(std::string_view(plan.names[variable++])) + 1;
         cells += widthOf(survey.columns[j], plan.uses[j]);
-        if (first < 0) first = j;
-        if (std::max(names, cells) <= longestTableLine) fitting = j;
+        if (first == 0) first = j + 1;
+        if (std::max(names, cells) <= longestTableLine) fitting = j + 1;
     }
     if (names <= longestTableLine && std::min(cells, survey.widestRow + label) <= longestTableLine)
         return true;
     messages.refuse(
         "the table is too wide: a line of it holds at most %lld characters; --keep #%lld-#%lld takes "
         "the columns that fit",
-        static_cast<long long>(longestTableLine), static_cast<long long>(first + 1),
-        static_cast<long long>(fitting + 1));
+        static_cast<long long>(longestTableLine), first, fitting);
     return false;
 }
 

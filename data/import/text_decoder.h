@@ -28,7 +28,6 @@ private:
     TextEncoding encoding_ = TextEncoding::utf8;
     Fault fault_ = Fault::none;
     bool bigEndian_ = false;
-    bool isFirst_ = false;
     char16_t high_ = 0; // the first half of a pair whose second has not come
     char kept_[4] = {}; // bytes that were read and not used
     Index keptCount_ = 0;
