@@ -1,9 +1,11 @@
 #include "data/import/variable_names.h"
 
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 
 #include "data/import/text_hash.h"
+#include "data/number.h"
 
 namespace {
 
@@ -18,6 +20,22 @@ bool isTaken(const Block<std::uint64_t>& hashes, Index count, std::string_view n
     return false;
 }
 
+// Whether the names would pass for a sample: all are numbers, and not whole ones that rise, as years do.
+bool lookLikeSample(const ImportSurvey& survey, const ImportPlan& plan) {
+    double last = 0.0;
+    bool rise = true;
+    for (Index j = 0; j < survey.form.width; ++j) {
+        if (plan.uses[j] != ColumnUse::number && plan.uses[j] != ColumnUse::category) continue;
+        TableText name;
+        cleanText(survey.names[j], plan.target, longestName, name);
+        if (!isNumber(name.text)) return false;
+        const double value = parseNumber(name.text);
+        rise = rise && value > last && value < 1e9 && value == std::floor(value);
+        last = value;
+    }
+    return !rise;
+}
+
 } // namespace
 
 ErrorCode nameVariables(const ImportSurvey& survey, ImportPlan& plan, ImportMessages& messages) {
@@ -27,14 +45,17 @@ ErrorCode nameVariables(const ImportSurvey& survey, ImportPlan& plan, ImportMess
     }
     // Of many alike the number goes on from the last one given; a table that is too wide is refused anyway.
     Index variable = 0, suffix = 2, cut = 0, renamed = 0, lacking = 0;
+    const bool isPrefixed = lookLikeSample(survey, plan);
+    if (isPrefixed) messages.note("names that are numbers have a V before them");
     for (Index j = 0; j < survey.form.width; ++j) {
         if (plan.uses[j] != ColumnUse::number && plan.uses[j] != ColumnUse::category) continue;
-        char numbered[24];
+        char numbered[100];
         std::snprintf(numbered, sizeof numbered, "V%lld", static_cast<long long>(j) + 1);
         std::string_view source = survey.names[j];
         TableText name;
         cleanText(source, plan.target, longestName, name);
-        if (name.length == 0) {
+        if (isPrefixed) std::snprintf(numbered, sizeof numbered, "V%s", name.text);
+        if (name.length == 0 || isPrefixed) {
             source = numbered;
             cleanText(source, plan.target, longestName, name);
         }

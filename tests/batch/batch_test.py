@@ -250,7 +250,7 @@ def check_import():
     check("no such file", run("import", "missing.csv")[::2] == (1, "error : cannot read 'missing.csv'\n"))
     for name in ("other.csv", "made.csv", "codes.csv"):
         os.remove(name)
-    check("an import leaves nothing behind", sorted(os.listdir(".")) == ["bad.csv", "small.csv"])
+    check("an import leaves nothing behind", sorted(os.listdir(".")) == ["bad.csv", "small.csv", "words.csv"])
 
 
 def main():

@@ -45,7 +45,8 @@ void choose(std::size_t draw, ImportOptions& options) {
 
 } // namespace
 
-// Any bytes give a table that the program's own reader takes, or a refusal and nothing written.
+// Any bytes give a table that the program's own reader takes without a doubt, or a refusal and nothing
+// written.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const std::string input(reinterpret_cast<const char*>(bytes), size);
     ImportOptions options;
@@ -65,8 +66,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
 
     std::FILE* file = fmemopen(sink.text.data(), sink.text.size(), "r");
     CellTable table;
-    require(readCsvStream(file, table) == FileCode::done);
+    ReadingNotes notes;
+    require(readCsvStream(file, table, notes) == FileCode::done);
     std::fclose(file);
+    for (const DoubtCount& doubt : notes.doubts.found) require(doubt.count == 0);
     std::set<std::string> names;
     for (std::int32_t j = 1; j < table.cols; ++j) require(names.insert(table.cell(0, j)).second);
     for (std::int32_t i = 1; i < table.rows; ++i) {
