@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <string_view>
 
+#include "report/structure.h"
+
 namespace {
 
 std::string_view cutTo(const char* text, int length) {
@@ -12,6 +14,21 @@ std::string_view cutTo(const char* text, int length) {
 
 void writeLabel(Report& report, const char* label, int width) {
     report.lower.appendRight(cutTo(label, width), width);
+}
+
+// What stands at the end of the lower text from this length on.
+std::string_view writtenSince(const Report& report, std::size_t length) {
+    const std::string_view lower(report.lower.text(), report.lower.length());
+    return length < lower.size() ? lower.substr(length) : std::string_view();
+}
+
+// The label cell of a row whose mark begins at this length.
+void startLabel(Report& report, Index number, std::size_t mark, const char* label, int width) {
+    if (report.structure != nullptr) {
+        report.structure->startRow(number, writtenSince(report, mark), label, width);
+    }
+    report.lower.append(",");
+    writeLabel(report, label, width);
 }
 
 } // namespace
@@ -31,21 +48,34 @@ NumberedName numberedName(const char* prefix, Index index) {
     return name;
 }
 
+void clearReport(Report& report) {
+    report.lower.clear();
+    if (report.structure != nullptr) report.structure->clear();
+}
+
+bool isComplete(const Report& report) {
+    return !report.lower.ranOutOfMemory() &&
+           (report.structure == nullptr || !report.structure->ranOutOfMemory());
+}
+
 void writeTitle(Report& report, const char* title) {
     report.lower.append("\n");
     report.lower.append(title);
     report.lower.append("\n");
+    if (report.structure != nullptr) report.structure->addTitle(title);
 }
 
 void writeOptionLine(Report& report, const char* line) {
     report.lower.append(line);
     report.lower.append("\n");
+    if (report.structure != nullptr) report.structure->addOption(line);
 }
 
 void writeCaption(Report& report, const char* text) {
     report.lower.append("\t");
     report.lower.append(text);
     report.lower.append("\n");
+    if (report.structure != nullptr) report.structure->addCaption(text);
 }
 
 void writeCaptionFormat(Report& report, const char* format, ...) {
@@ -59,6 +89,7 @@ void writeCaptionFormat(Report& report, const char* format, ...) {
 
 void endTable(Report& report) {
     report.lower.append("\n");
+    if (report.structure != nullptr) report.structure->endTable();
 }
 
 void startHeader(Report& report, const char* label) {
@@ -80,28 +111,31 @@ void endRow(Report& report) {
 void startHeader(Report& report, const char* label, int labelWidth) {
     report.lower.append("  n,");
     writeLabel(report, label, labelWidth);
+    if (report.structure != nullptr) report.structure->startHead(label, labelWidth);
 }
 
 void startRow(Report& report, Index number, const char* label, int labelWidth) {
+    const std::size_t before = report.lower.length();
     report.lower.appendInteger(number, 3);
-    report.lower.append(",");
-    writeLabel(report, label, labelWidth);
+    startLabel(report, number, before, label, labelWidth);
 }
 
 void startUnnumberedRow(Report& report, const char* label, int labelWidth, const char* mark) {
+    const std::size_t before = report.lower.length();
     report.lower.append(mark);
-    report.lower.append(",");
-    writeLabel(report, label, labelWidth);
+    startLabel(report, StructureRow::unnumbered, before, label, labelWidth);
 }
 
 void writeName(Report& report, const char* name) {
     report.lower.append(",");
     report.lower.appendRight(cutTo(name, report.formats.nameLength), report.formats.width);
+    if (report.structure != nullptr) report.structure->addText(name, report.formats.nameLength);
 }
 
 void writeText(Report& report, const char* text, int width) {
     report.lower.append(",");
     report.lower.appendRight(cutTo(text, width), width);
+    if (report.structure != nullptr) report.structure->addText(text, width);
 }
 
 void writeValue(Report& report, double value, int slot) {
@@ -110,12 +144,19 @@ void writeValue(Report& report, double value, int slot) {
 
 void writeCell(Report& report, double value, CellFormat format) {
     report.lower.append(",");
+    const std::size_t before = report.lower.length();
     report.lower.appendNumber(value, format.width, format.decimals);
+    if (report.structure == nullptr) return;
+    report.structure->addNumber(StructureCell::Kind::real, value, writtenSince(report, before));
 }
 
 void writeInteger(Report& report, std::int64_t value, int width) {
     report.lower.append(",");
+    const std::size_t before = report.lower.length();
     report.lower.appendInteger(value, width);
+    if (report.structure == nullptr) return;
+    report.structure->addNumber(StructureCell::Kind::whole, static_cast<double>(value),
+                                writtenSince(report, before));
 }
 
 void writeCells(Report& report, Index number, const char* label, std::span<const double> values,

@@ -8,8 +8,9 @@
 
 // What a report is made of. Every caption, heading, label and value of an analysis goes through here with its
 // whole text and its full precision; the functions append the printed form to the lower text in the formats
-// that are set (report/table_formats.h). Each cell but the first of a row is preceded by ",", and each row
-// ends with a newline. Names are cut to the width that they are given, values never.
+// that are set (report/table_formats.h) and hand the whole to the report's structure, if it has one. Each
+// cell but the first of a row is preceded by ",", and each row ends with a newline. Names are cut to the
+// width that they are given, values never.
 
 // The width of a column of numbers and how many decimals it shows.
 struct CellFormat {
@@ -32,6 +33,11 @@ struct NumberedName {
     char text[textSlotSize];
 };
 NumberedName numberedName(const char* prefix, Index index);
+
+// Empties the lower text.
+void clearReport(Report& report);
+// Whether there was memory for all that was written to it.
+bool isComplete(const Report& report);
 
 // The line that a report begins with, behind an empty one, and the line under it, which begins "--".
 void writeTitle(Report& report, const char* title);

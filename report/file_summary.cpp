@@ -1,10 +1,36 @@
 #include "report/file_summary.h"
 
+#include <algorithm>
 #include <cstring>
+#include <string_view>
 
 #include "report/doubt_messages.h"
+#include "report/structure.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
+
+namespace {
+
+// The lines of the upper text: the title, then what is said of the file.
+void recordLines(const TextBuffer& upper, ReportStructure& structure) {
+    std::string_view rest(upper.text(), upper.length());
+    bool isTitle = true;
+    while (!rest.empty()) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size() - 1);
+        std::string_view line = rest.substr(0, end);
+        rest.remove_prefix(end + 1);
+        if (line.empty()) continue;
+        if (line[0] == '\t') line.remove_prefix(1);
+        if (isTitle) {
+            structure.addTitle(line);
+        } else {
+            structure.addOption(line);
+        }
+        isTitle = false;
+    }
+}
+
+} // namespace
 
 void writeFileSummary(Screens& screens, Report& report, const DataSet& data, int variableLength,
                       int labelLength, bool tellDoubts) {
@@ -30,7 +56,8 @@ void writeFileSummary(Screens& screens, Report& report, const DataSet& data, int
     }
     SetFormatsFromData(report, data, variableLength, labelLength);
     report.upper.append("\n\n");
-    report.lower.clear();
+    clearReport(report);
+    if (report.structure != nullptr) recordLines(report.upper, *report.structure);
     WriteDataTable(report, data, working.values.data());
     report.upper.append({report.lower.text(), report.lower.length()});
     screens.showUpper(report);

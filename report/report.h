@@ -11,12 +11,15 @@ struct TableFormats {
     int decimals[slotCount]; // a slot is named by the most decimals that it can show: slot 3 has at most 3
 };
 
+class ReportStructure;
+
 // The texts of the two screens and of the status line.
 struct Report {
     TextBuffer upper; // the summary of the data file and the messages of the data source
     TextBuffer lower; // the report of an analysis or its error text
     TextBuffer status;
     TableFormats formats = {};
+    ReportStructure* structure = nullptr; // where set, takes what the lower text is made of
 };
 
 constexpr Index upperTextCapacity = 32768;

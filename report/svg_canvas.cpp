@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "data/import/unicode.h"
+
 namespace {
 
 // Arial in thousandths of its size: a line from the highest accent to the deepest descender, the part above
@@ -18,22 +20,16 @@ constexpr int advances[] = {278,  278, 355, 556, 556, 889, 667, 191, 333, 333, 3
 constexpr int firstAdvance = ' ';
 static_assert(sizeof advances / sizeof advances[0] == '~' - firstAdvance + 1);
 
-// Windows-1252 from 0x80 to 0x9F in Unicode; the five codes without a character become the replacement
-// character.
-constexpr int unicode80[] = {0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                             0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD,
-                             0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                             0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178};
-constexpr int replacement = 0xFFFD;
-
-int unicodeOf(unsigned char byte) {
-    if (byte < ' ' || byte == 0x7F) return replacement; // XML has no control characters
-    return byte >= 0x80 && byte < 0xA0 ? unicode80[byte - 0x80] : byte;
+// XML has no control characters, and some bytes of Windows-1252 are no others.
+int characterOf(unsigned char byte) {
+    const char32_t character = fromWindows1252(byte);
+    const bool isControl = character < ' ' || (character >= 0x7F && character < 0xA0);
+    return static_cast<int>(isControl ? replacementCharacter : character);
 }
 
 void appendEscaped(TextBuffer& document, const char* text) {
     for (; *text != '\0'; ++text) {
-        const int character = unicodeOf(static_cast<unsigned char>(*text));
+        const int character = characterOf(static_cast<unsigned char>(*text));
         if (character > '~' || character == '&' || character == '<' || character == '>' || character == '"') {
             document.appendFormat("&#%d;", character);
         } else {

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "data/spreadsheet.h"
+#include "report/cells.h"
 #include "report/file_summary.h"
 #include "report/messages.h"
 
@@ -104,7 +105,7 @@ void applyExclusion(Frontend& frontend, AnalysisRun& run,
 
 void closeDataFile(Frontend& frontend, AnalysisRun& run) {
     run.report.upper.clear();
-    run.report.lower.clear();
+    clearReport(run.report);
     run.report.status.clear();
     frontend.showUpper(run.report);
     frontend.showLower(run.report);

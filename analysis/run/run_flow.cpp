@@ -5,6 +5,7 @@
 #include "analysis/run/commands.h"
 #include "analysis/run/saved_defaults.h"
 #include "numeric/moments.h"
+#include "report/cells.h"
 #include "report/messages.h"
 
 namespace {
@@ -62,7 +63,7 @@ ErrorCode dispatchAnalysis(Frontend& frontend, Settings& defaults, AnalysisRun& 
 
     const AnalysisKind& kind = *findKind(run.kind);
     ErrorCode code = kind.analysis->driver(frontend, run);
-    if (code == success && run.report.lower.ranOutOfMemory()) code = outOfMemory;
+    if (code == success && !isComplete(run.report)) code = outOfMemory;
     if (code == success && kind.enablesPrediction) frontend.enablePrediction(true);
     if (code == success && run.graph.present) frontend.openGraphWindow(run.graph);
     return reportResult(frontend, run, code);

@@ -7,7 +7,7 @@
 
 void openReport(AnalysisRun& run, const ReportOpening& opening) {
     const Settings& settings = run.options.settings;
-    run.report.lower.clear();
+    clearReport(run.report);
     continueReport(run, opening);
     SetFormatsFromData(run.report, run.data, settings.variableStringLength, settings.sampleStringLength);
 }
