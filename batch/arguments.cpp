@@ -1,5 +1,6 @@
 #include "batch/arguments.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -45,26 +46,31 @@ Match parseNumerics(Option option, Arguments& arguments, CommandLine& line, Comp
     return Match::wrong;
 }
 
-Match parseMissing(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+// Of an option that takes one of some words: puts the place of the word into `choice`.
+template <class Choice, std::size_t count>
+Match parseWord(Option option, Arguments& arguments, const char* const (&words)[count], Choice& choice,
+                Complaint& complaint) {
     if (!arguments.takeValue(option, complaint)) return Match::wrong;
-    const struct {
-        std::string_view word;
-        MissingPolicy policy;
-    } policies[] = {
-        {"zero", MissingPolicy::zero}, {"omit", MissingPolicy::omit}, {"fail", MissingPolicy::fail}};
-    for (const auto& each : policies) {
-        if (each.word != option.value) continue;
-        line.missing = each.policy;
-        return Match::taken;
+    char known[80] = "";
+    for (std::size_t k = 0; k < count; ++k) {
+        if (std::strcmp(words[k], option.value) == 0) {
+            choice = static_cast<Choice>(k);
+            return Match::taken;
+        }
+        const std::size_t used = std::strlen(known);
+        std::snprintf(known + used, sizeof known - used, "%s%s", k > 0 ? "|" : "", words[k]);
     }
-    complaint.say("--missing takes zero|omit|fail, not '%.200s'", option.value);
+    complaint.say("%.*s takes %s, not '%.200s'", static_cast<int>(option.name.size()), option.name.data(),
+                  known, option.value);
     return Match::wrong;
 }
 
 Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
     if (option.name == "--exclude") return takeRepeated(option, arguments, line.excludes, complaint);
     if (option.name == "--numerics") return parseNumerics(option, arguments, line, complaint);
-    if (option.name == "--missing") return parseMissing(option, arguments, line, complaint);
+    if (option.name == "--missing")
+        return parseWord(option, arguments, missingWords, line.missing, complaint);
+    if (option.name == "--format") return parseWord(option, arguments, formatWords, line.format, complaint);
     const struct {
         const char* name;
         const char*& target;

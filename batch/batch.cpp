@@ -13,9 +13,12 @@
 #include "batch/help.h"
 #include "batch/import_command.h"
 #include "batch/output_file.h"
+#include "batch/report_document.h"
 #include "batch/terminal.h"
+#include "report/cells.h"
 #include "report/doubt_messages.h"
 #include "report/messages.h"
+#include "report/structure.h"
 #include "version.h"
 
 namespace {
@@ -107,7 +110,7 @@ bool runPredictions(BatchFrontend& frontend, const CommandLine& line, AnalysisRu
             enterValues(text, run.data, entry);
             code = writePrediction(run, entry, PredictionReport::appended);
         }
-        if (code == success && run.report.lower.ranOutOfMemory()) code = outOfMemory;
+        if (code == success && !isComplete(run.report)) code = outOfMemory;
         if (code != success) {
             reportResult(frontend, run, code);
             return false;
@@ -126,7 +129,7 @@ bool runLoaded(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& ru
     }
     if (line.shownPath != nullptr) std::snprintf(run.data.path, sizeof run.data.path, "%s", line.shownPath);
     showLoadedData(frontend, run);
-    const bool isWhole = !run.report.upper.ranOutOfMemory() && !run.report.lower.ranOutOfMemory();
+    const bool isWhole = !run.report.upper.ranOutOfMemory() && isComplete(run.report);
     if (!isWhole) reportFileCode(frontend, run.report, FileCode::noMemory);
     return isWhole;
 }
@@ -184,9 +187,18 @@ bool print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, O
         if (!written) reportFileCode(frontend, run.report, FileCode::notCreated);
         succeeded = succeeded && written;
     };
-    if (succeeded && line.output != nullptr) check(output.write(*frontend.shown()));
+    TextBuffer document;
+    const TextBuffer* text = makeDocument(line, run, frontend, succeeded, document);
+    if (text == nullptr) {
+        reportFileCode(frontend, run.report, FileCode::noMemory);
+        succeeded = false;
+    } else if (succeeded && line.output != nullptr) {
+        check(output.write(*text));
+    }
     if (!succeeded || line.output == nullptr) {
-        check(write(stdout, *frontend.shown()) && std::fflush(stdout) == 0);
+        if (!succeeded) text = makeDocument(line, run, frontend, false, document);
+        if (text == nullptr) text = frontend.shown();
+        check(write(stdout, *text) && std::fflush(stdout) == 0);
     }
     if (succeeded) printDeviations(line, run);
     printStatus(run.report.status);
@@ -226,7 +238,10 @@ int runBatch(int count, char** arguments) {
     AnalysisRun run;
     BatchFrontend frontend(line);
     setUp(line, run);
-    if (allocateReport(run.report, TextBuffer::Growth::growing) != success) {
+    ReportStructure structure;
+    if (line.format != ReportFormat::text) run.report.structure = &structure;
+    if (allocateReport(run.report, TextBuffer::Growth::growing) != success ||
+        structure.allocate() != success) {
         std::fprintf(stderr, "error : failed to allocate memory for data.\n");
         return exitFailure;
     }

@@ -46,6 +46,8 @@ void BatchFrontend::alert(const char* text, const char*) {
 }
 
 FileCode BatchFrontend::readTable(const char* path, CellTable& cells, ReadingNotes& notes) {
+    file_.path = path;
+    file_.isKnown = findSizeAndTime(path, file_.size, file_.modified);
     std::FILE* const file = openToRead(path);
     if (file == nullptr) {
         const FileType type = typeOf(path);

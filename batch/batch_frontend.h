@@ -4,6 +4,7 @@
 
 #include "analysis/run/frontend.h"
 #include "batch/command_line.h"
+#include "report/report_facts.h"
 
 // The run flow without a window: options come from the command line, texts are left in the report for the
 // end, progress goes to a terminal on standard error once a run takes long enough for a person to wonder.
@@ -30,11 +31,14 @@ public:
 
     // The text that was shown last.
     const TextBuffer* shown() const { return shown_; }
+    // The file that was read.
+    const FileFacts& file() const { return file_; }
     bool hasAlerted() const { return alerted_; }
 
 private:
     const CommandLine& line_;
     const TextBuffer* shown_ = nullptr;
+    FileFacts file_;
     bool alerted_ = false;
     std::chrono::steady_clock::time_point start_;
     bool onTerminal_;

@@ -3,6 +3,13 @@
 #include "analysis/run/analysis_kind.h"
 #include "batch/picture.h"
 
+// What `--missing` takes, in the order of MissingPolicy.
+constexpr const char* missingWords[] = {"zero", "omit", "fail"};
+
+// What `--format` takes, in the order of ReportFormat.
+enum class ReportFormat { text, json, markdown, html };
+constexpr const char* formatWords[] = {"text", "json", "markdown", "html"};
+
 // What the user asked for. Texts point into the arguments.
 struct CommandLine {
     enum class Task { run, help, version };
@@ -12,6 +19,7 @@ struct CommandLine {
     const char* file = nullptr;
     Block<const char*> excludes; // names, comma-separated, in the order given
     const char* output = nullptr;
+    ReportFormat format = ReportFormat::text;
     const char* shownPath = nullptr;
     int variableWidth = 0; // 0: not given
     int labelWidth = 0;
@@ -29,3 +37,14 @@ struct CommandLine {
 
     PictureOptions picture;
 };
+
+// The words that a command line has for what was chosen.
+inline const char* kindWord(const CommandLine& line) {
+    return line.kind != nullptr ? line.kind->batchName : "summary";
+}
+inline const char* missingWord(MissingPolicy policy) {
+    return missingWords[static_cast<int>(policy)];
+}
+inline const char* numericsWord(const Numerics& numerics) {
+    return numerics.textbook ? "textbook" : "classic";
+}

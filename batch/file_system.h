@@ -21,6 +21,10 @@ bool followLinks(const char* path, FilePath& file);
 // are never the same.
 bool isSameFile(const char* a, const char* b);
 
+// The size in bytes of a regular file and when it was changed, in seconds since 1970, UTC; false for any
+// other.
+bool findSizeAndTime(const char* path, long long& size, long long& modified);
+
 std::FILE* openToRead(const char* path);
 // A device or a pipe, which is written in place.
 std::FILE* openDevice(const char* path);

@@ -121,6 +121,14 @@ bool isSameFile(const char* a, const char* b) {
            isSameEntry(first, second) && std::strcmp(nameA, nameB) == 0;
 }
 
+bool findSizeAndTime(const char* path, long long& size, long long& modified) {
+    struct stat found = {};
+    if (stat(path, &found) != 0 || !S_ISREG(found.st_mode)) return false;
+    size = found.st_size;
+    modified = found.st_mtime;
+    return true;
+}
+
 std::FILE* openToRead(const char* path) {
     return std::fopen(path, "rb");
 }

@@ -12,6 +12,10 @@ namespace {
 
 constexpr int mostNeighbours = 8;
 
+// Of file times, which begin with 1601.
+constexpr long long ticksPerSecond = 10000000;
+constexpr long long secondsBefore1970 = 11644473600;
+
 constexpr int mostPath = 4096;
 
 struct WidePath {
@@ -104,6 +108,19 @@ bool isSameFile(const char* a, const char* b) {
     if (foundA != foundB) return false;
     if (!foundA && (!fullPath(wideA, fullA) || !fullPath(wideB, fullB))) return false;
     return CompareStringOrdinal(fullA.text, -1, fullB.text, -1, TRUE) == CSTR_EQUAL;
+}
+
+bool findSizeAndTime(const char* path, long long& size, long long& modified) {
+    WidePath wide;
+    WIN32_FILE_ATTRIBUTE_DATA found;
+    if (typeOf(path) != FileType::regular || !widen(path, wide) ||
+        GetFileAttributesExW(wide.text, GetFileExInfoStandard, &found) == 0)
+        return false;
+    size = static_cast<long long>(found.nFileSizeHigh) << 32 | found.nFileSizeLow;
+    const long long ticks = static_cast<long long>(found.ftLastWriteTime.dwHighDateTime) << 32 |
+                            found.ftLastWriteTime.dwLowDateTime;
+    modified = ticks / ticksPerSecond - secondsBefore1970;
+    return true;
 }
 
 std::FILE* openToRead(const char* path) {

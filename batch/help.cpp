@@ -13,6 +13,8 @@ constexpr const char* commonOptions =
     "  --numerics classic|textbook\n"
     "                            comparable with earlier reports, or as in textbooks (classic)\n"
     "  --output FILE             write the report to FILE instead of standard output\n"
+    "  --format text|json|markdown|html\n"
+    "                            what the report is written in (text)\n"
     "  --path TEXT               the path that the summary shows\n"
     "  --missing zero|omit|fail\n"
     "                            count cells that are no numbers as what they begin with or 0, leave\n"
