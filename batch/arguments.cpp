@@ -7,6 +7,7 @@
 #include "batch/argument_list.h"
 #include "batch/assignments.h"
 #include "batch/field_values.h"
+#include "batch/saved_columns.h"
 
 namespace {
 
@@ -74,7 +75,7 @@ Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, 
     const struct {
         const char* name;
         const char*& target;
-    } texts[] = {{"--output", line.output}, {"--path", line.shownPath}};
+    } texts[] = {{"--output", line.output}, {"--save", line.saved}, {"--path", line.shownPath}};
     for (const auto& text : texts) {
         if (option.name != text.name) continue;
         if (!arguments.takeValue(option, complaint)) return Match::wrong;
@@ -137,6 +138,13 @@ Match parseAssignmentOption(Option option, Arguments& arguments, CommandLine& li
     return Match::none;
 }
 
+Match parseClustersOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+    if (option.name != "--clusters" || !numbersClusters(line.kind)) return Match::none;
+    const bool taken =
+        arguments.takeValue(option, complaint) && parseClusters(option.value, line.clusters, complaint);
+    return taken ? Match::taken : Match::wrong;
+}
+
 Match parsePictureOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
     const PictureOption known = findPictureOption(option.name);
     if (known == PictureOption::none) return Match::none;
@@ -197,11 +205,13 @@ bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Compla
             if (match == Match::none) match = parsePictureOption(option, arguments, line, complaint);
             if (match == Match::none) match = parseFieldOption(option, arguments, line, complaint);
             if (match == Match::none) match = parseAssignmentOption(option, arguments, line, complaint);
+            if (match == Match::none) match = parseClustersOption(option, arguments, line, complaint);
             if (match == Match::none) complaint.say("there is no option '%.200s'", argument);
             if (match != Match::taken) return false;
         }
     }
     if (!checkPictureOptions(line.picture, line.kind, complaint)) return false;
+    if (!checkSaveOptions(line, complaint)) return false;
     if (line.file == nullptr) complaint.say("which file?");
     if (line.file != nullptr && std::strlen(line.file) >= sizeof DataSet::path) {
         complaint.say("the path of the file has more than %d characters",

@@ -109,6 +109,15 @@ bool checkPredictions(const CommandLine& line, const DataSet& data, const Analys
     return true;
 }
 
+void flagPredicted(const CommandLine& line, const DataSet& data, Block<std::int32_t>& flags) {
+    for (const char* text : line.predictions) {
+        forEach(text, [&](const Assignment& value) {
+            flags[findColumn(data.cells, value.name)] = 1;
+            return true;
+        });
+    }
+}
+
 void enterValues(const char* text, const DataSet& data, PredictionEntry& entry) {
     forEach(text, [&](const Assignment& value) {
         const std::int32_t column = otherColumnOf(data, findVariable(data, value.name));

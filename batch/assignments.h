@@ -28,5 +28,8 @@ bool applyDegrees(const CommandLine& line, const DataSet& data, AnalysisOptions&
 bool checkPredictions(const CommandLine& line, const DataSet& data, const AnalysisOptions& options,
                       Complaint& complaint);
 
+// Sets the flags (by column of the cell table) of the variables that checked predictions name.
+void flagPredicted(const CommandLine& line, const DataSet& data, Block<std::int32_t>& flags);
+
 // Enters the values of one checked text.
 void enterValues(const char* text, const DataSet& data, PredictionEntry& entry);

@@ -14,6 +14,7 @@
 #include "batch/import_command.h"
 #include "batch/output_file.h"
 #include "batch/report_document.h"
+#include "batch/saved_columns.h"
 #include "batch/terminal.h"
 #include "report/cells.h"
 #include "report/doubt_messages.h"
@@ -43,6 +44,8 @@ void setUp(const CommandLine& line, AnalysisRun& run) {
     if (line.variableWidth > 0) settings.variableStringLength = line.variableWidth;
     if (line.labelWidth > 0) settings.sampleStringLength = line.labelWidth;
     startOptions(run.options, settings);
+    run.options.clusterCount = line.clusters;
+    run.columns.areWanted = line.saved != nullptr;
     std::snprintf(run.data.path, sizeof run.data.path, "%s", line.file);
 }
 
@@ -52,6 +55,7 @@ bool checkOptions(const CommandLine& line, AnalysisRun& run, Complaint& complain
     AnalysisOptions trial = run.options;
     if (!applyFields(line, run.data, trial, complaint)) return false;
     if (!checkPredictions(line, run.data, trial, complaint)) return false;
+    if (!checkSaving(line, run.data, trial, complaint)) return false;
     const Analysis& analysis = *line.kind->analysis;
     if (line.missing == MissingPolicy::omit && analysis.isTable != nullptr && analysis.isTable(trial)) {
         complaint.say("--missing omit: the rows of a table cannot be left out");
@@ -142,6 +146,7 @@ bool write(std::FILE* file, const TextBuffer& text) {
 struct Outputs {
     OutputFile report;
     OutputFile picture;
+    OutputFile saved;
 };
 
 // No file that a run reads or writes may be another one of them.
@@ -149,7 +154,10 @@ bool checkFiles(const CommandLine& line, Complaint& complaint) {
     const struct {
         const char* name;
         const char* path;
-    } files[] = {{"the data file", line.file}, {"--output", line.output}, {"--graph", line.picture.file}};
+    } files[] = {{"the data file", line.file},
+                 {"--output", line.output},
+                 {"--save", line.saved},
+                 {"--graph", line.picture.file}};
     for (const auto& a : files) {
         for (const auto& b : files) {
             if (&a >= &b || a.path == nullptr || b.path == nullptr || !isSameFile(a.path, b.path)) continue;
@@ -162,7 +170,8 @@ bool checkFiles(const CommandLine& line, Complaint& complaint) {
 
 bool openOutputs(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, Outputs& outputs) {
     const bool opened = (line.output == nullptr || outputs.report.open(line.output)) &&
-                        (line.picture.file == nullptr || outputs.picture.open(line.picture.file));
+                        (line.picture.file == nullptr || outputs.picture.open(line.picture.file)) &&
+                        (line.saved == nullptr || outputs.saved.open(line.saved));
     if (!opened) reportFileCode(frontend, run.report, FileCode::notCreated);
     return opened;
 }
@@ -219,6 +228,26 @@ bool writePicture(const BatchFrontend& frontend, const CommandLine& line, const 
     return false;
 }
 
+// The table with the columns of a run that succeeded, not yet written.
+bool makeSavedTable(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, TextBuffer& table,
+                    Complaint& complaint) {
+    const ErrorCode code = composeSavedTable(line, run, table, complaint);
+    if (code != success) reportResult(frontend, run, code);
+    return code == success;
+}
+
+// False when there is nothing to save, or it cannot be written, which one line tells.
+bool writeSaved(const CommandLine& line, const AnalysisRun& run, const TextBuffer& table,
+                OutputFile& output) {
+    if (run.columns.count > 0 && output.write(table)) return true;
+    if (run.columns.count == 0) {
+        std::fprintf(stderr, "%s: this run has no columns to save\n", programName);
+    } else {
+        std::fprintf(stderr, "%s: cannot write '%s'\n", programName, line.saved);
+    }
+    return false;
+}
+
 } // namespace
 
 int runBatch(int count, char** arguments) {
@@ -259,7 +288,13 @@ int runBatch(int count, char** arguments) {
         return refuse(complaint, line.kind);
     }
     succeeded = succeeded && checkData(frontend, line, run) && runLoaded(frontend, line, run);
+    TextBuffer table;
+    if (succeeded && line.saved != nullptr) {
+        succeeded = makeSavedTable(frontend, line, run, table, complaint);
+        if (complaint.any()) return refuse(complaint, line.kind);
+    }
     succeeded = print(frontend, line, run, outputs.report, succeeded);
+    if (succeeded && line.saved != nullptr) succeeded = writeSaved(line, run, table, outputs.saved);
     if (succeeded && line.picture.file != nullptr) {
         succeeded = writePicture(frontend, line, run.graph, outputs.picture);
     }

@@ -21,7 +21,9 @@ struct CommandLine {
     const char* output = nullptr;
     ReportFormat format = ReportFormat::text;
     const char* shownPath = nullptr;
-    int variableWidth = 0; // 0: not given
+    const char* saved = nullptr; // the file for the table with its sample columns
+    int clusters = 0;            // in which samples are numbered there
+    int variableWidth = 0;       // 0: not given
     int labelWidth = 0;
     bool strict = false;
     MissingPolicy missing = MissingPolicy::zero;

@@ -2,6 +2,7 @@
 
 #include "batch/assignments.h"
 #include "batch/field_values.h"
+#include "batch/saved_columns.h"
 #include "batch/usage_line.h"
 
 namespace {
@@ -15,6 +16,7 @@ constexpr const char* commonOptions =
     "  --output FILE             write the report to FILE instead of standard output\n"
     "  --format text|json|markdown|html\n"
     "                            what the report is written in (text)\n"
+    "  --save FILE.csv           write the table to FILE.csv with what the analysis tells of each sample\n"
     "  --path TEXT               the path that the summary shows\n"
     "  --missing zero|omit|fail\n"
     "                            count cells that are no numbers as what they begin with or 0, leave\n"
@@ -60,6 +62,7 @@ void printHelp(std::FILE* file, const AnalysisKind* kind) {
         std::fprintf(file, "usage: %s %s [options] FILE.csv\n\n%s: %s\n\noptions of this analysis:\n",
                      programName, kind->batchName, kind->batchName, kind->menuText);
         for (const OptionField& field : kind->analysis->fields) printField(file, field, options);
+        if (numbersClusters(kind)) printClustersHelp(file);
         for (const AssignmentOption& option : assignmentOptions()) {
             if (!option.isTakenBy(*kind)) continue;
             char usage[80];

@@ -7,9 +7,6 @@
 
 namespace {
 
-// With its newline a line holds at most 4,095 characters.
-constexpr std::size_t longestLine = 4094;
-
 enum class Line { complete, unterminated, tooLong, none };
 
 // Where the comments above a row of a table are noted; nowhere without doubts.
@@ -41,7 +38,7 @@ private:
     Line nextOfAny(std::string_view& line) {
         line = {};
         const char* newline = findNewline();
-        if (newline == nullptr && available() <= longestLine + 1) {
+        if (newline == nullptr && available() <= longestCsvLine + 1) {
             refill();
             newline = findNewline();
         }
@@ -52,8 +49,8 @@ private:
         line = {buffer_ + begin_, length};
         begin_ += length + (newline != nullptr ? 1 : 0);
         if (newline != nullptr && !line.empty() && line.back() == '\r') line.remove_suffix(1);
-        if (newline == nullptr && length > longestLine) return Line::tooLong;
-        if (line.size() > longestLine) return Line::tooLong;
+        if (newline == nullptr && length > longestCsvLine) return Line::tooLong;
+        if (line.size() > longestCsvLine) return Line::tooLong;
         return newline != nullptr ? Line::complete : Line::unterminated;
     }
 

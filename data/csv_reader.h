@@ -5,6 +5,9 @@
 #include "data/cell_table.h"
 #include "data/reading_notes.h"
 
+// Characters that a line can have; with its newline it holds at most 4,095.
+constexpr std::size_t longestCsvLine = 4094;
+
 // Reads a comma-separated file into `table`. The first line that is no comment (";" or "//" at its start)
 // is the header and fixes the columns: those up to its last cell that is not empty, before any cell of more
 // than 62 characters. Every further line that ends in a newline is a row.

@@ -109,6 +109,16 @@ void buildDataSet(DataSet& data) {
     data.model.kind = FittedModel::none;
 }
 
+bool isLeftOut(const DataSet& data, std::int32_t row) {
+    if (data.policy != MissingPolicy::omit) return false;
+    MissingCells missing = {};
+    double value = 0.0;
+    for (std::int32_t j = 1; j < data.cells.cols; ++j) {
+        if (data.useFlags[j] != 0 && !takeCell(data.cells, row, j, value, missing)) return true;
+    }
+    return false;
+}
+
 void copyLoadedToWorking(DataSet& data) {
     const DataMatrix& loaded = data.loaded;
     DataMatrix& working = data.working;

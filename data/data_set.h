@@ -108,6 +108,9 @@ void releaseDataSet(DataSet& data);
 // the first variable. What a model left fits no longer.
 void buildDataSet(DataSet& data);
 
+// Whether the policy leaves out the sample of a row of the cell table.
+bool isLeftOut(const DataSet& data, std::int32_t row);
+
 // Undoes any reordering of the working part.
 void copyLoadedToWorking(DataSet& data);
 

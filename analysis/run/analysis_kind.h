@@ -48,6 +48,7 @@ struct AnalysisKind {
     bool onMenu = true;                 // false: its item is always greyed
     bool sizeCheck = true;              // needs at least three samples more than variables
     GraphRule graph = GraphRule::never;
+    bool hasSampleColumns = false; // keeps something about each sample (analysis/run/sample_columns.h)
     bool enablesPrediction = false;
     // A dialog of several kinds says in this control which one it is for.
     int headingControl = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "analysis/run/sample_columns.h"
 #include "analysis/run/settings.h"
 #include "data/data_set.h"
 #include "numeric/numerics.h"
@@ -21,6 +22,7 @@ struct AnalysisOptions {
     std::int32_t similarityModel;      // added to kind 20
     std::int32_t quantification3Data;  // 0 categorical variables, 1 cross data
     std::int32_t quantification3Count; // of factors expected
+    std::int32_t clusterCount;         // that samples are numbered by in a kept column; 0: none is kept
 };
 
 using PurposeList = std::int32_t[AnalysisOptions::purposeCount];
@@ -31,7 +33,8 @@ struct AnalysisRun {
     std::int32_t kind = 0; // menu command less 710
     Report report;
     DataSet data;
-    Graph graph; // of the last analysis that has one
+    Graph graph;           // of the last analysis that has one
+    SampleColumns columns; // of the last analysis
     // What the dialogs that do not show the selected variables were last told; forgotten when the variables
     // change.
     PurposeList canonicalPurposes = {};

@@ -34,6 +34,7 @@ ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun
 
     frontend.closeGraph();
     releaseGraph(run.graph);
+    run.columns.release();
     copyLoadedToWorking(run.data);
     run.kind = kind->number;
     frontend.enablePrediction(false);

@@ -250,14 +250,16 @@ void writeBaseline(Report& report, const HazardWork& work) {
     endTable(report);
 }
 
+double predictorOfSample(const EventData& events, const HazardWork& work, Index sample) {
+    return predictorOf(work.fit.parameters.data(), events.design.row(sample), events.covariates);
+}
+
 void writeSamples(Report& report, const DataMatrix& data, const EventData& events, const HazardWork& work) {
     constexpr const char* names[] = {"time", "state", "risk.score", "m.residual"};
     writeCaption(report, "time, state, risk score, martingale residual");
     WriteNamedHeader(report, names, wideCell.width);
     for (Index s = 0; s < events.samples; ++s) {
-        const double predictor =
-            predictorOf(work.fit.parameters.data(), events.design.row(s), events.covariates);
-        const double score = std::exp(predictor);
+        const double score = std::exp(predictorOfSample(events, work, s));
         startRow(report, s + 1, data.label(s));
         writeCell(report, events.times[s], wideCell);
         writeInteger(report, events.states[s], wideCount.width);
@@ -303,6 +305,16 @@ ErrorCode buildSurvivalGraph(Screens& screens, AnalysisRun& run, const HazardWor
     return buildGraph(screens, spec, run.graph);
 }
 
+// The predictor is 0 at the means of the covariates, as the baseline is.
+ErrorCode keepSurvival(AnalysisRun& run, const EventData& events, const HazardWork& work) {
+    return keepColumns(run.columns, events.samples, 2, [&](SampleColumns& columns) {
+        columns.add("predictor", [&](Index s) { return predictorOfSample(events, work, s); });
+        columns.add("survival", [&](Index s) {
+            return std::exp(-work.hazards[s] * std::exp(predictorOfSample(events, work, s)));
+        });
+    });
+}
+
 ErrorCode runHazardModel(Screens& screens, AnalysisRun& run) {
     const SurvivalOptions& options = run.options.settings.hazard;
     const EventColumns columns = {options.stateColumn, options.timeColumn, options.division};
@@ -319,6 +331,8 @@ ErrorCode runHazardModel(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     writeReport(run, events, work);
+    code = keepSurvival(run, events, work);
+    if (code != success) return code;
     closeReport(screens, run.report);
     return buildSurvivalGraph(screens, run, work);
 }

@@ -179,6 +179,14 @@ void writeReport(AnalysisRun& run, const EventData& events, const LogisticWork& 
     writeSamples(report, data, events, work);
 }
 
+ErrorCode keepProbabilities(AnalysisRun& run, const LogisticWork& work) {
+    return keepColumns(run.columns, run.data.working.samples, 1, [&](SampleColumns& columns) {
+        columns.add("probability", [&](Index s) {
+            return oddsOf(work.likelihood.predictor(work.fit.parameters.data(), s)).with;
+        });
+    });
+}
+
 ErrorCode runLogisticModel(Screens& screens, AnalysisRun& run) {
     const Settings& settings = run.options.settings;
     const EventColumns columns = {settings.logisticState, 0, settings.logisticDivision};
@@ -195,6 +203,8 @@ ErrorCode runLogisticModel(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     writeReport(run, events, work);
+    code = keepProbabilities(run, work);
+    if (code != success) return code;
     closeReport(screens, run.report);
     return success;
 }

@@ -74,6 +74,8 @@ struct SurvivalFit {
     [[nodiscard]] ErrorCode allocate(Index parameters, Index count) {
         return fit.allocate(parameters) | coefficients.allocate(count);
     }
+
+    double logHazard(Index sample) const { return likelihood.logHazard(fit.parameters.data(), sample); }
 };
 
 struct WeibullWork {
@@ -178,12 +180,17 @@ void writeFits(Report& report, const WeibullWork& work) {
     endTable(report);
 }
 
+// The probability to survive the sample's own time.
+double survivalOf(const SurvivalFit& model, Index sample) {
+    return std::exp(-std::exp(model.logHazard(sample)));
+}
+
 // The time that half survive, and the probability to survive the sample's own.
 void writeSurvival(Report& report, const SurvivalFit& model, double time, Index sample) {
-    const double logHazard = model.likelihood.logHazard(model.fit.parameters.data(), sample);
     const double logHalf = std::log(std::numbers::ln2); // of the cumulative hazard at the median
-    writeCell(report, std::exp(std::log(time) - (logHazard - logHalf) / model.shape), wideCell);
-    writeCell(report, std::exp(-std::exp(logHazard)), wideCell);
+    const double logMedian = std::log(time) - (model.logHazard(sample) - logHalf) / model.shape;
+    writeCell(report, std::exp(logMedian), wideCell);
+    writeCell(report, survivalOf(model, sample), wideCell);
 }
 
 void writeSamples(Report& report, const DataMatrix& data, const EventData& events, const WeibullWork& work) {
@@ -219,6 +226,24 @@ void writeReport(AnalysisRun& run, const EventData& events, const WeibullWork& w
     writeSamples(report, data, events, work);
 }
 
+// The predictor is ln s, at whose time the cumulative hazard is 1.
+ErrorCode keepSurvival(AnalysisRun& run, const EventData& events, const WeibullWork& work) {
+    const struct {
+        const char* predictor;
+        const char* survival;
+        const SurvivalFit& fit;
+    } models[] = {{"e.predictor", "e.survival", work.exponential},
+                  {"w.predictor", "w.survival", work.weibull}};
+    return keepColumns(run.columns, events.samples, 4, [&](SampleColumns& columns) {
+        for (const auto& model : models) {
+            columns.add(model.predictor, [&](Index s) {
+                return std::log(events.times[s]) - model.fit.logHazard(s) / model.fit.shape;
+            });
+            columns.add(model.survival, [&](Index s) { return survivalOf(model.fit, s); });
+        }
+    });
+}
+
 ErrorCode runWeibullModel(Screens& screens, AnalysisRun& run) {
     const SurvivalOptions& options = run.options.settings.weibull;
     const EventColumns columns = {options.stateColumn, options.timeColumn, options.division};
@@ -235,6 +260,8 @@ ErrorCode runWeibullModel(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     writeReport(run, events, work);
+    code = keepSurvival(run, events, work);
+    if (code != success) return code;
     closeReport(screens, run.report);
     return success;
 }

@@ -168,6 +168,21 @@ ErrorCode buildRegressionGraph(Screens& screens, AnalysisRun& run, const Regress
                             .scoreStride = scores.columns()});
 }
 
+// Without an interval there are no limits.
+ErrorCode keepRegressionColumns(AnalysisRun& run, const RegressionResult& result) {
+    const DataMatrix& data = run.data.working;
+    const bool hasLimits = result.fit.alpha != 0.0;
+    return keepColumns(run.columns, data.samples, hasLimits ? 5 : 3, [&](SampleColumns& columns) {
+        columns.add("prediction", [&](Index s) { return result.predictions[s]; });
+        columns.add("residual",
+                    [&](Index s) { return data.at(s, data.variables - 1) - result.predictions[s]; });
+        columns.add("s.residual", [&](Index s) { return result.fit.standardizedResiduals[s]; });
+        if (!hasLimits) return;
+        columns.add("infimum", [&](Index s) { return result.infima[s]; });
+        columns.add("supremum", [&](Index s) { return result.suprema[s]; });
+    });
+}
+
 } // namespace
 
 ErrorCode RegressionResult::allocate(Index samples, Index variables) {
@@ -197,6 +212,8 @@ ErrorCode runRegression(Screens& screens, AnalysisRun& run, const RegressionOpti
     keepRegressionModel(run, result);
     noteRegressionDeviations(run, regressedData(data, result), result.fit);
     writeRegressionReport(run, options, result);
+    code = keepRegressionColumns(run, result);
+    if (code != success) return code;
     closeReport(screens, run.report);
     return buildRegressionGraph(screens, run, result);
 }

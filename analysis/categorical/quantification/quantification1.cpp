@@ -384,6 +384,15 @@ ErrorCode keepModel(AnalysisRun& run, const Quantification1Work& work) {
     return success;
 }
 
+ErrorCode keepQuantification1Columns(AnalysisRun& run, const Quantification1Work& work) {
+    const Matrix& scores = work.scores;
+    return keepColumns(run.columns, scores.rows(), 3, [&](SampleColumns& columns) {
+        columns.add("prediction", [&](Index s) { return scores(s, 0); });
+        columns.add("residual", [&](Index s) { return scores(s, 2) - scores(s, 0); });
+        columns.add("s.residual", [&](Index s) { return scores(s, 1); });
+    });
+}
+
 ErrorCode runQuantification1(Screens& screens, AnalysisRun& run) {
     reorderWorkingBySelection(run.data);
     const DataMatrix& data = run.data.working;
@@ -401,6 +410,8 @@ ErrorCode runQuantification1(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     writeReport(run, work);
+    code = keepQuantification1Columns(run, work);
+    if (code != success) return code;
     noteDeviation(run, "s.residual"); // one category at least is kept, so the divisors differ
     closeReport(screens, run.report);
     return buildQuantification1Graph(screens, run, work);

@@ -320,6 +320,8 @@ ErrorCode runQuantification2(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     writeReport(run, work);
+    code = keepNumbered(run.columns, "score ", work.scores, work.vectors);
+    if (code != success) return code;
     closeReport(screens, run.report);
     return buildQuantification2Graph(screens, run, work);
 }

@@ -419,6 +419,8 @@ ErrorCode runQuantification3(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     writeReport(run, table, work);
+    code = keepNumbered(run.columns, "score ", work.rowWeights, work.factors);
+    if (code != success) return code;
     if (!run.numerics->textbook) noteDeviations(run, table, work);
     closeReport(screens, run.report);
     return success;

@@ -274,6 +274,8 @@ ErrorCode runSimilarityAnalysis(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     writeReport(run, model, work);
+    code = keepNumbered(run.columns, "coordinate ", work.coordinates, shownDimensions(run, work));
+    if (code != success) return code;
     closeReport(screens, run.report);
     return buildSimilarityGraph(screens, run, work);
 }

@@ -119,6 +119,35 @@ ErrorCode noteDeviations(AnalysisRun& run, const CanonicalVariates& variates) {
     return success;
 }
 
+// The variates of a group whose first variable is column `first` of the data, by weights for standardized
+// variables.
+void addVariates(const DataMatrix& data, const MomentMatrices& moments, Index first, const Matrix& weights,
+                 const char* prefix, Matrix& variates, SampleColumns& columns) {
+    variates.fill(0.0);
+    for (Index s = 0; s < data.samples; ++s) {
+        double* sums = variates.row(s);
+        for (Index i = 0; i < weights.rows(); ++i) {
+            const Index v = first + i;
+            const double standardized = (data.at(s, v) - moments.means[v]) / moments.sds[v];
+            for (Index k = 0; k < weights.columns(); ++k) sums[k] += weights(i, k) * standardized;
+        }
+    }
+    columns.addNumbered(prefix, variates, weights.columns());
+}
+
+// x are the explanatory variables, y the purpose variables. 0 or outOfMemory.
+ErrorCode keepVariates(AnalysisRun& run, const CanonicalVariates& found) {
+    if (!run.columns.areWanted) return success;
+    const DataMatrix& data = run.data.working;
+    Matrix variates;
+    const ErrorCode code = variates.allocate(data.samples, found.pairs);
+    if (code != success) return code;
+    return keepColumns(run.columns, data.samples, 2 * found.pairs, [&](SampleColumns& columns) {
+        addVariates(data, found.moments, 0, found.explanatoryWeights, "variate x", variates, columns);
+        addVariates(data, found.moments, found.q1, found.purposeWeights, "variate y", variates, columns);
+    });
+}
+
 ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
     reorderWorkingBySelection(run.data);
     if (run.data.otherCount == 0 || run.data.selectedCount == 0) return noEffectiveVariable;
@@ -133,6 +162,8 @@ ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     writeReport(run, variates);
+    code = keepVariates(run, variates);
+    if (code != success) return code;
     closeReport(screens, run.report);
     return success;
 }

@@ -305,6 +305,20 @@ void noteDeviations(AnalysisRun& run, const ClusterWork& work) {
     if (work.merging.merges.size() > exact) noteDeviation(run, "unit cluster, distance, dendrogram");
 }
 
+// The cluster of each sample, of as many as the options ask for. 0 or outOfMemory.
+ErrorCode keepClusters(AnalysisRun& run, const ClusterWork& work) {
+    const ClusterMerging& merging = work.merging;
+    const Index clusters = std::min<Index>(run.options.clusterCount, merging.count);
+    if (!run.columns.areWanted || work.choice.ofVariables || clusters < 1) return success;
+    Block<std::int32_t> numbers;
+    const ErrorCode code = numbers.allocate(merging.count);
+    if (code != success) return code;
+    cutTree(merging.merges.data(), merging.count, clusters, numbers.data());
+    return keepColumns(run.columns, merging.count, 1, [&](SampleColumns& columns) {
+        columns.add("cluster", [&](Index s) { return numbers[s]; });
+    });
+}
+
 ErrorCode runClusterAnalysis(Screens& screens, AnalysisRun& run) {
     ClusterWork work;
     ErrorCode code = work.allocate(choiceOf(run.options.settings.cluster), *run.numerics, run.data.working);
@@ -316,6 +330,8 @@ ErrorCode runClusterAnalysis(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     writeReport(run, work);
+    code = keepClusters(run, work);
+    if (code != success) return code;
     noteDeviations(run, work);
     closeReport(screens, run.report);
     return success;

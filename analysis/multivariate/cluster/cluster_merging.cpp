@@ -162,3 +162,19 @@ ErrorCode mergeClustersByTextbook(int criterion, ClusterMerging& merging) {
         return mergeAll(Ward(), merging);
     }
 }
+
+void cutTree(const ClusterMerge* merges, Index items, Index clusters, std::int32_t* numbers) {
+    for (Index i = 0; i < items; ++i) numbers[i] = static_cast<std::int32_t>(i);
+    for (Index s = 0; s < items - clusters; ++s) numbers[merges[s].first] = merges[s].second;
+    // A cluster has the number of its last item, where a step can only lead to a later one.
+    for (Index i = items; i-- > 0;) numbers[i] = numbers[numbers[i]];
+    std::int32_t count = 0;
+    for (Index i = 0; i < items; ++i) {
+        if (numbers[i] >= 0) {
+            std::int32_t& last = numbers[numbers[i]]; // less than 0 once the cluster has its new number
+            if (last >= 0) last = -++count;
+            numbers[i] = last;
+        }
+        numbers[i] = -numbers[i];
+    }
+}

@@ -31,6 +31,10 @@ struct ClusterMerging {
     Index rowStart(Index a) const { return a * (2 * count - a - 1) / 2 - a - 1; }
 };
 
+// Numbers the clusters that the merges leave when `clusters` are left (1 .. items), from 1 in the order of
+// their first items, into `numbers`, one for each item.
+void cutTree(const ClusterMerge* merges, Index items, Index clusters, std::int32_t* numbers);
+
 // Merges the two closest clusters until one is left, and combines their distances to the others by a rule of
 // the kind of Lance and Williams (1967) whose coefficients are made from the number of the criterion: 0
 // nearest neighbour, 1 furthest neighbour, 2 median, 3 group average, 4 centroid, 5 Ward. They are not those

@@ -342,6 +342,8 @@ ErrorCode runPrincipalComponents(Screens& screens, AnalysisRun& run) {
 
     noteDeviations(run, work);
     writeReport(run, work);
+    code = keepNumbered(run.columns, "score ", work.scores, work.kept);
+    if (code != success) return code;
     closeReport(screens, run.report);
     return buildComponentGraph(screens, run, work);
 }

@@ -1,5 +1,7 @@
 #include "analysis/multivariate/discriminant/discriminant.h"
 
+#include <cstdio>
+
 #include "analysis/multivariate/discriminant/discriminant_report.h"
 #include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
@@ -128,6 +130,21 @@ ErrorCode buildDiscriminantGraph(Screens& screens, AnalysisRun& run, const Discr
                             .scoreStride = result.functions.scores.columns()});
 }
 
+ErrorCode keepDiscriminantColumns(AnalysisRun& run, const DiscriminantResult& result) {
+    const DiscriminantFunctions& functions = result.functions;
+    const Index groups = result.statistics.groups;
+    return keepColumns(
+        run.columns, functions.scores.rows(), functions.vectors + groups + 1, [&](SampleColumns& columns) {
+            columns.addNumbered("score ", functions.scores, functions.vectors);
+            char name[32];
+            for (Index g = 0; g < groups; ++g) {
+                std::snprintf(name, sizeof name, "distance %td", g + 1);
+                columns.add(name, [&](Index s) { return squaredGroupDistance(functions, s, g); });
+            }
+            columns.add("d.group", [&](Index s) { return functions.assigned[s] + 1.0; });
+        });
+}
+
 ErrorCode runDiscriminantAnalysis(Screens& screens, AnalysisRun& run) {
     reorderWorkingBySelection(run.data);
     const DataMatrix& data = run.data.working;
@@ -148,6 +165,8 @@ ErrorCode runDiscriminantAnalysis(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     writeDiscriminantReport(run, result);
+    code = keepDiscriminantColumns(run, result);
+    if (code != success) return code;
     if (!run.numerics->textbook) noteDeviations(run, run.options.settings.discriminant, result);
     closeReport(screens, run.report);
     return buildDiscriminantGraph(screens, run, result);

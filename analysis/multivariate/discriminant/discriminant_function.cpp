@@ -125,16 +125,20 @@ void placeCentroids(const GroupStatistics& statistics, const VariableSelection& 
     }
 }
 
+double squaredDistance(const double* score, const double* centroid, Index vectors) {
+    double distance = 0.0;
+    for (Index v = 0; v < vectors; ++v) {
+        const double difference = score[v] - centroid[v];
+        distance += difference * difference;
+    }
+    return distance;
+}
+
 std::int32_t nearestCentroid(const double* score, Index vectors, const Matrix& centroids) {
     std::int32_t nearest = 0;
     double least = 0.0;
     for (std::int32_t g = 0; g < centroids.rows(); ++g) {
-        const double* centroid = centroids.row(g);
-        double distance = 0.0;
-        for (Index v = 0; v < vectors; ++v) {
-            const double difference = score[v] - centroid[v];
-            distance += difference * difference;
-        }
+        const double distance = squaredDistance(score, centroids.row(g), vectors);
         if (g > 0 && !(distance < least)) continue;
         least = distance;
         nearest = g;
@@ -240,6 +244,13 @@ Index significantRoots(const DiscriminantFunctions& functions, const Numerics& n
         if (!(tail < alpha)) break;
     }
     return std::max(roots, std::min(Index{1}, functions.dimensions));
+}
+
+double squaredGroupDistance(const DiscriminantFunctions& functions, Index sample, Index group) {
+    const double distance =
+        squaredDistance(functions.scores.row(sample), functions.centroids.row(group), functions.classifying);
+    // The variance of Fisher's score is the distance of the two groups.
+    return functions.centroids.rows() == 2 ? distance / functions.mahalanobis : distance;
 }
 
 bool doAllClassifyElsewhere(const DiscriminantFunctions& functions) {

@@ -53,5 +53,9 @@ Index significantRoots(const DiscriminantFunctions& functions, const Numerics& n
 void classifySamples(const DataMatrix& data, const GroupStatistics& statistics,
                      const VariableSelection& selection, DiscriminantFunctions& functions);
 
+// The squared distance of a sample from the centroid of a group by the functions that classify, whose pooled
+// variance is the unit: the least is that of the group that the sample is put into.
+double squaredGroupDistance(const DiscriminantFunctions& functions, Index sample, Index group);
+
 // Whether all canonical functions put some sample into another group than those that classify.
 bool doAllClassifyElsewhere(const DiscriminantFunctions& functions);

@@ -301,6 +301,9 @@ ErrorCode runFactorAnalysis(Screens& screens, AnalysisRun& run) {
     writeFactorReport(
         run, byLikelihood ? "maximum likelihood analysis statistics" : "principal factor analysis statistics",
         work.result);
+    const Matrix& scores = work.result.scores;
+    code = keepNumbered(run.columns, "score ", scores, scores.columns());
+    if (code != success) return code;
     noteDeviations(run, work.result);
     closeReport(screens, run.report);
     return buildFactorGraph(screens, run, work.result);
