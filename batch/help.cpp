@@ -16,7 +16,6 @@ constexpr const char* commonOptions =
     "  --output FILE             write the report to FILE instead of standard output\n"
     "  --format text|json|markdown|html\n"
     "                            what the report is written in (text)\n"
-    "  --save FILE.csv           write the table to FILE.csv with what the analysis tells of each sample\n"
     "  --path TEXT               the path that the summary shows\n"
     "  --missing zero|omit|fail\n"
     "                            count cells that are no numbers as what they begin with or 0, leave\n"
@@ -69,6 +68,10 @@ void printHelp(std::FILE* file, const AnalysisKind* kind) {
             std::snprintf(usage, sizeof usage, "--%s %s", option.name, assignmentUsage);
             printUsageLine(file, usage, option.help);
             std::fprintf(file, "; may be repeated\n");
+        }
+        if (kind->hasSampleColumns) {
+            std::fprintf(file, "\noptions of saved columns:\n");
+            printSaveHelp(file);
         }
         if (kind->graph != GraphRule::never) {
             std::fprintf(file, "\noptions of its picture:\n");

@@ -84,7 +84,12 @@ bool parseClusters(const char* text, int& clusters, Complaint& complaint) {
 }
 
 void printClustersHelp(std::FILE* file) {
-    printUsageLine(file, "--clusters N", "with --save: number the samples by the last N clusters\n");
+    printUsageLine(file, "--clusters N", "with --save: number the samples by N clusters\n");
+}
+
+void printSaveHelp(std::FILE* file) {
+    printUsageLine(file, "--save FILE.csv",
+                   "write the table to FILE.csv with what the analysis tells of each sample\n");
 }
 
 bool checkSaveOptions(const CommandLine& line, Complaint& complaint) {

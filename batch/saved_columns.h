@@ -12,6 +12,7 @@ bool numbersClusters(const AnalysisKind* kind);
 bool parseClusters(const char* text, int& clusters, Complaint& complaint);
 
 void printClustersHelp(std::FILE* file);
+void printSaveHelp(std::FILE* file);
 
 // False and a complaint when the options do not go together, as far as is known without the data.
 bool checkSaveOptions(const CommandLine& line, Complaint& complaint);

@@ -253,6 +253,27 @@ def check_import():
     check("an import leaves nothing behind", sorted(os.listdir(".")) == ["bad.csv", "small.csv", "words.csv"])
 
 
+def check_saved():
+    numbers = "".join("r%d%s\n" % (i, "".join(",0.%018d" % (pow(i + 2, j, 997) * 10 ** 15 + j) for j in range(3, 193))) for i in range(199))
+    pathlib.Path("wide.csv").write_text("label%s\n" % "".join(",v %d" % j for j in range(190)) + numbers)
+    wide = ["regression", "--method=all", "--purpose=#1", "--predict=v 1=2", "--save=a.csv", "wide.csv"]
+    code, out, err = run(*wide)
+    remedy = err.partition("would do: ")[2].partition("\n")[0]
+    check("a line that would be too long", code == 2 and out == "" and not os.path.exists("a.csv") and remedy == "--exclude=#3,#4")
+    code, out, err = run(*wide, remedy)
+    lines = pathlib.Path("a.csv").read_text().splitlines()
+    check("the remedy does", code == 0 and max(map(len, lines)) <= 4094 and lines[0].startswith("label,v 0,v 1,v 4,v 5,"))
+    check("it is read again", run("summary", "--strict", "a.csv")[0] == 0)
+    code, out, err = run("pca", "--min-eigenvalue=99", "--save=b.csv", iris)
+    check("nothing to save", code == 1 and "principal" in out and "no columns" in err and not os.path.exists("b.csv"))
+    check("nothing is saved on a full device", run("pca", "--save=/dev/full", iris)[0] == 1)
+    check("a report stays as it is", run("pca", "--save=a.csv", iris) == run("pca", iris))
+    code, out, err = run("pca", "--save=a.csv", "a.csv")
+    check("the data file to save to", code == 2 and "--save and the data file are one file" in err)
+    for name in ("wide.csv", "a.csv"):
+        os.remove(name)
+
+
 def main():
     with tempfile.TemporaryDirectory() as folder:
         os.chdir(folder)
@@ -265,6 +286,7 @@ def main():
         check_predictions()
         check_files()
         check_pictures()
+        check_saved()
         check_output()
         check_interrupted_output()
         check_one_file_twice()

@@ -12,6 +12,7 @@ import re
 import shlex
 import subprocess
 import sys
+import tempfile
 
 sys.dont_write_bytecode = True
 from compare import decimals, differences, number
@@ -51,26 +52,45 @@ def rounds_to(value, cell):
     return shown is not None and abs(shown - value) <= 0.5 * 10.0 ** -decimals(cell) + 1e-9 * abs(value)
 
 
+def saved_columns(runner, table):
+    """The columns of a saved table by their names; the program reads it again, and has no doubts about it."""
+    done = subprocess.run([runner, "summary", "--strict", table], capture_output=True, text=True, timeout=300)
+    if done.returncode != 0 or done.stderr.count("\n") != 1:
+        return {"": [done.stderr]}
+    lines = [line.split(",") for line in pathlib.Path(table).read_text().splitlines()]
+    return {column[0]: column[1:] for column in zip(*lines)}
+
+
+def agrees(value, cell):
+    return abs(float(cell) - value) <= 1e-7 * max(1.0, abs(value))
+
+
 def run_textbook_case(runner, name, kind, options, data, rows):
     command = [runner, kind, "--numerics", "textbook"] + ([] if options == "-" else shlex.split(options))
-    done = subprocess.run(command + [str(here / "data" / data)], capture_output=True, text=True, timeout=300)
     wrong, columns = [], {}
+    with tempfile.TemporaryDirectory() as folder:
+        table = str(pathlib.Path(folder, "saved.csv"))
+        command += ["--save", table] if any(row[4] == "saved" for row in rows) else []
+        done = subprocess.run(command + [str(here / "data" / data)], capture_output=True, text=True, timeout=300)
+        saved = saved_columns(runner, table) if "--save" in command else {}
     if done.stdout.split("\n")[2:3] != ["-- textbook numerics"]:
         wrong.append("no remark below the title")
     if not done.stderr.rstrip("\n").endswith(", textbook numerics"):
         wrong.append("status %r" % done.stderr)
     for title, label, first, values, turned in (row[4:] for row in rows):
         expected = [float(value) for value in values.split("|")]
-        cells = row_of(done.stdout, title, label, int(first))[:len(expected)]
+        cells = (saved.get(label, []) if title == "saved" else row_of(done.stdout, title, label, int(first)))[:len(expected)]
         if len(cells) < len(expected):
             wrong.append("%s: no such row %s" % (title, label))
         for place, pair in enumerate(zip(cells, expected)):
             # A column that may be turned has one sign in all its rows.
-            key = (title, place) if turned == "turned" else (title, place, label)
+            column = label if title == "saved" else place
+            key = (title, column) if turned == "turned" else (title, column, label, place)
             columns.setdefault(key, []).append(pair)
     for key, pairs in columns.items():
         signs = (1, -1) if len(key) == 2 else (1,)
-        if not any(all(rounds_to(sign * value, cell) for cell, value in pairs) for sign in signs):
+        matches = agrees if key[0] == "saved" else rounds_to
+        if not any(all(matches(sign * value, cell) for cell, value in pairs) for sign in signs):
             wrong.append("%s: %s" % (key, " ".join("%s not %.15g" % pair for pair in pairs)))
     return "\n".join(wrong[:20])
 

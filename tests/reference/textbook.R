@@ -2,6 +2,7 @@
 # Needs R with MASS, survival, psych and GPArotation; run.py needs only what is written. A line holds, tab separated: case,
 # kind, options, data file below data/, start of the table's title, label of the row (or # and the number of the line below
 # the title), number of the first cell, values joined by |, and "turned" where the sign of each column of the table is free.
+# The table "saved" is that of --save, with the name of a column for a label and the values of the first samples.
 # The statistics that differ from classic numerics come first; no value is taken from a report.
 suppressMessages({ library(MASS); library(survival); library(psych) })
 here <- dirname(sub("--file=", "", grep("--file=", commandArgs(FALSE), value = TRUE)))
@@ -26,6 +27,8 @@ put <- function(table, labels, values, first = 2, turned = FALSE) {
 }
 row <- function(table, label, ..., first = 2, turned = FALSE) put(table, label, rbind(c(...)), first, turned)
 triangle <- function(table, labels, m) for (i in seq_len(nrow(m))) row(table, labels[i], m[i, 1:i])
+saved <- function(..., turned = FALSE) for (column in names(list(...))) row("saved", column, head(as.vector(list(...)[[column]]), 60), first = 1, turned = turned)
+numbered <- function(prefix, values, turned = TRUE) do.call(saved, c(setNames(as.list(as.data.frame(values)), paste0(prefix, seq_len(ncol(values)))), turned = turned))
 samples <- function(table, x, values, ...) put(table, trimws(substr(rownames(x)[1:10], 1, 15)), as.matrix(values)[1:10, , drop = FALSE], ...) # enough
 
 upper <- function(x, df) pchisq(x, df, lower.tail = FALSE)
@@ -72,6 +75,7 @@ regression <- function(kind, file, purpose, of_x = identity, of_y = identity, ba
   limits <- back(suppressWarnings(predict(fit, interval = "prediction")))
   limits[, 2:3] <- t(apply(limits[, 2:3], 1, sort))
   samples("-- effective coverage", x, cbind(x[[purpose]], limits, x[[purpose]] - limits[, 1]))
+  saved(prediction = limits[, 1], residual = x[[purpose]] - limits[, 1], s.residual = resid(fit) / s$sigma, infimum = limits[, 2], supremum = limits[, 3])
 }
 
 components <- function(base) {
@@ -93,7 +97,9 @@ components <- function(base) {
   put("eigen vector", names(x), e$vectors, turned = TRUE)
   divisor <- if (base == "covariance") (n - 1) / n else 1 # loadings are those of the matrix with N
   put("principal component load", names(x), e$vectors %*% diag(sqrt(l * divisor)), turned = TRUE)
-  samples("principal component score", x, population(prcomp(x, scale. = base == "correlation")$x), turned = TRUE)
+  scores <- population(prcomp(x, scale. = base == "correlation")$x)
+  samples("principal component score", x, scores, turned = TRUE)
+  numbered("score ", scores)
 }
 
 canonical <- function(file, purpose, drop = character()) {
@@ -114,16 +120,17 @@ canonical <- function(file, purpose, drop = character()) {
   df2 <- s * (n - 1.5 - p / 2) + 1 - prod(q) / 2
   f <- (w[1]^(-1 / s) - 1) * df2 / prod(q)
   put("rao", c("f.value", "f.probability", "deg.free.1", "deg.free.2"), c(f, upper_f(f, prod(q), df2), prod(q), df2))
-  side <- function(name, Z, coefficients, label) {
+  side <- function(name, Z, coefficients, label, variate) {
     weights <- apply(Z, 2, sd) * coefficients[, k, drop = FALSE] * sqrt(n - 1)
     structure <- cor(Z, scale(Z) %*% weights)
     put(paste("weight coefficient matrix of", name), colnames(Z), weights, turned = TRUE)
     put(paste("structure matrix of", name), colnames(Z), structure, turned = TRUE)
     shared <- colMeans(structure^2) * r2
     row("redundancy", label, shared, sum(shared))
+    numbered(variate, population(Z %*% coefficients[, k, drop = FALSE]))
   }
-  side("explanatory", X, cc$xcoef, "explanatory")
-  side("purpose", Y, cc$ycoef, "purpose")
+  side("explanatory", X, cc$xcoef, "explanatory", "variate x")
+  side("purpose", Y, cc$ycoef, "purpose", "variate y")
 }
 
 # Quartimax rotation in a plane, of loadings divided by the roots of the communalities: the angle in closed form, where the
@@ -171,7 +178,9 @@ principal_factors <- function() {
   put("communality", names(x), h)
   put("factor loading before", names(x), L, turned = TRUE)
   put("factor loading after", names(x), B, turned = TRUE)
-  samples("factor score", x, population(as.matrix(x)) %*% solve(R, B), turned = TRUE)
+  scores <- population(as.matrix(x)) %*% solve(R, B)
+  samples("factor score", x, scores, turned = TRUE)
+  numbered("score ", scores)
 }
 likelihood_factors <- function() {
   x <- start("ml-factor", "ml-factor", "eight-tests.csv", "--factors 2 --rotation oblique --criterion quartimin")
@@ -191,7 +200,9 @@ likelihood_factors <- function() {
   put("factor loading after", names(x), r$pattern, turned = TRUE)
   put("factor structure", names(x), r$structure, turned = TRUE)
   row("correlation coefficient", "factor 2", r$phi[2, 1], turned = TRUE)
-  samples("factor score", x, population(as.matrix(x)) %*% solve(R, r$structure), turned = TRUE)
+  scores <- population(as.matrix(x)) %*% solve(R, r$structure)
+  samples("factor score", x, scores, turned = TRUE)
+  numbered("score ", scores)
 }
 
 discriminant <- function() { # only the first root is significant at this level, yet both classify
@@ -232,14 +243,41 @@ discriminant <- function() { # only the first root is significant at this level,
     row("variables selected", tail(entered, 1), f, upper_f(f, df[1], df[2]), df)
     before <- min(values)
   }
+  p <- predict(l, prior = rep(1 / G, G))
+  numbered("score ", p$x[, 1, drop = FALSE])
+  placed <- function(Z) scale(Z, colMeans(X), FALSE) %*% l$scaling
+  numbered("distance ", sapply(1:G, function(j) rowSums(sweep(placed(X), 2, placed(l$means)[j, ])^2)), turned = FALSE)
+  saved(d.group = as.integer(p$class))
+}
+fisher <- function() { # its score is half the difference of the distances from both groups, in all variables
+  x <- start("discriminant-two", "discriminant", "crabs-sex.csv", "--group sex --no-forward-selection")
+  X <- as.matrix(x[names(x) != "sex"])
+  by <- split(as.data.frame(X), x$sex)
+  W <- Reduce(`+`, lapply(by, function(b) crossprod(scale(b, scale = FALSE)))) / (nrow(X) - 2)
+  d <- sapply(by, function(b) mahalanobis(X, colMeans(b), W))
+  between <- mahalanobis(colMeans(by[[1]]), colMeans(by[[2]]), W)
+  score <- (d[, 2] - d[, 1]) / 2
+  saved("score 1" = score, "distance 1" = (score - between / 2)^2 / between, "distance 2" = (score + between / 2)^2 / between, d.group = apply(d, 1, which.min))
 }
 
-clusters <- function(file, distance, criterion, method) {
-  x <- as.matrix(start(paste("cluster", distance, criterion, sep = "-"), "cluster", file, "--distance", distance, "--criterion", criterion))
+# By the steps alone, where levels that fall do not let R cut.
+cut_by_steps <- function(tree, count) {
+  n <- length(tree$order)
+  of <- seq_len(n)
+  for (s in seq_len(n - count)) {
+    ends <- sapply(tree$merge[s, ], function(m) if (m < 0) of[-m] else n + m)
+    of[of %in% ends] <- n + s
+  }
+  match(of, unique(of))
+}
+clusters <- function(file, distance, criterion, method, count) {
+  x <- as.matrix(start(paste("cluster", distance, criterion, sep = "-"), "cluster", file, "--distance", distance, "--criterion", criterion, "--clusters", count))
   u <- switch(distance, raw = x, standardized = population(x), mahalanobis = population(x) %*% t(chol(solve(cor(x)))))
   squared <- method %in% c("median", "centroid")
-  level <- hclust(dist(u)^(1 + squared), method)$height
+  tree <- hclust(dist(u)^(1 + squared), method)
+  level <- tree$height
   put("uniting", seq_along(level), if (squared) sqrt(level) else level, first = 5)
+  saved(cluster = if (is.unsorted(level)) cut_by_steps(tree, count) else cutree(tree, count))
 }
 
 association <- function() {
@@ -277,6 +315,7 @@ quantification1 <- function() {
   put("quantity", names(f), cbind(R[-p, p], -I[-p, p] / sqrt(I[p, p] * diag(I)[-p])), first = 4)
   put("multiple", c("m.c.determ", "m.c.coef"), c(summary(fit)$r.squared, sqrt(summary(fit)$r.squared)))
   samples("mesure", x, cbind(x$y, fitted(fit), resid(fit), resid(fit) / summary(fit)$sigma))
+  saved(prediction = fitted(fit), residual = resid(fit), s.residual = resid(fit) / summary(fit)$sigma)
 }
 quantification2 <- function() {
   x <- start("quant2", "quant2", "survey-group.csv", "--group group")
@@ -290,6 +329,7 @@ quantification2 <- function() {
   for (v in names(f)) b <- rbind(b, 0, scale[paste0(v, levels(f[[v]])[-1]), ])
   put("quantity of", categories(f), b, turned = TRUE)
   samples("score of", x, Z %*% scale, turned = TRUE)
+  numbered("score ", Z %*% scale)
   put("centroid", paste("group", levels(g)), apply(Z %*% scale, 2, tapply, g, mean), turned = TRUE)
 }
 quantification3 <- function() {
@@ -308,6 +348,7 @@ quantification3 <- function() {
   put("-- eigen value", c("chi.square", "chi.prob", "chi.free"), cbind(c(all$statistic, all$p.value, all$parameter), rbind(chi, upper(chi, df), df)))
   put("weight coefficient matrix of variable", paste("category", 1:ncol(x)), e$v[, k] / sqrt(c), turned = TRUE)
   put("weight coefficient matrix of sample", rownames(x), e$u[, k] / sqrt(r), turned = TRUE)
+  numbered("score ", e$u[, k] / sqrt(r))
   tau <- function(P) (sum(t(P)^2 / colSums(P)) - sum(rowSums(P)^2)) / (1 - sum(rowSums(P)^2)) # Goodman and Kruskal
   put("redundancy", c("Re(X/Y)", "Re(Y/X)", "cramer r.c."), c(tau(P), tau(t(P)), sqrt(sum(l) / (min(dim(x)) - 1))))
 }
@@ -353,12 +394,14 @@ similarities <- function() {
   put("doubly", rownames(S), B)
   put("eigen value", c("eigen", "ratio"), rbind(e$values[k], e$values[k] / sum(e$values[e$values > 1e-9])))
   put("standardized", rownames(S), e$vectors[, k] %*% diag(sqrt(e$values[k])), turned = TRUE)
+  numbered("coordinate ", e$vectors[, k] %*% diag(sqrt(e$values[k])))
   S <- as.matrix(start("quant4", "quant4", "five.csv", "--dimensions 4"))
   H <- S + t(S)
   diag(H) <- 0
   e <- eigen(H - diag(rowSums(H)))
   row("eigen value", "eigen", e$values[1:4])
   put("eigen vector", rownames(S), e$vectors[, 1:4], turned = TRUE)
+  numbered("coordinate ", e$vectors[, 1:4])
 }
 
 wald <- function(b, se, ...) cbind(b, se, (b / se)^2, upper((b / se)^2, 1), ...)
@@ -376,6 +419,7 @@ logistic <- function() {
   chi <- f$null.deviance - deviance(f)
   row("likelihood ratio", "model", chi, ncol(X), upper(chi, ncol(X)))
   samples("state, prob", x, cbind(y, p, resid(f, "pearson")))
+  saved(probability = p)
 }
 weibull <- function() {
   x <- start("weibull", "weibull", "ovarian.csv")
@@ -392,6 +436,7 @@ weibull <- function() {
   median <- sapply(fits, predict, type = "quantile", p = 0.5)
   alive <- sapply(fits, function(f) exp(-(x$futime / exp(f$linear.predictors))^(1 / f$scale)))
   samples("time, state", x, cbind(x$futime, x$fustat, median[, 1], alive[, 1], median[, 2], alive[, 2]))
+  saved(e.predictor = fits$exponential$linear.predictors, e.survival = alive[, 1], w.predictor = w$linear.predictors, w.survival = alive[, 2])
 }
 hazard <- function() {
   x <- start("hazard", "hazard", "lung.csv", "--state status --time time --division 1.5")
@@ -405,6 +450,7 @@ hazard <- function() {
   at <- which(b$n.event > 0)[1:20]
   put("baseline", paste("event", 1:20), cbind(b$time, b$n.risk, b$n.event, b$cumhaz, b$surv)[at, ])
   samples("time, state", x, cbind(x$time, x$status > 1.5, predict(f, type = "risk"), resid(f, "martingale")))
+  saved(predictor = predict(f, type = "lp"), survival = exp(-predict(f, type = "expected")))
 }
 
 fundamental()
@@ -423,12 +469,13 @@ canonical("USArrests.csv", "Rape", drop = "Murder")
 principal_factors()
 likelihood_factors()
 discriminant()
-clusters("USArrests.csv", "standardized", "ward", "ward.D2")
-clusters("swiss.csv", "raw", "nearest", "single")
-clusters("stackloss.csv", "mahalanobis", "median", "median")
-clusters("USArrests.csv", "mahalanobis", "centroid", "centroid")
-clusters("mtcars.csv", "standardized", "furthest", "complete")
-clusters("longley.csv", "raw", "group-average", "average")
+fisher()
+clusters("USArrests.csv", "standardized", "ward", "ward.D2", 4)
+clusters("swiss.csv", "raw", "nearest", "single", 3)
+clusters("stackloss.csv", "mahalanobis", "median", "median", 5)
+clusters("USArrests.csv", "mahalanobis", "centroid", "centroid", 6)
+clusters("mtcars.csv", "standardized", "furthest", "complete", 2)
+clusters("longley.csv", "raw", "group-average", "average", 4)
 association()
 quantification1()
 quantification2()

@@ -67,6 +67,8 @@ inline void startRun(AnalysisRun& run, TextBuffer::Growth growth = TextBuffer::G
     Settings settings;
     setDefaultSettings(settings);
     startOptions(run.options, settings);
+    run.options.clusterCount = 2;
+    run.columns.areWanted = true;
     ASSERT_EQ(allocateReport(run.report, growth), success);
 }
 
