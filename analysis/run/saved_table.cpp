@@ -26,7 +26,8 @@ std::string_view prefixOf(std::string_view cell, bool isFirst) {
 // Cells of a spreadsheet can hold what separates cells and lines here.
 void appendCell(TextBuffer& text, std::string_view cell, bool isFirst) {
     text.append(prefixOf(cell, isFirst));
-    for (std::size_t end; (end = cell.find_first_of(",\n")) != cell.npos; cell.remove_prefix(end + 1)) {
+    for (std::size_t end; (end = cell.find_first_of(",\n")) != std::string_view::npos;
+         cell.remove_prefix(end + 1)) {
         text.append(cell.substr(0, end));
         text.append(" ");
     }
@@ -148,7 +149,7 @@ ErrorCode writeSavedTable(const AnalysisRun& run, TextBuffer& text) {
 
 bool canBeReadAgain(const TextBuffer& text) {
     std::string_view rest(text.text(), text.length());
-    for (std::size_t end; (end = rest.find('\n')) != rest.npos; rest.remove_prefix(end + 1)) {
+    for (std::size_t end; (end = rest.find('\n')) != std::string_view::npos; rest.remove_prefix(end + 1)) {
         if (end > longestCsvLine) return false;
     }
     return true;

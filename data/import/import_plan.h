@@ -1,5 +1,6 @@
 #pragma once
 
+#include "data/csv_reader.h"
 #include "data/import/import_survey.h"
 #include "data/import/table_text.h"
 #include "data/text_list.h"
@@ -16,5 +17,5 @@ struct ImportPlan {
     TextTarget target;
 };
 
-// Lines of the program's form hold so many characters at most, without their newline.
-constexpr Index longestTableLine = 4094;
+// Of the program's form, without its newline.
+constexpr Index longestTableLine = longestCsvLine;
