@@ -4,68 +4,42 @@
 
 #include "batch/argument_list.h"
 #include "batch/usage_line.h"
+#include "data/import/import_choice.h"
 
 namespace {
 
 enum class Match { none, taken, wrong };
 
-// An option of words, each with the value that it stands for.
-struct WordOption {
-    const char* name;
-    const char* usage; // the words, in the order of the values from 1 on
-    const char* help;
-};
-
-constexpr WordOption encodingOption = {"--encoding", "utf-8|utf-16|windows-1252", "the file's encoding"};
-constexpr WordOption delimiterOption = {"--delimiter", "comma|semicolon|tab|bar",
-                                        "what stands between cells"};
-constexpr WordOption decimalOption = {"--decimal", "point|comma", "the decimal sign"};
-constexpr WordOption thousandsOption = {"--thousands", "none|comma|point|space",
-                                        "the mark behind a thousand"};
-constexpr WordOption headerOption = {"--header", "yes|no", "whether the first row holds names"};
-constexpr WordOption rowsOption = {"--rows", "all|fitting",
-                                   "end at a row of another length, or leave it out (all)"};
-constexpr WordOption writeOption = {"--write", "utf-8|ansi", "the encoding of the table (utf-8)"};
-
-// The number of a word in a list, from 1; 0 when it is none.
-int findWord(std::string_view words, std::string_view word) {
-    for (int number = 1;; ++number) {
-        const std::size_t bar = words.find('|');
-        if (words.substr(0, bar) == word) return number;
-        if (bar == std::string_view::npos) return 0;
-        words.remove_prefix(bar + 1);
+Match takeChoice(Option option, Arguments& arguments, ImportOptions& options, Complaint& complaint) {
+    for (int k = 0; k < wordChoiceCount; ++k) {
+        const auto choice = static_cast<ImportChoice>(k);
+        const ImportChoiceNames& names = namesOf(choice);
+        if (choice == ImportChoice::labels || option.name != names.option) continue;
+        if (!arguments.takeValue(option, complaint)) return Match::wrong;
+        const int word = findWord(names.words, option.value);
+        if (word == 0) {
+            complaint.say("%s takes %s, not '%.200s'", names.option, names.words, option.value);
+            return Match::wrong;
+        }
+        chooseWord(options, choice, word);
+        return Match::taken;
     }
+    return Match::none;
 }
 
-// `first`: the value of the first word.
-template <class Value>
-Match takeWord(Option option, const WordOption& known, Arguments& arguments, Value& value, int first,
-               Complaint& complaint) {
-    if (option.name != known.name) return Match::none;
+constexpr const char* writeOption = "--write";
+constexpr const char* writeWords = "utf-8|ansi";
+
+Match takeWritten(Option option, Arguments& arguments, ImportOptions& options, Complaint& complaint) {
+    if (option.name != writeOption) return Match::none;
     if (!arguments.takeValue(option, complaint)) return Match::wrong;
-    const int word = findWord(known.usage, option.value);
+    const int word = findWord(writeWords, option.value);
     if (word == 0) {
-        complaint.say("%s takes %s, not '%.200s'", known.name, known.usage, option.value);
+        complaint.say("%s takes %s, not '%.200s'", writeOption, writeWords, option.value);
         return Match::wrong;
     }
-    value = static_cast<Value>(first + word - 1);
+    options.written = static_cast<WrittenText>(word - 1);
     return Match::taken;
-}
-
-Match takeWords(const Option& option, Arguments& arguments, ImportOptions& options, Complaint& complaint) {
-    Match match = takeWord(option, encodingOption, arguments, options.encoding, 1, complaint);
-    if (match == Match::none) {
-        match = takeWord(option, delimiterOption, arguments, options.delimiter, 1, complaint);
-    }
-    if (match == Match::none)
-        match = takeWord(option, decimalOption, arguments, options.decimal, 1, complaint);
-    if (match == Match::none) {
-        match = takeWord(option, thousandsOption, arguments, options.thousands, 1, complaint);
-    }
-    if (match == Match::none) match = takeWord(option, headerOption, arguments, options.header, 1, complaint);
-    if (match == Match::none) match = takeWord(option, rowsOption, arguments, options.oddRows, 0, complaint);
-    if (match == Match::none) match = takeWord(option, writeOption, arguments, options.written, 0, complaint);
-    return match;
 }
 
 Match takeText(Option option, Arguments& arguments, ImportCommand& command, Complaint& complaint) {
@@ -93,10 +67,10 @@ Match takeList(Option option, Arguments& arguments, ImportOptions& options, Comp
     const struct {
         const char* name;
         Block<const char*>& target;
-    } lists[] = {{"--na", options.missing},
-                 {"--keep", options.keeps},
-                 {"--drop", options.drops},
-                 {"--categories", options.categories}};
+    } lists[] = {{namesOf(ImportChoice::missing).option, options.missing},
+                 {namesOf(ImportChoice::keeps).option, options.keeps},
+                 {namesOf(ImportChoice::drops).option, options.drops},
+                 {namesOf(ImportChoice::categories).option, options.categories}};
     for (const auto& list : lists) {
         if (option.name != list.name) continue;
         if (!arguments.takeValue(option, complaint)) return Match::wrong;
@@ -115,6 +89,10 @@ void printOption(std::FILE* file, const char* name, const char* value, const cha
     std::snprintf(usage, sizeof usage, "%s %s", name, value);
     printUsageLine(file, usage, help);
     std::fprintf(file, "\n");
+}
+
+void printChoice(std::FILE* file, ImportChoice choice, const char* help) {
+    printOption(file, namesOf(choice).option, namesOf(choice).words, help);
 }
 
 } // namespace
@@ -138,7 +116,8 @@ bool parseImport(int count, char** argumentTexts, ImportCommand& command, Compla
             command.help = true;
             return true;
         } else {
-            Match match = takeWords(option, arguments, command.options, complaint);
+            Match match = takeChoice(option, arguments, command.options, complaint);
+            if (match == Match::none) match = takeWritten(option, arguments, command.options, complaint);
             if (match == Match::none) match = takeText(option, arguments, command, complaint);
             if (match == Match::none) match = takeList(option, arguments, command.options, complaint);
             if (match == Match::none) complaint.say("there is no option '%.200s'", argument);
@@ -162,17 +141,18 @@ void printImportHelp(std::FILE* file) {
         "this program reads it. What is found out and what is left out goes to standard error.\n\n"
         "options of this command:\n",
         programName);
-    for (const WordOption& each :
-         {encodingOption, delimiterOption, decimalOption, thousandsOption, headerOption}) {
-        printOption(file, each.name, each.usage, each.help);
-    }
+    printChoice(file, ImportChoice::encoding, "the file's encoding");
+    printChoice(file, ImportChoice::delimiter, "what stands between cells");
+    printChoice(file, ImportChoice::decimal, "the decimal sign");
+    printChoice(file, ImportChoice::thousands, "the mark behind a thousand");
+    printChoice(file, ImportChoice::header, "whether the first row holds names");
     printOption(file, "--labels", "first|none|NAME", "the column of labels; none: samples are numbered");
     printOption(file, "--na", "TEXT[,TEXT...]", "more texts of a missing cell; none: forget the usual ones");
     printOption(file, "--keep", "NAME[,NAME...]", "take these columns alone, by name or as #3 or #3-#7");
     printOption(file, "--drop", "NAME[,NAME...]", "leave columns out");
     printOption(file, "--categories", "NAME[,NAME...]", "make categories of columns that hold numbers, too");
-    printOption(file, rowsOption.name, rowsOption.usage, rowsOption.help);
-    printOption(file, writeOption.name, writeOption.usage, writeOption.help);
+    printChoice(file, ImportChoice::oddRows, "end at a row of another length, or leave it out (all)");
+    printOption(file, writeOption, writeWords, "the encoding of the table (utf-8)");
     printOption(file, "--output", "TABLE.csv", "write the table to TABLE.csv instead of standard output");
     printOption(file, "--codebook", "FILE", "write what categories mean to FILE");
     std::fprintf(

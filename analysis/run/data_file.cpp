@@ -130,3 +130,16 @@ bool namedDataFile(const char* name, bool isThere, char (&path)[260]) {
     std::snprintf(path, sizeof path, "%s%s", name, extension);
     return true;
 }
+
+bool proposeTablePath(const char* path, char (&proposed)[260]) {
+    std::string_view name(path);
+    const std::size_t file = name.find_last_of("\\/:") + 1; // 0 when nothing is found
+    const std::size_t extension = name.rfind('.');
+    if (extension != std::string_view::npos && extension > file) name = name.substr(0, extension);
+    constexpr std::string_view end = "-import.csv";
+    proposed[0] = '\0';
+    if (name.size() + end.size() >= sizeof proposed) return false;
+    std::snprintf(proposed, sizeof proposed, "%.*s%s", static_cast<int>(name.size()), name.data(),
+                  end.data());
+    return true;
+}

@@ -37,7 +37,7 @@ Range findRange(std::string_view text, const ColumnNames& names) {
 
 // Calls `use` for the columns of lists of names.
 template <class Use>
-ErrorCode eachNamed(const Block<const char*>& lists, const char* option, const ColumnNames& names,
+ErrorCode eachNamed(const Block<const char*>& lists, ImportChoice choice, const ColumnNames& names,
                     ImportMessages& messages, Use use) {
     for (std::string_view list : lists) {
         for (;;) {
@@ -45,7 +45,7 @@ ErrorCode eachNamed(const Block<const char*>& lists, const char* option, const C
             const std::string_view text = list.substr(0, comma);
             const Range range = findRange(text, names);
             if (range.first > range.last) {
-                messages.refuse("%s: there is no column '%.*s'", option,
+                messages.refuse("%s: there is no column '%.*s'", messages.ask(choice),
                                 static_cast<int>(std::min<std::size_t>(text.size(), 200)), text.data());
                 return illegalData;
             }
@@ -88,14 +88,14 @@ ErrorCode takeWishes(const ImportOptions& options, const ColumnNames& names, Blo
                      ImportMessages& messages) {
     if (wishes.allocate(names.count) != success) return outOfMemory;
     for (ColumnWish& wish : wishes) wish.unkept = options.keeps.size() > 0;
-    ErrorCode code =
-        eachNamed(options.keeps, "--keep", names, messages, [&](Index j) { wishes[j].unkept = false; });
+    ErrorCode code = eachNamed(options.keeps, ImportChoice::keeps, names, messages,
+                               [&](Index j) { wishes[j].unkept = false; });
     if (code == success) {
-        code =
-            eachNamed(options.drops, "--drop", names, messages, [&](Index j) { wishes[j].dropped = true; });
+        code = eachNamed(options.drops, ImportChoice::drops, names, messages,
+                         [&](Index j) { wishes[j].dropped = true; });
     }
     if (code == success) {
-        code = eachNamed(options.categories, "--categories", names, messages,
+        code = eachNamed(options.categories, ImportChoice::categories, names, messages,
                          [&](Index j) { wishes[j].categories = true; });
     }
     if (code != success || options.labels != LabelColumn::named) return code;

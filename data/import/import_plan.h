@@ -7,11 +7,13 @@
 
 enum class ColumnUse : std::uint8_t { leftOut, labels, number, category };
 
+constexpr Index undecidedColumn = -2;
+
 // What is done with a file.
 struct ImportPlan {
-    NumberForm numbers;
-    Block<ColumnUse> uses;  // of every column
-    Index labelColumn = -1; // -1: samples are numbered
+    NumberForm numbers = {DecimalSign::found}; // until it is decided
+    Block<ColumnUse> uses;                     // of every column
+    Index labelColumn = undecidedColumn;       // -1: samples are numbered
     Index variables = 0;
     TextList names; // of the variables, as they are written
     TextTarget target;

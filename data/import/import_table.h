@@ -1,6 +1,5 @@
 #pragma once
 
-#include "data/cell_table.h"
 #include "data/import/byte_source.h"
 #include "data/import/import_messages.h"
 #include "data/import/import_options.h"
@@ -15,9 +14,3 @@
 // receives a table of the categories: variable, category, text.
 [[nodiscard]] ErrorCode importTable(ByteSource& source, const ImportOptions& options, TableSink& sink,
                                     ImportMessages& messages, TableSink* codebook = nullptr);
-
-// The first `mostRows` rows as importTable would write them, found out from the beginning of the file alone,
-// so that it takes no time with a file of any length. Row 0 is the header, column 0 holds the labels. Returns
-// as above; `cells` is empty unless the result is success.
-[[nodiscard]] ErrorCode previewImport(ByteSource& source, const ImportOptions& options, Index mostRows,
-                                      CellTable& cells, ImportMessages& messages);

@@ -1,6 +1,7 @@
 #include <sstream>
 
 #include "batch/import_arguments.h"
+#include "data/import/import_preview.h"
 #include "data/import/import_table.h"
 #include "tests/support/cases.h"
 #include "tests/support/failing_allocations.h"
@@ -122,14 +123,59 @@ TEST(Import, EndsWithoutMemory) {
     });
 }
 
-TEST(Import, ShowsTheFirstRows) {
-    CellTable cells;
+TEST(ImportPreview, ShowsWhatIsFoundAndAsksForTheRest) {
+    for (const Case& test : readCases("data/previews.tsv")) {
+        SCOPED_TRACE(test[0]);
+        MemorySource source(test[2]);
+        ImportOptions options;
+        std::istringstream choices(test[1]);
+        std::string texts[importChoiceCount];
+        for (std::string choice, word; choices >> choice >> word;) {
+            for (int k = 0; k < importChoiceCount; ++k) {
+                if (namesOf(static_cast<ImportChoice>(k)).option != choice) continue;
+                if (k < wordChoiceCount)
+                    chooseWord(options, static_cast<ImportChoice>(k),
+                               findWord(namesOf(static_cast<ImportChoice>(k)).words, word));
+                texts[k] = word;
+                if (k >= wordChoiceCount) {
+                    ASSERT_EQ(chooseText(options, static_cast<ImportChoice>(k), texts[k].c_str()), success);
+                }
+            }
+        }
+        ImportPreview preview;
+        ImportMessages messages(ImportMessages::Wording::labels);
+        const ErrorCode code = previewImport(source, options, {.shownRows = 2}, preview, messages);
+        EXPECT_EQ(code == success, preview.isDecided);
+        std::string found, asked, cells;
+        for (int k = 0; k < importChoiceCount; ++k) {
+            const ImportChoiceNames& names = namesOf(static_cast<ImportChoice>(k));
+            if (messages.asks(static_cast<ImportChoice>(k))) asked += std::string(names.label) + " ";
+            if (k >= wordChoiceCount) continue;
+            const std::string word(wordOf(names.words, preview.words[k]));
+            found += (preview.words[k] == 0 ? "?" : word.empty() ? "column" : word) + " ";
+        }
+        for (std::int32_t row = 0; row < preview.cells.rows; ++row) {
+            for (std::int32_t col = 0; col < preview.cells.cols; ++col)
+                cells +=
+                    std::string(preview.cells.cell(row, col)) + (col + 1 < preview.cells.cols ? "," : ";");
+        }
+        EXPECT_EQ(found, test[3] + " ") << messages.text();
+        EXPECT_EQ(asked, test[4].empty() ? "" : test[4] + " ");
+        EXPECT_EQ(cells, test[5]);
+        EXPECT_NE(std::string(messages.text()).find(test[6]), std::string::npos) << messages.text();
+        EXPECT_TRUE(preview.isWhole || test[2].size() > 1000);
+    }
+}
+
+TEST(ImportPreview, EndsWithoutMemory) {
     ImportMessages messages;
-    MemorySource source("n;x;y\nA;1,5;a\nB;2,5;b\nC;3,5;b\n");
-    ASSERT_EQ(previewImport(source, {}, 2, cells, messages), success) << messages.text();
-    EXPECT_EQ(cells.rows, 3);
-    EXPECT_EQ(cells.cols, 3);
-    EXPECT_STREQ(cells.cell(2, 0), "B");
-    EXPECT_STREQ(cells.cell(2, 1), "2.5");
-    EXPECT_STREQ(cells.cell(2, 2), "2");
+    ImportPreview preview;
+    for (const char* const file : {"n,x\nA,1\nB,2\n", "n,x\nA,\"1,171\"\nB,1\n"}) {
+        failEachAllocation([&] {
+            MemorySource source(file);
+            messages.clear();
+            const ErrorCode code = previewImport(source, {}, {}, preview, messages);
+            return code == illegalData ? success : code;
+        });
+    }
 }

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "data/csv_reader.h"
+#include "data/import/import_preview.h"
 #include "data/import/import_table.h"
 #include "data/import/text_hash.h"
 #include "data/number.h"
@@ -58,9 +59,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     require(code == success || code == illegalData);
     require(messages.refused() == (code == illegalData));
     require(code == success || sink.text.empty());
-    CellTable preview;
-    if (previewImport(source, options, 5, preview, messages) == success && code == success) {
-        require(preview.rows > 1 && preview.cols > 1 && std::strcmp(preview.cell(0, 0), "label") == 0);
+    ImportPreview preview;
+    ImportMessages previewed;
+    const ErrorCode previewCode = previewImport(source, options, {.shownRows = 5}, preview, previewed);
+    require(preview.isDecided == (previewCode == success) && previewCode != outOfMemory);
+    require(!preview.isWhole || previewCode == code);
+    if (previewCode == success) {
+        const CellTable& cells = preview.cells;
+        require(cells.rows > 1 && cells.cols > 1 && std::strcmp(cells.cell(0, 0), "label") == 0);
     }
     if (code != success) return 0;
 
