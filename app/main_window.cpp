@@ -6,6 +6,7 @@
 
 #include "analysis/basic/regression/prediction.h"
 #include "analysis/run/commands.h"
+#include "analysis/run/data_check.h"
 #include "analysis/run/data_file.h"
 #include "analysis/run/preferences.h"
 #include "analysis/run/run_flow.h"
@@ -38,7 +39,11 @@ Program& programOf(HWND window) {
 void loadFile(Program& program) {
     WindowFrontend frontend(program);
     AnalysisRun& run = program.run;
-    if (loadDataFile(frontend, run).isLoaded()) showLoadedData(frontend, run);
+    if (loadDataFile(frontend, run).isLoaded()) {
+        showLoadedData(frontend, run);
+    } else {
+        frontend.setDataLoaded(false); // why the file was refused is known by now
+    }
 }
 
 // The file at the data set's path, of the kept source kind.
@@ -68,11 +73,28 @@ void predict(Program& program) {
     SetFocus(program.screens[lowerScreen]);
 }
 
+void checkItem(const Program& program, int command, bool checked) {
+    CheckMenuItem(GetMenu(program.window), static_cast<UINT>(command),
+                  MF_BYCOMMAND | static_cast<UINT>(checked ? MF_CHECKED : MF_UNCHECKED));
+}
+
 void switchNumerics(Program& program, const Numerics& numerics) {
     WindowFrontend frontend(program);
     chooseNumerics(frontend, program.run, numerics);
-    CheckMenuItem(GetMenu(program.window), commandTextbookNumerics,
-                  MF_BYCOMMAND | static_cast<UINT>(numerics.textbook ? MF_CHECKED : MF_UNCHECKED));
+    checkItem(program, commandTextbookNumerics, numerics.textbook);
+}
+
+// What is loaded stays as it is.
+void switchMissing(Program& program) {
+    MissingPolicy& policy = program.run.data.policy;
+    policy = policy == MissingPolicy::omit ? MissingPolicy::zero : MissingPolicy::omit;
+    checkItem(program, commandOmitMissing, policy == MissingPolicy::omit);
+}
+
+void checkLoadedData(Program& program) {
+    WindowFrontend frontend(program);
+    checkData(frontend, program.run);
+    SetFocus(program.screens[lowerScreen]);
 }
 
 void clearScreen(Program& program, int screen) {
@@ -145,6 +167,12 @@ bool runCommand(Program& program, int command) {
     case commandTextbookNumerics:
         switchNumerics(program, program.run.numerics->textbook ? classicNumerics : textbookNumerics);
         return true;
+    case commandOmitMissing:
+        switchMissing(program);
+        return true;
+    case commandCheckData:
+        checkLoadedData(program);
+        return true;
     case commandOpenFile:
         if (showOpenFileDialog(program)) {
             openFile(program);
@@ -210,6 +238,7 @@ void openDroppedFile(Program& program, HDROP drop) {
 bool createContents(Program& program) {
     if (!writeSettingsFile(program)) return false;
     startOptions(program.run.options, program.defaults());
+    program.run.statusTellsDoubts = true;
     program.rememberedGraph = startGraphPreferences(program.defaults());
     SetWindowTextA(program.window, className);
     InitCommonControls();

@@ -61,14 +61,16 @@ PredictionStep WindowFrontend::enterPrediction(const AnalysisRun&, PredictionEnt
 }
 
 void WindowFrontend::setDataLoaded(bool loaded) {
-    enableItem(program_.window, commandOpenFile, isCommandEnabled(commandOpenFile, loaded));
-    enableItem(program_.window, commandCloseFile, isCommandEnabled(commandCloseFile, loaded));
-    enableItem(program_.window, commandExcludeVariable, isCommandEnabled(commandExcludeVariable, loaded));
+    const DataState state = dataState(program_.run.data, loaded);
+    for (const int command :
+         {commandOpenFile, commandCloseFile, commandExcludeVariable, commandImportTable, commandCheckData}) {
+        enableItem(program_.window, command, isCommandEnabled(command, state));
+    }
     for (const AnalysisKind& kind : analysisKinds()) {
         const int command = firstAnalysisCommand + kind.number;
-        enableItem(program_.window, command, isCommandEnabled(command, loaded));
+        enableItem(program_.window, command, isCommandEnabled(command, state));
     }
-    DragAcceptFiles(program_.window, isCommandEnabled(commandOpenFile, loaded));
+    DragAcceptFiles(program_.window, isCommandEnabled(commandOpenFile, state));
     enablePrediction(false);
 }
 

@@ -57,7 +57,7 @@ bool checkOptions(const CommandLine& line, AnalysisRun& run, Complaint& complain
     if (!checkPredictions(line, run.data, trial, complaint)) return false;
     if (!checkSaving(line, run.data, trial, complaint)) return false;
     const Analysis& analysis = *line.kind->analysis;
-    if (line.missing == MissingPolicy::omit && analysis.isTable != nullptr && analysis.isTable(trial)) {
+    if (leavesTableRowsOut(run.data, analysis, trial)) {
         complaint.say("--missing omit: the rows of a table cannot be left out");
     }
     if (line.picture.view.highlighted > static_cast<std::uint32_t>(run.data.loaded.samples)) {

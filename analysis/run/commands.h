@@ -25,3 +25,6 @@ constexpr int commandPrediction = 799;
 constexpr int commandParameter = 801;
 constexpr int commandPreference = 802;
 constexpr int commandTextbookNumerics = 850;
+constexpr int commandOmitMissing = 851;
+constexpr int commandImportTable = 852;
+constexpr int commandCheckData = 853;

@@ -81,9 +81,21 @@ ErrorCode reportResult(Screens& screens, AnalysisRun& run, ErrorCode code) {
     return reportAnalysisCode(screens, run.report, code, shortage);
 }
 
-bool isCommandEnabled(int command, bool dataLoaded) {
-    if (command == commandOpenFile) return !dataLoaded;
+DataState dataState(const DataSet& data, bool dataLoaded) {
+    if (dataLoaded) return DataState::loaded;
+    return data.notes.refusal.cause != RefusalCause::none ? DataState::refused : DataState::none;
+}
+
+bool isCommandEnabled(int command, DataState state) {
+    const bool dataLoaded = state == DataState::loaded;
+    if (command == commandOpenFile || command == commandImportTable) return !dataLoaded;
+    if (command == commandCheckData) return state != DataState::none;
     if (command == commandCloseFile || command == commandExcludeVariable) return dataLoaded;
     const AnalysisKind* kind = findKind(command - firstAnalysisCommand);
     return kind != nullptr && kind->onMenu && dataLoaded;
+}
+
+bool leavesTableRowsOut(const DataSet& data, const Analysis& analysis, const AnalysisOptions& options) {
+    if (analysis.isTable == nullptr || !analysis.isTable(options)) return false;
+    return data.leftOut > 0 || data.policy == MissingPolicy::omit;
 }

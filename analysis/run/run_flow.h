@@ -15,6 +15,13 @@ void chooseNumerics(Frontend& frontend, AnalysisRun& run, const Numerics& numeri
 // Writes and shows the texts of a code.
 ErrorCode reportResult(Screens& screens, AnalysisRun& run, ErrorCode code);
 
-// Whether a command of the data and analysis menus can be chosen while data is loaded or not. Prediction is
-// enabled by runs alone.
-bool isCommandEnabled(int command, bool dataLoaded);
+// What became of the file that was opened last.
+enum class DataState { none, refused, loaded };
+DataState dataState(const DataSet& data, bool dataLoaded);
+
+// Whether a command that needs data, or needs that there is none, can be chosen. Prediction is enabled by
+// runs alone.
+bool isCommandEnabled(int command, DataState state);
+
+// Whether these options take data for a table of which rows are, or would be, left out with missing cells.
+bool leavesTableRowsOut(const DataSet& data, const Analysis& analysis, const AnalysisOptions& options);

@@ -1,5 +1,7 @@
 #include <algorithm>
 
+#include "analysis/run/commands.h"
+#include "analysis/run/data_check.h"
 #include "analysis/run/run_flow.h"
 #include "analysis/run/saved_defaults.h"
 #include "analysis/run/start_arguments.h"
@@ -118,6 +120,19 @@ TEST(DataFile, HasTheExtensionOfItsKind) {
     }
 }
 
+TEST(DataFile, ProposesANameForAnImportedTable) {
+    for (const auto& [path, proposed] :
+         {std::pair<std::string, std::string>("C:\\a.b\\garden.txt", "C:\\a.b\\garden-import.csv"),
+          {"C:\\a.b\\garden", "C:\\a.b\\garden-import.csv"},
+          {"C:\\.x", "C:\\.x-import.csv"},
+          {std::string(248, 'w') + ".tsv", std::string(248, 'w') + "-import.csv"},
+          {std::string(249, 'w'), ""}}) {
+        char found[260];
+        EXPECT_EQ(proposeTablePath(path.c_str(), found), !proposed.empty());
+        EXPECT_EQ(found, proposed);
+    }
+}
+
 // By the names of the case: there, and not there.
 TEST(DataFile, IsThatOfItsNameOrOfTheNameWithAnExtension) {
     for (const Case& test : readCases("analysis/run/names.tsv")) {
@@ -170,6 +185,52 @@ TEST_F(RunFlowOnData, ExcludesVariablesAndClosesTheFile) {
     closeDataFile(frontend, run);
     EXPECT_EQ(frontend.takeLog(), "upper lower status unloaded");
     EXPECT_EQ(frontend.upper + frontend.lower + frontend.status, "");
+}
+
+TEST_F(RunFlowOnData, ChecksWhatWasLoadedOrRefused) {
+    const auto check = [&](const std::string& text, DataState state) {
+        const bool loaded = loadText(frontend, run, text) == FileCode::done;
+        EXPECT_EQ(dataState(run.data, loaded), state);
+        checkData(frontend, run);
+        EXPECT_EQ(frontend.status, "status : data check");
+        return frontend.lower.substr(frontend.lower.find("\n\n") + 2);
+    };
+    EXPECT_EQ(dataState(run.data, false), DataState::none);
+    EXPECT_EQ(check(fourSamples, DataState::loaded), "nothing to doubt\n");
+    EXPECT_EQ(check("id,x,y\na,1,2\nb,3\n", DataState::refused),
+              "line 3: it has 2 of 3 cells; use \"Import Table\"\n");
+    run.statusTellsDoubts = true;
+    const std::string gap = "id,x\na,1\nb,NA\nc,4\nd,3\n";
+    EXPECT_NE(check(gap, DataState::loaded).find("or use \"Import Table\"\n"), std::string::npos);
+    loadText(frontend, run, gap);
+    EXPECT_TRUE(frontend.status.ends_with("; 1 doubt, see Tools, Check Data\n")) << frontend.status;
+    run.data.policy = MissingPolicy::omit;
+    EXPECT_EQ(check(gap, DataState::loaded),
+              "1 of 4 samples left out; missing cells: x 1\nnothing to doubt\n");
+    loadText(frontend, run, gap);
+    EXPECT_TRUE(frontend.status.ends_with("'; 1 of 4 samples left out\n")) << frontend.status;
+
+    const Analysis& similarity = *findKind("quant4")->analysis;
+    EXPECT_TRUE(leavesTableRowsOut(run.data, similarity, run.options));
+    EXPECT_FALSE(leavesTableRowsOut(run.data, *findKind("fundamental")->analysis, run.options));
+    run.data.policy = MissingPolicy::zero; // a row is left out all the same
+    EXPECT_TRUE(leavesTableRowsOut(run.data, similarity, run.options));
+    loadText(frontend, run, fourSamples);
+    EXPECT_FALSE(leavesTableRowsOut(run.data, similarity, run.options));
+}
+
+TEST(Commands, CanBeChosenWhereTheyMakeSense) {
+    const struct {
+        int command;
+        bool none, refused, loaded;
+    } cases[] = {{commandOpenFile, true, true, false},         {commandImportTable, true, true, false},
+                 {commandCheckData, false, true, true},        {commandCloseFile, false, false, true},
+                 {commandExcludeVariable, false, false, true}, {fundamental, false, false, true}};
+    for (const auto& [command, none, refused, loaded] : cases) {
+        EXPECT_EQ(isCommandEnabled(command, DataState::none), none) << command;
+        EXPECT_EQ(isCommandEnabled(command, DataState::refused), refused) << command;
+        EXPECT_EQ(isCommandEnabled(command, DataState::loaded), loaded) << command;
+    }
 }
 
 TEST_F(RunFlowOnData, LoadsNothingWhenMemoryRunsOutOrTheFileIsBad) {
