@@ -23,6 +23,7 @@
 #include "app/screens_window.h"
 #include "app/settings_store.h"
 #include "app/simple_dialogs.h"
+#include "app/table_import.h"
 #include "app/window_frontend.h"
 
 namespace {
@@ -50,6 +51,19 @@ void loadFile(Program& program) {
 void openFile(Program& program) {
     loadFile(program); // its conversation with a spreadsheet is over before the window can have the focus
     SetFocus(program.screens[upperScreen]);
+}
+
+// The import's notes stay in the lower screen: what its categories mean, for one.
+void importTable(Program& program) {
+    Block<char> notes;
+    if (!showTableImport(program, program.run.data.path, notes)) return;
+    program.run.options.settings.fileType = 0;
+    openFile(program);
+    TextBuffer& text = program.run.report.lower;
+    text.clear();
+    text.append("\nimport of a table\n\n");
+    text.append(notes.data());
+    showText(program, lowerScreen, text.text());
 }
 
 void excludeVariables(Program& program) {
@@ -169,6 +183,9 @@ bool runCommand(Program& program, int command) {
         return true;
     case commandOmitMissing:
         switchMissing(program);
+        return true;
+    case commandImportTable:
+        importTable(program);
         return true;
     case commandCheckData:
         checkLoadedData(program);

@@ -8,6 +8,7 @@
 #define DIALOG_ABOUT 114
 #define DIALOG_EXIT 115
 #define DIALOG_PREDICTION 1099
+#define DIALOG_IMPORT 1098
 
 #define CONTROL_STATIC (-1)
 #define CONTROL_ABOUT_TEXT 151
@@ -43,3 +44,9 @@
 #define CONTROL_GRAPH_SERIES 1502 // and 1503
 #define CONTROL_GRAPH_SEARCH 1504
 #define CONTROL_GRAPH_ITEM 1505 // and 1506 for its number
+
+// The choices of an import in their order: lists 1601 to 1607, texts 1608 to 1611.
+#define CONTROL_IMPORT_FIRST 1601
+#define CONTROL_IMPORT_PREVIEW 1621
+#define CONTROL_IMPORT_NOTES 1622
+#define CONTROL_IMPORT_PREVIEW_NAME 1623

@@ -1,10 +1,10 @@
 #include "app/screen_file.h"
 
 #include <commdlg.h>
-#include <cstdio>
 #include <cstring>
 #include <richedit.h>
 
+#include "app/neighbour_file.h"
 #include "app/system_error.h"
 
 namespace {
@@ -99,24 +99,11 @@ bool choosePath(Program& program, BOOL(WINAPI* ask)(OPENFILENAMEA*), DWORD flags
     return true;
 }
 
-// The file is written beside its place and put there as a whole; the error of the system, or 0.
+// The error of the system, or 0.
 DWORD replaceFile(HWND screen, const char* path, DWORD filter) {
-    const DWORD attributes = GetFileAttributesA(path);
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) {
-        return ERROR_ACCESS_DENIED; // not every system refuses to move over it
-    }
-    char folder[MAX_PATH], neighbour[MAX_PATH];
-    std::snprintf(folder, sizeof folder, "%s", path);
-    char* const name = std::strrchr(folder, '\\');
-    if (name != nullptr) name[1] = '\0'; // a drive without its backslash is another folder
-    if (GetTempFileNameA(folder, "new", 0, neighbour) == 0) return GetLastError();
-    DWORD error = writeFile(screen, neighbour, filter);
-    if (error == ERROR_SUCCESS &&
-        MoveFileExA(neighbour, path, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0) {
-        error = GetLastError();
-    }
-    if (error != ERROR_SUCCESS) DeleteFileA(neighbour);
-    return error;
+    char neighbour[MAX_PATH];
+    const DWORD error = createNeighbour(path, neighbour);
+    return error != ERROR_SUCCESS ? error : putInPlace(neighbour, path, writeFile(screen, neighbour, filter));
 }
 
 bool saveToPath(Program& program, int screen) {

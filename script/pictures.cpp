@@ -1,7 +1,7 @@
 // Drives the window for script/pictures: reads actions from standard input, one a line, and answers each by
 // one line when the program has come to rest: "ok", or what went wrong.
 //
-//   start PROGRAM FILE    starts the program with a data file; both without blanks
+//   start PROGRAM [FILE]  starts the program, perhaps with a data file; both without blanks
 //   command N             a menu command
 //   choose LIST INDEX     in the dialog in front, or in the graph window
 //   type EDIT TEXT        without blanks
@@ -110,7 +110,10 @@ bool act(std::istream& words) {
     int identifier = 0;
     unsigned index = 0;
     words >> action;
-    if (action == "start") return words >> path >> file && start(path, file);
+    if (action == "start") {
+        words >> path >> file;
+        return start(path, file);
+    }
     if (action == "close") return closeProgram();
     words >> identifier;
     if (action == "command")

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "analysis/run/analysis_kind.h"
+#include "data/import/import_choice.h"
 #include "tests/support/cases.h"
 
 namespace {
@@ -131,5 +132,21 @@ TEST(DialogTemplates, KeepToOneGrid) {
                 EXPECT_NE(line.find("WS_GROUP"), std::string::npos);
             }
         }
+    }
+}
+
+// What a refusal calls a choice is what stands beside it.
+TEST(DialogTemplates, OfTheImportHaveTheNamesOfItsChoices) {
+    std::string dialog = readTextFile("../app/dialogs/import_table.rc");
+    std::erase(dialog, '&');
+    std::size_t at = 0;
+    for (int k = 0; k < importChoiceCount; ++k) {
+        const std::string label = namesOf(static_cast<ImportChoice>(k)).label;
+        at = dialog.find("LTEXT \"" + label + "\", CONTROL_STATIC", at);
+        ASSERT_NE(at, std::string::npos) << label;
+        const std::string control = k == 0 ? "FIRST," : "FIRST + " + std::to_string(k) + ",";
+        const std::string sort = k < wordChoiceCount ? "COMBOBOX" : "EDITTEXT";
+        at = dialog.find('\n', at);
+        EXPECT_EQ(dialog.find(sort + " CONTROL_IMPORT_" + control, at), at + 5) << label;
     }
 }
