@@ -18,6 +18,7 @@
 #include "app/preference_sheet.h"
 #include "app/printing.h"
 #include "app/resource_ids.h"
+#include "app/save_columns.h"
 #include "app/screen_file.h"
 #include "app/screen_font.h"
 #include "app/screens_window.h"
@@ -190,6 +191,9 @@ bool runCommand(Program& program, int command) {
     case commandCheckData:
         checkLoadedData(program);
         return true;
+    case commandSaveColumns:
+        saveColumns(program);
+        return true;
     case commandOpenFile:
         if (showOpenFileDialog(program)) {
             openFile(program);
@@ -256,6 +260,7 @@ bool createContents(Program& program) {
     if (!writeSettingsFile(program)) return false;
     startOptions(program.run.options, program.defaults());
     program.run.statusTellsDoubts = true;
+    program.run.columns.areWanted = true;
     program.rememberedGraph = startGraphPreferences(program.defaults());
     SetWindowTextA(program.window, className);
     InitCommonControls();

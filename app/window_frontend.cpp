@@ -72,10 +72,15 @@ void WindowFrontend::setDataLoaded(bool loaded) {
     }
     DragAcceptFiles(program_.window, isCommandEnabled(commandOpenFile, state));
     enablePrediction(false);
+    enableColumns(false);
 }
 
 void WindowFrontend::enablePrediction(bool enabled) {
     enableItem(program_.window, commandPrediction, enabled);
+}
+
+void WindowFrontend::enableColumns(bool enabled) {
+    enableItem(program_.window, commandSaveColumns, enabled);
 }
 
 void WindowFrontend::openGraphWindow(const Graph&) {

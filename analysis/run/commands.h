@@ -28,3 +28,4 @@ constexpr int commandTextbookNumerics = 850;
 constexpr int commandOmitMissing = 851;
 constexpr int commandImportTable = 852;
 constexpr int commandCheckData = 853;
+constexpr int commandSaveColumns = 854;

@@ -101,6 +101,8 @@ void applyExclusion(Frontend& frontend, AnalysisRun& run,
     rebuild(run);
     showLoadedData(frontend, run);
     frontend.enablePrediction(false);
+    run.columns.release();
+    frontend.enableColumns(false);
 }
 
 void closeDataFile(Frontend& frontend, AnalysisRun& run) {
@@ -110,6 +112,7 @@ void closeDataFile(Frontend& frontend, AnalysisRun& run) {
     frontend.showUpper(run.report);
     frontend.showLower(run.report);
     frontend.showStatus(run.report);
+    run.columns.release();
     frontend.setDataLoaded(false);
 }
 
@@ -131,15 +134,14 @@ bool namedDataFile(const char* name, bool isThere, char (&path)[260]) {
     return true;
 }
 
-bool proposeTablePath(const char* path, char (&proposed)[260]) {
+bool proposeTablePath(const char* path, const char* end, char (&proposed)[260]) {
     std::string_view name(path);
     const std::size_t file = name.find_last_of("\\/:") + 1; // 0 when nothing is found
     const std::size_t extension = name.rfind('.');
     if (extension != std::string_view::npos && extension > file) name = name.substr(0, extension);
-    constexpr std::string_view end = "-import.csv";
     proposed[0] = '\0';
-    if (name.size() + end.size() >= sizeof proposed) return false;
-    std::snprintf(proposed, sizeof proposed, "%.*s%s", static_cast<int>(name.size()), name.data(),
-                  end.data());
+    if (name.size() + std::strlen(end) >= sizeof proposed) return false;
+    std::memcpy(proposed, name.data(), name.size());
+    std::strcpy(proposed + name.size(), end);
     return true;
 }

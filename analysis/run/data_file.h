@@ -31,7 +31,7 @@ void forceExtension(char (&path)[260], std::int32_t fileType);
 
 // The path that is proposed for the table that comes of importing a file: "NAME-import.csv" beside it. False
 // when it is too long; `proposed` is then empty.
-[[nodiscard]] bool proposeTablePath(const char* path, char (&proposed)[260]);
+[[nodiscard]] bool proposeTablePath(const char* path, const char* end, char (&proposed)[260]);
 
 // The path of a file that was named without a dialog: as it is named, or with ".csv" when it has no extension
 // and is not there (`isThere`). False when the path is too long; `path` is then unchanged.

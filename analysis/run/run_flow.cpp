@@ -35,6 +35,7 @@ ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun
     frontend.closeGraph();
     releaseGraph(run.graph);
     run.columns.release();
+    frontend.enableColumns(false);
     copyLoadedToWorking(run.data);
     run.kind = kind->number;
     frontend.enablePrediction(false);
@@ -66,6 +67,7 @@ ErrorCode dispatchAnalysis(Frontend& frontend, Settings& defaults, AnalysisRun& 
     ErrorCode code = kind.analysis->driver(frontend, run);
     if (code == success && !isComplete(run.report)) code = outOfMemory;
     if (code == success && kind.enablesPrediction) frontend.enablePrediction(true);
+    if (code == success && run.columns.count > 0) frontend.enableColumns(true);
     if (code == success && run.graph.present) frontend.openGraphWindow(run.graph);
     return reportResult(frontend, run, code);
 }

@@ -178,3 +178,22 @@ TEST(TextbookNumerics, HoldUntilTheProgramEnds) {
     alert.press(IDOK);
     expectReport(false);
 }
+
+TEST(SaveResultsAsColumns, WritesTheTableOfTheLastAnalysis) {
+    App app;
+    app.write("line.csv", "label,x,y\na,1,1\nb,2,3\nc,3,5\nd,4,8\ne,5,8\nf,6,11\n");
+    app.start("line.csv");
+    app.runCommand(fundamental, fundamentalCaption).press(IDOK);
+    EXPECT_FALSE(app.isItemEnabled(commandSaveColumns));
+    app.runCommand(711, "multiple regression analysis").press(IDOK);
+    const Dialog files = app.runCommand(commandSaveColumns, "Save As");
+    EXPECT_EQ(files.text(fileName), "line-results.csv");
+    files.press(IDOK);
+    const std::string table = app.read("line-results.csv");
+    EXPECT_TRUE(table.starts_with("label,x,y,prediction,residual,s.residual")) << table;
+    // x by y: the means are 3.5 and 6, the slope 34 / 68.
+    const std::string row = "\nc,3,5,";
+    EXPECT_NEAR(std::stod(table.substr(table.find(row) + row.size())), 3.0, 1e-12);
+    app.runCommand(commandExcludeVariable, "exclude").press(IDOK);
+    EXPECT_FALSE(app.isItemEnabled(commandSaveColumns));
+}

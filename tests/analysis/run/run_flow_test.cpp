@@ -128,7 +128,7 @@ TEST(DataFile, ProposesANameForAnImportedTable) {
           {std::string(248, 'w') + ".tsv", std::string(248, 'w') + "-import.csv"},
           {std::string(249, 'w'), ""}}) {
         char found[260];
-        EXPECT_EQ(proposeTablePath(path.c_str(), found), !proposed.empty());
+        EXPECT_EQ(proposeTablePath(path.c_str(), "-import.csv", found), !proposed.empty());
         EXPECT_EQ(found, proposed);
     }
 }
