@@ -4,6 +4,7 @@
 
 #include "batch/assignments.h"
 #include "batch/field_values.h"
+#include "batch/nearest_word.h"
 
 namespace {
 
@@ -16,6 +17,9 @@ bool exclude(std::string_view names, int& slot, DataSet& data, Complaint& compla
         if (column == 0) {
             complaint.say("--exclude: there is no variable '%.*s' in the file", static_cast<int>(name.size()),
                           name.data());
+            NearestWord nearest(name);
+            for (std::int32_t col = 1; col < data.cells.cols; ++col) nearest.offer(data.cells.cell(0, col));
+            nearest.suggest(complaint);
             return false;
         }
         if (slot == ExclusionList::slotCount) {

@@ -8,6 +8,14 @@ Option splitOption(const char* argument) {
     return {{argument, static_cast<std::size_t>(equals - argument)}, equals + 1};
 }
 
+bool isHelp(const char* argument) {
+    return std::strcmp(argument, "--help") == 0 || std::strcmp(argument, "-h") == 0;
+}
+
+bool isVersion(const char* argument) {
+    return std::strcmp(argument, "--version") == 0 || std::strcmp(argument, "-V") == 0;
+}
+
 bool Arguments::takeValue(Option& option, Complaint& complaint) {
     if (option.value == nullptr) option.value = next();
     if (option.value != nullptr) return true;

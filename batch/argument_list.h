@@ -12,6 +12,15 @@ struct Option {
 
 Option splitOption(const char* argument);
 
+// Whether an argument asks for the help, or for the version.
+bool isHelp(const char* argument);
+bool isVersion(const char* argument);
+
+// The path that stands for standard input or output.
+inline bool isStandardStream(const char* path) {
+    return path[0] == '-' && path[1] == '\0';
+}
+
 // The arguments one after the other; an option's value stands behind "=" or is the next argument.
 class Arguments {
 public:

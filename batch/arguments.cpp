@@ -1,12 +1,16 @@
 #include "batch/arguments.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
 #include "batch/argument_list.h"
 #include "batch/assignments.h"
+#include "batch/common_options.h"
 #include "batch/field_values.h"
+#include "batch/known_options.h"
+#include "batch/nearest_word.h"
 #include "batch/saved_columns.h"
 
 namespace {
@@ -44,6 +48,9 @@ Match parseNumerics(Option option, Arguments& arguments, CommandLine& line, Comp
     line.numerics = findNumerics(option.value);
     if (line.numerics != nullptr) return Match::taken;
     complaint.say("--numerics takes classic|textbook, not '%.200s'", option.value);
+    NearestWord nearest(option.value);
+    for (const char* word : {"classic", "textbook"}) nearest.offer(word);
+    nearest.suggest(complaint);
     return Match::wrong;
 }
 
@@ -63,6 +70,9 @@ Match parseWord(Option option, Arguments& arguments, const char* const (&words)[
     }
     complaint.say("%.*s takes %s, not '%.200s'", static_cast<int>(option.name.size()), option.name.data(),
                   known, option.value);
+    NearestWord nearest(option.value);
+    for (const char* word : words) nearest.offer(word);
+    nearest.suggest(complaint);
     return Match::wrong;
 }
 
@@ -79,7 +89,7 @@ Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, 
     for (const auto& text : texts) {
         if (option.name != text.name) continue;
         if (!arguments.takeValue(option, complaint)) return Match::wrong;
-        text.target = option.value;
+        text.target = isStandardStream(option.value) && option.name == "--output" ? nullptr : option.value;
         return Match::taken;
     }
 
@@ -154,20 +164,32 @@ Match parsePictureOption(Option option, Arguments& arguments, CommandLine& line,
                                                                                          : Match::wrong;
 }
 
+void complainOfOption(const Option& option, const AnalysisKind* kind, Complaint& complaint) {
+    complaint.say("there is no option '%.*s'",
+                  static_cast<int>(std::min<std::size_t>(option.name.size(), 200)), option.name.data());
+    NearestWord nearest(option.name);
+    forEachOption(kind, [&](const KnownOption& known) { nearest.offer(known.name); });
+    nearest.suggest(complaint);
+}
+
 // The first argument: an analysis, or a question about the program.
 bool parseKind(const char* word, CommandLine& line, Complaint& complaint) {
     if (word == nullptr) {
         complaint.say("which analysis of which file?");
         return false;
     }
-    if (std::strcmp(word, "--help") == 0) {
+    if (isHelp(word) || std::strcmp(word, "help") == 0) {
         line.task = CommandLine::Task::help;
-    } else if (std::strcmp(word, "--version") == 0) {
+    } else if (isVersion(word)) {
         line.task = CommandLine::Task::version;
     } else if (std::strcmp(word, "summary") != 0) {
         line.kind = findKind(word);
         if (line.kind == nullptr || line.kind->analysis == nullptr) {
             complaint.say("there is no analysis '%.200s'", word);
+            NearestWord nearest(word);
+            for (const char* command : commandWords()) nearest.offer(command);
+            for (const AnalysisKind& each : analysisKinds()) nearest.offer(each.batchName);
+            nearest.suggest(complaint);
             return false;
         }
     }
@@ -183,7 +205,8 @@ bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Compla
 
     bool optionsEnded = false;
     while (const char* argument = arguments.next()) {
-        if (optionsEnded || std::strncmp(argument, "--", 2) != 0) {
+        const bool isShort = isHelp(argument) || isVersion(argument);
+        if (optionsEnded || (std::strncmp(argument, "--", 2) != 0 && !isShort)) {
             if (line.file != nullptr) {
                 complaint.say("one file at a time: '%.150s' and '%.150s'", line.file, argument);
                 return false;
@@ -194,10 +217,10 @@ bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Compla
         const Option option = splitOption(argument);
         if (std::strcmp(argument, "--") == 0) {
             optionsEnded = true;
-        } else if (option.name == "--help") {
+        } else if (isHelp(argument)) {
             line.task = CommandLine::Task::help;
             return true;
-        } else if (option.name == "--version") {
+        } else if (isVersion(argument)) {
             line.task = CommandLine::Task::version;
             return true;
         } else {
@@ -206,7 +229,7 @@ bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Compla
             if (match == Match::none) match = parseFieldOption(option, arguments, line, complaint);
             if (match == Match::none) match = parseAssignmentOption(option, arguments, line, complaint);
             if (match == Match::none) match = parseClustersOption(option, arguments, line, complaint);
-            if (match == Match::none) complaint.say("there is no option '%.200s'", argument);
+            if (match == Match::none) complainOfOption(option, line.kind, complaint);
             if (match != Match::taken) return false;
         }
     }

@@ -7,6 +7,7 @@
 #include "analysis/run/data_file.h"
 #include "analysis/run/run_flow.h"
 #include "batch/applied_options.h"
+#include "batch/argument_list.h"
 #include "batch/arguments.h"
 #include "batch/assignments.h"
 #include "batch/batch_frontend.h"
@@ -154,7 +155,7 @@ bool checkFiles(const CommandLine& line, Complaint& complaint) {
     const struct {
         const char* name;
         const char* path;
-    } files[] = {{"the data file", line.file},
+    } files[] = {{"the data file", isStandardStream(line.file) ? nullptr : line.file},
                  {"--output", line.output},
                  {"--save", line.saved},
                  {"--graph", line.picture.file}};
@@ -251,7 +252,13 @@ bool writeSaved(const CommandLine& line, const AnalysisRun& run, const TextBuffe
 } // namespace
 
 int runBatch(int count, char** arguments) {
-    if (count > 1 && std::strcmp(arguments[1], "import") == 0) return runImport(count, arguments);
+    const char* const word = count > 1 ? arguments[1] : "";
+    if (std::strcmp(word, "import") == 0) return runImport(count, arguments);
+    if (std::strcmp(word, "help") == 0 && count > 2) { // as the help of the word behind it
+        char help[] = "--help";
+        char* asked[] = {arguments[0], arguments[2], help, nullptr};
+        return runBatch(3, asked);
+    }
     CommandLine line;
     Complaint complaint;
     if (!parseCommandLine(count, arguments, line, complaint)) return refuse(complaint, line.kind);

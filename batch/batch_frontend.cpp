@@ -3,12 +3,28 @@
 #include <cstdio>
 
 #include "batch/applied_options.h"
+#include "batch/argument_list.h"
 #include "batch/file_system.h"
 #include "batch/terminal.h"
+#include "data/import/byte_source.h"
 
 namespace {
 
 constexpr std::chrono::milliseconds patience(500);
+
+// From what cannot be read twice, which is held in memory.
+FileCode readHeld(std::FILE* file, CellTable& cells, ReadingNotes& notes) {
+    Block<char> bytes;
+    Index length = 0;
+    const ErrorCode code = readPipe(file, bytes, length);
+    if (code == outOfMemory) return FileCode::noMemory;
+    if (code != success) {
+        notes.refusal.cause = RefusalCause::unreadable;
+        return FileCode::notOpened;
+    }
+    MemorySource source({bytes.data(), static_cast<std::size_t>(length)});
+    return readCsvSource(source, cells, notes);
+}
 
 } // namespace
 
@@ -47,6 +63,10 @@ void BatchFrontend::alert(const char* text, const char*) {
 
 FileCode BatchFrontend::readTable(const char* path, CellTable& cells, ReadingNotes& notes) {
     file_.path = path;
+    if (isStandardStream(path)) {
+        useBinaryInput();
+        return readHeld(stdin, cells, notes);
+    }
     file_.isKnown = findSizeAndTime(path, file_.size, file_.modified);
     std::FILE* const file = openToRead(path);
     if (file == nullptr) {
@@ -56,7 +76,12 @@ FileCode BatchFrontend::readTable(const char* path, CellTable& cells, ReadingNot
                                                          : RefusalCause::unreadable;
         return FileCode::notOpened;
     }
-    const FileCode code = readCsvStream(file, cells, notes);
+    FileCode code = FileCode::done;
+    if (typeOf(path) == FileType::device) {
+        code = readHeld(file, cells, notes);
+    } else {
+        code = readCsvStream(file, cells, notes);
+    }
     std::fclose(file);
     return code;
 }

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "batch/file_system.h"
+#include "batch/nearest_word.h"
 #include "data/number.h"
 
 namespace {
@@ -113,6 +114,12 @@ void complainOfValue(OptionFields fields, std::string_view name, const char* tex
         describeValue(field, values + used, sizeof values - used);
     }
     complaint.say("--%.*s takes %s, not '%.200s'", static_cast<int>(name.size()), name.data(), values, text);
+    NearestWord nearest(text);
+    for (const OptionField& field : fields) {
+        if (field.name == nullptr || name != field.name || field.type != OptionType::choice) continue;
+        for (const char* choice : field.choices) nearest.offer(choice);
+    }
+    nearest.suggest(complaint);
 }
 
 std::int32_t findColumn(const CellTable& cells, std::string_view name) {
@@ -149,7 +156,9 @@ std::int32_t requireVariable(const char* option, std::string_view name, const Da
     if (variable == 0) {
         complaint.say("--%s: there is no variable '%.*s'", option, static_cast<int>(name.size()),
                       name.data());
-        appendVariables(data, complaint);
+        NearestWord nearest(name);
+        for (std::int32_t v = 0; v < data.loaded.variables; ++v) nearest.offer(data.loaded.name(v));
+        if (!nearest.suggest(complaint)) appendVariables(data, complaint);
     }
     return variable;
 }

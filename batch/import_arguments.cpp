@@ -1,14 +1,22 @@
 #include "batch/import_arguments.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "batch/argument_list.h"
+#include "batch/nearest_word.h"
 #include "batch/usage_line.h"
 #include "data/import/import_choice.h"
 
 namespace {
 
 enum class Match { none, taken, wrong };
+
+void suggestWord(std::string_view words, std::string_view typed, Complaint& complaint) {
+    NearestWord nearest(typed);
+    for (int number = 1; !wordOf(words, number).empty(); ++number) nearest.offer(wordOf(words, number));
+    nearest.suggest(complaint);
+}
 
 Match takeChoice(Option option, Arguments& arguments, ImportOptions& options, Complaint& complaint) {
     for (int k = 0; k < wordChoiceCount; ++k) {
@@ -19,6 +27,7 @@ Match takeChoice(Option option, Arguments& arguments, ImportOptions& options, Co
         const int word = findWord(names.words, option.value);
         if (word == 0) {
             complaint.say("%s takes %s, not '%.200s'", names.option, names.words, option.value);
+            suggestWord(names.words, option.value, complaint);
             return Match::wrong;
         }
         chooseWord(options, choice, word);
@@ -36,6 +45,7 @@ Match takeWritten(Option option, Arguments& arguments, ImportOptions& options, C
     const int word = findWord(writeWords, option.value);
     if (word == 0) {
         complaint.say("%s takes %s, not '%.200s'", writeOption, writeWords, option.value);
+        suggestWord(writeWords, option.value, complaint);
         return Match::wrong;
     }
     options.written = static_cast<WrittenText>(word - 1);
@@ -53,6 +63,7 @@ Match takeText(Option option, Arguments& arguments, ImportCommand& command, Comp
         if (option.name != text.name) continue;
         if (!arguments.takeValue(option, complaint)) return Match::wrong;
         text.target = option.value;
+        if (option.name == "--output" && isStandardStream(option.value)) command.output = nullptr;
         if (option.name != "--labels") return Match::taken;
         const std::string_view value = option.value;
         command.options.labels = value == "first"  ? LabelColumn::first
@@ -84,24 +95,13 @@ Match takeList(Option option, Arguments& arguments, ImportOptions& options, Comp
     return Match::none;
 }
 
-void printOption(std::FILE* file, const char* name, const char* value, const char* help) {
-    char usage[120];
-    std::snprintf(usage, sizeof usage, "%s %s", name, value);
-    printUsageLine(file, usage, help);
-    std::fprintf(file, "\n");
-}
-
-void printChoice(std::FILE* file, ImportChoice choice, const char* help) {
-    printOption(file, namesOf(choice).option, namesOf(choice).words, help);
-}
-
 } // namespace
 
 bool parseImport(int count, char** argumentTexts, ImportCommand& command, Complaint& complaint) {
     Arguments arguments(count, argumentTexts, 2);
     bool optionsEnded = false;
     while (const char* argument = arguments.next()) {
-        if (optionsEnded || std::strncmp(argument, "--", 2) != 0) {
+        if (optionsEnded || (std::strncmp(argument, "--", 2) != 0 && !isHelp(argument))) {
             if (command.file != nullptr) {
                 complaint.say("one file at a time: '%.150s' and '%.150s'", command.file, argument);
                 return false;
@@ -112,7 +112,7 @@ bool parseImport(int count, char** argumentTexts, ImportCommand& command, Compla
         const Option option = splitOption(argument);
         if (std::strcmp(argument, "--") == 0) {
             optionsEnded = true;
-        } else if (option.name == "--help") {
+        } else if (isHelp(argument)) {
             command.help = true;
             return true;
         } else {
@@ -120,7 +120,12 @@ bool parseImport(int count, char** argumentTexts, ImportCommand& command, Compla
             if (match == Match::none) match = takeWritten(option, arguments, command.options, complaint);
             if (match == Match::none) match = takeText(option, arguments, command, complaint);
             if (match == Match::none) match = takeList(option, arguments, command.options, complaint);
-            if (match == Match::none) complaint.say("there is no option '%.200s'", argument);
+            if (match == Match::none) {
+                complaint.say("there is no option '%.200s'", argument);
+                NearestWord nearest(option.name);
+                for (const OptionText& known : importOptions()) nearest.offer(known.name);
+                nearest.suggest(complaint);
+            }
             if (match != Match::taken) return false;
         }
     }
@@ -133,6 +138,29 @@ bool parseImport(int count, char** argumentTexts, ImportCommand& command, Compla
     return !complaint.any();
 }
 
+std::span<const OptionText> importOptions() {
+    const auto choice = [](ImportChoice each, const char* help) {
+        return OptionText{namesOf(each).option, namesOf(each).words, help};
+    };
+    static const OptionText options[] = {
+        choice(ImportChoice::encoding, "the file's encoding"),
+        choice(ImportChoice::delimiter, "what stands between cells"),
+        choice(ImportChoice::decimal, "the decimal sign"),
+        choice(ImportChoice::thousands, "the mark behind a thousand"),
+        choice(ImportChoice::header, "whether the first row holds names"),
+        {"--labels", "first|none|NAME", "the column of labels; none: samples are numbered"},
+        {"--na", "TEXT[,TEXT...]", "more texts of a missing cell; none: forget the usual ones"},
+        {"--keep", "NAME[,NAME...]", "take these columns alone, by name or as #3 or #3-#7"},
+        {"--drop", "NAME[,NAME...]", "leave columns out"},
+        {"--categories", "NAME[,NAME...]", "make categories of columns that hold numbers, too"},
+        choice(ImportChoice::oddRows, "end at a row of another length, or leave it out (all)"),
+        {writeOption, writeWords, "the encoding of the table (utf-8)"},
+        {"--output", "TABLE.csv", "write the table to TABLE.csv; -: standard output"},
+        {"--codebook", "FILE", "write what categories mean to FILE"},
+    };
+    return options;
+}
+
 void printImportHelp(std::FILE* file) {
     std::fprintf(
         file,
@@ -141,20 +169,7 @@ void printImportHelp(std::FILE* file) {
         "this program reads it. What is found out and what is left out goes to standard error.\n\n"
         "options of this command:\n",
         programName);
-    printChoice(file, ImportChoice::encoding, "the file's encoding");
-    printChoice(file, ImportChoice::delimiter, "what stands between cells");
-    printChoice(file, ImportChoice::decimal, "the decimal sign");
-    printChoice(file, ImportChoice::thousands, "the mark behind a thousand");
-    printChoice(file, ImportChoice::header, "whether the first row holds names");
-    printOption(file, "--labels", "first|none|NAME", "the column of labels; none: samples are numbered");
-    printOption(file, "--na", "TEXT[,TEXT...]", "more texts of a missing cell; none: forget the usual ones");
-    printOption(file, "--keep", "NAME[,NAME...]", "take these columns alone, by name or as #3 or #3-#7");
-    printOption(file, "--drop", "NAME[,NAME...]", "leave columns out");
-    printOption(file, "--categories", "NAME[,NAME...]", "make categories of columns that hold numbers, too");
-    printChoice(file, ImportChoice::oddRows, "end at a row of another length, or leave it out (all)");
-    printOption(file, writeOption, writeWords, "the encoding of the table (utf-8)");
-    printOption(file, "--output", "TABLE.csv", "write the table to TABLE.csv instead of standard output");
-    printOption(file, "--codebook", "FILE", "write what categories mean to FILE");
+    for (const OptionText& option : importOptions()) printOption(file, option);
     std::fprintf(
         file, "\nWhat no option says is found out from the file. Exit status: 0 success, 1 the file failed\n"
               "and nothing is written, 2 wrong command line.\n");

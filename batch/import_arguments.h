@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdio>
+#include <span>
 
 #include "batch/complaint.h"
+#include "batch/usage_line.h"
 #include "data/import/import_options.h"
 
 // What the user asked `import` for. Texts point into the arguments.
@@ -16,5 +18,8 @@ struct ImportCommand {
 
 // Reads the arguments behind "import"; false and a complaint when they are wrong.
 bool parseImport(int count, char** argumentTexts, ImportCommand& command, Complaint& complaint);
+
+// What it takes, in the order of the help.
+std::span<const OptionText> importOptions();
 
 void printImportHelp(std::FILE* file);

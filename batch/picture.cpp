@@ -1,8 +1,8 @@
 #include "batch/picture.h"
 
 #include <cstdlib>
+#include <iterator>
 
-#include "batch/usage_line.h"
 #include "report/graph_painter.h"
 #include "report/svg_canvas.h"
 
@@ -62,38 +62,35 @@ bool setSize(const char* text, PictureOptions& options) {
 }
 
 const struct {
-    const char* name;
-    const char* value; // what it takes, null for a flag
-    const char* help;
+    OptionText text;
     bool (*set)(const char* text, PictureOptions& options);
 } pictureOptions[] = {
-    {"--graph", "FILE.svg", "write the picture of the analysis to FILE.svg", setFile},
-    {"--numbering", nullptr, "number the items of the picture", setNumbering},
-    {"--sized-vectors", nullptr, "vectors as long as they are, not lines across the picture",
+    {{"--graph", "FILE.svg", "write the picture of the analysis to FILE.svg"}, setFile},
+    {{"--numbering", nullptr, "number the items of the picture"}, setNumbering},
+    {{"--sized-vectors", nullptr, "vectors as long as they are, not lines across the picture"},
      setSizedVectors},
-    {"--axes", "I,J", "the series across and up the picture, counted from 1 (1,2)", setAxes},
-    {"--highlight", "N", "the item in red, counted from 1", setHighlight},
-    {"--size", "WxH", "pixels, 200x200 to 10000x10000 (480x480)", setSize},
+    {{"--axes", "I,J", "the series across and up the picture, counted from 1 (1,2)"}, setAxes},
+    {{"--highlight", "N", "the item in red, counted from 1"}, setHighlight},
+    {{"--size", "WxH", "pixels, 200x200 to 10000x10000 (480x480)"}, setSize},
 };
 
 } // namespace
 
 PictureOption findPictureOption(std::string_view name) {
-    for (const auto& option : pictureOptions) {
-        if (name == option.name) return option.value != nullptr ? PictureOption::value : PictureOption::flag;
+    for (const auto& [text, set] : pictureOptions) {
+        if (name == text.name) return text.value != nullptr ? PictureOption::value : PictureOption::flag;
     }
     return PictureOption::none;
 }
 
 bool setPictureOption(std::string_view name, const char* value, PictureOptions& options,
                       Complaint& complaint) {
-    for (const auto& option : pictureOptions) {
-        if (name != option.name) continue;
-        options.given = option.name;
-        if (option.set(value, options)) return true;
-        complaint.say("%s takes %s (%s), not '%.200s'", option.name,
-                      option.value != nullptr ? option.value : "", option.help,
-                      value != nullptr ? value : "");
+    for (const auto& [text, set] : pictureOptions) {
+        if (name != text.name) continue;
+        options.given = text.name;
+        if (set(value, options)) return true;
+        complaint.say("%s takes %s (%s), not '%.200s'", text.name, text.value != nullptr ? text.value : "",
+                      text.help, value != nullptr ? value : "");
     }
     return false;
 }
@@ -109,13 +106,12 @@ bool checkPictureOptions(const PictureOptions& options, const AnalysisKind* kind
     return !complaint.any();
 }
 
+const OptionText* pictureOption(std::size_t place) {
+    return place < std::size(pictureOptions) ? &pictureOptions[place].text : nullptr;
+}
+
 void printPictureHelp(std::FILE* file) {
-    for (const auto& option : pictureOptions) {
-        char usage[64];
-        std::snprintf(usage, sizeof usage, "%s %s", option.name, option.value != nullptr ? option.value : "");
-        printUsageLine(file, usage, option.help);
-        std::fprintf(file, "\n");
-    }
+    for (const auto& option : pictureOptions) printOption(file, option.text);
 }
 
 const char* refusePicture(const PictureOptions& options, const AnalysisKind& kind, const Graph& graph) {

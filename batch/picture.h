@@ -5,6 +5,7 @@
 
 #include "analysis/run/analysis_kind.h"
 #include "batch/complaint.h"
+#include "batch/usage_line.h"
 #include "report/graph_layout.h"
 #include "report/text_buffer.h"
 
@@ -30,6 +31,8 @@ bool setPictureOption(std::string_view name, const char* value, PictureOptions& 
 bool checkPictureOptions(const PictureOptions& options, const AnalysisKind* kind, Complaint& complaint);
 
 void printPictureHelp(std::FILE* file);
+// The option of this place in the help, null behind the last.
+const OptionText* pictureOption(std::size_t place);
 
 // Why the run has no picture that meets the options, or null.
 const char* refusePicture(const PictureOptions& options, const AnalysisKind& kind, const Graph& graph);

@@ -6,7 +6,6 @@
 #include "analysis/run/saved_table.h"
 #include "batch/assignments.h"
 #include "batch/field_values.h"
-#include "batch/usage_line.h"
 #include "data/csv_reader.h"
 
 namespace {
@@ -81,15 +80,6 @@ bool parseClusters(const char* text, int& clusters, Complaint& complaint) {
     }
     complaint.say("--clusters takes a whole number from 2 to that of the samples, not '%.200s'", text);
     return false;
-}
-
-void printClustersHelp(std::FILE* file) {
-    printUsageLine(file, "--clusters N", "with --save: number the samples by N clusters\n");
-}
-
-void printSaveHelp(std::FILE* file) {
-    printUsageLine(file, "--save FILE.csv",
-                   "write the table to FILE.csv with what the analysis tells of each sample\n");
 }
 
 bool checkSaveOptions(const CommandLine& line, Complaint& complaint) {

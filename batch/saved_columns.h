@@ -2,6 +2,7 @@
 
 #include "batch/command_line.h"
 #include "batch/complaint.h"
+#include "batch/usage_line.h"
 
 // The option --save and what belongs to it.
 
@@ -11,8 +12,9 @@ bool numbersClusters(const AnalysisKind* kind);
 // Takes the value of --clusters; false and a complaint when it is none.
 bool parseClusters(const char* text, int& clusters, Complaint& complaint);
 
-void printClustersHelp(std::FILE* file);
-void printSaveHelp(std::FILE* file);
+constexpr OptionText clustersOption = {"--clusters", "N", "with --save: number the samples by N clusters"};
+constexpr OptionText saveOption = {"--save", "FILE.csv",
+                                   "write the table to FILE.csv with what the analysis tells of each sample"};
 
 // False and a complaint when the options do not go together, as far as is known without the data.
 bool checkSaveOptions(const CommandLine& line, Complaint& complaint);

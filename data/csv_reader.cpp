@@ -1,6 +1,8 @@
 #include "data/csv_reader.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <limits>
 #include <string_view>
@@ -19,7 +21,16 @@ struct CommentNotes {
 // The lines of a stream without the comments. "\r\n" counts as one newline, as it does in a text stream.
 class LineReader {
 public:
-    explicit LineReader(std::FILE* file) : file_(file) {}
+    explicit LineReader(ByteSource& source) : source_(source) {}
+
+    // Whether reading has failed, which looks like the end of the file.
+    bool hasFailed() const { return failed_; }
+
+    bool rewind() {
+        number_ = 0;
+        begin_ = end_ = 0;
+        return source_.rewind();
+    }
 
     // Of the line that was read last, from 1.
     long long number() const { return number_; }
@@ -69,7 +80,9 @@ private:
         const std::size_t kept = available();
         std::memmove(buffer_, buffer_ + begin_, kept);
         begin_ = 0;
-        end_ = kept + std::fread(buffer_ + kept, 1, sizeof buffer_ - kept, file_);
+        const Index read = source_.read(buffer_ + kept, static_cast<Index>(sizeof buffer_ - kept));
+        failed_ = failed_ || read < 0;
+        end_ = kept + static_cast<std::size_t>(std::max<Index>(read, 0));
     }
 
     std::size_t available() const { return end_ - begin_; }
@@ -78,7 +91,8 @@ private:
         return static_cast<const char*>(std::memchr(buffer_ + begin_, '\n', available()));
     }
 
-    std::FILE* file_;
+    ByteSource& source_;
+    bool failed_ = false;
     long long number_ = 0;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
@@ -130,8 +144,7 @@ FileRefusal readFailure() {
 }
 
 // Finds the size of the table; the columns are those up to the last header cell that is not empty.
-FileCode measure(std::FILE* file, CellTable& table, ReadingNotes& notes) {
-    LineReader reader(file);
+FileCode measure(LineReader& reader, CellTable& table, ReadingNotes& notes) {
     std::string_view line;
     const Line header = reader.next(line);
     if (header == Line::none) return refuse(notes.refusal, {RefusalCause::empty});
@@ -166,8 +179,7 @@ FileCode measure(std::FILE* file, CellTable& table, ReadingNotes& notes) {
     return FileCode::done;
 }
 
-FileCode fill(std::FILE* file, CellTable& table, ReadingNotes& notes) {
-    LineReader reader(file);
+FileCode fill(LineReader& reader, CellTable& table, ReadingNotes& notes) {
     std::string_view line;
     TextSlot* slot = table.cells.data();
     for (std::int32_t row = 0; row < table.rows; ++row) {
@@ -201,23 +213,27 @@ FileCode fill(std::FILE* file, CellTable& table, ReadingNotes& notes) {
 
 } // namespace
 
-FileCode readCsvStream(std::FILE* file, CellTable& table, ReadingNotes& notes) {
+FileCode readCsvSource(ByteSource& source, CellTable& table, ReadingNotes& notes) {
     table = {};
     notes = {};
     errno = 0;
-    FileCode code = measure(file, table, notes);
+    LineReader reader(source);
+    FileCode code = measure(reader, table, notes);
     if (code == FileCode::done && table.cells.allocate(Index{table.rows} * table.cols) != success)
         code = FileCode::noMemory;
-    if (code == FileCode::done && std::fseek(file, 0, SEEK_SET) != 0)
-        code = refuse(notes.refusal, {RefusalCause::unreadable});
-    if (code == FileCode::done) code = fill(file, table, notes);
-    // A read that failed looks like the end of the file.
-    if (std::ferror(file) != 0) {
+    if (code == FileCode::done && !reader.rewind()) code = refuse(notes.refusal, {RefusalCause::unreadable});
+    if (code == FileCode::done) code = fill(reader, table, notes);
+    if (reader.hasFailed()) {
         const FileCode failure = refuse(notes.refusal, readFailure());
         if (code == FileCode::done) code = failure;
     }
     if (code != FileCode::done) table = {};
     return code;
+}
+
+FileCode readCsvStream(std::FILE* file, CellTable& table, ReadingNotes& notes) {
+    FileSource source(file);
+    return readCsvSource(source, table, notes);
 }
 
 FileCode readCsv(const char* path, CellTable& table, ReadingNotes& notes) {

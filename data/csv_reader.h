@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "data/cell_table.h"
+#include "data/import/byte_source.h"
 #include "data/reading_notes.h"
 
 // Characters that a line can have; with its newline it holds at most 4,095.
@@ -18,5 +19,6 @@ constexpr std::size_t longestCsvLine = 4094;
 // `notes` tells what may be meant otherwise, or why the file is refused.
 [[nodiscard]] FileCode readCsv(const char* path, CellTable& table, ReadingNotes& notes);
 
-// The same from an open stream that can be rewound.
+// The same from an open stream that can be rewound, and from bytes that are read twice.
 [[nodiscard]] FileCode readCsvStream(std::FILE* file, CellTable& table, ReadingNotes& notes);
+[[nodiscard]] FileCode readCsvSource(ByteSource& source, CellTable& table, ReadingNotes& notes);

@@ -21,8 +21,8 @@ def plain(text):
 
 
 def options(help_text):
-    for name, value, meaning in re.findall(r"^  (--\S+)(?: (\S+(?: \(\d[^)]*\))?))?\s+(.*)", help_text, re.MULTILINE):
-        print(".TP\n\\fB%s\\fR%s\n%s" % (plain(name), value and " " + plain(value), plain(meaning)))
+    for name, value, meaning in re.findall(r"^  ((?:-\w, )?--\S+)(?: (\S+(?: \(\d[^)]*\))?))?\s+(.*(?:\n {28}.*)*)", help_text, re.MULTILINE):
+        print(".TP\n\\fB%s\\fR%s\n%s" % (plain(name), value and " " + plain(value), plain(" ".join(meaning.split()))))
 
 
 def main():
@@ -34,7 +34,7 @@ def main():
     print(".SH SYNOPSIS\n.B %s\nKIND [options] FILE.csv" % plain(NAME))
     print(".SH DESCRIPTION\n%s\n.PP\nThe kinds of analysis:" % what)
     for kind, meaning in kinds:
-        print(".TP\n.B %s\n%s" % (plain(kind), plain(meaning)))
+        print(".TP\n.B %s\n%s" % (plain(kind), plain(" ".join(meaning.split()))))
     print(".SH OPTIONS\nThese every kind takes.")
     options(general.split("options:")[1])
     pictures = ""

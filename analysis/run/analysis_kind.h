@@ -41,6 +41,8 @@ struct AnalysisKind {
     KindNumber number;
     const char* menuText;
     const char* batchName = "";
+    const char* batchTitle = ""; // what it is in a few plain words
+    const char* example = "";    // arguments behind the name that make a report of a file of samples/
     int dialog = 0;
     const char* dialogTitle = "";
     int saveBox = 0;

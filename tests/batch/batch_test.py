@@ -5,6 +5,7 @@ usage: batch_test.py BATCH-RUNNER
 """
 import os
 import pathlib
+import re
 import shlex
 import signal
 import subprocess
@@ -45,6 +46,25 @@ def check_answers():
         code, out, err = run(*arguments)
         check("help %s" % arguments, code == 0 and "usage" in out and "--exclude" in out and err == "")
     check("options of a kind", "--[no-]covariance" in out)
+
+
+def check_manners():
+    check("short forms", run("-V") == run("--version") and run("-h") == run("help") == run("--help"))
+    check("help of a word", run("help", "pca") == run("pca", "-h") and run("help", "import") == run("import", "-h"))
+    kinds = re.findall(r"^  ([a-z][\w-]*)  ", run("--help")[1], re.MULTILINE)
+    check("many kinds", len(kinds) > 20)
+    for kind in kinds[1:]:
+        example = re.search(r"^  ombrivantel-batch (.*)", run("help", kind)[1], re.MULTILINE)[1]
+        code, out, err = run(*shlex.split(example), cwd=tests.parent / "samples")
+        check("the example of %s: %s" % (kind, err), code == 0 and example.startswith(kind + " "))
+    with open(iris, "rb") as file:
+        whole = run("fundamental", iris)
+        check("standard input, standard output", run("fundamental", "--output=-", "-", stdin=file) == whole)
+        check("nothing is left in it", run("fundamental", "-", stdin=file)[0] == 1)
+    os.mkfifo("pipe")
+    writer = subprocess.Popen(["cp", iris, "pipe"])
+    check("a pipe is read", run("fundamental", "pipe") == whole and writer.wait(timeout=60) == 0)
+    os.remove("pipe")
 
 
 def check_predictions():
@@ -283,6 +303,7 @@ def main():
         pathlib.Path("words.csv").write_text("label,a,b\nr1,x,1e999\nr2,1,1")
         check_wrong_command_lines()
         check_answers()
+        check_manners()
         check_predictions()
         check_files()
         check_pictures()

@@ -1,0 +1,31 @@
+#include "batch/common_options.h"
+
+namespace {
+
+constexpr OptionText options[] = {
+    {"--exclude", "NAME[,NAME...]", "leave variables out, by name or by column number as #3"},
+    {"--variable-width", "N", "variable names and columns are N wide (11)"},
+    {"--label-width", "N", "sample labels are N wide (15)"},
+    {"--numerics", "classic|textbook", "comparable with earlier reports, or as in textbooks (classic)"},
+    {"--output", "FILE", "write the report to FILE; -: standard output"},
+    {"--format", "text|json|markdown|html", "what the report is written in (text)"},
+    {"--path", "TEXT", "the path that the summary shows"},
+    {"--missing", "zero|omit|fail",
+     "count cells that are no numbers as what they begin with or 0, leave\n"
+     "their samples out, or fail (zero)"},
+    {"--strict", nullptr, "fail when there is a warning about the file"},
+    {"--help", nullptr, "this text, or that of an analysis; also help KIND", "-h"},
+    {"--version", nullptr, "the version", "-V"},
+};
+
+constexpr const char* words[] = {"summary", "import", "run", "help"};
+
+} // namespace
+
+std::span<const OptionText> commonOptions() {
+    return options;
+}
+
+std::span<const char* const> commandWords() {
+    return words;
+}

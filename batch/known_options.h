@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdio>
+
+#include "batch/assignments.h"
+#include "batch/common_options.h"
+#include "batch/field_values.h"
+#include "batch/saved_columns.h"
+
+// An option as it is typed.
+struct KnownOption {
+    char name[48] = "";   // with "--"
+    char value[400] = ""; // what it takes, words with "|" between them; empty for a flag
+    const char* help = "";
+};
+
+inline KnownOption knownOption(const char* dashes, const char* name, const char* value, const char* help) {
+    KnownOption option;
+    std::snprintf(option.name, sizeof option.name, "%s%s", dashes, name);
+    std::snprintf(option.value, sizeof option.value, "%s", value != nullptr ? value : "");
+    option.help = help;
+    return option;
+}
+
+// Calls `use` with every option that a kind takes, null: the summary. A name can come twice, with other
+// words.
+template <class Use> void forEachOption(const AnalysisKind* kind, Use use) {
+    if (kind != nullptr) {
+        for (const OptionField& field : kind->analysis->fields) {
+            if (field.name == nullptr) continue;
+            char value[400];
+            describeValue(field, value, sizeof value);
+            use(knownOption("--", field.name, value, field.help));
+            if (field.type == OptionType::flag) use(knownOption("--no-", field.name, nullptr, field.help));
+        }
+        for (const AssignmentOption& each : assignmentOptions()) {
+            if (each.isTakenBy(*kind)) use(knownOption("--", each.name, assignmentUsage, each.help));
+        }
+        const auto useText = [&](const OptionText& text) {
+            use(knownOption("", text.name, text.value, text.help));
+        };
+        if (numbersClusters(kind)) useText(clustersOption);
+        if (kind->hasSampleColumns) useText(saveOption);
+        const bool hasPicture = kind->graph != GraphRule::never;
+        for (std::size_t k = 0; hasPicture && pictureOption(k) != nullptr; ++k) {
+            useText(*pictureOption(k));
+        }
+    }
+    for (const OptionText& text : commonOptions()) use(knownOption("", text.name, text.value, text.help));
+}
