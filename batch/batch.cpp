@@ -15,6 +15,7 @@
 #include "batch/import_command.h"
 #include "batch/output_file.h"
 #include "batch/report_document.h"
+#include "batch/run_file.h"
 #include "batch/saved_columns.h"
 #include "batch/terminal.h"
 #include "report/cells.h"
@@ -254,6 +255,7 @@ bool writeSaved(const CommandLine& line, const AnalysisRun& run, const TextBuffe
 int runBatch(int count, char** arguments) {
     const char* const word = count > 1 ? arguments[1] : "";
     if (std::strcmp(word, "import") == 0) return runImport(count, arguments);
+    if (std::strcmp(word, "run") == 0) return runFile(count, arguments, runBatch);
     if (std::strcmp(word, "help") == 0 && count > 2) { // as the help of the word behind it
         char help[] = "--help";
         char* asked[] = {arguments[0], arguments[2], help, nullptr};

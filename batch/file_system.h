@@ -25,6 +25,9 @@ bool isSameFile(const char* a, const char* b);
 // other.
 bool findSizeAndTime(const char* path, long long& size, long long& modified);
 
+// Makes the folder of a file the one that relative paths begin in.
+bool enterFolderOf(const char* path);
+
 std::FILE* openToRead(const char* path);
 // A device or a pipe, which is written in place.
 std::FILE* openDevice(const char* path);

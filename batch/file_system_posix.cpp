@@ -129,6 +129,12 @@ bool findSizeAndTime(const char* path, long long& size, long long& modified) {
     return true;
 }
 
+bool enterFolderOf(const char* path) {
+    FilePath folder;
+    splitPath(path, folder);
+    return chdir(folder.text) == 0;
+}
+
 std::FILE* openToRead(const char* path) {
     return std::fopen(path, "rb");
 }

@@ -123,6 +123,15 @@ bool findSizeAndTime(const char* path, long long& size, long long& modified) {
     return true;
 }
 
+bool enterFolderOf(const char* path) {
+    WidePath wide, full;
+    if (!widen(path, wide) || !fullPath(wide, full)) return false;
+    wchar_t* const slash = std::wcsrchr(full.text, L'\\');
+    if (slash == nullptr) return false;
+    slash[1] = L'\0'; // a drive keeps its own
+    return SetCurrentDirectoryW(full.text) != 0;
+}
+
 std::FILE* openToRead(const char* path) {
     WidePath wide;
     return widen(path, wide) ? _wfopen(wide.text, L"rb") : nullptr;

@@ -7,6 +7,7 @@ import os
 import pathlib
 import re
 import shlex
+import shutil
 import signal
 import subprocess
 import sys
@@ -65,6 +66,30 @@ def check_manners():
     writer = subprocess.Popen(["cp", iris, "pipe"])
     check("a pipe is read", run("fundamental", "pipe") == whole and writer.wait(timeout=60) == 0)
     os.remove("pipe")
+
+
+def check_run_file():
+    os.mkdir("a b")
+    os.rename("small.csv", "a b/my data.csv")
+    lines = ["\ufeff# two files", "summary 'my data.csv'  # as it is", "", "C:\\x\\ombrivantel-batch.exe summary ../bad.csv", "summry",
+             r'summary --path "c:\d\\" --exclude "#1" --output a.txt "my data.csv"']
+    path = pathlib.Path("a b/all.txt")
+    path.write_text("\r\n".join(lines), encoding="utf-8")
+    first, bad = run("summary", "my data.csv", cwd="a b"), run("summary", "bad.csv")
+    ended = "ombrivantel-batch: line %d of 'a b/all.txt' ended with status %d\n"
+    check("the first failure ends a run", run("run", str(path)) == (1, first[1] + bad[1], first[2] + bad[2] + ended % (4, 1)))
+    code, out, err = run("run", "--keep-going", str(path))
+    check("kept going", (code, out) == (1, first[1] + bad[1]) and ended % (5, 2) in err)
+    check("the last line, quotes and backslashes", pathlib.Path("a b/a.txt").read_text() ==
+          run("summary", "--path", "c:\\d\\", "--exclude", "#1", "my data.csv", cwd="a b")[1])
+    for fault, text in (("line 2 of '-': run", "summary bad.csv\nrun x"), ("line 1 of '-': its quotes", "summary 'bad.csv\n"),
+                        ("line 2 of '-': there is a NUL", "summary bad.csv\nsummary bad.csv # \0")):
+        code, out, err = run("run", "-", input=text)
+        check("%s: %s" % (fault, err), code == 2 and out == "" and fault in err)
+    check("no commands", run("run", "-", input="# nothing\n\n") == (0, "", "") and run("run", "no.txt")[::2] == (
+        1, "error : cannot read 'no.txt'\n"))
+    os.rename("a b/my data.csv", "small.csv")
+    shutil.rmtree("a b")
 
 
 def check_predictions():
@@ -304,6 +329,7 @@ def main():
         check_wrong_command_lines()
         check_answers()
         check_manners()
+        check_run_file()
         check_predictions()
         check_files()
         check_pictures()

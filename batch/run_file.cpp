@@ -1,0 +1,127 @@
+#include "batch/run_file.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include "batch/argument_list.h"
+#include "batch/command_words.h"
+#include "batch/file_system.h"
+#include "batch/terminal.h"
+#include "batch/usage_line.h"
+#include "data/import/byte_source.h"
+
+namespace {
+
+enum ExitStatus { exitSuccess = 0, exitFailure = 1, exitWrongCommandLine = 2 };
+
+struct RunOptions {
+    const char* file = nullptr;
+    bool keepsGoing = false;
+    bool help = false;
+};
+
+void printRunHelp() {
+    std::printf(
+        "usage: %s run [--keep-going] COMMANDS.txt\n\n"
+        "Runs the commands of a file (-: standard input) one after the other, one a line as it would be\n"
+        "typed behind %s, and prints their reports one below the other. Paths are\n"
+        "relative to the file. # begins a comment; 'a b' and \"a b\" are one word.\n\n"
+        "example of a file:\n"
+        "  # arrests by state\n"
+        "  fundamental USArrests.csv\n"
+        "  pca --components 2 --graph arrests.svg USArrests.csv\n\n"
+        "options of this command:\n",
+        programName, programName);
+    printOption(stdout, {"--keep-going", nullptr, "go on after a command that fails"});
+    std::printf(
+        "\nExit status: that of the first command that fails, else 0; 2 for a file with a line that is no\n"
+        "command, of which nothing is run.\n");
+}
+
+bool parseRun(int count, char** texts, RunOptions& options, Complaint& complaint) {
+    Arguments arguments(count, texts, 2);
+    bool optionsEnded = false;
+    while (const char* argument = arguments.next()) {
+        if (!optionsEnded && isHelp(argument)) {
+            return options.help = true;
+        }
+        if (!optionsEnded && std::strcmp(argument, "--") == 0) {
+            optionsEnded = true;
+        } else if (!optionsEnded && std::strcmp(argument, "--keep-going") == 0) {
+            options.keepsGoing = true;
+        } else if (!optionsEnded && std::strncmp(argument, "--", 2) == 0) {
+            complaint.say("there is no option '%.200s'", argument);
+            return false;
+        } else if (options.file != nullptr) {
+            complaint.say("one file at a time: '%.150s' and '%.150s'", options.file, argument);
+            return false;
+        } else {
+            options.file = argument;
+        }
+    }
+    if (options.file == nullptr) complaint.say("which file of commands?");
+    return !complaint.any();
+}
+
+ErrorCode readCommands(const char* path, Block<char>& text, Index& length) {
+    if (isStandardStream(path)) {
+        useBinaryInput();
+        return readPipe(stdin, text, length);
+    }
+    std::FILE* const file = openToRead(path);
+    if (file == nullptr) return illegalData;
+    const ErrorCode code = readPipe(file, text, length);
+    std::fclose(file);
+    return code;
+}
+
+int runAll(const RunOptions& options, CommandWords& split, int (*runCommand)(int, char**)) {
+    int status = exitSuccess;
+    for (Index k = 0; k < split.commandCount; ++k) {
+        const CommandWords::Command& command = split.commands[k];
+        const int ended = runCommand(command.count, &split.words[command.first]);
+        if (ended == exitSuccess) continue;
+        std::fprintf(stderr, "%s: line %lld of '%s' ended with status %d\n", programName,
+                     static_cast<long long>(command.line), options.file, ended);
+        if (status == exitSuccess) status = ended;
+        if (!options.keepsGoing) break;
+    }
+    return status;
+}
+
+} // namespace
+
+int runFile(int count, char** arguments, int (*runCommand)(int count, char** arguments)) {
+    RunOptions options;
+    Complaint complaint;
+    if (!parseRun(count, arguments, options, complaint)) {
+        std::fprintf(stderr, "%s: %s\ntry: %s run --help\n", programName, complaint.text, programName);
+        return exitWrongCommandLine;
+    }
+    useBinaryOutput();
+    if (options.help) {
+        printRunHelp();
+        return std::fflush(stdout) == 0 && std::ferror(stdout) == 0 ? exitSuccess : exitFailure;
+    }
+    Block<char> text;
+    Index length = 0;
+    CommandWords split;
+    ErrorCode code = readCommands(options.file, text, length);
+    if (code == success) code = text.grow(length + 1); // the last word ends behind the text
+    if (code == success) code = splitCommands(arguments[0], text.data(), length, split);
+    if (code == success && split.fault == nullptr && !isStandardStream(options.file) &&
+        !enterFolderOf(options.file)) {
+        code = illegalData;
+    }
+    if (code != success) {
+        std::fprintf(stderr, "error : %s '%s'\n", code == outOfMemory ? "no memory for" : "cannot read",
+                     options.file);
+        return exitFailure;
+    }
+    if (split.fault != nullptr) {
+        std::fprintf(stderr, "%s: line %lld of '%s': %s\ntry: %s run --help\n", programName,
+                     static_cast<long long>(split.faultLine), options.file, split.fault, programName);
+        return exitWrongCommandLine;
+    }
+    return runAll(options, split, runCommand);
+}
