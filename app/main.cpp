@@ -54,6 +54,8 @@ int runMessageLoop() {
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): its declaration is not ours
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int showCommand) {
     program.instance = instance;
+    // A picture of the window in its place would take the keys of a long run.
+    DisableProcessWindowsGhosting();
     readSettingsFile(program);
     settleWindowRectangle(program.defaults(), GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN),
                           allScreens());

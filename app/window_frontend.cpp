@@ -12,6 +12,10 @@
 
 namespace {
 
+// Of what GetAsyncKeyState tells: now, and since it was asked last.
+constexpr int keyIsDown = 0x8000;
+constexpr int keyWasPressed = 1;
+
 void enableItem(HWND window, int command, bool enabled) {
     EnableMenuItem(GetMenu(window), static_cast<UINT>(command),
                    MF_BYCOMMAND | static_cast<UINT>(enabled ? MF_ENABLED : MF_GRAYED));
@@ -33,13 +37,25 @@ void WindowFrontend::showStatus(const Report& report) {
 
 void WindowFrontend::showProgress() {
     SetCursor(LoadCursorA(nullptr, IDC_WAIT));
+    isHeldBefore_ = (GetAsyncKeyState(VK_ESCAPE) & keyIsDown) != 0; // and forgets that it was pressed
     ShowWindow(program_.progressBar, SW_SHOW);
 }
 
 ErrorCode WindowFrontend::setProgress(int percent) {
     SendMessageA(program_.progressBar, PBM_SETPOS, static_cast<WPARAM>(percent), 0);
     UpdateWindow(program_.progressBar);
-    return success;
+    return isEscapePressed() ? stopped : success;
+}
+
+// By the state of the key: a run reads no messages. A press while another window is in front is not for us.
+bool WindowFrontend::isEscapePressed() {
+    const int state = GetAsyncKeyState(VK_ESCAPE);
+    const bool isDown = (state & keyIsDown) != 0;
+    if (isHeldBefore_) {
+        isHeldBefore_ = isDown;
+        return false;
+    }
+    return (isDown || (state & keyWasPressed) != 0) && GetForegroundWindow() == program_.window;
 }
 
 void WindowFrontend::hideProgress() {

@@ -25,6 +25,9 @@ public:
     Workbook* workbook() override { return &workbook_; }
 
 private:
+    bool isEscapePressed();
+
     Program& program_;
+    bool isHeldBefore_ = false; // Esc, since before the run
     DdeWorkbook workbook_;
 };

@@ -12,6 +12,26 @@ namespace {
 
 constexpr std::chrono::milliseconds patience(500);
 
+// A file that is read twice and tells how far it is.
+class ToldSource : public FileSource {
+public:
+    ToldSource(std::FILE* file, Screens& screens) : FileSource(file), screens_(screens) {
+        if (std::fseek(file, 0, SEEK_END) == 0) size_ = std::ftell(file);
+        std::rewind(file);
+    }
+    Index read(char* bytes, Index count) override {
+        const Index done = FileSource::read(bytes, count);
+        read_ += done;
+        if (size_ > 0) static_cast<void>(screens_.setProgress(static_cast<int>(50 * read_ / size_)));
+        return done;
+    }
+
+private:
+    Screens& screens_;
+    long long size_ = -1;
+    long long read_ = 0; // of twice the size
+};
+
 // From what cannot be read twice, which is held in memory.
 FileCode readHeld(std::FILE* file, CellTable& cells, ReadingNotes& notes) {
     Block<char> bytes;
@@ -80,7 +100,10 @@ FileCode BatchFrontend::readTable(const char* path, CellTable& cells, ReadingNot
     if (typeOf(path) == FileType::device) {
         code = readHeld(file, cells, notes);
     } else {
-        code = readCsvStream(file, cells, notes);
+        ToldSource source(file, *this);
+        showProgress();
+        code = readCsvSource(source, cells, notes);
+        hideProgress();
     }
     std::fclose(file);
     return code;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 
 #include "analysis/run/frontend.h"
@@ -17,6 +18,9 @@ public:
     void showStatus(const Report&) override {}
     void showProgress() override;
     ErrorCode setProgress(int percent) override;
+    ErrorCode setProgressWithin(int from, int to, double part) override {
+        return setProgress(std::max(percent_, from + static_cast<int>(part * (to - from))));
+    }
     void hideProgress() override;
     void alert(const char* text, const char* caption) override;
     bool chooseOptions(AnalysisRun& run, const AnalysisKind& kind) override;

@@ -28,6 +28,8 @@ constexpr ErrorCode newtonRaphsonNotConvergent = 1028;
 constexpr ErrorCode invalidDegree = 2049;
 constexpr ErrorCode invalidInvolutionVariable = 2050;
 constexpr ErrorCode invalidPurposeVariable = 2052;
+// By the user; the screens stay as they were.
+constexpr ErrorCode stopped = 65536;
 constexpr ErrorCode graphNotBuilt = 32768; // told in a message box of its own
 
 // LuDecompose and TridiagonalQL only: a zero pivot, or the iteration limit.

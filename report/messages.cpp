@@ -72,6 +72,7 @@ constexpr Message<ErrorCode> analysisMessages[] = {
      "error : invalid variable which must be plus numeral for the involution curve regression analysis."},
     {invalidPurposeVariable, "\n\tinvalid purpose variable which must be plus numeral for the model.\n",
      "error : invalid purpose variable which must be plus numeral for the model."},
+    {stopped, nullptr, "error : stopped."},
 };
 
 constexpr Message<FileCode> fileMessages[] = {
@@ -144,6 +145,11 @@ template <class Code> void putDataSourceMessage(Report& report, const Message<Co
 ErrorCode reportAnalysisCode(Screens& screens, Report& report, ErrorCode code, int shortage) {
     if (code == success || code == graphNotBuilt) return code;
     const Message<ErrorCode>* message = findMessage(analysisMessages, code);
+    if (message != nullptr && message->text == nullptr) { // what the user may have typed there stays, too
+        putText(report.status, message->status, 0);
+        screens.showStatus(report);
+        return code;
+    }
     if (message != nullptr) {
         putText(report.lower, message->text, code == tooFewSamples ? shortage : mostCategories);
         putText(report.status, message->status, 0);

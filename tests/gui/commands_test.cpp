@@ -196,4 +196,60 @@ TEST(SaveResultsAsColumns, WritesTheTableOfTheLastAnalysis) {
     EXPECT_NEAR(std::stod(table.substr(table.find(row) + row.size())), 3.0, 1e-12);
     app.runCommand(commandExcludeVariable, "exclude").press(IDOK);
     EXPECT_FALSE(app.isItemEnabled(commandSaveColumns));
+
+namespace {
+
+// Noise of so many samples and variables.
+std::string noise(int samples, int variables) {
+    std::string text = "label";
+    for (int v = 1; v <= variables; ++v) text += ",v" + std::to_string(v);
+    unsigned state = 1;
+    for (int s = 1; s <= samples; ++s) {
+        text += "\ns" + std::to_string(s);
+        for (int v = 0; v < variables; ++v) {
+            state = state * 1664525U + 1013904223U;
+            text += "," + std::to_string(state >> 20);
+        }
+    }
+    return text + "\n";
+}
+
+void pressEscape() {
+    INPUT keys[2] = {};
+    for (INPUT& key : keys) key.type = INPUT_KEYBOARD, key.ki.wVk = VK_ESCAPE;
+    keys[1].ki.dwFlags = KEYEVENTF_KEYUP;
+    ASSERT_EQ(SendInput(2, keys, sizeof(INPUT)), 2U);
+}
+
+} // namespace
+
+TEST(LongAnalysis, EndsByEsc) {
+    App app;
+    app.write("noise.csv", noise(450, 400));
+    app.start("noise.csv");
+    app.pressKeys({VK_ESCAPE}); // before the run, which forgets it
+    app.runCommand(710, fundamentalCaption).press(IDCANCEL);
+    const std::string upper = app.upperText();
+    SendMessageA(app.child(CONTROL_LOWER_SCREEN), WM_SETTEXT, 0, reinterpret_cast<LPARAM>("typed"));
+    const auto run = [&](const Dialog& dialog) {
+        const ULONGLONG start = GetTickCount64();
+        PostMessageA(dialog.control(IDOK), BM_CLICK, 0, 0);
+        const HWND bar = FindWindowExA(app.child(CONTROL_STATUS_BAR), nullptr, nullptr, nullptr);
+        waitUntil("the run", [&] { return IsWindowVisible(bar) != 0 && GetForegroundWindow() == app.window(); });
+        Sleep(1500);
+        pressEscape();
+        waitUntil("its end", [&] { return IsWindowVisible(bar) == 0; });
+        EXPECT_EQ(app.statusText(), "error : stopped.");
+        EXPECT_EQ(app.lowerText(), "typed");
+        EXPECT_EQ(app.upperText(), upper);
+        std::printf("stopped after %d ms\n", static_cast<int>(GetTickCount64() - start));
+    };
+    const Dialog rotation = app.runCommand(714, "factor analysis");
+    rotation.type(2401, "200");
+    rotation.click(2406 + 1); // orthogonal
+    run(rotation);
+    const Dialog selection = app.runCommand(711, "multiple regression analysis");
+    selection.choose(2101, 1);
+    selection.click(2102 + 4); // out of all
+    run(selection);
 }

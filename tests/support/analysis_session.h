@@ -32,9 +32,24 @@ struct AnalysisSession {
         frontend.choose = [choice](AnalysisRun& chosen) { return choice(chosen.options), true; };
         return analyse(command);
     }
+    // Runs the command stopped at each of its steps: what is shown and kept stays, but for the status.
+    void stopEverywhere(int command) {
+        for (long long step = 1; step < 100'000; step += 1 + step / 50) {
+            frontend.upper = "above", frontend.lower = "below";
+            const std::string kept = run.report.lower.text();
+            frontend.stopAt = step;
+            const ErrorCode code = analyse(command);
+            if (code != stopped) break;
+            EXPECT_EQ(frontend.upper + frontend.lower + frontend.status, "abovebelowerror : stopped.")
+                << step;
+            EXPECT_EQ(run.report.lower.text(), kept) << step;
+        }
+        frontend.stopAt = 0;
+    }
     // Runs the command with each of its allocations failing, which is to end in one of these codes, by both
     // numerics, at last by those that are set. Returns how many allocations there were at least.
     long long failAllocations(int command, const std::vector<ErrorCode>& codes = {outOfMemory}) {
+        stopEverywhere(command);
         ErrorCode code = success;
         long long counts[2];
         for (long long& count : counts) {

@@ -34,7 +34,13 @@ public:
     void showProgress() override { note("progress"); }
     ErrorCode setProgress(int percent) override {
         percentages.push_back(percent);
-        return success;
+        return setProgressWithin(percent, percent, 1.0);
+    }
+    // Ends the run when it is asked for the n-th time; never with 0.
+    long long stopAt = 0;
+    ErrorCode setProgressWithin(int, int, double part) override {
+        EXPECT_TRUE(part >= 0.0 && part <= 1.0) << part;
+        return --stopAt == 0 ? stopped : success;
     }
     void hideProgress() override { note("hidden"); }
     void alert(const char* text, const char* caption) override {

@@ -217,7 +217,8 @@ void findBaseline(HazardWork& work) {
 ErrorCode compute(Screens& screens, const EventData& events, Index limit, HazardWork& work) {
     sortByTime(events, work.risk);
     ErrorCode code = screens.setProgress(10);
-    if (code == success) code = newtonRaphson(work.likelihood, events.covariates, limit, work.fit);
+    if (code == success)
+        code = newtonRaphson(work.likelihood, events.covariates, limit, work.fit, {&screens, 10, 100});
     if (code != success) return code;
     takeCoefficients(events, work);
     findBaseline(work);

@@ -112,7 +112,8 @@ void classify(const EventData& events, LogisticWork& work) {
 ErrorCode compute(Screens& screens, EventData& events, Index limit, LogisticWork& work) {
     start(events, work.fit);
     ErrorCode code = screens.setProgress(10);
-    if (code == success) code = newtonRaphson(work.likelihood, events.covariates, limit, work.fit);
+    if (code == success)
+        code = newtonRaphson(work.likelihood, events.covariates, limit, work.fit, {&screens, 10, 100});
     if (code != success) return code;
     takeCoefficients(events, work);
     classify(events, work);

@@ -115,7 +115,8 @@ double NewtonRaphsonFit::standardError(const double* weights) const {
     return std::sqrt(variance);
 }
 
-ErrorCode newtonRaphson(LikelihoodModel& model, Index slopes, Index limit, NewtonRaphsonFit& fit) {
+ErrorCode newtonRaphson(LikelihoodModel& model, Index slopes, Index limit, NewtonRaphsonFit& fit,
+                        const Stage& stage) {
     model.evaluate(fit.parameters.data(), fit.point);
     fit.startLikelihood = fit.likelihood = fit.point.value;
     fit.iterations = 0;
@@ -125,6 +126,8 @@ ErrorCode newtonRaphson(LikelihoodModel& model, Index slopes, Index limit, Newto
     for (Index j = 0; j < slopes; ++j) fit.start[j] = fit.covariance(j, j);
 
     while (fit.iterations < limit) {
+        code = stage.advance(fit.iterations);
+        if (code != success) return code;
         findStep(fit);
         if (!takeStep(model, fit)) return notFinite;
         ++fit.iterations;

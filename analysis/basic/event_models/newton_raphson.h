@@ -1,6 +1,7 @@
 #pragma once
 
 #include "numeric/matrix.h"
+#include "report/screens.h"
 
 // The log-likelihood of some parameters and its derivatives.
 struct LikelihoodPoint {
@@ -49,4 +50,4 @@ struct NewtonRaphsonFit {
 // that becomes so, a parameter that runs away or `limit` updates without an end, notFinite for a likelihood
 // that no step makes finite, outOfMemory.
 [[nodiscard]] ErrorCode newtonRaphson(LikelihoodModel& model, Index slopes, Index limit,
-                                      NewtonRaphsonFit& fit);
+                                      NewtonRaphsonFit& fit, const Stage& stage = {});

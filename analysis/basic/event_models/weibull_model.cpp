@@ -108,15 +108,16 @@ void start(EventData& events, WeibullWork& work) {
     work.exponential.fit.parameters[events.covariates] = std::log(static_cast<double>(events.events) / sum);
 }
 
-ErrorCode fit(const EventData& events, Index limit, WeibullWork& work) {
+ErrorCode fit(Screens& screens, const EventData& events, Index limit, WeibullWork& work) {
     SurvivalFit& exponential = work.exponential;
     SurvivalFit& weibull = work.weibull;
-    const ErrorCode code = newtonRaphson(exponential.likelihood, events.covariates, limit, exponential.fit);
+    const ErrorCode code =
+        newtonRaphson(exponential.likelihood, events.covariates, limit, exponential.fit, {&screens, 10, 50});
     if (code != success) return code;
     const Index shape = events.covariates + 1;
     for (Index j = 0; j < shape; ++j) weibull.fit.parameters[j] = exponential.fit.parameters[j];
     weibull.fit.parameters[shape] = 1.0;
-    return newtonRaphson(weibull.likelihood, events.covariates, limit, weibull.fit);
+    return newtonRaphson(weibull.likelihood, events.covariates, limit, weibull.fit, {&screens, 10, 100});
 }
 
 // ln s on the scale of the data; its weights are the derivatives by the parameters, k included.
@@ -150,7 +151,7 @@ void takeCoefficients(const EventData& events, WeibullWork& work, SurvivalFit& m
 ErrorCode compute(Screens& screens, EventData& events, Index limit, WeibullWork& work) {
     start(events, work);
     ErrorCode code = screens.setProgress(10);
-    if (code == success) code = fit(events, limit, work);
+    if (code == success) code = fit(screens, events, limit, work);
     if (code != success) return code;
     takeCoefficients(events, work, work.exponential);
     takeCoefficients(events, work, work.weibull);

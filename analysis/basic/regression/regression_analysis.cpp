@@ -114,7 +114,8 @@ ErrorCode fitSelected(Screens& screens, const Numerics& numerics, const Regressi
                       const RegressionOptions& options, RegressionResult& result) {
     const StepwiseSelection& selection = result.selection;
     ErrorCode code = screens.setProgress(15);
-    if (code == success) code = selectVariables(numerics, data, options, result.selection);
+    if (code == success)
+        code = selectVariables(numerics, data, options, result.selection, {&screens, 15, 40});
     if (code == success && selection.count == 0) code = noEffectiveVariable;
     if (code == success) code = result.fit.allocate(data.samples, selection.count);
     if (code != success) return code;

@@ -19,8 +19,9 @@ enum class Failure { recorded, silent };
 // The selection under way: a model, its determination and what a step does to them.
 class Selector {
 public:
-    Selector(const RegressionData& data, const RegressionOptions& options, StepwiseSelection& selection)
-        : data_(data), options_(options), selection_(selection), aic_(aicOf(0.0, 0)) {}
+    Selector(const RegressionData& data, const RegressionOptions& options, StepwiseSelection& selection,
+             const Stage& stage)
+        : data_(data), options_(options), selection_(selection), stage_(stage), aic_(aicOf(0.0, 0)) {}
 
     void startFull(const Numerics& numerics);
 
@@ -48,6 +49,7 @@ private:
     const RegressionData& data_;
     const RegressionOptions& options_;
     StepwiseSelection& selection_;
+    const Stage& stage_;
     double determination_ = 0.0;
     double aic_;
     ErrorCode code_ = success;
@@ -146,7 +148,8 @@ void Selector::move(Index variable, StepMark mark, double determination, double 
     determination_ = determination;
     aic_ = aic;
     keep({variable, mark, determination, f, aic});
-    invertModel();
+    code_ = stage_.advance(selection_.stepCount, selection_.steps.size());
+    if (code_ == success) invertModel();
 }
 
 bool Selector::tryEntry(Failure failure) {
@@ -207,8 +210,9 @@ ErrorCode StepwiseSelection::allocate(Index allVariables) {
 }
 
 ErrorCode selectVariables(const Numerics& numerics, const RegressionData& data,
-                          const RegressionOptions& options, StepwiseSelection& selection) {
-    Selector selector(data, options, selection);
+                          const RegressionOptions& options, StepwiseSelection& selection,
+                          const Stage& stage) {
+    Selector selector(data, options, selection, stage);
     switch (options.method) {
     case 1:
         while (selector.tryEntry(Failure::recorded)) {

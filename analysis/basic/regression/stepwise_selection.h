@@ -3,6 +3,7 @@
 #include "analysis/basic/regression/regression.h"
 #include "analysis/run/settings.h"
 #include "numeric/numerics.h"
+#include "report/screens.h"
 
 enum class StepMark { none, in, out };
 
@@ -40,4 +41,5 @@ struct StepwiseSelection {
 // smaller. Returns success (the model may be empty), outOfMemory, or singularMatrix when the full model of 2
 // or 4 has a negative determinant or, by textbook numerics, a rank below that.
 [[nodiscard]] ErrorCode selectVariables(const Numerics& numerics, const RegressionData& data,
-                                        const RegressionOptions& options, StepwiseSelection& selection);
+                                        const RegressionOptions& options, StepwiseSelection& selection,
+                                        const Stage& stage = {});

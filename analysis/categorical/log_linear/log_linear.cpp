@@ -173,10 +173,14 @@ FittingGoal fittingGoal(const Numerics& numerics) {
     return {.change = numerics.iterationTolerance, .share = numerics.iterationTolerance, .mostCycles = 10000};
 }
 
-ErrorCode fitModels(const FittingGoal& goal, LogLinearWork& work) {
+ErrorCode fitModels(Screens& screens, const FittingGoal& goal, LogLinearWork& work) {
+    // The models that follow the first one have their tables at once.
+    const Stage stage = {&screens, modelsBegun, modelsEstimated};
     LogLinearResult& result = work.result;
     for (Index model = 0; model < logLinearModelCount; ++model) {
-        work.fitter.fit(work.observedMargins, model, goal, work.expected.data());
+        const ErrorCode code =
+            work.fitter.fit(work.observedMargins, model, goal, work.expected.data(), stage);
+        if (code != success) return code;
         result.freedom[model] = degreesOfFreedom(result.sizes, model);
         result.chiSquares[model] =
             likelihoodRatio(result.observed.data(), work.expected.data(), work.expected.size());
@@ -237,7 +241,7 @@ ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& 
     if (code == success) code = screens.setProgress(20);
     if (code == success) code = estimateSaturated(screens, work);
     if (code == success) code = screens.setProgress(modelsBegun);
-    if (code == success) code = fitModels(fittingGoal(numerics), work);
+    if (code == success) code = fitModels(screens, fittingGoal(numerics), work);
     if (code == success) code = estimateSelected(screens, numerics, work);
     if (code == success) code = screens.setProgress(modelsEstimated);
     if (code != success) return code;

@@ -206,16 +206,23 @@ ErrorCode ModelFitter::allocate(const ThreeWaySizes& sizes) {
     return previous.allocate(sizes.cells()) | fitted.allocate(largest);
 }
 
-void ModelFitter::fit(const Margins& observed, Index model, const FittingGoal& goal, double* expected) {
+ErrorCode ModelFitter::fit(const Margins& observed, Index model, const FittingGoal& goal, double* expected,
+                           const Stage& stage) {
     const Generators generators = generatorsOf(model);
-    if (hasClosedForm(model)) return fitClosedForm(observed, generators, expected);
+    if (hasClosedForm(model)) {
+        fitClosedForm(observed, generators, expected);
+        return success;
+    }
     const Index cells = observed.sizes.cells();
     std::fill_n(expected, cells, 1.0);
     Index cycles = 0;
     do {
+        const ErrorCode code = stage.advance(cycles);
+        if (code != success) return code;
         std::copy_n(expected, cells, previous.data());
         for (const FactorSet pair : generators.sets) scaleToMargin(observed, pair, expected, fitted.data());
     } while (++cycles < goal.mostCycles && isChanging(goal, previous.data(), expected, cells));
+    return success;
 }
 
 double likelihoodRatio(const std::int32_t* observed, const double* expected, Index cells) {

@@ -4,6 +4,7 @@
 #include <span>
 
 #include "numeric/block.h"
+#include "report/screens.h"
 
 // The hierarchical log-linear models of an A x B x C table of counts, their expected tables and their
 // effects. Cell (i, j, k) stands at (i b + j) c + k.
@@ -88,7 +89,8 @@ struct ModelFitter {
     Block<double> fitted;   // the largest two-way margin
 
     [[nodiscard]] ErrorCode allocate(const ThreeWaySizes& sizes);
-    void fit(const Margins& observed, Index model, const FittingGoal& goal, double* expected);
+    [[nodiscard]] ErrorCode fit(const Margins& observed, Index model, const FittingGoal& goal,
+                                double* expected, const Stage& stage);
 };
 
 // G2 = 2 sum n ln(n / m); empty cells add nothing.

@@ -147,12 +147,15 @@ double mahalanobisDistance(const double* a, const double* b, Index p, ClusterWor
 }
 
 // Mahalanobis or squared Euclidean distances of all pairs of samples, as they are or standardized.
-void measureSamples(const DataMatrix& data, ClusterWork& work) {
+ErrorCode measureSamples(Screens& screens, const DataMatrix& data, ClusterWork& work) {
+    const Stage stage = {&screens, 15, 30};
     const Index p = data.variables;
     const bool mahalanobis = work.choice.mahalanobis();
     const auto sample = [&](Index i) { return work.choice.raw() ? data.row(i) : work.standardized.row(i); };
     ClusterMerging& merging = work.merging;
     for (Index a = 0; a < merging.count; ++a) {
+        const ErrorCode code = stage.advance(a, merging.count);
+        if (code != success) return code;
         const double* first = sample(a);
         const Index row = merging.rowStart(a);
         for (Index b = a + 1; b < merging.count; ++b) {
@@ -161,6 +164,7 @@ void measureSamples(const DataMatrix& data, ClusterWork& work) {
                 mahalanobis ? mahalanobisDistance(first, second, p, work) : squaredDistance(first, second, p);
         }
     }
+    return success;
 }
 
 // All variables are equally far from one another, as if without any correlation: this value is kept so that
@@ -192,14 +196,14 @@ double textbookRoot(double square) {
 }
 
 // Merges with distances or their squares, as the criterion wants them; levels are distances at the end.
-ErrorCode mergeAtDistances(const Numerics& numerics, ClusterWork& work) {
+ErrorCode mergeAtDistances(Screens& screens, const Numerics& numerics, ClusterWork& work) {
     const auto root = numerics.textbook ? textbookRoot : classicRoot;
     const auto merge = numerics.textbook ? mergeClustersByTextbook : mergeClusters;
     ClusterMerging& merging = work.merging;
     if (work.isRooted) {
         for (double& distance : merging.distances) distance = root(distance);
     }
-    const ErrorCode code = merge(work.choice.criterion, merging);
+    const ErrorCode code = merge(work.choice.criterion, merging, {&screens, 50, 75});
     if (code == success && !work.isRooted) {
         for (ClusterMerge& each : merging.merges) each.level = root(each.level);
     }
@@ -214,7 +218,7 @@ ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& 
     if (code != success) return code;
 
     if (!choice.ofVariables) {
-        measureSamples(data, work);
+        code = measureSamples(screens, data, work);
     } else {
         code = numerics.textbook ? measureVariablesByTextbook(numerics, data, work)
                                  : measureVariables(work.merging);
@@ -223,7 +227,7 @@ ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& 
     if (code != success) return code;
 
     code = screens.setProgress(50);
-    if (code == success) code = mergeAtDistances(numerics, work);
+    if (code == success) code = mergeAtDistances(screens, numerics, work);
     if (code == success) code = screens.setProgress(75);
     if (code != success) return code;
     return screens.setProgress(100); // the dendrogram is worked out while it is written

@@ -117,11 +117,13 @@ void removeActive(Agglomeration& state, Index place) {
     --state.activeCount;
 }
 
-template <class Rule> ErrorCode mergeAll(const Rule& rule, ClusterMerging& merging) {
+template <class Rule> ErrorCode mergeAll(const Rule& rule, const Stage& stage, ClusterMerging& merging) {
     Agglomeration state = {merging, merging.count};
     for (Index k = 0; k < merging.count; ++k) merging.active[k] = static_cast<std::int32_t>(k);
     for (Index at = 0; at < merging.count; ++at) findNearest(state, at);
     for (ClusterMerge& merge : merging.merges) {
+        const ErrorCode code = stage.advance(merging.count - state.activeCount, merging.count);
+        if (code != success) return code;
         const Index place = findClosest(state);
         if (place == state.activeCount) return illegalData;
         const std::int32_t first = merging.active[place];
@@ -142,24 +144,24 @@ ErrorCode ClusterMerging::allocate(Index items) {
            toFirst.allocate(items) | toSecond.allocate(items);
 }
 
-ErrorCode mergeClusters(int criterion, ClusterMerging& merging) {
-    return mergeAll(ClassicRule(criterion), merging);
+ErrorCode mergeClusters(int criterion, ClusterMerging& merging, const Stage& stage) {
+    return mergeAll(ClassicRule(criterion), stage, merging);
 }
 
-ErrorCode mergeClustersByTextbook(int criterion, ClusterMerging& merging) {
+ErrorCode mergeClustersByTextbook(int criterion, ClusterMerging& merging, const Stage& stage) {
     switch (criterion) {
     case 0:
-        return mergeAll(NearestNeighbour(), merging);
+        return mergeAll(NearestNeighbour(), stage, merging);
     case 1:
-        return mergeAll(FurthestNeighbour(), merging);
+        return mergeAll(FurthestNeighbour(), stage, merging);
     case 2:
-        return mergeAll(Median(), merging);
+        return mergeAll(Median(), stage, merging);
     case 3:
-        return mergeAll(GroupAverage(), merging);
+        return mergeAll(GroupAverage(), stage, merging);
     case 4:
-        return mergeAll(Centroid(), merging);
+        return mergeAll(Centroid(), stage, merging);
     default:
-        return mergeAll(Ward(), merging);
+        return mergeAll(Ward(), stage, merging);
     }
 }
 

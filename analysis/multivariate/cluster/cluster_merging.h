@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "numeric/block.h"
+#include "report/screens.h"
 
 // One step of an agglomeration: cluster `first` goes into cluster `second`, which keeps its number. Items
 // count from 0 and are clusters of one at the start; first < second.
@@ -41,8 +42,9 @@ void cutTree(const ClusterMerge* merges, Index items, Index clusters, std::int32
 // that go with these names elsewhere, and are kept so that reports stay comparable. Of equally close pairs
 // the first in the order of `distances` is merged. Returns success, or illegalData when no pair is closer
 // than 1e300.
-[[nodiscard]] ErrorCode mergeClusters(int criterion, ClusterMerging& merging);
+[[nodiscard]] ErrorCode mergeClusters(int criterion, ClusterMerging& merging, const Stage& stage = {});
 
 // The same by the rules that these names mean since Lance and Williams (1967): of squared distances for 2, 4
 // and 5, of distances for the others. Of equally close pairs it is the first one, too.
-[[nodiscard]] ErrorCode mergeClustersByTextbook(int criterion, ClusterMerging& merging);
+[[nodiscard]] ErrorCode mergeClustersByTextbook(int criterion, ClusterMerging& merging,
+                                                const Stage& stage = {});

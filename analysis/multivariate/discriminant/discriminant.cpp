@@ -76,7 +76,8 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, const Numerics& nume
     if (code == success && options.testBoxM != 0) code = testBoxM(statistics, numerics, result.box);
     if (code == success) code = screens.setProgress(30);
     if (code == success && options.forwardSelection != 0) {
-        code = selectForward(statistics, numerics, options.fIn, options.fInProbability, result.selection);
+        code = selectForward(statistics, numerics, options.fIn, options.fInProbability, result.selection,
+                             {&screens, 30, 50});
     }
     if (code == success) code = screens.setProgress(50);
     if (code == success) code = result.functions.allocate(statistics, result.selection);

@@ -55,10 +55,10 @@ ErrorCode VariableSelection::allocate(Index variables) {
 }
 
 ErrorCode selectForward(const GroupStatistics& statistics, const Numerics& numerics, double fIn,
-                        double fInProbability, VariableSelection& selection) {
+                        double fInProbability, VariableSelection& selection, const Stage& stage) {
     const Index q = statistics.variables;
     Matrix total, within;
-    const ErrorCode code = total.allocate(q, q) | within.allocate(q, q);
+    ErrorCode code = total.allocate(q, q) | within.allocate(q, q);
     if (code != success) return code;
     std::copy(statistics.total.begin(), statistics.total.end(), total.begin());
     std::copy(statistics.within.begin(), statistics.within.end(), within.begin());
@@ -66,6 +66,8 @@ ErrorCode selectForward(const GroupStatistics& statistics, const Numerics& numer
     Index entered = 0;
     const double first = static_cast<double>(statistics.groups - 1);
     while (entered < q) {
+        code = stage.advance(entered, q);
+        if (code != success) return code;
         const double second = statistics.withinDegrees() - static_cast<double>(entered);
         const Candidate best =
             findLargestF(entered, second / first, total, within, statistics.within, selection.order);

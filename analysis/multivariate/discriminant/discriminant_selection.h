@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/multivariate/discriminant/group_statistics.h"
+#include "report/screens.h"
 
 // The explanatory variables in the order in which they count, and how they were chosen.
 struct VariableSelection {
@@ -18,4 +19,5 @@ struct VariableSelection {
 // until that is below fIn or its upper tail above fInProbability. A variable whose F is not a number is
 // passed over. Returns 0 or outOfMemory.
 [[nodiscard]] ErrorCode selectForward(const GroupStatistics& statistics, const Numerics& numerics, double fIn,
-                                      double fInProbability, VariableSelection& selection);
+                                      double fInProbability, VariableSelection& selection,
+                                      const Stage& stage = {});

@@ -150,7 +150,7 @@ ErrorCode extractByLikelihood(Screens& screens, const Numerics& numerics, bool e
     ErrorCode code = startLikelihood(correlation, estimated, model, work.likelihood);
     if (code == success) code = screens.setProgress(30);
     if (code != success) return code;
-    return fitLikelihood(numerics, correlation, work.likelihood, model);
+    return fitLikelihood(numerics, correlation, work.likelihood, model, {&screens, 30, 40});
 }
 
 // Multiplies or divides each row by the root of the variable's communality.
@@ -166,7 +166,8 @@ void scaleRows(const Block<double>& scales, bool divide, Matrix& matrix) {
 ErrorCode rotateScaled(Screens& screens, const Numerics& numerics, double gamma, FactorWork& work) {
     FactorResult& result = work.result;
     if (result.rotation == Rotation::orthogonal) {
-        rotateOrthogonal(numerics, gamma, result.rotated);
+        const ErrorCode turned = rotateOrthogonal(numerics, gamma, result.rotated, {&screens, 40, 60});
+        if (turned != success) return turned;
         result.turnLeft = largestTurnLeft(gamma, result.rotated);
         scaleRows(work.rowScales, false, result.rotated);
         return success;

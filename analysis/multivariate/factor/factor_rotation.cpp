@@ -215,11 +215,13 @@ ErrorCode invertInnerProducts(const Matrix& products, Matrix& inverse) {
 
 } // namespace
 
-void rotateOrthogonal(const Numerics& numerics, double gamma, Matrix& loadings) {
+ErrorCode rotateOrthogonal(const Numerics& numerics, double gamma, Matrix& loadings, const Stage& stage) {
     const TurnRule& turns = numerics.textbook ? textbookTurns : classicTurns;
     for (int sweep = 0; sweep < mostSweeps; ++sweep) {
         double largest = 0.0;
         for (Index k = 0; k < loadings.columns(); ++k) {
+            const ErrorCode code = stage.advance(sweep);
+            if (code != success) return code;
             for (Index l = k + 1; l < loadings.columns(); ++l) {
                 const double angle = turns.angle(k, l, gamma, loadings);
                 const double cosine = std::cos(angle);
@@ -228,8 +230,9 @@ void rotateOrthogonal(const Numerics& numerics, double gamma, Matrix& loadings) 
                 largest = std::max(largest, turns.size(cosine, sine));
             }
         }
-        if (largest < turns.leastSize) return;
+        if (largest < turns.leastSize) break;
     }
+    return success;
 }
 
 double largestTurnLeft(double gamma, const Matrix& loadings) {

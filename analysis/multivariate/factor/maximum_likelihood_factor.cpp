@@ -231,10 +231,12 @@ ErrorCode advance(LikelihoodWork& work, Settling& settling) {
 }
 
 // Until no uniqueness moves.
-ErrorCode settleUniquenesses(LikelihoodWork& work, Settling& settling) {
+ErrorCode settleUniquenesses(const Stage& stage, LikelihoodWork& work, Settling& settling) {
     for (int round = 0; round < mostRounds && !settling.reached; ++round) {
+        ErrorCode code = stage.advance(round);
+        if (code != success) return code;
         findGradient(work);
-        const ErrorCode code = advance(work, settling);
+        code = advance(work, settling);
         if (code != success) return code;
         settling.reached = settling.change < smallestChange;
     }
@@ -248,7 +250,7 @@ double largestDerivative(const Block<double>& gradient) {
 }
 
 // Until all derivatives vanish.
-ErrorCode settleGradient(LikelihoodWork& work, Settling& settling) {
+ErrorCode settleGradient(const Stage& stage, LikelihoodWork& work, Settling& settling) {
     double before = std::numeric_limits<double>::infinity();
     for (int round = 0; round < mostTextbookRounds; ++round) {
         findGradient(work);
@@ -256,7 +258,8 @@ ErrorCode settleGradient(LikelihoodWork& work, Settling& settling) {
         settling.reached = size < leastGradient || (size < roundingGradient && size > before / 2.0);
         if (settling.reached) return success;
         before = size;
-        const ErrorCode code = advance(work, settling);
+        ErrorCode code = stage.advance(round);
+        if (code == success) code = advance(work, settling);
         if (code != success) return code;
     }
     return success;
@@ -298,12 +301,12 @@ ErrorCode startLikelihood(const Matrix& correlation, bool estimated, const Facto
 }
 
 ErrorCode fitLikelihood(const Numerics& numerics, const Matrix& correlation, LikelihoodWork& work,
-                        FactorModel& model) {
+                        FactorModel& model, const Stage& stage) {
     const auto settle = numerics.textbook ? settleGradient : settleUniquenesses;
     const auto load = numerics.textbook ? findExactLoadings : findLoadings;
     ErrorCode code = evaluate(work, work.current);
     if (code != success) return code;
     model.settling.reached = false;
-    code = settle(work, model.settling);
+    code = settle(stage, work, model.settling);
     return code == success ? load(correlation, work, model) : code;
 }

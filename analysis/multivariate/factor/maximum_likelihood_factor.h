@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/multivariate/factor/factor_extraction.h"
+#include "report/screens.h"
 
 // Maximum likelihood factors (Lawley 1940) of the p x p correlation matrix R. With uniquenesses s, the mu and
 // v are the eigenvalues (descending) and eigenvectors of I - R^(-1/2) diag(s) R^(-1/2), gamma = 1 - mu and
@@ -41,4 +42,4 @@ struct LikelihoodWork {
 // numerics 500 at most until no derivative is 1e-12; then the communalities and loadings. Returns 0,
 // outOfMemory, or singularFactorMatrix when the iteration diverges.
 [[nodiscard]] ErrorCode fitLikelihood(const Numerics& numerics, const Matrix& correlation,
-                                      LikelihoodWork& work, FactorModel& model);
+                                      LikelihoodWork& work, FactorModel& model, const Stage& stage = {});
