@@ -11,6 +11,7 @@
 #include "batch/arguments.h"
 #include "batch/assignments.h"
 #include "batch/batch_frontend.h"
+#include "batch/completion.h"
 #include "batch/help.h"
 #include "batch/import_command.h"
 #include "batch/output_file.h"
@@ -256,6 +257,7 @@ int runBatch(int count, char** arguments) {
     const char* const word = count > 1 ? arguments[1] : "";
     if (std::strcmp(word, "import") == 0) return runImport(count, arguments);
     if (std::strcmp(word, "run") == 0) return runFile(count, arguments, runBatch);
+    if (std::strcmp(word, "completion") == 0) return runCompletion(count, arguments);
     if (std::strcmp(word, "help") == 0 && count > 2) { // as the help of the word behind it
         char help[] = "--help";
         char* asked[] = {arguments[0], arguments[2], help, nullptr};

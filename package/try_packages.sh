@@ -104,6 +104,11 @@ runsExamples() {
     [[ $count -gt 0 && -s $trial/pca.svg ]]
 }
 
+# completes COMMAND...: it prints the one word that is left.
+completes() {
+    [[ $("$@") == covariance ]]
+}
+
 tryZip() {
     local unpacked="$trial/any where" folder
     unzip -q "$zip" -d "$unpacked"
@@ -161,6 +166,12 @@ tryDeb() {
     page=$unpacked/usr/share/man/man1/ombrivantel-batch.1.gz
     try "its man page" test -z "$(man --warnings -l "$page" 2>&1 >/dev/null)"
     try "the man page's examples" runsExamples "$page" "$unpacked"
+    try "its completion in bash" completes bash -c '
+        . "$1/usr/share/bash-completion/completions/ombrivantel-batch"
+        COMP_WORDS=(ombrivantel-batch pca --base cov) COMP_CWORD=3
+        _ombrivantel_batch
+        echo "${COMPREPLY[@]}"' bash "$unpacked"
+    try "its completion in zsh" grep -F "'*--base=[" "$unpacked/usr/share/zsh/vendor-completions/_ombrivantel-batch"
     [[ $(id -u) -eq 0 ]] || { echo "not root: the .deb is not installed"; return 0; }
     if dpkg-query -W ombrivantel-batch >/dev/null 2>&1; then
         echo "ombrivantel-batch is installed here already, and is left alone"
