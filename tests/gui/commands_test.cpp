@@ -197,6 +197,7 @@ TEST(SaveResultsAsColumns, WritesTheTableOfTheLastAnalysis) {
     EXPECT_NEAR(std::stod(table.substr(table.find(row) + row.size())), 3.0, 1e-12);
     app.runCommand(commandExcludeVariable, "exclude").press(IDOK);
     EXPECT_FALSE(app.isItemEnabled(commandSaveColumns));
+}
 
 namespace {
 
