@@ -10,6 +10,7 @@
 #include "analysis/run/data_file.h"
 #include "analysis/run/preferences.h"
 #include "analysis/run/run_flow.h"
+#include "app/command_line_copy.h"
 #include "app/dde_client.h"
 #include "app/exclude_dialog.h"
 #include "app/graph_window.h"
@@ -194,6 +195,9 @@ bool runCommand(Program& program, int command) {
     case commandSaveColumns:
         saveColumns(program);
         return true;
+    case commandCopyCommandLine:
+        copyCommandLine(program);
+        return true;
     case commandOpenFile:
         if (showOpenFileDialog(program)) {
             openFile(program);
@@ -324,8 +328,10 @@ LRESULT CALLBACK onMainWindow(HWND window, UINT message, WPARAM word, LPARAM dat
         return 0;
     // A command that was posted, while a dialog or a transfer keeps the user out, is dropped.
     case WM_COMMAND:
-        if (IsWindowEnabled(window) == 0 || runCommand(programOf(window), LOWORD(word))) return 0;
-        break;
+        if (IsWindowEnabled(window) == 0) return 0;
+        if (!runCommand(programOf(window), LOWORD(word))) break;
+        showCommandLineItem(programOf(window));
+        return 0;
     case WM_DROPFILES:
         openDroppedFile(programOf(window), reinterpret_cast<HDROP>(word));
         return 0;

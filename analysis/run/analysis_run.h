@@ -42,6 +42,9 @@ struct AnalysisRun {
     const Numerics* numerics = &classicNumerics; // what the engines compute with
     // Statistics of the last report that differ from a textbook's by more than their last digits.
     char deviations[260] = "";
+    // The arguments of the batch runner that repeat the last analysis; empty when there are none.
+    char repeating[6000] = "";
+    bool isLinked = false; // the data come from a spreadsheet's link
     // "scatter numbering" and "vector sizing" count for all graphs, not only those of components and factors.
     bool everyGraphTakesPreferences = false;
     // The status after opening tells how many samples are left out and how many doubts there are.

@@ -29,3 +29,4 @@ constexpr int commandOmitMissing = 851;
 constexpr int commandImportTable = 852;
 constexpr int commandCheckData = 853;
 constexpr int commandSaveColumns = 854;
+constexpr int commandCopyCommandLine = 857;

@@ -74,6 +74,8 @@ void rebuild(AnalysisRun& run) {
 
 LoadResult loadDataFile(Frontend& frontend, AnalysisRun& run) {
     releaseDataSet(run.data);
+    run.repeating[0] = '\0';
+    run.isLinked = run.options.settings.fileType != csvFile;
     frontend.setDataLoaded(false);
     const LoadResult result = loadCells(frontend, run);
     if (!result.isLoaded()) return result;
@@ -106,6 +108,7 @@ void applyExclusion(Frontend& frontend, AnalysisRun& run,
 }
 
 void closeDataFile(Frontend& frontend, AnalysisRun& run) {
+    run.repeating[0] = '\0';
     run.report.upper.clear();
     clearReport(run.report);
     run.report.status.clear();

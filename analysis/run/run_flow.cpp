@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "analysis/run/commands.h"
+#include "analysis/run/repeat_command.h"
 #include "analysis/run/saved_defaults.h"
 #include "numeric/moments.h"
 #include "report/cells.h"
@@ -41,6 +42,7 @@ ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun
     frontend.enablePrediction(false);
     run.data.model.kind = FittedModel::none;
     run.deviations[0] = '\0';
+    run.repeating[0] = '\0';
     const DataMatrix& loaded = run.data.loaded;
     if (kind->sizeCheck && loaded.samples - loaded.variables < leastExcess) {
         return reportResult(frontend, run, tooFewSamples);
@@ -64,6 +66,7 @@ ErrorCode dispatchAnalysis(Frontend& frontend, Settings& defaults, AnalysisRun& 
     commitSavedDefaults(defaults, run);
 
     const AnalysisKind& kind = *findKind(run.kind);
+    writeRepeatCommand(run, kind);
     ErrorCode code = kind.analysis->driver(frontend, run);
     if (code == success && !isComplete(run.report)) code = outOfMemory;
     if (code == success && kind.enablesPrediction) frontend.enablePrediction(true);

@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <commctrl.h>
+#include <cstdlib>
 #include <sstream>
 
 #include "analysis/run/commands.h"
@@ -252,4 +253,64 @@ TEST(LongAnalysis, EndsByEsc) {
     selection.choose(2101, 1);
     selection.click(2102 + 4); // out of all
     run(selection);
+}
+
+namespace {
+
+// The command on the clipboard, which the window may still hold open.
+std::wstring copiedText() {
+    waitUntil("the clipboard", [] { return OpenClipboard(nullptr) != 0; });
+    const HANDLE memory = GetClipboardData(CF_UNICODETEXT);
+    const std::wstring text = memory != nullptr ? static_cast<const wchar_t*>(GlobalLock(memory)) : L"";
+    CloseClipboard();
+    return text;
+}
+
+// What the command prompt prints for a line.
+std::string printed(const std::wstring& line) {
+    std::string text;
+    std::FILE* const pipe = _wpopen((L"\"" + line + L"\"").c_str(), L"rb");
+    for (int c = 0; pipe != nullptr && (c = std::fgetc(pipe)) != EOF;) text += static_cast<char>(c);
+    if (pipe != nullptr) _pclose(pipe);
+    return text;
+}
+
+} // namespace
+
+TEST(CopyCommandLine, RepeatsTheLastAnalysis) {
+    App app;
+    app.write("two & words.csv",
+              "label,A b,50 %,A b,y,\xe4,out\na,1,6,2,9,3,1\nb,2,4,1,7,7,1\nc,3,5,-3,8,1,0\nd,4,1,0,2,"
+              "8,0\ne,5,2,7,4,6,1\nf,6,3,9,1,2,4\ng,7,9,3,5,5,5\nh,8,0,4,3,9,5\ni,5,5,1,1,1,2\n");
+    app.start("\"two & words.csv\"");
+    const char* const bin = std::getenv("OMBRIVANTEL_BIN");
+    ASSERT_TRUE(bin != nullptr && CopyFileA((std::string(bin) + "\\ombrivantel-batch.exe").c_str(),
+                                            app.path("ombrivantel-batch.exe").c_str(), TRUE) != 0);
+    EXPECT_FALSE(app.isItemEnabled(commandCopyCommandLine));
+    const Dialog excluded = app.runCommand(commandExcludeVariable, "exclude");
+    excluded.choose(1101, 6);
+    excluded.press(IDOK);
+    const auto expectRepeated = [&] {
+        app.runCommand(commandCopyCommandLine);
+        std::string shown = app.lowerText();
+        std::erase(shown, '\r');
+        EXPECT_EQ(printed(copiedText()), shown);
+    };
+    const Dialog regression = app.runCommand(711, "multiple regression analysis");
+    regression.choose(2101, 4);
+    regression.click(2102 + 3); // forward selection
+    regression.type(2111, "0.1");
+    regression.press(IDOK);
+    expectRepeated();
+    app.runCommand(commandTextbookNumerics);
+    const Dialog powers = app.runCommand(751, "convert degrees of polynomial terms");
+    powers.choose(2202, 1);
+    powers.type(2212, "2.5");
+    powers.press(IDOK);
+    const Dialog curve = app.waitForDialog("non-linear multiple regression analysis");
+    curve.choose(2101, 4);
+    curve.press(IDOK);
+    expectRepeated();
+    app.runCommand(commandCloseFile);
+    EXPECT_FALSE(app.isItemEnabled(commandCopyCommandLine));
 }
