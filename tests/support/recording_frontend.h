@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <functional>
 #include <string>
@@ -39,7 +40,7 @@ public:
     // Ends the run when it is asked for the n-th time; never with 0.
     long long stopAt = 0;
     ErrorCode setProgressWithin(int, int, double part) override {
-        EXPECT_TRUE(part >= 0.0 && part <= 1.0) << part;
+        if (!(part >= 0.0 && part <= 1.0)) std::abort(); // fuzz runs, too, would notice
         return --stopAt == 0 ? stopped : success;
     }
     void hideProgress() override { note("hidden"); }
