@@ -1,6 +1,9 @@
 #include "app/gdi_canvas.h"
 
 #include <cstring>
+#include <iterator>
+
+#include "numeric/block.h"
 
 namespace {
 
@@ -10,8 +13,8 @@ COLORREF colorOf(Color color) {
 
 } // namespace
 
-HFONT createArial(const TextStyle& style) {
-    return CreateFontA(style.height, 0, 0, 0, FW_NORMAL, style.italic, style.underlined, FALSE,
+HFONT createArial(const TextStyle& style, int turn) {
+    return CreateFontA(style.height, 0, turn, turn, FW_NORMAL, style.italic, style.underlined, FALSE,
                        DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY,
                        VARIABLE_PITCH | FF_SWISS, "Arial");
 }
@@ -32,7 +35,7 @@ GdiCanvas::~GdiCanvas() {
 
 bool GdiCanvas::select(const Pen& pen) {
     if (pen_ != nullptr && pen == penMade_) return true;
-    const HPEN made = CreatePen(PS_SOLID, pen.width, colorOf(pen.color));
+    const HPEN made = CreatePen(pen.dashed ? PS_DASH : PS_SOLID, pen.width, colorOf(pen.color));
     if (made == nullptr) return false;
     SelectObject(device_, made);
     if (pen_ != nullptr) DeleteObject(pen_);
@@ -67,6 +70,44 @@ void GdiCanvas::fillBox(const Box& box, Color color) {
     const RECT area = {box.left, box.top, box.right, box.bottom};
     FillRect(device_, &area, brush);
     DeleteObject(brush);
+}
+
+template <class Fill> void GdiCanvas::fillShape(Color color, Fill fill) {
+    const HBRUSH brush = CreateSolidBrush(colorOf(color));
+    if (brush == nullptr) return;
+    const HGDIOBJ brushBefore = SelectObject(device_, brush);
+    const HGDIOBJ penBefore = SelectObject(device_, GetStockObject(NULL_PEN));
+    fill();
+    SelectObject(device_, penBefore);
+    SelectObject(device_, brushBefore);
+    DeleteObject(brush);
+}
+
+void GdiCanvas::fillPolygon(std::span<const Point> corners, Color color) {
+    Block<POINT> points;
+    if (points.allocate(std::ssize(corners)) != success) return;
+    for (Index k = 0; k < points.size(); ++k) {
+        const Point& corner = corners[static_cast<std::size_t>(k)];
+        points[k] = {corner.x, corner.y};
+    }
+    fillShape(color, [&] { Polygon(device_, points.data(), static_cast<int>(points.size())); });
+}
+
+void GdiCanvas::fillCircle(Point centre, int radius, Color color) {
+    fillShape(color, [&] {
+        Ellipse(device_, centre.x - radius, centre.y - radius, centre.x + radius + 2, centre.y + radius + 2);
+    });
+}
+
+void GdiCanvas::drawUpright(Point topLeft, const char* text, const TextStyle& style) {
+    const int width = measure(text, style).width;
+    const HFONT turned = createArial(style, 900);
+    if (turned == nullptr) return;
+    const HGDIOBJ before = SelectObject(device_, turned);
+    SetTextColor(device_, colorOf(style.color));
+    TextOutA(device_, topLeft.x, topLeft.y + width, text, static_cast<int>(std::strlen(text)));
+    SelectObject(device_, before);
+    DeleteObject(turned);
 }
 
 void GdiCanvas::drawText(Point topLeft, const char* text, const TextStyle& style) {

@@ -14,10 +14,15 @@ public:
 
     void drawLine(std::span<const Point> points, const Pen& pen) override;
     void fillBox(const Box& box, Color color) override;
+    void fillPolygon(std::span<const Point> corners, Color color) override;
+    void fillCircle(Point centre, int radius, Color color) override;
     void drawText(Point topLeft, const char* text, const TextStyle& style) override;
+    void drawUpright(Point topLeft, const char* text, const TextStyle& style) override;
     Extent measure(const char* text, const TextStyle& style) override;
 
 private:
+    // Calls `fill` with a brush of the colour and without a pen.
+    template <class Fill> void fillShape(Color color, Fill fill);
     bool select(const Pen& pen);
     bool select(const TextStyle& style);
 
@@ -31,5 +36,5 @@ private:
     TextStyle fontMade_;
 };
 
-// Arial of this height of a line; null when the system has no more.
-HFONT createArial(const TextStyle& style);
+// Arial of this height of a line, turned to the left by tenths of a degree; null when the system has no more.
+HFONT createArial(const TextStyle& style, int turn = 0);

@@ -38,7 +38,7 @@ int refuse(const Complaint& complaint, const AnalysisKind* kind) {
 void setUp(const CommandLine& line, AnalysisRun& run) {
     Settings settings;
     setDefaultSettings(settings);
-    settings.expressGraph = line.picture.file != nullptr;
+    settings.expressGraph = line.picture.file != nullptr && line.picture.chart == nullptr;
     settings.scatterNumbering = line.picture.numbering;
     settings.vectorSizing = line.picture.sizedVectors;
     run.everyGraphTakesPreferences = true;
@@ -59,6 +59,7 @@ bool checkOptions(const CommandLine& line, AnalysisRun& run, Complaint& complain
     if (!applyFields(line, run.data, trial, complaint)) return false;
     if (!checkPredictions(line, run.data, trial, complaint)) return false;
     if (!checkSaving(line, run.data, trial, complaint)) return false;
+    if (!wishForPicture(line.picture, run, complaint)) return false;
     const Analysis& analysis = *line.kind->analysis;
     if (leavesTableRowsOut(run.data, analysis, trial)) {
         complaint.say("--missing omit: the rows of a table cannot be left out");
@@ -218,15 +219,16 @@ bool print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, O
 }
 
 // The picture of a run that succeeded; false when there is none, which one line tells.
-bool writePicture(const BatchFrontend& frontend, const CommandLine& line, const Graph& graph,
+bool writePicture(const BatchFrontend& frontend, const CommandLine& line, const AnalysisRun& run,
                   OutputFile& output) {
-    const char* refusal = refusePicture(line.picture, *line.kind, graph);
+    const char* refusal = refusePicture(line.picture, *line.kind, run);
     if (refusal != nullptr) {
-        if (graph.present || !frontend.hasAlerted()) std::fprintf(stderr, "%s: %s\n", programName, refusal);
+        if (run.graph.present || !frontend.hasAlerted())
+            std::fprintf(stderr, "%s: %s\n", programName, refusal);
         return false;
     }
     TextBuffer document;
-    if (drawPicture(line.picture, graph, document) == success && output.write(document)) return true;
+    if (drawPicture(line.picture, run, document) == success && output.write(document)) return true;
     std::fprintf(stderr, "%s: cannot write '%s'\n", programName, line.picture.file);
     return false;
 }
@@ -307,7 +309,7 @@ int runBatch(int count, char** arguments) {
     succeeded = print(frontend, line, run, outputs.report, succeeded);
     if (succeeded && line.saved != nullptr) succeeded = writeSaved(line, run, table, outputs.saved);
     if (succeeded && line.picture.file != nullptr) {
-        succeeded = writePicture(frontend, line, run.graph, outputs.picture);
+        succeeded = writePicture(frontend, line, run, outputs.picture);
     }
     return succeeded ? exitSuccess : exitFailure;
 }

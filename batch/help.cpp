@@ -64,9 +64,9 @@ void printHelp(std::FILE* file, const AnalysisKind* kind) {
             std::fprintf(file, "\noptions of saved columns:\n");
             printOption(file, saveOption);
         }
-        if (kind->graph != GraphRule::never) {
+        if (kind->graph != GraphRule::never || !picturesOf(*kind).empty()) {
             std::fprintf(file, "\noptions of its picture:\n");
-            printPictureHelp(file);
+            printPictureHelp(file, *kind);
         }
         std::fprintf(file, "\noptions of every analysis:\n");
         printCommonOptions(file);

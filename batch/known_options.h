@@ -41,10 +41,7 @@ template <class Use> void forEachOption(const AnalysisKind* kind, Use use) {
         };
         if (numbersClusters(kind)) useText(clustersOption);
         if (kind->hasSampleColumns) useText(saveOption);
-        const bool hasPicture = kind->graph != GraphRule::never;
-        for (std::size_t k = 0; hasPicture && pictureOption(k) != nullptr; ++k) {
-            useText(*pictureOption(k));
-        }
+        for (std::size_t k = 0; pictureOption(*kind, k) != nullptr; ++k) useText(*pictureOption(*kind, k));
     }
     for (const OptionText& text : commonOptions()) use(knownOption("", text.name, text.value, text.help));
 }

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "analysis/run/analysis_kind.h"
+#include "analysis/run/analysis_run.h"
 #include "batch/complaint.h"
 #include "batch/usage_line.h"
 #include "report/graph_layout.h"
@@ -16,6 +17,18 @@ struct PictureOptions {
     bool sizedVectors = false;
     GraphView view;
     const char* given = nullptr; // one of these options, null when there is none
+
+    // Of a chart, which takes the place of the picture of the window.
+    const char* name = nullptr;     // of the picture; null: not given
+    const char* colourBy = nullptr; // a variable
+    bool labels = false;
+    bool ellipses = false;
+    int fontHeight = 0; // 0: not given
+    bool isSized = false;
+    const char* ofWindow = nullptr; // an option that only the picture of the window has
+    const char* ofCharts = nullptr; // one that only charts have
+    unsigned wishes = 0;            // of Picture::Wishes
+    const Picture* chart = nullptr; // that is wanted; null: the picture of the window
 };
 
 enum class PictureOption { none, flag, value };
@@ -27,15 +40,22 @@ PictureOption findPictureOption(std::string_view name);
 bool setPictureOption(std::string_view name, const char* value, PictureOptions& options,
                       Complaint& complaint);
 
-// False and a complaint when the analysis (null: the summary) has no picture, or there is none to write.
-bool checkPictureOptions(const PictureOptions& options, const AnalysisKind* kind, Complaint& complaint);
+// Finds the chart that is wanted. False and a complaint when the analysis (null: the summary) has no such
+// picture, there is none to write, or the options do not go together.
+bool checkPictureOptions(PictureOptions& options, const AnalysisKind* kind, Complaint& complaint);
 
-void printPictureHelp(std::FILE* file);
-// The option of this place in the help, null behind the last.
-const OptionText* pictureOption(std::size_t place);
+// The same once the data are there; the run then describes the chart that is wanted.
+bool wishForPicture(const PictureOptions& options, AnalysisRun& run, Complaint& complaint);
+
+// The options of the pictures of a kind.
+void printPictureHelp(std::FILE* file, const AnalysisKind& kind);
+// The option of this place in the help of a kind, null behind the last.
+const OptionText* pictureOption(const AnalysisKind& kind, std::size_t place);
 
 // Why the run has no picture that meets the options, or null.
-const char* refusePicture(const PictureOptions& options, const AnalysisKind& kind, const Graph& graph);
+const char* refusePicture(const PictureOptions& options, const AnalysisKind& kind, const AnalysisRun& run);
 
-// The picture as an SVG document; success or outOfMemory.
-[[nodiscard]] ErrorCode drawPicture(const PictureOptions& options, const Graph& graph, TextBuffer& document);
+// The picture as an SVG document; success or outOfMemory. Labels that a chart has no room for are told on
+// standard error.
+[[nodiscard]] ErrorCode drawPicture(const PictureOptions& options, const AnalysisRun& run,
+                                    TextBuffer& document);

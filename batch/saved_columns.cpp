@@ -84,7 +84,8 @@ bool parseClusters(const char* text, int& clusters, Complaint& complaint) {
 
 bool checkSaveOptions(const CommandLine& line, Complaint& complaint) {
     if (line.saved == nullptr) {
-        if (line.clusters > 0) complaint.say("--clusters needs --save FILE.csv");
+        if (line.clusters > 0 && line.picture.file == nullptr)
+            complaint.say("--clusters needs --save FILE.csv or --graph FILE.svg");
     } else if (line.kind == nullptr || !line.kind->hasSampleColumns) {
         complaint.say("--save: '%s' has no columns for samples", nameOf(line.kind));
     }
@@ -93,13 +94,15 @@ bool checkSaveOptions(const CommandLine& line, Complaint& complaint) {
 
 bool checkSaving(const CommandLine& line, const DataSet& data, const AnalysisOptions& options,
                  Complaint& complaint) {
-    if (line.saved == nullptr || !numbersClusters(line.kind)) return true;
-    if (options.settings.cluster.division != 0) {
+    if (!numbersClusters(line.kind)) return true;
+    const bool isOfVariables = options.settings.cluster.division != 0;
+    const std::int32_t items = isOfVariables ? data.loaded.variables : data.loaded.samples;
+    if (line.saved != nullptr && isOfVariables) {
         complaint.say("--save: clusters of variables have no columns for samples");
-    } else if (line.clusters == 0) {
+    } else if (line.saved != nullptr && line.clusters == 0) {
         complaint.say("--save needs --clusters N here: how many clusters to number the samples by");
-    } else if (line.clusters > data.loaded.samples) {
-        complaint.say("--clusters: there are %d samples", data.loaded.samples);
+    } else if (line.clusters > items) {
+        complaint.say("--clusters: there are %d %s", items, isOfVariables ? "variables" : "samples");
     }
     return !complaint.any();
 }

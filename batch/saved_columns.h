@@ -12,7 +12,8 @@ bool numbersClusters(const AnalysisKind* kind);
 // Takes the value of --clusters; false and a complaint when it is none.
 bool parseClusters(const char* text, int& clusters, Complaint& complaint);
 
-constexpr OptionText clustersOption = {"--clusters", "N", "with --save: number the samples by N clusters"};
+constexpr OptionText clustersOption = {
+    "--clusters", "N", "number the samples by N clusters with --save, cut the tree into them with --graph"};
 constexpr OptionText saveOption = {"--save", "FILE.csv",
                                    "write the table to FILE.csv with what the analysis tells of each sample"};
 

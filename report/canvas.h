@@ -34,6 +34,7 @@ struct Box {
 struct Pen {
     Color color;
     int width = 1;
+    bool dashed = false;
     bool operator==(const Pen&) const = default;
 };
 
@@ -53,7 +54,11 @@ public:
     // From point to point.
     virtual void drawLine(std::span<const Point> points, const Pen& pen) = 0;
     virtual void fillBox(const Box& box, Color color) = 0;
+    virtual void fillPolygon(std::span<const Point> corners, Color color) = 0;
+    virtual void fillCircle(Point centre, int radius, Color color) = 0;
     // Texts are single bytes of Windows-1252, without line ends.
     virtual void drawText(Point topLeft, const char* text, const TextStyle& style) = 0;
+    // A quarter turn to the left: the text covers its height across and its width upwards.
+    virtual void drawUpright(Point topLeft, const char* text, const TextStyle& style) = 0;
     virtual Extent measure(const char* text, const TextStyle& style) = 0;
 };

@@ -63,16 +63,22 @@ void SvgCanvas::finish() {
     document_.append("</svg>\n");
 }
 
-void SvgCanvas::drawLine(std::span<const Point> points, const Pen& pen) {
-    document_.append("<polyline points=\"");
+void SvgCanvas::appendPoints(std::span<const Point> points) {
     const char* separator = "";
     for (const Point& point : points) {
         document_.appendFormat("%s%d,%d", separator, point.x, point.y);
         separator = " ";
     }
     document_.append("\"");
+}
+
+void SvgCanvas::drawLine(std::span<const Point> points, const Pen& pen) {
+    document_.append("<polyline points=\"");
+    appendPoints(points);
     appendColor(document_, "stroke", pen.color);
-    document_.appendFormat(" stroke-width=\"%d\"/>\n", pen.width);
+    document_.appendFormat(" stroke-width=\"%d\"", pen.width);
+    if (pen.dashed) document_.appendFormat(" stroke-dasharray=\"%d %d\"", 6 * pen.width, 4 * pen.width);
+    document_.append("/>\n");
 }
 
 void SvgCanvas::fillBox(const Box& box, Color color) {
@@ -85,12 +91,35 @@ void SvgCanvas::fillBox(const Box& box, Color color) {
     document_.append("/>\n");
 }
 
+void SvgCanvas::fillPolygon(std::span<const Point> corners, Color color) {
+    document_.append("<polygon points=\"");
+    appendPoints(corners);
+    appendColor(document_, "fill", color);
+    document_.append("/>\n");
+}
+
+void SvgCanvas::fillCircle(Point centre, int radius, Color color) {
+    document_.appendFormat("<circle cx=\"%d\" cy=\"%d\" r=\"%d\"", centre.x, centre.y, radius);
+    appendColor(document_, "fill", color);
+    document_.append("/>\n");
+}
+
 void SvgCanvas::drawText(Point topLeft, const char* text, const TextStyle& style) {
-    const double size = fontSize(style);
     document_.appendFormat("<text x=\"%d\" y=\"", topLeft.x);
-    document_.appendNumber(topLeft.y + size * ascent / 1000, 0, 2);
+    document_.appendNumber(topLeft.y + fontSize(style) * ascent / 1000, 0, 2);
+    appendText(text, style);
+}
+
+void SvgCanvas::drawUpright(Point topLeft, const char* text, const TextStyle& style) {
+    document_.append("<text transform=\"translate(");
+    document_.appendNumber(topLeft.x + fontSize(style) * ascent / 1000, 0, 2);
+    document_.appendFormat(" %d) rotate(-90)", topLeft.y + measure(text, style).width);
+    appendText(text, style);
+}
+
+void SvgCanvas::appendText(const char* text, const TextStyle& style) {
     document_.append("\" font-size=\"");
-    document_.appendNumber(size, 0, 2);
+    document_.appendNumber(fontSize(style), 0, 2);
     document_.append("\"");
     appendColor(document_, "fill", style.color);
     if (style.italic) document_.append(" font-style=\"italic\"");

@@ -30,6 +30,9 @@ struct Analysis {
     int firstDialog = 0;
     const char* firstTitle = nullptr;
 
+    // What it can be drawn as besides the picture of the window, the one that is most asked for first.
+    Pictures pictures = {};
+
     // A dialog that kinds share and that chooses among them: this option, added to the first of the kinds,
     // says which one is run. Null: the kind is what the menu says.
     std::int32_t AnalysisOptions::*chosenKind = nullptr;
@@ -51,6 +54,7 @@ struct AnalysisKind {
     bool sizeCheck = true;              // needs at least three samples more than variables
     GraphRule graph = GraphRule::never;
     bool hasSampleColumns = false; // keeps something about each sample (analysis/run/sample_columns.h)
+    bool hasPictures = true;       // those of its analysis
     bool enablesPrediction = false;
     // A dialog of several kinds says in this control which one it is for.
     int headingControl = 0;
@@ -61,6 +65,11 @@ constexpr int firstAnalysisCommand = 710;
 
 // All kinds in the order of the menu; the table stands in analysis/analysis_kinds.cpp.
 std::span<const AnalysisKind> analysisKinds();
+
+// The pictures of a kind besides that of the window.
+inline Pictures picturesOf(const AnalysisKind& kind) {
+    return kind.analysis != nullptr && kind.hasPictures ? kind.analysis->pictures : Pictures{};
+}
 
 // The kind with this number or batch name, or null.
 const AnalysisKind* findKind(std::int32_t number);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "analysis/run/picture.h"
 #include "analysis/run/sample_columns.h"
 #include "analysis/run/settings.h"
 #include "data/data_set.h"
@@ -35,6 +36,8 @@ struct AnalysisRun {
     DataSet data;
     Graph graph;           // of the last analysis that has one
     SampleColumns columns; // of the last analysis
+    PictureWish pictureWish;
+    Chart chart; // of the last analysis, if it was wished for
     // What the dialogs that do not show the selected variables were last told; forgotten when the variables
     // change.
     PurposeList canonicalPurposes = {};

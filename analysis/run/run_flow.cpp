@@ -37,6 +37,7 @@ ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun
     releaseGraph(run.graph);
     run.columns.release();
     frontend.enableColumns(false);
+    run.chart = {};
     copyLoadedToWorking(run.data);
     run.kind = kind->number;
     frontend.enablePrediction(false);

@@ -262,7 +262,18 @@ def check_pictures():
           "factor 2" not in texts() and texts()["42"].get("font-style") == "italic" and "150" in texts())
     run("regression", "--graph", "a.svg", "--numbering", iris)
     check("numbers in any picture", "150" in texts())
+    iris5 = pathlib.Path(iris).read_text().splitlines()
+    pathlib.Path("groups.csv").write_text("".join(line.replace(",", ",%s," % (("b", "", "a")[i % 3] if i else "g"), 1) +
+                                                  "\n" for i, line in enumerate(iris5)))
+    report = run("pca", "--components", "2", "--exclude", "g", "groups.csv")
+    picture = run("pca", "--components", "2", "--exclude", "g", "--graph", "a.svg", "--colour-by", "g", "--ellipses",
+                  "groups.csv")
+    circles = list(xml.etree.ElementTree.parse("a.svg").iter(svg + "circle"))
+    # Of three kinds of samples one has no group; the circles are those of "a", the first, and its key.
+    check("a chart changes no report and has its groups", picture == report and {"g", "a", "b"} <= set(texts()) and
+          len(circles) == 51 and 'width="800" height="600"' in pathlib.Path("a.svg").read_text())
     os.remove("a.svg")
+    os.remove("groups.csv")
     check("a picture that cannot be written", run("pca", "--graph=no/such.svg", "missing.csv")[2] ==
           "error : failed to open nor create a file.\n")
     for arguments, says in ((("--components=1",), "too few vector number"), (("--components=3", "--axes=4,1"), "--axes")):

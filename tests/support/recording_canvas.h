@@ -25,11 +25,21 @@ public:
     std::vector<Line> lines;
     std::vector<std::pair<Box, Color>> boxes;
     std::vector<Text> texts;
+    std::vector<Line> polygons;
+    std::vector<std::pair<Point, Color>> circles;
 
     void drawLine(std::span<const Point> points, const Pen& pen) override {
         lines.push_back({{points.begin(), points.end()}, pen});
     }
     void fillBox(const Box& box, Color color) override { boxes.emplace_back(box, color); }
+    void fillPolygon(std::span<const Point> corners, Color color) override {
+        polygons.push_back({{corners.begin(), corners.end()}, {color}});
+    }
+    void fillCircle(Point centre, int, Color color) override { circles.emplace_back(centre, color); }
+    void drawUpright(Point at, const char* text, const TextStyle& style) override {
+        const Extent extent = measure(text, style);
+        texts.push_back({text, {at.x, at.y, at.x + extent.height, at.y + extent.width}, style});
+    }
     void drawText(Point at, const char* text, const TextStyle& style) override {
         const Extent extent = measure(text, style);
         texts.push_back({text, {at.x, at.y, at.x + extent.width, at.y + extent.height}, style});

@@ -1,7 +1,10 @@
 #include "analysis/basic/descriptive/fundamental_statistics.h"
 
+#include <algorithm>
+
 #include "analysis/basic/descriptive/basic_statistics.h"
 #include "analysis/basic/descriptive/rank_correlation.h"
+#include "analysis/run/build_picture.h"
 #include "analysis/run/run_report.h"
 #include "numeric/moments.h"
 #include "numeric/unbiased_covariance.h"
@@ -146,6 +149,26 @@ void writeReport(AnalysisRun& run, const FundamentalWork& work) {
     writeRankCorrelations(report, run.data, work.ranks, options);
 }
 
+constexpr Index mostPanels = 12; // beside each other
+
+ErrorCode describeScatters(const AnalysisRun&, const DataMatrix& data, Chart& chart) {
+    if (data.variables > mostPanels) {
+        chart.refusal = "a matrix of scatters has room for 12 variables; --exclude some";
+        return success;
+    }
+    chart.kind = ChartKind::scatterMatrix;
+    chart.title.set("pairs of variables");
+    const ErrorCode code =
+        copyTexts(data.names, chart.names) | chart.values.allocate(data.samples, data.variables);
+    if (code == success) std::copy_n(data.values.begin(), data.count(), chart.values.begin());
+    return code;
+}
+
+constexpr Picture pictures[] = {
+    {"scatters", "a scatter of each pair of variables", Picture::groups,
+     describeResult<DataMatrix, describeScatters>},
+};
+
 // Each step answers with a code; the first one that is not success ends the run, and the run flow tells it
 // to the user.
 ErrorCode runFundamentalStatistics(Screens& screens, AnalysisRun& run) {
@@ -160,10 +183,13 @@ ErrorCode runFundamentalStatistics(Screens& screens, AnalysisRun& run) {
 
     noteDeviations(run, work);
     writeReport(run, work);
+    code = buildPicture(run, run.data.working);
+    if (code != success) return code;
     closeReport(screens, run.report);
     return success;
 }
 
 } // namespace
 
-const Analysis fundamentalStatistics = {.fields = fields, .driver = runFundamentalStatistics};
+const Analysis fundamentalStatistics = {
+    .fields = fields, .driver = runFundamentalStatistics, .pictures = pictures};

@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <limits>
 
+#include "analysis/basic/event_models/event_charts.h"
 #include "analysis/basic/event_models/event_data.h"
 #include "analysis/basic/event_models/event_model_report.h"
 #include "analysis/basic/event_models/event_options.h"
@@ -316,6 +317,42 @@ ErrorCode keepSurvival(AnalysisRun& run, const EventData& events, const HazardWo
     });
 }
 
+// What the pictures are made of.
+struct HazardCharts {
+    const EventData& events;
+    const HazardWork& work;
+};
+
+// The baseline beside what the data say.
+ErrorCode describeSurvival(const AnalysisRun& run, const HazardCharts& charts, Chart& chart) {
+    const HazardWork& work = charts.work;
+    Block<double> times, survivals;
+    ErrorCode code = times.allocate(work.timeCount) | survivals.allocate(work.timeCount);
+    if (code != success) return code;
+    for (Index e = 0; e < work.timeCount; ++e) {
+        times[e] = work.eventTimes[e].time;
+        survivals[e] = std::exp(-work.eventTimes[e].cumulativeHazard);
+    }
+    startSurvivalChart(run, charts.events, "proportional hazards", chart);
+    const bool hasGroups = chart.groups.count > 0;
+    const double end = *std::max_element(charts.events.times.begin(), charts.events.times.end());
+    if (!hasGroups)
+        code = addSurvivalSteps("model at the means", 0, times.data(), survivals.data(), work.timeCount, end,
+                                chart);
+    return code == success ? addEmpiricalSurvival(charts.events, chart) : code;
+}
+
+ErrorCode describeHazardRatios(const AnalysisRun& run, const HazardCharts& charts, Chart& chart) {
+    return describeRatios(
+        run, {charts.events, charts.work.coefficients, "proportional hazards", "hazard ratio"}, chart);
+}
+
+constexpr Picture pictures[] = {
+    {"survival", "survival over time: of the model at the means, and of the data; by groups, of the data",
+     Picture::groups, describeResult<HazardCharts, describeSurvival>},
+    {"ratios", "hazard ratios with their intervals", 0, describeResult<HazardCharts, describeHazardRatios>},
+};
+
 ErrorCode runHazardModel(Screens& screens, AnalysisRun& run) {
     const SurvivalOptions& options = run.options.settings.hazard;
     const EventColumns columns = {options.stateColumn, options.timeColumn, options.division};
@@ -333,6 +370,7 @@ ErrorCode runHazardModel(Screens& screens, AnalysisRun& run) {
 
     writeReport(run, events, work);
     code = keepSurvival(run, events, work);
+    if (code == success) code = buildPicture<HazardCharts>(run, {events, work});
     if (code != success) return code;
     closeReport(screens, run.report);
     return buildSurvivalGraph(screens, run, work);
@@ -340,4 +378,5 @@ ErrorCode runHazardModel(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis hazardModel = {.fields = fields, .driver = runHazardModel, .refuse = refuse};
+const Analysis hazardModel = {
+    .fields = fields, .driver = runHazardModel, .refuse = refuse, .pictures = pictures};

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "analysis/basic/event_models/event_charts.h"
 #include "analysis/basic/event_models/event_data.h"
 #include "analysis/basic/event_models/event_model_report.h"
 #include "analysis/basic/event_models/event_options.h"
@@ -188,6 +189,10 @@ ErrorCode keepProbabilities(AnalysisRun& run, const LogisticWork& work) {
     });
 }
 
+constexpr Picture pictures[] = {
+    {"odds", "odds ratios with their intervals", 0, describeResult<RatioChart, describeRatios>},
+};
+
 ErrorCode runLogisticModel(Screens& screens, AnalysisRun& run) {
     const Settings& settings = run.options.settings;
     const EventColumns columns = {settings.logisticState, 0, settings.logisticDivision};
@@ -205,6 +210,9 @@ ErrorCode runLogisticModel(Screens& screens, AnalysisRun& run) {
 
     writeReport(run, events, work);
     code = keepProbabilities(run, work);
+    if (code == success) {
+        code = buildPicture<RatioChart>(run, {events, work.coefficients, "logistic model", "odds ratio"});
+    }
     if (code != success) return code;
     closeReport(screens, run.report);
     return success;
@@ -212,4 +220,5 @@ ErrorCode runLogisticModel(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis logisticModel = {.fields = fields, .driver = runLogisticModel, .refuse = refuse};
+const Analysis logisticModel = {
+    .fields = fields, .driver = runLogisticModel, .refuse = refuse, .pictures = pictures};

@@ -1,9 +1,11 @@
 #include "analysis/basic/event_models/weibull_model.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <numbers>
 
+#include "analysis/basic/event_models/event_charts.h"
 #include "analysis/basic/event_models/event_data.h"
 #include "analysis/basic/event_models/event_model_report.h"
 #include "analysis/basic/event_models/event_options.h"
@@ -245,6 +247,47 @@ ErrorCode keepSurvival(AnalysisRun& run, const EventData& events, const WeibullW
     });
 }
 
+// What the picture is made of.
+struct WeibullCharts {
+    const EventData& events;
+    const WeibullWork& work;
+};
+
+// Of a sample whose covariates are the means.
+ErrorCode addModelSurvival(const WeibullCharts& charts, const SurvivalFit& model, const char* name, int style,
+                           double end, Chart& chart) {
+    constexpr Index points = 64;
+    ChartLayer* const layer = chart.addLayer(LayerKind::line, points + 1);
+    if (layer == nullptr) return outOfMemory;
+    layer->name.set("%s", name);
+    layer->style = style;
+    layer->y[0] = 1.0;
+    const double constant = model.fit.parameters[charts.events.covariates];
+    for (Index k = 1; k <= points; ++k) {
+        layer->x[k] = end * static_cast<double>(k) / points;
+        const double u = std::log(layer->x[k]) - charts.work.meanLogTime;
+        layer->y[k] = std::exp(-std::exp(constant + model.shape * u));
+    }
+    return success;
+}
+
+ErrorCode describeSurvival(const AnalysisRun& run, const WeibullCharts& charts, Chart& chart) {
+    const Block<double>& times = charts.events.times;
+    const double end = *std::max_element(times.begin(), times.end());
+    startSurvivalChart(run, charts.events, "survival models", chart);
+    ErrorCode code = success;
+    if (chart.groups.count == 0) {
+        code = addModelSurvival(charts, charts.work.exponential, "exponential", 1, end, chart) |
+               addModelSurvival(charts, charts.work.weibull, "weibull", 0, end, chart);
+    }
+    return code == success ? addEmpiricalSurvival(charts.events, chart) : code;
+}
+
+constexpr Picture pictures[] = {
+    {"survival", "survival over time: of both models at the means, and of the data; by groups, of the data",
+     Picture::groups, describeResult<WeibullCharts, describeSurvival>},
+};
+
 ErrorCode runWeibullModel(Screens& screens, AnalysisRun& run) {
     const SurvivalOptions& options = run.options.settings.weibull;
     const EventColumns columns = {options.stateColumn, options.timeColumn, options.division};
@@ -262,6 +305,7 @@ ErrorCode runWeibullModel(Screens& screens, AnalysisRun& run) {
 
     writeReport(run, events, work);
     code = keepSurvival(run, events, work);
+    if (code == success) code = buildPicture<WeibullCharts>(run, {events, work});
     if (code != success) return code;
     closeReport(screens, run.report);
     return success;
@@ -269,4 +313,5 @@ ErrorCode runWeibullModel(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis weibullModel = {.fields = fields, .driver = runWeibullModel, .refuse = refuse};
+const Analysis weibullModel = {
+    .fields = fields, .driver = runWeibullModel, .refuse = refuse, .pictures = pictures};

@@ -2,6 +2,7 @@
 
 #include "analysis/basic/regression/regression_analysis.h"
 #include "analysis/basic/regression/regression_options.h"
+#include "analysis/run/fit_charts.h"
 
 namespace {
 
@@ -52,8 +53,11 @@ ErrorCode runCurveRegression(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis curveRegression = {
-    .fields = fields, .driver = runCurveRegression, .isEnabled = isEnabled, .refuse = refuse};
+const Analysis curveRegression = {.fields = fields,
+                                  .driver = runCurveRegression,
+                                  .isEnabled = isEnabled,
+                                  .refuse = refuse,
+                                  .pictures = fitPictures};
 
 const Analysis polynomialRegression = {.fields = fields,
                                        .driver = runCurveRegression,
@@ -61,4 +65,5 @@ const Analysis polynomialRegression = {.fields = fields,
                                        .refuse = refuse,
                                        .firstFields = firstFields,
                                        .firstDialog = degreesDialog,
-                                       .firstTitle = "convert degrees of polynomial terms"};
+                                       .firstTitle = "convert degrees of polynomial terms",
+                                       .pictures = fitPictures};

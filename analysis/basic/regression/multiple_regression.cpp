@@ -2,6 +2,7 @@
 
 #include "analysis/basic/regression/regression_analysis.h"
 #include "analysis/basic/regression/regression_options.h"
+#include "analysis/run/fit_charts.h"
 
 namespace {
 
@@ -21,5 +22,8 @@ ErrorCode runMultipleRegression(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis multipleRegression = {
-    .fields = fields, .driver = runMultipleRegression, .isEnabled = isEnabled, .refuse = refuse};
+const Analysis multipleRegression = {.fields = fields,
+                                     .driver = runMultipleRegression,
+                                     .isEnabled = isEnabled,
+                                     .refuse = refuse,
+                                     .pictures = fitPictures};

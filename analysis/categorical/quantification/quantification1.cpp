@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "analysis/run/fit_charts.h"
 #include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
 #include "data/category_cross_table.h"
@@ -393,6 +394,19 @@ ErrorCode keepQuantification1Columns(AnalysisRun& run, const Quantification1Work
     });
 }
 
+ErrorCode buildQuantification1Picture(AnalysisRun& run, const Quantification1Work& work) {
+    const double* const scores = work.scores.data();
+    const Index stride = work.scores.columns();
+    return buildPicture<FitCharts>(run, {.title = "quantification 1",
+                                         .purpose = run.data.working.name(run.data.working.variables - 1),
+                                         .measured = scores + 2,
+                                         .measuredStride = stride,
+                                         .predicted = scores,
+                                         .predictedStride = stride,
+                                         .residuals = scores + 1,
+                                         .residualStride = stride});
+}
+
 ErrorCode runQuantification1(Screens& screens, AnalysisRun& run) {
     reorderWorkingBySelection(run.data);
     const DataMatrix& data = run.data.working;
@@ -411,6 +425,7 @@ ErrorCode runQuantification1(Screens& screens, AnalysisRun& run) {
 
     writeReport(run, work);
     code = keepQuantification1Columns(run, work);
+    if (code == success) code = buildQuantification1Picture(run, work);
     if (code != success) return code;
     noteDeviation(run, "s.residual"); // one category at least is kept, so the divisors differ
     closeReport(screens, run.report);
@@ -419,4 +434,5 @@ ErrorCode runQuantification1(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis quantification1 = {.fields = fields, .driver = runQuantification1, .refuse = refuse};
+const Analysis quantification1 = {
+    .fields = fields, .driver = runQuantification1, .refuse = refuse, .pictures = fitPictures};

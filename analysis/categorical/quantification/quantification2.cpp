@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/categorical/quantification/category_names.h"
 #include "analysis/run/run_report.h"
+#include "analysis/run/score_charts.h"
 #include "analysis/run/score_graph.h"
 #include "data/category_cross_table.h"
 #include "numeric/eigen.h"
@@ -303,6 +305,24 @@ ErrorCode buildQuantification2Graph(Screens& screens, AnalysisRun& run, const Qu
                             .numbers = work.groupOf.data()});
 }
 
+// Samples and categories together; each sample stands at the sum of the quantities of its categories.
+ErrorCode buildQuantification2Picture(AnalysisRun& run, const Quantification2Work& work) {
+    TextList names;
+    if (nameCategories(work.layout, run.data.working.names, names) != success) return outOfMemory;
+    return buildPicture<ScoreCharts>(run, {.title = "quantification 2",
+                                           .axisName = "score",
+                                           .scores = &work.scores,
+                                           .count = work.vectors,
+                                           .others = &work.quantities,
+                                           .otherNames = &names,
+                                           .othersName = "categories",
+                                           .means = &work.centroids,
+                                           .weights = work.correlations.data(),
+                                           .weightCount = work.vectors,
+                                           .weightName = "squared canonical correlation",
+                                           .groupColumn = run.data.working.variables - 1});
+}
+
 ErrorCode runQuantification2(Screens& screens, AnalysisRun& run) {
     reorderWorkingBySelection(run.data);
     const DataMatrix& data = run.data.working;
@@ -321,6 +341,7 @@ ErrorCode runQuantification2(Screens& screens, AnalysisRun& run) {
 
     writeReport(run, work);
     code = keepNumbered(run.columns, "score ", work.scores, work.vectors);
+    if (code == success) code = buildQuantification2Picture(run, work);
     if (code != success) return code;
     closeReport(screens, run.report);
     return buildQuantification2Graph(screens, run, work);
@@ -328,4 +349,5 @@ ErrorCode runQuantification2(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis quantification2 = {.fields = fields, .driver = runQuantification2, .refuse = refuse};
+const Analysis quantification2 = {
+    .fields = fields, .driver = runQuantification2, .refuse = refuse, .pictures = scorePictures};

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "analysis/categorical/quantification/category_names.h"
 #include "analysis/run/run_report.h"
+#include "analysis/run/score_charts.h"
 #include "analysis/run/textbook_deviation.h"
 #include "numeric/eigen.h"
 #include "numeric/moments.h"
@@ -399,6 +401,33 @@ bool isTable(const AnalysisOptions& options) {
     return options.quantification3Data != categoricalVariables;
 }
 
+// Eigenvalues that are not negligible; they descend.
+Index countWeights(const Block<double>& eigenvalues) {
+    return std::count_if(eigenvalues.begin(), eigenvalues.end(), [](double e) { return e > negligible; });
+}
+
+// Rows and columns together.
+ErrorCode buildQuantification3Picture(AnalysisRun& run, const ResponseTable& table,
+                                      const Quantification3Work& work) {
+    TextList names;
+    const TextList& variables = run.data.working.names;
+    const ErrorCode code = table.layout != nullptr ? nameCategories(*table.layout, variables, names)
+                                                   : copyTexts(variables, names);
+    if (code != success) return code;
+    return buildPicture<ScoreCharts>(run, {.title = "quantification 3",
+                                           .axisName = "score",
+                                           .scores = &work.rowWeights,
+                                           .count = work.factors,
+                                           .shares = work.ratio.data(),
+                                           .others = &work.columnWeights,
+                                           .otherNames = &names,
+                                           .othersName = table.layout != nullptr ? "categories" : "columns",
+                                           .samplesName = table.layout != nullptr ? "samples" : "rows",
+                                           .weights = work.eigenvalues.data(),
+                                           .weightCount = countWeights(work.eigenvalues),
+                                           .weightName = "eigenvalue"});
+}
+
 ErrorCode runQuantification3(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
     const bool categorical = !isTable(run.options);
@@ -420,6 +449,7 @@ ErrorCode runQuantification3(Screens& screens, AnalysisRun& run) {
 
     writeReport(run, table, work);
     code = keepNumbered(run.columns, "score ", work.rowWeights, work.factors);
+    if (code == success) code = buildQuantification3Picture(run, table, work);
     if (code != success) return code;
     if (!run.numerics->textbook) noteDeviations(run, table, work);
     closeReport(screens, run.report);
@@ -428,4 +458,5 @@ ErrorCode runQuantification3(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis quantification3 = {.fields = fields, .driver = runQuantification3, .isTable = isTable};
+const Analysis quantification3 = {
+    .fields = fields, .driver = runQuantification3, .isTable = isTable, .pictures = scorePictures};

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "analysis/run/run_report.h"
+#include "analysis/run/score_charts.h"
 #include "analysis/run/score_graph.h"
 #include "numeric/eigen.h"
 #include "numeric/moments.h"
@@ -260,6 +261,20 @@ ErrorCode buildSimilarityGraph(Screens& screens, AnalysisRun& run, const Similar
                             .scoreStride = work.coordinates.columns()});
 }
 
+ErrorCode buildSimilarityPicture(AnalysisRun& run, SimilarityModel model, const SimilarityWork& work) {
+    const bool isCoordinates = model == principalCoordinates;
+    return buildPicture<ScoreCharts>(run,
+                                     {.title = isCoordinates ? "principal co-ordinates" : "quantification 4",
+                                      .axisName = "coordinate",
+                                      .scores = &work.coordinates,
+                                      .count = work.dimensions,
+                                      .shares = isCoordinates ? work.ratios.data() : nullptr,
+                                      .isEqualScale = isCoordinates,
+                                      .weights = work.eigenvalues.data(),
+                                      .weightCount = work.eigenvalues.size(),
+                                      .weightName = "eigenvalue"});
+}
+
 ErrorCode runSimilarityAnalysis(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
     const auto model = static_cast<SimilarityModel>(run.kind - multidimensionalScalingKind);
@@ -275,6 +290,7 @@ ErrorCode runSimilarityAnalysis(Screens& screens, AnalysisRun& run) {
 
     writeReport(run, model, work);
     code = keepNumbered(run.columns, "coordinate ", work.coordinates, shownDimensions(run, work));
+    if (code == success) code = buildSimilarityPicture(run, model, work);
     if (code != success) return code;
     closeReport(screens, run.report);
     return buildSimilarityGraph(screens, run, work);
@@ -285,5 +301,6 @@ ErrorCode runSimilarityAnalysis(Screens& screens, AnalysisRun& run) {
 const Analysis similarityAnalysis = {.fields = fields,
                                      .driver = runSimilarityAnalysis,
                                      .isTable = [](const AnalysisOptions&) { return true; },
+                                     .pictures = scorePictures,
                                      .chosenKind = &AnalysisOptions::similarityModel,
                                      .firstKind = multidimensionalScalingKind};

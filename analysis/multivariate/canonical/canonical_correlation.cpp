@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 #include "analysis/multivariate/canonical/canonical_variates.h"
+#include "analysis/run/build_picture.h"
 #include "analysis/run/run_report.h"
 #include "analysis/run/textbook_deviation.h"
 #include "report/table_formats.h"
@@ -120,32 +122,67 @@ ErrorCode noteDeviations(AnalysisRun& run, const CanonicalVariates& variates) {
 }
 
 // The variates of a group whose first variable is column `first` of the data, by weights for standardized
-// variables.
-void addVariates(const DataMatrix& data, const MomentMatrices& moments, Index first, const Matrix& weights,
-                 const char* prefix, Matrix& variates, SampleColumns& columns) {
-    variates.fill(0.0);
+// variables, from column `at` on.
+void fillVariates(const DataMatrix& data, const MomentMatrices& moments, Index first, const Matrix& weights,
+                  Index at, Matrix& variates) {
     for (Index s = 0; s < data.samples; ++s) {
-        double* sums = variates.row(s);
+        double* sums = variates.row(s) + at;
         for (Index i = 0; i < weights.rows(); ++i) {
             const Index v = first + i;
             const double standardized = (data.at(s, v) - moments.means[v]) / moments.sds[v];
             for (Index k = 0; k < weights.columns(); ++k) sums[k] += weights(i, k) * standardized;
         }
     }
-    columns.addNumbered(prefix, variates, weights.columns());
 }
 
-// x are the explanatory variables, y the purpose variables. 0 or outOfMemory.
-ErrorCode keepVariates(AnalysisRun& run, const CanonicalVariates& found) {
-    if (!run.columns.areWanted) return success;
+// What the pictures are made of: pairs of variates beside each other, x for the explanatory variables.
+struct CanonicalCharts {
+    const CanonicalVariates& found;
+    const Matrix& variates; // samples x 2 pairs, those of x first
+};
+
+ErrorCode describeVariates(const AnalysisRun& run, const CanonicalCharts& charts, Chart& chart) {
+    const Index pair = run.pictureWish.axes[0], pairs = charts.found.pairs;
+    if (pair >= pairs) {
+        chart.refusal = "--axes: there are fewer pairs of variates";
+        return success;
+    }
+    chart.title.set("canonical correlation %td: %.3f", pair + 1, charts.found.correlations[pair]);
+    chart.across.title.set("variate x%td of the explanatory variables", pair + 1);
+    chart.up.title.set("variate y%td of the purpose variables", pair + 1);
+    ChartLayer* const layer = chart.addLayer(LayerKind::points, charts.variates.rows());
+    if (layer == nullptr) return outOfMemory;
+    layer->isOfSamples = true;
+    for (Index s = 0; s < layer->size(); ++s) {
+        layer->x[s] = charts.variates(s, pair);
+        layer->y[s] = charts.variates(s, pairs + pair);
+    }
+    return copyTexts(run.data.working.labels, layer->labels);
+}
+
+constexpr Picture pictures[] = {
+    {"variates", "the samples on the first variates of both sides, or on pair I of --axes I,I", Picture::map,
+     describeResult<CanonicalCharts, describeVariates>},
+};
+
+// Keeps the variates as columns and draws them, whichever is wanted. 0 or outOfMemory.
+ErrorCode useVariates(AnalysisRun& run, const CanonicalVariates& found) {
+    if (!run.columns.areWanted && run.pictureWish.picture == nullptr) return success;
     const DataMatrix& data = run.data.working;
     Matrix variates;
-    const ErrorCode code = variates.allocate(data.samples, found.pairs);
+    const Index m = found.pairs;
+    ErrorCode code = variates.allocate(data.samples, 2 * m);
     if (code != success) return code;
-    return keepColumns(run.columns, data.samples, 2 * found.pairs, [&](SampleColumns& columns) {
-        addVariates(data, found.moments, 0, found.explanatoryWeights, "variate x", variates, columns);
-        addVariates(data, found.moments, found.q1, found.purposeWeights, "variate y", variates, columns);
+    fillVariates(data, found.moments, 0, found.explanatoryWeights, 0, variates);
+    fillVariates(data, found.moments, found.q1, found.purposeWeights, m, variates);
+    code = keepColumns(run.columns, data.samples, 2 * m, [&](SampleColumns& columns) {
+        char name[32];
+        for (Index k = 0; k < 2 * m; ++k) {
+            std::snprintf(name, sizeof name, "variate %c%td", k < m ? 'x' : 'y', k % m + 1);
+            columns.add(name, [&](Index s) { return variates(s, k); });
+        }
     });
+    return code == success ? buildPicture<CanonicalCharts>(run, {found, variates}) : code;
 }
 
 ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
@@ -162,7 +199,7 @@ ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     writeReport(run, variates);
-    code = keepVariates(run, variates);
+    code = useVariates(run, variates);
     if (code != success) return code;
     closeReport(screens, run.report);
     return success;
@@ -173,4 +210,5 @@ ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
 const Analysis canonicalCorrelation = {.fields = fields,
                                        .driver = runCanonicalCorrelation,
                                        .refuse = refuse,
-                                       .ownPurposes = &AnalysisRun::canonicalPurposes};
+                                       .ownPurposes = &AnalysisRun::canonicalPurposes,
+                                       .pictures = pictures};

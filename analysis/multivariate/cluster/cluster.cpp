@@ -7,6 +7,7 @@
 
 #include "analysis/multivariate/cluster/cluster_merging.h"
 #include "analysis/multivariate/cluster/dendrogram.h"
+#include "analysis/run/build_picture.h"
 #include "analysis/run/run_report.h"
 #include "numeric/lu.h"
 #include "numeric/moments.h"
@@ -323,6 +324,30 @@ ErrorCode keepClusters(AnalysisRun& run, const ClusterWork& work) {
     });
 }
 
+// Labels are those of what is put into clusters.
+ErrorCode describeDendrogram(const AnalysisRun& run, const ClusterWork& work, Chart& chart) {
+    const DataMatrix& data = run.data.working;
+    const Block<ClusterMerge>& merges = work.merging.merges;
+    chart.kind = ChartKind::tree;
+    chart.title.set("cluster analysis, %s", criterionTitles[work.choice.criterion]);
+    chart.across.hold(0.0);
+    const char* const unit = work.choice.ofVariables ? "" : distanceTitles[work.choice.distance];
+    chart.across.title.set("%s%sdistance", unit, unit[0] != '\0' ? " " : "");
+    chart.tree.clusters = run.options.clusterCount;
+    const ErrorCode code = copyTexts(work.choice.ofVariables ? data.names : data.labels, chart.tree.labels) |
+                           chart.tree.merges.allocate(merges.size());
+    if (code != success) return code;
+    std::transform(merges.begin(), merges.end(), chart.tree.merges.begin(), [](const ClusterMerge& merge) {
+        return TreeMerge{merge.first, merge.second, merge.level};
+    });
+    return success;
+}
+
+constexpr Picture pictures[] = {
+    {"dendrogram", "the tree of clusters, cut into the last N of --clusters N", 0,
+     describeResult<ClusterWork, describeDendrogram>},
+};
+
 ErrorCode runClusterAnalysis(Screens& screens, AnalysisRun& run) {
     ClusterWork work;
     ErrorCode code = work.allocate(choiceOf(run.options.settings.cluster), *run.numerics, run.data.working);
@@ -335,6 +360,7 @@ ErrorCode runClusterAnalysis(Screens& screens, AnalysisRun& run) {
 
     writeReport(run, work);
     code = keepClusters(run, work);
+    if (code == success) code = buildPicture(run, work);
     if (code != success) return code;
     noteDeviations(run, work);
     closeReport(screens, run.report);
@@ -343,4 +369,4 @@ ErrorCode runClusterAnalysis(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis clusterAnalysis = {.fields = fields, .driver = runClusterAnalysis};
+const Analysis clusterAnalysis = {.fields = fields, .driver = runClusterAnalysis, .pictures = pictures};

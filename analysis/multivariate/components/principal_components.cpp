@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "analysis/run/run_report.h"
+#include "analysis/run/score_charts.h"
 #include "analysis/run/score_graph.h"
 #include "analysis/run/textbook_deviation.h"
 #include "numeric/eigen.h"
@@ -329,6 +330,20 @@ ErrorCode buildComponentGraph(Screens& screens, AnalysisRun& run, const Componen
                             .takesPreferences = true});
 }
 
+ErrorCode buildComponentPicture(AnalysisRun& run, const ComponentWork& work) {
+    return buildPicture<ScoreCharts>(run, {.title = "principal components",
+                                           .axisName = "score",
+                                           .scores = &work.scores,
+                                           .count = work.kept,
+                                           .shares = work.ratio.data(),
+                                           .arrows = &work.loadings,
+                                           .arrowNames = &run.data.working.names,
+                                           .weights = work.eigenvalues.data(),
+                                           .weightCount = work.eigenvalues.size(),
+                                           .weightName = "eigenvalue",
+                                           .weightLevel = usesCovariance(run.options.settings) ? 0.0 : 1.0});
+}
+
 ErrorCode runPrincipalComponents(Screens& screens, AnalysisRun& run) {
     const Settings& settings = run.options.settings;
     ComponentWork work;
@@ -343,6 +358,7 @@ ErrorCode runPrincipalComponents(Screens& screens, AnalysisRun& run) {
     noteDeviations(run, work);
     writeReport(run, work);
     code = keepNumbered(run.columns, "score ", work.scores, work.kept);
+    if (code == success) code = buildComponentPicture(run, work);
     if (code != success) return code;
     closeReport(screens, run.report);
     return buildComponentGraph(screens, run, work);
@@ -350,4 +366,5 @@ ErrorCode runPrincipalComponents(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis principalComponents = {.fields = fields, .driver = runPrincipalComponents};
+const Analysis principalComponents = {
+    .fields = fields, .driver = runPrincipalComponents, .pictures = scorePictures};

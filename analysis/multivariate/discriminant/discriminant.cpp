@@ -4,6 +4,7 @@
 
 #include "analysis/multivariate/discriminant/discriminant_report.h"
 #include "analysis/run/run_report.h"
+#include "analysis/run/score_charts.h"
 #include "analysis/run/score_graph.h"
 #include "analysis/run/textbook_deviation.h"
 #include "data/categories.h"
@@ -146,6 +147,26 @@ ErrorCode keepDiscriminantColumns(AnalysisRun& run, const DiscriminantResult& re
         });
 }
 
+// Two groups have one function and no eigenvalues.
+ErrorCode buildDiscriminantPicture(AnalysisRun& run, const DiscriminantResult& result) {
+    const DiscriminantFunctions& functions = result.functions;
+    const bool isCanonical = result.statistics.groups > 2;
+    Block<double> shares;
+    if (shares.allocate(functions.dimensions) != success) return outOfMemory;
+    double sum = 0.0;
+    for (Index k = 0; isCanonical && k < shares.size(); ++k) sum += functions.eigenvalues[k];
+    for (Index k = 0; isCanonical && k < shares.size(); ++k) shares[k] = functions.eigenvalues[k] / sum;
+    return buildPicture<ScoreCharts>(run, {.title = "discriminant analysis",
+                                           .axisName = "score",
+                                           .scores = &functions.scores,
+                                           .count = isCanonical ? functions.dimensions : 1,
+                                           .shares = isCanonical ? shares.data() : nullptr,
+                                           .weights = isCanonical ? functions.eigenvalues.data() : nullptr,
+                                           .weightCount = functions.dimensions,
+                                           .weightName = "eigenvalue",
+                                           .groupColumn = run.data.working.variables - 1});
+}
+
 ErrorCode runDiscriminantAnalysis(Screens& screens, AnalysisRun& run) {
     reorderWorkingBySelection(run.data);
     const DataMatrix& data = run.data.working;
@@ -167,6 +188,7 @@ ErrorCode runDiscriminantAnalysis(Screens& screens, AnalysisRun& run) {
 
     writeDiscriminantReport(run, result);
     code = keepDiscriminantColumns(run, result);
+    if (code == success) code = buildDiscriminantPicture(run, result);
     if (code != success) return code;
     if (!run.numerics->textbook) noteDeviations(run, run.options.settings.discriminant, result);
     closeReport(screens, run.report);
@@ -179,4 +201,5 @@ const Analysis discriminantAnalysis = {.fields = fields,
                                        .driver = runDiscriminantAnalysis,
                                        .isEnabled = isEnabled,
                                        .refuse = refuse,
-                                       .ownPurposes = &AnalysisRun::discriminantGroup};
+                                       .ownPurposes = &AnalysisRun::discriminantGroup,
+                                       .pictures = scorePictures};

@@ -6,7 +6,9 @@
 #include "analysis/multivariate/factor/factor_report.h"
 #include "analysis/multivariate/factor/maximum_likelihood_factor.h"
 #include "analysis/run/run_report.h"
+#include "analysis/run/score_charts.h"
 #include "analysis/run/score_graph.h"
+#include "numeric/eigen.h"
 #include "numeric/lu.h"
 #include "numeric/moments.h"
 #include "numeric/product.h"
@@ -286,6 +288,35 @@ ErrorCode buildFactorGraph(Screens& screens, AnalysisRun& run, const FactorResul
                             .takesPreferences = true});
 }
 
+// The share of each factor in the variance of the standardized variables, and the eigenvalues of their
+// correlations. Returns success, outOfMemory or eigenNotConvergent.
+ErrorCode buildFactorPicture(AnalysisRun& run, const FactorWork& work, const char* title) {
+    if (run.pictureWish.picture == nullptr) return success;
+    const FactorResult& result = work.result;
+    const bool isRotated = result.rotation != Rotation::none;
+    const Block<double>& sums = isRotated ? result.rotatedSumsOfSquares : result.model.sumsOfSquares;
+    const Matrix& loadings = result.finalLoadings();
+    const Index variables = loadings.rows();
+    Block<double> shares, eigenvalues;
+    Matrix vectors;
+    ErrorCode code = shares.allocate(result.scores.columns()) | eigenvalues.allocate(variables) |
+                     vectors.allocate(variables, variables);
+    if (code == success) code = SymmetricEigen(vectors, eigenvalues, work.moments.correlation);
+    if (code != success) return code;
+    for (Index k = 0; k < shares.size(); ++k) shares[k] = sums[k] / static_cast<double>(variables);
+    return buildPicture<ScoreCharts>(run, {.title = title,
+                                           .axisName = "score",
+                                           .scores = &result.scores,
+                                           .count = result.scores.columns(),
+                                           .shares = shares.data(),
+                                           .arrows = &loadings,
+                                           .arrowNames = &run.data.working.names,
+                                           .weights = eigenvalues.data(),
+                                           .weightCount = variables,
+                                           .weightName = "eigenvalue of the correlations",
+                                           .weightLevel = 1.0});
+}
+
 ErrorCode runFactorAnalysis(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
     const FactorOptions& options = run.options.settings.factor;
@@ -304,6 +335,9 @@ ErrorCode runFactorAnalysis(Screens& screens, AnalysisRun& run) {
         work.result);
     const Matrix& scores = work.result.scores;
     code = keepNumbered(run.columns, "score ", scores, scores.columns());
+    if (code == success)
+        code =
+            buildFactorPicture(run, work, byLikelihood ? "maximum likelihood factors" : "principal factors");
     if (code != success) return code;
     noteDeviations(run, work.result);
     closeReport(screens, run.report);
@@ -312,5 +346,8 @@ ErrorCode runFactorAnalysis(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis factorAnalysis = {
-    .fields = fields, .driver = runFactorAnalysis, .isEnabled = isEnabled, .refuse = refuse};
+const Analysis factorAnalysis = {.fields = fields,
+                                 .driver = runFactorAnalysis,
+                                 .isEnabled = isEnabled,
+                                 .refuse = refuse,
+                                 .pictures = scorePictures};
