@@ -146,10 +146,13 @@ bool hasOwnGroups(const AnalysisKind& kind) {
     return kind.number == discriminantKind || kind.number == quantification2Kind;
 }
 
-bool isOfKind(Scope scope, const AnalysisKind& kind) {
-    const bool hasCharts = !picturesOf(kind).empty();
-    if (scope == Scope::all) return hasWindow(kind) || hasCharts;
-    return scope == Scope::window ? hasWindow(kind) : hasCharts;
+// Whether a picture of the kind has an option of this scope, and of this wish unless it is 0.
+bool isOfKind(Scope scope, unsigned wish, const AnalysisKind& kind) {
+    const Pictures pictures = picturesOf(kind);
+    const bool hasCharts = std::any_of(pictures.begin(), pictures.end(), [wish](const Picture& picture) {
+        return wish == 0 || (picture.takes & wish) != 0;
+    });
+    return (scope != Scope::charts && hasWindow(kind)) || (scope != Scope::window && hasCharts);
 }
 
 // Of the pictures of a kind, the one that it has by default first.
@@ -251,14 +254,14 @@ bool wishForPicture(const PictureOptions& options, AnalysisRun& run, Complaint& 
 
 const OptionText* pictureOption(const AnalysisKind& kind, std::size_t place) {
     for (const auto& option : pictureOptions) {
-        if (isOfKind(option.scope, kind) && place-- == 0) return &option.text;
+        if (isOfKind(option.scope, option.wish, kind) && place-- == 0) return &option.text;
     }
     return nullptr;
 }
 
 void printPictureHelp(std::FILE* file, const AnalysisKind& kind) {
     for (const auto& option : pictureOptions) {
-        if (!isOfKind(option.scope, kind)) continue;
+        if (!isOfKind(option.scope, option.wish, kind)) continue;
         OptionText text = option.text;
         char names[128];
         writeNames(kind, "|", names);
@@ -267,7 +270,8 @@ void printPictureHelp(std::FILE* file, const AnalysisKind& kind) {
     }
     std::fprintf(file, "\npictures, the first one unless an option asks for another:\n");
     if (hasWindow(kind)) {
-        printUsageLine(file, windowName, "as the window shows it\n");
+        printUsageLine(file, windowName, "as the window shows it");
+        std::fprintf(file, "\n");
     }
     for (const Picture& picture : picturesOf(kind)) {
         printUsageLine(file, picture.name, picture.help);
@@ -306,8 +310,9 @@ ErrorCode drawWantedChart(const PictureOptions& options, const Chart& chart, Tex
     view.ellipses = options.ellipses;
     if (options.isSized) {
         view.size = {options.view.width, options.view.height};
-        view.fontHeight =
-            std::clamp(std::min(view.size.width / 50, view.size.height / 37), leastFont, mostFont);
+        // Small pictures have smaller letters; large ones have room for more.
+        const int fitting = std::min(view.size.width / 50, view.size.height / 37);
+        view.fontHeight = std::clamp(fitting, leastFont, view.fontHeight);
     }
     if (options.fontHeight > 0) view.fontHeight = options.fontHeight;
     if (!options.isSized) view.size = chartSize(chart, view.fontHeight);

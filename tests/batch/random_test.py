@@ -32,7 +32,7 @@ def listed(pattern, *arguments):
 def random_arguments(options):
     for negation, name, usage in options:
         needed = usage in ("NAME", "NAME[,NAME...]", "FILE.svg", "classic|textbook") and name not in ("exclude", "colour-by")
-        if chance.random() < (0.9 if needed else 0.12):
+        if chance.random() < (0.9 if needed else 0.08):
             likely = values.get(usage) or usage.split("|")
             value = "=" + chance.choice(extremes if chance.random() < 0.04 else likely) if usage else ""
             yield "--" + chance.choice(("", negation)) + name + value
