@@ -19,6 +19,7 @@
 #include "app/preference_sheet.h"
 #include "app/printing.h"
 #include "app/resource_ids.h"
+#include "app/result_picture.h"
 #include "app/save_columns.h"
 #include "app/screen_file.h"
 #include "app/screen_font.h"
@@ -195,6 +196,12 @@ bool runCommand(Program& program, int command) {
     case commandSaveColumns:
         saveColumns(program);
         return true;
+    case commandSavePicture:
+        savePicture(program);
+        return true;
+    case commandCopyPicture:
+        copyPicture(program);
+        return true;
     case commandCopyCommandLine:
         copyCommandLine(program);
         return true;
@@ -265,6 +272,7 @@ bool createContents(Program& program) {
     startOptions(program.run.options, program.defaults());
     program.run.statusTellsDoubts = true;
     program.run.columns.areWanted = true;
+    program.run.pictureWish.isOfAll = true;
     program.rememberedGraph = startGraphPreferences(program.defaults());
     SetWindowTextA(program.window, className);
     InitCommonControls();

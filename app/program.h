@@ -5,6 +5,7 @@
 #include "analysis/run/analysis_run.h"
 #include "analysis/run/preferences.h"
 #include "analysis/run/settings_file.h"
+#include "app/picture_choice.h"
 #include "report/graph_layout.h"
 
 // Positions of the three texts among the window's children.
@@ -38,6 +39,7 @@ struct Program {
     HDC targetDevices[2] = {};             // printers that the screens wrap by, or null
     GraphWindow graph;
     AnalysisRun run;
+    PictureChoice picture; // of the last analysis
 
     Settings& defaults() { return settingsFile.settings; }
 };

@@ -2,7 +2,6 @@
 
 #include "analysis/run/data_file.h"
 #include "analysis/run/saved_table.h"
-#include "app/neighbour_file.h"
 #include "app/system_error.h"
 #include "app/table_file.h"
 
@@ -10,17 +9,6 @@ namespace {
 
 void tell(const Program& program, const char* text) {
     MessageBoxA(program.window, text, "alert", MB_OK | MB_ICONEXCLAMATION);
-}
-
-// The error of the system, or 0.
-DWORD writeTable(const char* path, const TextBuffer& text) {
-    char neighbour[MAX_PATH];
-    DWORD error = createNeighbour(path, neighbour);
-    if (error != ERROR_SUCCESS) return error;
-    FileSink sink(neighbour);
-    sink.write({text.text(), text.length()});
-    error = sink.close();
-    return putInPlace(neighbour, path, error);
 }
 
 } // namespace
@@ -44,6 +32,6 @@ void saveColumns(const Program& program) {
         tell(program, "this is the file of the data :\nsave the table under another name");
         return;
     }
-    const DWORD error = writeTable(path, text);
+    const DWORD error = writeWhole(path, text);
     if (error != ERROR_SUCCESS) showSystemError(program.window, error);
 }

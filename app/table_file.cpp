@@ -1,5 +1,6 @@
 #include "app/table_file.h"
 
+#include "app/neighbour_file.h"
 #include "app/open_file_dialog.h"
 
 namespace {
@@ -70,4 +71,14 @@ DWORD FileSink::close() {
         error_ = GetLastError();
     file_ = INVALID_HANDLE_VALUE;
     return error_;
+}
+
+DWORD writeWhole(const char* path, const TextBuffer& text) {
+    char neighbour[MAX_PATH];
+    DWORD error = createNeighbour(path, neighbour);
+    if (error != ERROR_SUCCESS) return error;
+    FileSink sink(neighbour);
+    sink.write({text.text(), text.length()});
+    error = sink.close();
+    return putInPlace(neighbour, path, error);
 }

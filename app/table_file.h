@@ -8,8 +8,9 @@
 
 #include "app/program.h"
 #include "data/import/table_sink.h"
+#include "report/text_buffer.h"
 
-// What is shared by those that write tables: the choice of their place, and their file.
+// What is shared by those that write tables and pictures: the choice of their place, and their file.
 
 // Asks for a path by a dialog of the system, whose fields but the usual ones are set; false when it is left.
 bool chooseTablePath(HWND owner, const Program& program, BOOL(WINAPI* ask)(OPENFILENAMEA*),
@@ -38,3 +39,6 @@ private:
     HANDLE file_;
     DWORD error_;
 };
+
+// Writes a file as a whole. The error of the system, or 0.
+DWORD writeWhole(const char* path, const TextBuffer& text);

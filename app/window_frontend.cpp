@@ -88,15 +88,19 @@ void WindowFrontend::setDataLoaded(bool loaded) {
     }
     DragAcceptFiles(program_.window, isCommandEnabled(commandOpenFile, state));
     enablePrediction(false);
-    enableColumns(false);
+    enableResults(false, false);
 }
 
 void WindowFrontend::enablePrediction(bool enabled) {
     enableItem(program_.window, commandPrediction, enabled);
 }
 
-void WindowFrontend::enableColumns(bool enabled) {
-    enableItem(program_.window, commandSaveColumns, enabled);
+// What was chosen of the pictures before is of another analysis.
+void WindowFrontend::enableResults(bool columns, bool picture) {
+    enableItem(program_.window, commandSaveColumns, columns);
+    enableItem(program_.window, commandSavePicture, picture);
+    enableItem(program_.window, commandCopyPicture, picture);
+    program_.picture = {};
 }
 
 void WindowFrontend::openGraphWindow(const Graph&) {

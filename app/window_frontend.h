@@ -19,7 +19,7 @@ public:
     PredictionStep enterPrediction(const AnalysisRun& run, PredictionEntry& entry, int page) override;
     void setDataLoaded(bool loaded) override;
     void enablePrediction(bool enabled) override;
-    void enableColumns(bool enabled) override;
+    void enableResults(bool columns, bool picture) override;
     void openGraphWindow(const Graph& graph) override;
     void closeGraph() override;
     Workbook* workbook() override { return &workbook_; }

@@ -1,22 +1,19 @@
 #include "batch/picture.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
 
-#include "batch/sample_groups.h"
+#include "analysis/run/sample_groups.h"
+#include "batch/field_values.h"
+#include "report/charts/chart_choices.h"
 #include "report/charts/chart_painter.h"
 #include "report/graph_painter.h"
 #include "report/svg_canvas.h"
 
 namespace {
 
-constexpr int leastSize = 200;
-constexpr int mostSize = 10'000;
-constexpr int leastFont = 8;
-constexpr int mostFont = 100;
 constexpr const char* windowName = "window";
 constexpr std::size_t firstCapacity = 65'536;
 
@@ -63,7 +60,7 @@ bool setHighlight(const char* text, PictureOptions& options) {
 
 bool setSize(const char* text, PictureOptions& options) {
     int size[2];
-    if (!parseNumbers(text, 'x', leastSize, mostSize, size)) return false;
+    if (!parseNumbers(text, 'x', ChartChoices::leastSize, ChartChoices::mostSize, size)) return false;
     options.view.width = size[0];
     options.view.height = size[1];
     return options.isSized = true;
@@ -89,7 +86,7 @@ bool setEllipses(const char*, PictureOptions& options) {
 
 bool setFontSize(const char* text, PictureOptions& options) {
     int size[1];
-    if (!parseNumbers(text, ',', leastFont, mostFont, size)) return false;
+    if (!parseNumbers(text, ',', ChartChoices::leastFont, ChartChoices::mostFont, size)) return false;
     options.fontHeight = size[0];
     return true;
 }
@@ -206,6 +203,28 @@ void checkScopes(const PictureOptions& options, const AnalysisKind& kind, Compla
         complaint.say("--ellipses needs --colour-by NAME");
 }
 
+bool wishForGroups(const char* variable, AnalysisRun& run, Complaint& complaint) {
+    const std::int32_t column = findColumn(run.data.cells, variable);
+    if (column == 0) {
+        complaint.say("--colour-by: there is no variable '%.200s'", variable);
+        return false;
+    }
+    switch (findGroups(run.data, column, run.pictureWish.groups)) {
+    case GroupSearch::found:
+        break;
+    case GroupSearch::tooMany:
+        complaint.say("--colour-by: '%.200s' has more than %td values", variable, SampleGroups::most);
+        break;
+    case GroupSearch::none:
+        complaint.say("--colour-by: '%.200s' has no values", variable);
+        break;
+    case GroupSearch::noMemory:
+        complaint.say("no memory for --colour-by");
+        break;
+    }
+    return !complaint.any();
+}
+
 } // namespace
 
 PictureOption findPictureOption(std::string_view name) {
@@ -247,9 +266,9 @@ bool checkPictureOptions(PictureOptions& options, const AnalysisKind* kind, Comp
 
 bool wishForPicture(const PictureOptions& options, AnalysisRun& run, Complaint& complaint) {
     PictureWish& wish = run.pictureWish;
-    wish.picture = options.chart;
+    if (options.chart != nullptr) wish.pictures = {options.chart, 1};
     for (int k = 0; k < 2; ++k) wish.axes[k] = options.view.series[k];
-    return options.colourBy == nullptr || findGroups(options.colourBy, run.data, wish.groups, complaint);
+    return options.colourBy == nullptr || wishForGroups(options.colourBy, run, complaint);
 }
 
 const OptionText* pictureOption(const AnalysisKind& kind, std::size_t place) {
@@ -281,8 +300,9 @@ void printPictureHelp(std::FILE* file, const AnalysisKind& kind) {
 
 const char* refusePicture(const PictureOptions& options, const AnalysisKind& kind, const AnalysisRun& run) {
     if (options.chart != nullptr) {
-        if (run.chart.isDescribed) return nullptr;
-        return run.chart.refusal != nullptr ? run.chart.refusal : "there is no such picture of this run";
+        const Chart& chart = run.charts[0];
+        if (chart.isDescribed) return nullptr;
+        return chart.refusal != nullptr ? chart.refusal : "there is no such picture of this run";
     }
     const Graph& graph = run.graph;
     if (!graph.present) {
@@ -305,17 +325,10 @@ const char* refusePicture(const PictureOptions& options, const AnalysisKind& kin
 namespace {
 
 ErrorCode drawWantedChart(const PictureOptions& options, const Chart& chart, TextBuffer& document) {
-    ChartView view;
-    view.labels = options.labels;
-    view.ellipses = options.ellipses;
-    if (options.isSized) {
-        view.size = {options.view.width, options.view.height};
-        // Small pictures have smaller letters; large ones have room for more.
-        const int fitting = std::min(view.size.width / 50, view.size.height / 37);
-        view.fontHeight = std::clamp(fitting, leastFont, view.fontHeight);
-    }
-    if (options.fontHeight > 0) view.fontHeight = options.fontHeight;
-    if (!options.isSized) view.size = chartSize(chart, view.fontHeight);
+    ChartChoices choices = {
+        .fontHeight = options.fontHeight, .labels = options.labels, .ellipses = options.ellipses};
+    if (options.isSized) choices.size = {options.view.width, options.view.height};
+    const ChartView view = viewOf(chart, choices);
     SvgCanvas canvas(document, view.size);
     ChartShortage shortage;
     const ErrorCode code = drawChart(canvas, chart, view, shortage);
@@ -333,7 +346,7 @@ ErrorCode drawPicture(const PictureOptions& options, const AnalysisRun& run, Tex
     ErrorCode code = document.allocate(firstCapacity, TextBuffer::Growth::growing);
     if (code != success) return code;
     if (options.chart != nullptr) {
-        code = drawWantedChart(options, run.chart, document);
+        code = drawWantedChart(options, run.charts[0], document);
     } else {
         SvgCanvas canvas(document, {options.view.width, options.view.height});
         drawGraph(canvas, run.graph, options.view);

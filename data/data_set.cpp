@@ -110,7 +110,7 @@ void buildDataSet(DataSet& data) {
 }
 
 bool isLeftOut(const DataSet& data, std::int32_t row) {
-    if (data.policy != MissingPolicy::omit) return false;
+    if (data.leftOut == 0) return false; // whatever the policy is by now
     MissingCells missing = {};
     double value = 0.0;
     for (std::int32_t j = 1; j < data.cells.cols; ++j) {

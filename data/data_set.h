@@ -108,7 +108,7 @@ void releaseDataSet(DataSet& data);
 // the first variable. What a model left fits no longer.
 void buildDataSet(DataSet& data);
 
-// Whether the policy leaves out the sample of a row of the cell table.
+// Whether the sample of a row of the cell table was left out when the loaded part was filled.
 bool isLeftOut(const DataSet& data, std::int32_t row);
 
 // Undoes any reordering of the working part.

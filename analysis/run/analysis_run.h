@@ -37,7 +37,7 @@ struct AnalysisRun {
     Graph graph;           // of the last analysis that has one
     SampleColumns columns; // of the last analysis
     PictureWish pictureWish;
-    Chart chart; // of the last analysis, if it was wished for
+    Chart charts[PictureWish::most]; // of the last analysis: those that were wished for, in that order
     // What the dialogs that do not show the selected variables were last told; forgotten when the variables
     // change.
     PurposeList canonicalPurposes = {};

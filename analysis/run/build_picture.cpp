@@ -1,11 +1,24 @@
 #include "analysis/run/build_picture.h"
 
+#include <algorithm>
+
+namespace {
+
+ErrorCode describe(const AnalysisRun& run, const Picture& picture, const void* result, Chart& chart) {
+    chart = {};
+    ErrorCode code = chart.groups.copyFrom(run.pictureWish.groups);
+    if (code == success) code = picture.build(run, result, chart);
+    chart.isDescribed = code == success && chart.refusal == nullptr;
+    return code;
+}
+
+} // namespace
+
 ErrorCode buildPictureFrom(AnalysisRun& run, const void* result) {
-    const PictureWish& wish = run.pictureWish;
-    if (wish.picture == nullptr) return success;
-    run.chart = {};
-    ErrorCode code = run.chart.groups.copyFrom(wish.groups);
-    if (code == success) code = wish.picture->build(run, result, run.chart);
-    run.chart.isDescribed = code == success && run.chart.refusal == nullptr;
+    ErrorCode code = success;
+    Chart* chart = run.charts;
+    for (const Picture& picture : run.pictureWish.pictures) {
+        if (code == success && chart != std::end(run.charts)) code = describe(run, picture, result, *chart++);
+    }
     return code;
 }

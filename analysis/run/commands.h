@@ -29,4 +29,6 @@ constexpr int commandOmitMissing = 851;
 constexpr int commandImportTable = 852;
 constexpr int commandCheckData = 853;
 constexpr int commandSaveColumns = 854;
+constexpr int commandSavePicture = 855;
+constexpr int commandCopyPicture = 856;
 constexpr int commandCopyCommandLine = 857;

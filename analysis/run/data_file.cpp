@@ -6,6 +6,7 @@
 #include <iterator>
 #include <string_view>
 
+#include "analysis/run/results.h"
 #include "data/spreadsheet.h"
 #include "report/cells.h"
 #include "report/file_summary.h"
@@ -103,8 +104,7 @@ void applyExclusion(Frontend& frontend, AnalysisRun& run,
     rebuild(run);
     showLoadedData(frontend, run);
     frontend.enablePrediction(false);
-    run.columns.release();
-    frontend.enableColumns(false);
+    releaseResults(frontend, run);
 }
 
 void closeDataFile(Frontend& frontend, AnalysisRun& run) {
@@ -115,7 +115,7 @@ void closeDataFile(Frontend& frontend, AnalysisRun& run) {
     frontend.showUpper(run.report);
     frontend.showLower(run.report);
     frontend.showStatus(run.report);
-    run.columns.release();
+    releaseResults(frontend, run);
     frontend.setDataLoaded(false);
 }
 

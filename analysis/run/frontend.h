@@ -16,8 +16,8 @@ public:
     // Data was loaded or closed.
     virtual void setDataLoaded(bool loaded) = 0;
     virtual void enablePrediction(bool enabled) = 0;
-    // The columns of the last analysis can be saved, or are no longer there.
-    virtual void enableColumns(bool) {}
+    // The last analysis has columns to save, and a picture.
+    virtual void enableResults([[maybe_unused]] bool columns, [[maybe_unused]] bool picture) {}
     // The graph stays as it is until closeGraph or the next analysis.
     virtual void openGraphWindow(const Graph& graph) = 0;
     virtual void closeGraph() = 0;

@@ -15,6 +15,7 @@ struct Picture {
         groups = 2,   // that its samples are told apart by groups
         ellipses = 4, // around these
         labels = 8,   // of the samples
+        curves = 16,  // that are those of the groups, which thus have to be known when it is described
         map = axes | groups | ellipses | labels,
         scatter = groups | ellipses | labels,
     };
@@ -35,7 +36,10 @@ ErrorCode describeResult(const AnalysisRun& run, const void* result, Chart& char
 
 // What who starts the runs wants to see of them.
 struct PictureWish {
-    const Picture* picture = nullptr; // null: none, and no analysis spends time or memory on it
+    static constexpr Index most = 4; // pictures that a kind has
+
+    Pictures pictures;    // empty: none, and no analysis spends time or memory on them
+    bool isOfAll = false; // each run sets `pictures` to all of its kind
     Index axes[2] = {0, 1};
     SampleGroups groups; // of the working samples
 };

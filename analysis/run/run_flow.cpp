@@ -4,6 +4,7 @@
 
 #include "analysis/run/commands.h"
 #include "analysis/run/repeat_command.h"
+#include "analysis/run/results.h"
 #include "analysis/run/saved_defaults.h"
 #include "numeric/moments.h"
 #include "report/cells.h"
@@ -35,9 +36,7 @@ ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun
 
     frontend.closeGraph();
     releaseGraph(run.graph);
-    run.columns.release();
-    frontend.enableColumns(false);
-    run.chart = {};
+    releaseResults(frontend, run);
     copyLoadedToWorking(run.data);
     run.kind = kind->number;
     frontend.enablePrediction(false);
@@ -68,10 +67,11 @@ ErrorCode dispatchAnalysis(Frontend& frontend, Settings& defaults, AnalysisRun& 
 
     const AnalysisKind& kind = *findKind(run.kind);
     writeRepeatCommand(run, kind);
+    if (run.pictureWish.isOfAll) run.pictureWish.pictures = picturesOf(kind);
     ErrorCode code = kind.analysis->driver(frontend, run);
     if (code == success && !isComplete(run.report)) code = outOfMemory;
     if (code == success && kind.enablesPrediction) frontend.enablePrediction(true);
-    if (code == success && run.columns.count > 0) frontend.enableColumns(true);
+    if (code == success) offerResults(frontend, run);
     if (code == success && run.graph.present) frontend.openGraphWindow(run.graph);
     return reportResult(frontend, run, code);
 }

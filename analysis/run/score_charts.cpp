@@ -56,7 +56,8 @@ ErrorCode addArrows(const ScoreCharts& scores, const Index (&axes)[2], Chart& ch
 ErrorCode addOthers(const ScoreCharts& scores, const Index (&axes)[2], Chart& chart) {
     ChartLayer* const layer = addRows(chart, LayerKind::points, *scores.others, axes, false);
     if (layer == nullptr || copyTexts(*scores.otherNames, layer->labels) != success) return outOfMemory;
-    layer->style = chart.groups.count > 4 ? 8 : 4; // apart from those of the groups
+    layer->style = 4; // apart from those of the groups
+    layer->crowdedStyle = 8;
     layer->name.set("%s", scores.othersName);
     return success;
 }
@@ -65,7 +66,8 @@ ErrorCode addMeans(const ScoreCharts& scores, const char* variable, const Index 
     ChartLayer* const layer = addRows(chart, LayerKind::points, *scores.means, axes, false);
     if (layer == nullptr || layer->labels.allocate(layer->size()) != success) return outOfMemory;
     for (Index g = 0; g < layer->size(); ++g) layer->labels.setFormat(g, "%s %td", variable, g + 1);
-    layer->style = chart.groups.count > 4 ? 9 : 7;
+    layer->style = 7;
+    layer->crowdedStyle = 9;
     layer->name.set("means of groups");
     return success;
 }
@@ -114,7 +116,7 @@ ErrorCode describeMap(const AnalysisRun& run, const ScoreCharts& scores, Chart& 
     ChartLayer* const samples = addRows(chart, LayerKind::points, *scores.scores, axes, isSingle);
     if (samples == nullptr) return outOfMemory;
     samples->isOfSamples = true;
-    if (chart.groups.count == 0) samples->name.set("%s", scores.samplesName);
+    samples->name.set("%s", scores.samplesName);
     code = copyTexts(data.labels, samples->labels);
     if (code == success && scores.arrows != nullptr && !isSingle) code = addArrows(scores, axes, chart);
     if (code == success && scores.others != nullptr && !isSingle) code = addOthers(scores, axes, chart);

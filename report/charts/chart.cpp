@@ -41,6 +41,11 @@ ChartLayer* Chart::addLayer(LayerKind layerKind, Index points) {
     return &layer;
 }
 
+int Chart::styleOf(const ChartLayer& layer) const {
+    constexpr Index few = 4; // groups, which have the first styles
+    return layer.crowdedStyle != 0 && groups.count > few ? layer.crowdedStyle : layer.style;
+}
+
 ErrorCode Chart::addGuide(double x0, double y0, double x1, double y1) {
     ChartLayer* const layer = addLayer(LayerKind::line, 2);
     if (layer == nullptr) return outOfMemory;

@@ -55,9 +55,10 @@ struct ChartLayer {
 
     LayerKind kind = LayerKind::points;
     Block<double> x, y, lower, upper;
-    TextList labels; // of points and arrows; empty: there are none
-    ChartText name;  // in the legend; empty: it is not there
-    int style = 0;   // of charts/group_style.h, or guide
+    TextList labels;      // of points and arrows; empty: there are none
+    ChartText name;       // in the legend; empty: it is not there; of samples only when they have no groups
+    int style = 0;        // of charts/group_style.h, or guide
+    int crowdedStyle = 0; // instead of it beside more than 4 groups of samples; 0: none
     bool isDashed = false;
     bool isOfSamples = false; // point s is sample s: marked by its group, labelled when the user wishes it
 
@@ -102,6 +103,7 @@ struct Chart {
 
     // The next layer, with room for so many points in x and y; null when memory or layers run out.
     ChartLayer* addLayer(LayerKind kind, Index points);
+    int styleOf(const ChartLayer& layer) const;
     // The same for a line between two points.
     [[nodiscard]] ErrorCode addGuide(double x0, double y0, double x1, double y1);
 };

@@ -19,13 +19,13 @@ bool hasGroups(const Chart& chart) {
     return chart.groups.count > 0;
 }
 
-bool isNamed(const ChartLayer& layer) {
-    return !layer.name.isEmpty();
+bool isNamed(const Chart& chart, const ChartLayer& layer) {
+    return !layer.name.isEmpty() && !(layer.isOfSamples && hasGroups(chart));
 }
 
 int countEntries(const Chart& chart) {
     Index count = hasGroups(chart) ? chart.groups.count + 1 : 0;
-    for (Index k = 0; k < chart.layerCount; ++k) count += isNamed(chart.layers[k]);
+    for (Index k = 0; k < chart.layerCount; ++k) count += isNamed(chart, chart.layers[k]);
     return static_cast<int>(count);
 }
 
@@ -45,7 +45,7 @@ int legendWidth(Canvas& canvas, const Chart& chart, const ChartFrame& frame) {
         for (Index g = 0; g < chart.groups.count; ++g) take(chart.groups.names[g], keyWidth(frame));
     }
     for (Index k = 0; k < chart.layerCount; ++k) {
-        if (isNamed(chart.layers[k])) take(chart.layers[k].name.text, keyWidth(frame));
+        if (isNamed(chart, chart.layers[k])) take(chart.layers[k].name.text, keyWidth(frame));
     }
     return std::min(widest + 1, frame.size.width * 3 / 10);
 }
@@ -76,12 +76,13 @@ void findAcrossTicks(Canvas& canvas, ChartFrame& frame) {
     }
 }
 
-void drawKey(Canvas& canvas, const ChartLayer& layer, const ChartFrame& frame, Point middle) {
+void drawKey(Canvas& canvas, const Chart& chart, const ChartLayer& layer, const ChartFrame& frame,
+             Point middle) {
     const int half = keyWidth(frame) / 2 - 3;
     const Point left = {middle.x - half, middle.y}, right = {middle.x + half, middle.y};
     switch (layer.kind) {
     case LayerKind::points:
-        return drawMark(canvas, groupStyle(layer.style), middle, frame.markRadius(1));
+        return drawMark(canvas, groupStyle(chart.styleOf(layer)), middle, frame.markRadius(1));
     case LayerKind::bars:
     case LayerKind::band:
         return canvas.fillBox({left.x, middle.y - half / 2, right.x, middle.y + half / 2}, chartShade);
@@ -228,8 +229,8 @@ void drawLegend(Canvas& canvas, const Chart& chart, const ChartFrame& frame) {
     }
     for (Index k = 0; k < chart.layerCount; ++k) {
         const ChartLayer& layer = chart.layers[k];
-        if (!isNamed(layer) || isFull()) continue;
-        drawKey(canvas, layer, frame, {at.x + key / 2, at.y + half});
+        if (!isNamed(chart, layer) || isFull()) continue;
+        drawKey(canvas, chart, layer, frame, {at.x + key / 2, at.y + half});
         write(layer.name.text, key);
     }
 }

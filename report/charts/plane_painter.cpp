@@ -174,7 +174,7 @@ void drawPoints(const Plane& plane, const ChartLayer& layer) {
     for (Index i = 0; i < layer.size(); ++i) {
         if (!plane.isFinite(layer.x[i], layer.y[i])) continue;
         const GroupStyle style =
-            layer.isOfSamples ? sampleStyle(plane.chart.groups, i) : groupStyle(layer.style);
+            layer.isOfSamples ? sampleStyle(plane.chart.groups, i) : groupStyle(plane.chart.styleOf(layer));
         drawMark(plane.canvas, style, plane.place(layer.x[i], layer.y[i]), radius);
     }
 }
@@ -239,7 +239,7 @@ void placeLabels(const Plane& plane, const ChartLayer& layer, LabelPlacement& pl
         ++shortage.ofLabels;
         Point at;
         if (placement.place(plane.place(layer.x[i], layer.y[i]), radius, {label.width, style.height}, at)) {
-            style.color = layer.isOfSamples ? chartInk : groupStyle(layer.style).color;
+            style.color = layer.isOfSamples ? chartInk : groupStyle(plane.chart.styleOf(layer)).color;
             if (layer.kind == LayerKind::arrows) style.color = chartInk;
             plane.canvas.drawText(at, label.text, style);
         } else {

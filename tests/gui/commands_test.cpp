@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "analysis/run/commands.h"
+#include "tests/gui/analysis_dialogs.h"
 #include "tests/gui/driver.h"
 
 namespace {
@@ -198,6 +199,40 @@ TEST(SaveResultsAsColumns, WritesTheTableOfTheLastAnalysis) {
     EXPECT_NEAR(std::stod(table.substr(table.find(row) + row.size())), 3.0, 1e-12);
     app.runCommand(commandExcludeVariable, "exclude").press(IDOK);
     EXPECT_FALSE(app.isItemEnabled(commandSaveColumns));
+}
+
+TEST(Pictures, AreSavedAndCopied) {
+    App app;
+    app.write("line.csv", "label,x,y,g\na,1,1,p\nb,2,3,q\nc,3,5,q\nd,4,8,p\ne,5,8,q\nf,6,11,q\n");
+    app.start("line.csv");
+    const Dialog excluded = app.runCommand(commandExcludeVariable, "exclude");
+    excluded.choose(1101, 3);
+    excluded.press(IDOK);
+    app.runCommand(711, "multiple regression analysis").press(IDOK);
+    app.runCommand(commandCopyPicture);
+    EXPECT_TRUE(IsClipboardFormatAvailable(CF_ENHMETAFILE) && IsClipboardFormatAvailable(CF_BITMAP));
+    const Dialog dialog = app.runCommand(commandSavePicture, "save picture");
+    dialog.choose(CONTROL_PICTURE_NAME, 1);
+    EXPECT_FALSE(dialog.isEnabled(CONTROL_PICTURE_ELLIPSES));
+    dialog.choose(CONTROL_PICTURE_COLUMN, 3);
+    EXPECT_TRUE(dialog.isEnabled(CONTROL_PICTURE_ELLIPSES));
+    dialog.type(CONTROL_PICTURE_WIDTH, "100");
+    expectRefused(app, dialog, "please type a width and a height of 200 to 10000 pixels, or neither",
+                  CONTROL_PICTURE_WIDTH);
+    dialog.type(CONTROL_PICTURE_WIDTH, "");
+    dialog.press(IDOK);
+    const Dialog files = app.waitForDialog("Save As");
+    EXPECT_EQ(files.text(fileName), "line-picture.svg");
+    files.press(IDOK);
+    // Two samples of p as discs, four of q as squares, and one of each in the legend.
+    const auto expectMarks = [&](const std::string& mark, int count) {
+        for (std::size_t at = 0; (at = picture.find(mark, at)) != std::string::npos; ++at) --count;
+        EXPECT_EQ(count, 0) << picture;
+    };
+    expectMarks("<circle", 2 + 1);
+    expectMarks("<polygon", 4 + 1);
+    app.runCommand(commandCloseFile);
+    EXPECT_FALSE(app.isItemEnabled(commandCopyPicture));
 }
 
 namespace {

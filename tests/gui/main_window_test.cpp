@@ -171,11 +171,11 @@ TEST(MainWindow, MenusHoldEveryItem) {
 
     const std::string withoutData =
         "702 703 799 710 711 712 713 714 715 716 717 720 721 722 723 724 730 731 732 740 "
-        "741 742 751 752 753 754 755 756 757 801 853 854 857 ";
+        "741 742 751 752 753 754 755 756 757 801 853 854 855 856 857 ";
     EXPECT_EQ(greyedItems(app), withoutData);
     EXPECT_EQ(app.close(), 0);
     app.start("data.csv");
-    EXPECT_EQ(greyedItems(app), "701 799 730 757 801 852 854 857 ");
+    EXPECT_EQ(greyedItems(app), "701 799 730 757 801 852 854 855 856 857 ");
     app.runCommand(commandCloseFile);
     EXPECT_EQ(greyedItems(app), withoutData);
 }

@@ -349,7 +349,7 @@ ErrorCode describeHazardRatios(const AnalysisRun& run, const HazardCharts& chart
 
 constexpr Picture pictures[] = {
     {"survival", "survival over time: of the model at the means, and of the data; by groups, of the data",
-     Picture::groups, describeResult<HazardCharts, describeSurvival>},
+     Picture::groups | Picture::curves, describeResult<HazardCharts, describeSurvival>},
     {"ratios", "hazard ratios with their intervals", 0, describeResult<HazardCharts, describeHazardRatios>},
 };
 

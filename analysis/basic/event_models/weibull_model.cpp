@@ -285,7 +285,7 @@ ErrorCode describeSurvival(const AnalysisRun& run, const WeibullCharts& charts, 
 
 constexpr Picture pictures[] = {
     {"survival", "survival over time: of both models at the means, and of the data; by groups, of the data",
-     Picture::groups, describeResult<WeibullCharts, describeSurvival>},
+     Picture::groups | Picture::curves, describeResult<WeibullCharts, describeSurvival>},
 };
 
 ErrorCode runWeibullModel(Screens& screens, AnalysisRun& run) {

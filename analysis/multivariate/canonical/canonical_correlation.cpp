@@ -167,7 +167,7 @@ constexpr Picture pictures[] = {
 
 // Keeps the variates as columns and draws them, whichever is wanted. 0 or outOfMemory.
 ErrorCode useVariates(AnalysisRun& run, const CanonicalVariates& found) {
-    if (!run.columns.areWanted && run.pictureWish.picture == nullptr) return success;
+    if (!run.columns.areWanted && run.pictureWish.pictures.empty()) return success;
     const DataMatrix& data = run.data.working;
     Matrix variates;
     const Index m = found.pairs;

@@ -291,7 +291,7 @@ ErrorCode buildFactorGraph(Screens& screens, AnalysisRun& run, const FactorResul
 // The share of each factor in the variance of the standardized variables, and the eigenvalues of their
 // correlations. Returns success, outOfMemory or eigenNotConvergent.
 ErrorCode buildFactorPicture(AnalysisRun& run, const FactorWork& work, const char* title) {
-    if (run.pictureWish.picture == nullptr) return success;
+    if (run.pictureWish.pictures.empty()) return success;
     const FactorResult& result = work.result;
     const bool isRotated = result.rotation != Rotation::none;
     const Block<double>& sums = isRotated ? result.rotatedSumsOfSquares : result.model.sumsOfSquares;

@@ -88,7 +88,7 @@ TEST(Pictures, OfAllKindsAreDescribed) {
                                     : isOfCategories ? categories()
                                     : kind.sizeCheck ? measures(kind.number == discriminantKind)
                                                      : similarities());
-            session.run.pictureWish.picture = &picture;
+            session.run.pictureWish.pictures = {&picture, 1};
             session.run.options.settings.expressGraph = 0;
             const int command = firstAnalysisCommand + kind.number;
             const auto choose = [&](AnalysisOptions& options) {
@@ -98,7 +98,7 @@ TEST(Pictures, OfAllKindsAreDescribed) {
                     options.*kind.analysis->chosenKind = kind.number - kind.analysis->firstKind;
             };
             ASSERT_EQ(session.analyse(command, choose), success) << session.frontend.lower;
-            const Chart& chart = session.run.chart;
+            const Chart& chart = session.run.charts[0];
             ASSERT_TRUE(chart.isDescribed) << (chart.refusal != nullptr ? chart.refusal : "");
             ++described;
             if ((picture.takes & Picture::labels) != 0) {
@@ -119,9 +119,9 @@ TEST(Pictures, OfAllKindsAreDescribed) {
 
 TEST(Pictures, TakeTheLevelsOfTheReport) {
     AnalysisSession session(measures());
-    session.run.pictureWish.picture = &picturesOf(*findKind("cluster"))[0];
+    session.run.pictureWish.isOfAll = true;
     ASSERT_EQ(session.analyse(firstAnalysisCommand + clusterKind), success);
-    const Block<TreeMerge>& merges = session.run.chart.tree.merges;
+    const Block<TreeMerge>& merges = session.run.charts[0].tree.merges;
     ASSERT_EQ(merges.size(), 23);
     for (Index s = 0; s < merges.size(); ++s) {
         // "first + second, ->, second, level" behind the number of the step.
@@ -136,9 +136,9 @@ TEST(Pictures, TakeTheLevelsOfTheReport) {
 // By hand: 4 at risk at 1, one dies; 3 at 2, one leaves; 2 at 3, one dies; the last one leaves at 4.
 TEST(Pictures, EstimateSurvivalFromTheData) {
     AnalysisSession session("label,t,d,x\na,3,1,0.1\nb,1,1,0.9\nc,4,0,0.2\nd,2,0,0.7\n");
-    session.run.pictureWish.picture = &picturesOf(*findKind("weibull"))[0];
+    session.run.pictureWish.isOfAll = true;
     ASSERT_EQ(session.analyse(firstAnalysisCommand + weibullKind, chooseAll), success);
-    const Chart& chart = session.run.chart;
+    const Chart& chart = session.run.charts[0];
     const ChartLayer& data = chart.layers[chart.layerCount - 1];
     ASSERT_EQ(data.kind, LayerKind::steps);
     expectNear({data.x.begin(), data.x.end()}, {0.0, 1.0, 3.0, 4.0}, 0.0);

@@ -1,10 +1,8 @@
-#include "batch/sample_groups.h"
+#include "analysis/run/sample_groups.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
-
-#include "batch/field_values.h"
 
 namespace {
 
@@ -26,33 +24,21 @@ std::int32_t numberOf(const char* text, const char* (&found)[SampleGroups::most]
 
 } // namespace
 
-bool findGroups(const char* variable, const DataSet& data, SampleGroups& groups, Complaint& complaint) {
+GroupSearch findGroups(const DataSet& data, std::int32_t column, SampleGroups& groups) {
     const CellTable& cells = data.cells;
-    const std::int32_t column = findColumn(cells, variable);
-    if (column == 0) {
-        complaint.say("--colour-by: there is no variable '%.200s'", variable);
-        return false;
-    }
-    if (groups.groupOf.allocate(data.loaded.samples) != success) {
-        complaint.say("no memory for --colour-by");
-        return false;
-    }
+    groups.count = 0;
+    if (groups.groupOf.allocate(data.loaded.samples) != success) return GroupSearch::noMemory;
     const char* found[SampleGroups::most];
     Index count = 0, sample = 0;
     for (std::int32_t row = 1; row < cells.rows && sample < groups.groupOf.size(); ++row) {
         if (isLeftOut(data, row)) continue;
         const char* const text = cells.cell(row, column);
         const std::int32_t number = text[0] != '\0' ? numberOf(text, found, count) : -1;
-        if (number < 0 && text[0] != '\0') {
-            complaint.say("--colour-by: '%.200s' has more than %td values", variable, SampleGroups::most);
-            return false;
-        }
+        if (number < 0 && text[0] != '\0') return GroupSearch::tooMany;
         groups.groupOf[sample++] = number;
     }
-    if (count == 0 || groups.names.allocate(count) != success) {
-        complaint.say("--colour-by: '%.200s' has no values", variable);
-        return false;
-    }
+    if (count == 0) return GroupSearch::none;
+    if (groups.names.allocate(count) != success) return GroupSearch::noMemory;
 
     std::int32_t order[SampleGroups::most], places[SampleGroups::most];
     for (std::int32_t k = 0; k < count; ++k) order[k] = k;
@@ -70,5 +56,5 @@ bool findGroups(const char* variable, const DataSet& data, SampleGroups& groups,
     }
     groups.title.set("%s", cells.cell(0, column));
     groups.count = count;
-    return true;
+    return GroupSearch::found;
 }
