@@ -224,6 +224,8 @@ TEST(Pictures, AreSavedAndCopied) {
     const Dialog files = app.waitForDialog("Save As");
     EXPECT_EQ(files.text(fileName), "line-picture.svg");
     files.press(IDOK);
+    const std::string picture = app.read("line-picture.svg");
+    EXPECT_NE(picture.find("\n<svg "), std::string::npos);
     // Two samples of p as discs, four of q as squares, and one of each in the legend.
     const auto expectMarks = [&](const std::string& mark, int count) {
         for (std::size_t at = 0; (at = picture.find(mark, at)) != std::string::npos; ++at) --count;
