@@ -196,7 +196,7 @@ CellShape shapeOf(std::string_view cell) {
         // Only a long number or one with an exponent can be beyond the range.
         if (cell.size() < 300 && !hasExponent) return shape;
         const bool comma = shape == CellShape::decimalComma || shape == CellShape::spacedComma;
-        NumberText number;
+        PlainNumber number;
         writeNumber(cell, {comma ? DecimalSign::comma : DecimalSign::point}, number);
         return number.length > 0 && std::isfinite(parseNumber(number.text)) ? shape : CellShape::noValue;
     }
@@ -233,7 +233,7 @@ bool isReadable(CellShape shape, const NumberForm& form) {
     }
 }
 
-void writeNumber(std::string_view cell, const NumberForm& form, NumberText& number) {
+void writeNumber(std::string_view cell, const NumberForm& form, PlainNumber& number) {
     const char sign = form.decimal == DecimalSign::comma ? ',' : '.';
     char digits[longestNumber + 2];
     std::size_t length = 0;
@@ -307,11 +307,11 @@ bool MissingTexts::find(std::string_view cell) const {
     const CellShape shape = shapeOf(cell);
     if (!isNumberShape(shape)) return false;
     const bool comma = shape == CellShape::decimalComma;
-    NumberText number;
+    PlainNumber number;
     writeNumber(cell, {comma ? DecimalSign::comma : DecimalSign::point}, number);
     const double value = parseNumber(number.text);
     for (Index k = 0; k < count_; ++k) {
-        NumberText named;
+        PlainNumber named;
         if (!isNumberShape(shapeOf(texts_[k]))) continue;
         writeNumber(texts_[k], {}, named);
         if (parseNumber(named.text) == value) return true;

@@ -43,14 +43,14 @@ struct NumberForm {
 bool isReadable(CellShape shape, const NumberForm& form);
 
 // A number as the program reads it: at most 62 characters with their end.
-struct NumberText {
+struct PlainNumber {
     char text[63];
     Index length;
 };
 
 // Writes the digits of a cell as they stand, with a decimal point and without thousands; more than 62
 // characters are rounded to the nearest double.
-void writeNumber(std::string_view cell, const NumberForm& form, NumberText& number);
+void writeNumber(std::string_view cell, const NumberForm& form, PlainNumber& number);
 
 // The texts that mean a missing cell. Each points into the options.
 class MissingTexts {

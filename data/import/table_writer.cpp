@@ -67,7 +67,7 @@ void writeNumberCell(std::string_view cell, const ColumnSurvey& column, const Nu
     } else if (isPlainNumber(cell, form)) {
         lines.put(cell);
     } else {
-        NumberText number;
+        PlainNumber number;
         writeNumber(cell, form, number);
         lines.put({number.text, static_cast<std::size_t>(number.length)});
     }

@@ -118,7 +118,7 @@ Pen layerPen(const ChartLayer& layer, const ChartFrame& frame) {
 
 ChartFrame layOutFrame(Canvas& canvas, const Chart& chart, const ChartView& view, const ChartRange& across,
                        const ChartRange& up, int left) {
-    ChartFrame frame;
+    ChartFrame frame = {};
     frame.size = view.size;
     frame.text = {.height = view.fontHeight, .color = chartInk};
     frame.title = {.height = view.fontHeight * 5 / 4, .color = chartInk};
