@@ -44,7 +44,8 @@ void WindowFrontend::showProgress() {
 ErrorCode WindowFrontend::setProgress(int percent) {
     SendMessageA(program_.progressBar, PBM_SETPOS, static_cast<WPARAM>(percent), 0);
     UpdateWindow(program_.progressBar);
-    return isEscapePressed() ? stopped : success;
+    isStopped_ = isEscapePressed();
+    return isStopped_ ? stopped : success;
 }
 
 // By the state of the key: a run reads no messages. A press while another window is in front is not for us.
@@ -58,7 +59,11 @@ bool WindowFrontend::isEscapePressed() {
     return (isDown || (state & keyWasPressed) != 0) && GetForegroundWindow() == program_.window;
 }
 
+// The key that stopped a run has done its work: a dialog that opens next must not take it.
 void WindowFrontend::hideProgress() {
+    MSG key;
+    while (isStopped_ && PeekMessageA(&key, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE) != 0) continue;
+    isStopped_ = false;
     ShowWindow(program_.progressBar, SW_HIDE);
     UpdateWindow(program_.screens[statusBar]); // its picture would stay until the report is written
     SetCursor(LoadCursorA(nullptr, IDC_ARROW));

@@ -29,5 +29,6 @@ private:
 
     Program& program_;
     bool isHeldBefore_ = false; // Esc, since before the run
+    bool isStopped_ = false;
     DdeWorkbook workbook_;
 };
