@@ -135,13 +135,13 @@ HBITMAP makeBitmap(HDC screen, ChosenPicture& picture) {
     return bitmap;
 }
 
-// What the clipboard takes is its own from then on.
+// What the clipboard takes is its own from then on; the rest is deleted.
 bool putOnClipboard(HWND window, HENHMETAFILE metafile, HBITMAP bitmap) {
-    if (OpenClipboard(window) == 0) return false;
-    EmptyClipboard();
-    const bool hasMetafile = SetClipboardData(CF_ENHMETAFILE, metafile) != nullptr;
-    const bool hasBitmap = SetClipboardData(CF_BITMAP, bitmap) != nullptr;
-    CloseClipboard();
+    const bool isOpen = OpenClipboard(window) != 0;
+    if (isOpen) EmptyClipboard();
+    const bool hasMetafile = isOpen && SetClipboardData(CF_ENHMETAFILE, metafile) != nullptr;
+    const bool hasBitmap = isOpen && SetClipboardData(CF_BITMAP, bitmap) != nullptr;
+    if (isOpen) CloseClipboard();
     if (!hasMetafile) DeleteEnhMetaFile(metafile);
     if (!hasBitmap) DeleteObject(bitmap);
     return hasMetafile && hasBitmap;

@@ -23,8 +23,7 @@ bool isSquare(const AnalysisKind& kind) {
 void keepNamed(const CommandLine& line, const AnalysisRun& run, Block<std::int32_t>& isKept) {
     const DataSet& data = run.data;
     const auto keep = [&](std::int32_t variable) {
-        std::int32_t column = 0;
-        while (variable > 0 && ++column < data.cells.cols) variable -= data.useFlags[column];
+        const std::int32_t column = cellColumnOf(data, variable);
         if (column > 0 && column < data.cells.cols) isKept[column] = 1;
     };
     AnalysisOptions options = run.options;

@@ -147,6 +147,12 @@ std::int32_t otherColumnOf(const DataSet& data, std::int32_t variable) {
     return static_cast<std::int32_t>(std::count(flags + 1, flags + variable, 0));
 }
 
+std::int32_t cellColumnOf(const DataSet& data, std::int32_t variable) {
+    std::int32_t column = 0;
+    while (variable > 0 && ++column < data.cells.cols) variable -= data.useFlags[column];
+    return column;
+}
+
 BadCells findBadCells(const DataSet& data, Doubt kind) {
     BadCells found;
     if (data.policy == MissingPolicy::omit) return found;

@@ -122,6 +122,9 @@ void reorderWorkingBySelection(DataSet& data);
 // selected one.
 std::int32_t otherColumnOf(const DataSet& data, std::int32_t variable);
 
+// The column of the cell table that a variable of the loaded part (from 1) stands in; cells.cols without one.
+std::int32_t cellColumnOf(const DataSet& data, std::int32_t variable);
+
 // Cells of used columns that are doubted for what they hold, and where the first of them (row by row) stands.
 struct BadCells {
     long long count = 0;

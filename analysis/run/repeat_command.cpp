@@ -53,13 +53,6 @@ private:
     bool fits_ = true;
 };
 
-// The column of the cell table with a loaded variable, from 1.
-std::int32_t columnOf(const DataSet& data, std::int32_t variable) {
-    std::int32_t column = 0;
-    while (variable > 0 && ++column < data.cells.cols) variable -= data.useFlags[column];
-    return column;
-}
-
 class Command {
 public:
     explicit Command(AnalysisRun& run) : run_(run) { run.repeating[0] = '\0'; }
@@ -97,7 +90,7 @@ void addField(const OptionField& field, AnalysisRun& run, AnalysisOptions& first
             const std::int32_t variable = wholeOption(run.options, field, k);
             if (variable < 1 || variable > run.data.loaded.variables) continue;
             if (!value.isEmpty()) value.append(",");
-            value.appendColumn(run.data.cells, columnOf(run.data, variable));
+            value.appendColumn(run.data.cells, cellColumnOf(run.data, variable));
         }
         return command.add(name, value);
     case OptionType::flag:
@@ -126,7 +119,7 @@ void addDegrees(const AnalysisRun& run, Command& command) {
         const std::int32_t variable = run.options.slotColumns[k];
         if (variable < 1 || variable > run.data.loaded.variables) continue;
         if (!degrees.isEmpty()) degrees.append(",");
-        degrees.appendColumn(run.data.cells, columnOf(run.data, variable));
+        degrees.appendColumn(run.data.cells, cellColumnOf(run.data, variable));
         degrees.append("=");
         degrees.appendNumber(run.options.slotDegrees[k]);
     }
