@@ -47,7 +47,7 @@ bool createText(const Program& program, const char* text, int identifier) {
     return createControl(program, "STATIC", text, SS_LEFT, identifier) != nullptr;
 }
 
-bool createList(const Program& program, const TextList& texts, int identifier, int chosen) {
+bool createList(const Program& program, const TextView& texts, int identifier, int chosen) {
     const HWND list =
         createControl(program, "COMBOBOX", "", CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, identifier);
     if (list == nullptr) return false;

@@ -1,6 +1,7 @@
 #include "data/csv_reader.h"
 
 #include <algorithm>
+#include <bit>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -101,28 +102,40 @@ private:
 
 enum class Cell { found, tooLong, none };
 
-// Cuts the next cell from `line` into `slot`, trimmed of spaces and double quotes; `opened` becomes true when
-// it opens quotes.
-Cell nextCell(std::string_view& line, TextSlot& slot, bool& opened) {
-    const char* at = line.data();
-    const char* const end = at + line.size();
-    while (at < end && (*at == ' ' || *at == '\t')) ++at;
-    if (at == end) return Cell::none;
+// The first comma of [first, last), or last. Eight characters are looked at at a time: the lowest byte whose
+// highest bit is set in `found` is a comma, those above it may be wrong.
+inline const char* findComma(const char* first, const char* last) {
+    constexpr std::uint64_t ones = 0x0101010101010101U;
+    constexpr bool isLowestFirst = std::endian::native == std::endian::little;
+    for (; isLowestFirst && last - first >= 8; first += 8) {
+        std::uint64_t bytes = 0;
+        std::memcpy(&bytes, first, sizeof bytes);
+        bytes ^= ones * ',';
+        const std::uint64_t found = (bytes - ones) & ~bytes & (ones << 7);
+        if (found != 0) return first + std::countr_zero(found) / 8;
+    }
+    while (first < last && *first != ',') ++first;
+    return first;
+}
 
-    const char* first = at;
-    while (at < end && *at != ',' && static_cast<std::size_t>(at - first) < textSlotSize) ++at;
-    if (static_cast<std::size_t>(at - first) == textSlotSize) return Cell::tooLong;
-    const char* last = at;
-    if (at < end) ++at;
-    line.remove_prefix(static_cast<std::size_t>(at - line.data()));
+// Cuts the next cell from `line` as `text`, trimmed of spaces and double quotes; `opened` becomes true when
+// it opens quotes.
+inline Cell nextCell(std::string_view& line, std::string_view& text, bool& opened) {
+    const char* first = line.data();
+    const char* const end = first + line.size();
+    while (first < end && (*first == ' ' || *first == '\t')) ++first;
+    if (first == end) return Cell::none;
+
+    const char* const comma = findComma(first, end);
+    if (comma - first >= static_cast<Index>(textSlotSize)) return Cell::tooLong;
+    const char* last = comma;
+    line = {comma + (comma < end), end};
 
     while (last > first && last[-1] == ' ') --last;
     opened = opened || opensQuotes(first, last);
     while (last > first && (last[-1] == ' ' || last[-1] == '"')) --last;
     while (first < last && (*first == ' ' || *first == '"')) ++first;
-    const std::size_t length = static_cast<std::size_t>(last - first);
-    std::memcpy(slot.text, first, length);
-    slot.text[length] = '\0';
+    text = {first, last};
     return Cell::found;
 }
 
@@ -143,22 +156,31 @@ FileRefusal readFailure() {
     return {errno == EISDIR ? RefusalCause::folder : RefusalCause::unreadable};
 }
 
+struct TableSize {
+    std::int32_t rows = 0;
+    std::int32_t cols = 0;
+    Index characters = 0; // of all lines with their newlines, which the texts of the cells do not exceed
+
+    Index cells() const { return Index{rows} * cols; }
+};
+
 // Finds the size of the table; the columns are those up to the last header cell that is not empty.
-FileCode measure(LineReader& reader, CellTable& table, ReadingNotes& notes) {
+FileCode measure(LineReader& reader, TableSize& size, ReadingNotes& notes) {
     std::string_view line;
     const Line header = reader.next(line);
     if (header == Line::none) return refuse(notes.refusal, {RefusalCause::empty});
     const long long headerLine = reader.number();
+    size.characters = std::ssize(line) + 1;
     if (header == Line::tooLong) return refuse(notes.refusal, {RefusalCause::lineTooLong, headerLine});
 
     line = withoutReturn(line);
-    TextSlot slot;
+    std::string_view text;
     bool opened = false;
     Cell cell = Cell::found;
     std::int32_t columns = 0, cells = 0;
-    while ((cell = nextCell(line, slot, opened)) == Cell::found) {
+    while ((cell = nextCell(line, text, opened)) == Cell::found) {
         ++cells;
-        if (slot.text[0] != '\0') columns = cells;
+        if (!text.empty() && text[0] != '\0') columns = cells;
     }
     if (cell == Cell::tooLong) notes.doubts[Doubt::longName] = {1, headerLine};
     if (columns == 0) {
@@ -172,16 +194,26 @@ FileCode measure(LineReader& reader, CellTable& table, ReadingNotes& notes) {
     while (state == Line::complete && (state = reader.next(line)) == Line::complete) {
         if (rows == std::numeric_limits<std::int32_t>::max()) return FileCode::noMemory;
         ++rows;
+        size.characters += std::ssize(line) + 1;
     }
     if (state == Line::tooLong) return refuse(notes.refusal, {RefusalCause::lineTooLong, reader.number()});
-    table.rows = rows;
-    table.cols = columns;
+    size.rows = rows;
+    size.cols = columns;
     return FileCode::done;
+}
+
+ErrorCode allocateCells(const TableSize& size, CellTable& table) {
+    table.rows = size.rows;
+    table.cols = size.cols;
+    const Index ends = size.cells();
+    const Index replaced = static_cast<Index>(textSlotSize); // of the first text
+    return table.texts.allocate(size.cells(), std::max(size.characters - ends, Index{0}) + replaced);
 }
 
 FileCode fill(LineReader& reader, CellTable& table, ReadingNotes& notes) {
     std::string_view line;
-    TextSlot* slot = table.cells.data();
+    TextList& texts = table.texts;
+    Index cell = 0;
     for (std::int32_t row = 0; row < table.rows; ++row) {
         const Line state = reader.next(line, {&notes.doubts, row, table.cols});
         const long long number = reader.number();
@@ -189,15 +221,23 @@ FileCode fill(LineReader& reader, CellTable& table, ReadingNotes& notes) {
         if (state == Line::tooLong) return refuse(notes.refusal, {RefusalCause::lineTooLong, number});
         if (std::memchr(line.data(), '\0', line.size()) != nullptr)
             return refuse(notes.refusal, {RefusalCause::notText, number});
+        // A file that has grown since it was measured.
+        if (texts.room() <= std::ssize(line)) return refuse(notes.refusal, {RefusalCause::unreadable});
         line = withoutReturn(line);
         std::string_view rest = line;
         bool opened = false;
-        for (std::int32_t col = 0; col < table.cols; ++col, ++slot) {
-            const Cell cell = nextCell(rest, *slot, opened);
-            if (cell == Cell::found) continue;
-            if (cell == Cell::none)
+        for (std::int32_t col = 0; col < table.cols; ++col, ++cell) {
+            std::string_view text;
+            const Cell found = nextCell(rest, text, opened);
+            if (found == Cell::none)
                 return refuse(notes.refusal, {RefusalCause::tooFewCells, number, col, table.cols});
-            return refuse(notes.refusal, {RefusalCause::cellTooLong, number, col + 1});
+            if (found == Cell::tooLong)
+                return refuse(notes.refusal, {RefusalCause::cellTooLong, number, col + 1});
+            if (cell == 0) {
+                texts.setReplaceable(cell, text);
+            } else {
+                texts.set(cell, text);
+            }
         }
         if (row == 0) {
             noteHeader(notes.doubts, line, number);
@@ -218,9 +258,9 @@ FileCode readCsvSource(ByteSource& source, CellTable& table, ReadingNotes& notes
     notes = {};
     errno = 0;
     LineReader reader(source);
-    FileCode code = measure(reader, table, notes);
-    if (code == FileCode::done && table.cells.allocate(Index{table.rows} * table.cols) != success)
-        code = FileCode::noMemory;
+    TableSize size;
+    FileCode code = measure(reader, size, notes);
+    if (code == FileCode::done && allocateCells(size, table) != success) code = FileCode::noMemory;
     if (code == FileCode::done && !reader.rewind()) code = refuse(notes.refusal, {RefusalCause::unreadable});
     if (code == FileCode::done) code = fill(reader, table, notes);
     if (reader.hasFailed()) {

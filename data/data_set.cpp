@@ -9,11 +9,6 @@
 
 namespace {
 
-ErrorCode allocateMatrix(DataMatrix& matrix, Index samples, Index variables) {
-    return matrix.values.allocate(samples * variables) | matrix.names.allocate(variables) |
-           matrix.labels.allocate(samples);
-}
-
 // `columns` is cols - 1, the most variables there can be.
 ErrorCode allocateModel(FittedModel& model, Index columns) {
     return model.variables.allocate(columns) | model.coefficients.allocate(columns) |
@@ -36,24 +31,28 @@ bool takeCell(const CellTable& cells, std::int32_t row, std::int32_t col, double
     return true;
 }
 
-void copyColumn(const DataMatrix& from, std::int32_t fromColumn, DataMatrix& to, std::int32_t toColumn) {
-    const Index stride = from.variables;
-    const double* source = from.values.data() + fromColumn;
-    double* target = to.values.data() + toColumn;
-    for (std::int32_t s = 0; s < from.samples; ++s, source += stride, target += stride) *target = *source;
-    to.names.set(toColumn, from.name(fromColumn));
+// Loaded columns, from 0: the unselected ones, then the selected ones. Counts both.
+void orderBySelection(DataSet& data, Block<std::int32_t>& order) {
+    std::int32_t column = 0;
+    for (const bool selected : {false, true}) {
+        for (std::int32_t v = 0; v < data.loaded.variables; ++v) {
+            if ((data.selectionFlags[v + 1] != 0) == selected) order[column++] = v;
+        }
+        if (!selected) data.otherCount = column;
+    }
+    data.selectedCount = column - data.otherCount;
 }
 
 } // namespace
 
 ErrorCode allocateDataSet(DataSet& data) {
-    std::snprintf(data.cells.cells[0].text, textSlotSize, "(none)");
+    data.cells.texts.replace(0, "(none)");
     const Index cols = data.cells.cols;
     const Index samples = data.cells.rows - 1;
     const ErrorCode code = data.selectionFlags.allocate(cols) | data.useFlags.allocate(cols) |
-                           data.missing.allocate(cols) | allocateMatrix(data.loaded, samples, cols - 1) |
-                           allocateMatrix(data.working, samples, cols - 1) |
-                           allocateModel(data.model, cols - 1);
+                           data.missing.allocate(cols) | data.loadedValues.allocate(samples * (cols - 1)) |
+                           data.loadedColumns.allocate(cols - 1) | data.loadedRows.allocate(samples) |
+                           data.reorderedColumns.allocate(cols - 1) | allocateModel(data.model, cols - 1);
     if (code != success) releaseDataSet(data);
     return code;
 }
@@ -62,6 +61,11 @@ void releaseDataSet(DataSet& data) {
     data.cells = {};
     data.loaded = {};
     data.working = {};
+    data.loadedValues.release();
+    data.loadedColumns.release();
+    data.loadedRows.release();
+    data.reorderedValues.release();
+    data.reorderedColumns.release();
     data.selectionFlags.release();
     data.useFlags.release();
     data.missing.release();
@@ -84,25 +88,31 @@ void buildDataSet(DataSet& data) {
         used = 0;
     }
 
-    DataMatrix& loaded = data.loaded;
-    loaded.variables = cells.cols - data.exclusion.count - 1;
-    Index variable = 0;
+    std::int32_t variables = 0;
     for (std::int32_t j = 1; j < cells.cols; ++j) {
-        if (data.useFlags[j] != 0) loaded.names.set(variable++, cells.cell(0, j));
+        if (data.useFlags[j] != 0) data.loadedColumns[variables++] = j;
     }
     for (MissingCells& missing : data.missing) missing = {};
-    std::int32_t sample = 0;
+    std::int32_t samples = 0;
     for (std::int32_t row = 1; row < cells.rows; ++row) {
-        double* value = loaded.values.data() + Index{sample} * loaded.variables;
+        double* const values = data.loadedValues.data() + Index{samples} * variables;
         bool whole = true;
-        for (std::int32_t j = 1; j < cells.cols; ++j) {
-            if (data.useFlags[j] != 0 && !takeCell(cells, row, j, *value++, data.missing[j])) whole = false;
+        for (std::int32_t v = 0; v < variables; ++v) {
+            const std::int32_t j = data.loadedColumns[v];
+            if (!takeCell(cells, row, j, values[v], data.missing[j])) whole = false;
         }
         if (!whole && data.policy == MissingPolicy::omit) continue;
-        loaded.labels.set(sample++, cells.cell(row, 0));
+        if (data.policy == MissingPolicy::omit) data.loadedRows[samples] = row;
+        ++samples;
     }
-    loaded.samples = sample;
-    data.leftOut = cells.rows - 1 - sample;
+    data.leftOut = cells.rows - 1 - samples;
+    const TextPlaces texts = cells.texts.places();
+    data.loaded = {samples,
+                   variables,
+                   {data.loadedValues.data(), static_cast<std::size_t>(Index{samples} * variables)},
+                   TextView::chosen(texts, variables, data.loadedColumns.data(), 1),
+                   data.leftOut > 0 ? TextView::chosen(texts, samples, data.loadedRows.data(), cells.cols)
+                                    : TextView::every(texts, samples, cells.cols, cells.cols)};
 
     for (std::int32_t& flag : data.selectionFlags) flag = 0;
     if (cells.cols > 1) data.selectionFlags[1] = 1;
@@ -120,25 +130,26 @@ bool isLeftOut(const DataSet& data, std::int32_t row) {
 }
 
 void copyLoadedToWorking(DataSet& data) {
-    const DataMatrix& loaded = data.loaded;
-    DataMatrix& working = data.working;
-    working.samples = loaded.samples;
-    working.variables = loaded.variables;
-    std::copy_n(loaded.values.data(), loaded.count(), working.values.data());
-    for (std::int32_t v = 0; v < loaded.variables; ++v) working.names.set(v, loaded.name(v));
-    for (std::int32_t s = 0; s < loaded.samples; ++s) working.labels.set(s, loaded.label(s));
+    data.reorderedValues.release();
+    data.working = data.loaded;
 }
 
-void reorderWorkingBySelection(DataSet& data) {
-    std::int32_t column = 0;
-    for (const bool selected : {false, true}) {
-        for (std::int32_t v = 0; v < data.loaded.variables; ++v) {
-            if ((data.selectionFlags[v + 1] != 0) != selected) continue;
-            copyColumn(data.loaded, v, data.working, column++);
-        }
-        if (!selected) data.otherCount = column;
+ErrorCode reorderWorkingBySelection(DataSet& data) {
+    const DataMatrix& loaded = data.loaded;
+    copyLoadedToWorking(data);
+    Block<std::int32_t>& order = data.reorderedColumns;
+    orderBySelection(data, order);
+    if (std::is_sorted(order.begin(), order.begin() + loaded.variables)) return success;
+    if (data.reorderedValues.allocate(loaded.count()) != success) return outOfMemory;
+    double* value = data.reorderedValues.data();
+    for (std::int32_t s = 0; s < loaded.samples; ++s) {
+        const double* const row = loaded.row(s);
+        for (std::int32_t k = 0; k < loaded.variables; ++k) *value++ = row[order[k]];
     }
-    data.selectedCount = column - data.otherCount;
+    for (std::int32_t k = 0; k < loaded.variables; ++k) order[k] = data.loadedColumns[order[k]];
+    data.working.values = {data.reorderedValues.data(), loaded.values.size()};
+    data.working.names = TextView::chosen(data.cells.texts.places(), loaded.variables, order.data(), 1);
+    return success;
 }
 
 std::int32_t otherColumnOf(const DataSet& data, std::int32_t variable) {

@@ -1,18 +1,19 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "data/cell_table.h"
 #include "data/reading_notes.h"
-#include "data/text_list.h"
 
-// Samples x variables doubles, row-major, with their names and labels.
+// Samples x variables doubles, row-major, with their names and labels, which are those of the cell table. All
+// of it is kept by the data set.
 struct DataMatrix {
     std::int32_t samples = 0;
     std::int32_t variables = 0;
-    Block<double> values;
-    TextList names;
-    TextList labels;
+    std::span<const double> values;
+    TextView names;
+    TextView labels;
 
     Index count() const { return Index{samples} * variables; }
     const double* row(Index sample) const { return values.data() + sample * variables; }
@@ -83,7 +84,12 @@ struct MissingCells {
 struct DataSet {
     CellTable cells;
     DataMatrix loaded;
-    DataMatrix working; // what the analyses read; its columns may be reordered
+    DataMatrix working; // what the analyses read: the loaded part, or its columns in another order
+    Block<double> loadedValues;
+    Block<std::int32_t> loadedColumns; // of the cell table, of each variable
+    Block<std::int32_t> loadedRows;    // of the cell table, of each sample; in use when some are left out
+    Block<double> reorderedValues;     // while the working part has an order of its own
+    Block<std::int32_t> reorderedColumns;
     std::int32_t selectedCount = 0;
     std::int32_t otherCount = 0;
     Block<std::int32_t> selectionFlags; // index 1..variables of the loaded part: chosen as purpose
@@ -111,12 +117,12 @@ void buildDataSet(DataSet& data);
 // Whether the sample of a row of the cell table was left out when the loaded part was filled.
 bool isLeftOut(const DataSet& data, std::int32_t row);
 
-// Undoes any reordering of the working part.
+// Undoes any reordering of the working part, which is then the loaded one.
 void copyLoadedToWorking(DataSet& data);
 
-// Fills the working part with the unselected variables, then the selected ones, each in loaded order, and
-// counts both.
-void reorderWorkingBySelection(DataSet& data);
+// Gives the working part the unselected variables, then the selected ones, each in loaded order, and counts
+// both. Only another order than the loaded one needs memory of its own: success or outOfMemory.
+[[nodiscard]] ErrorCode reorderWorkingBySelection(DataSet& data);
 
 // Where a variable of the loaded part (from 1) stands in the reordered working part, from 0; -1 for a
 // selected one.

@@ -1,8 +1,11 @@
 #include "data/number.h"
 
 #include <charconv>
+#include <cstdint>
 #include <cstring>
 #include <limits>
+
+#include "numeric/block.h"
 
 namespace {
 
@@ -33,6 +36,30 @@ bool isLarge(const char* first, const char* last) {
     return scale + (negative ? -exponent : exponent) > 0;
 }
 
+// A number without exponent whose digits are a whole number below 2^53 and whose decimals are at most 22:
+// both that and the power of ten are doubles, so that their quotient is the nearest one to the number
+// (Clinger 1990). False for any other, with what follows its digits in `last`.
+bool readShortNumber(const char* first, const char*& last, double& value) {
+    static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+    constexpr Index mostDigits = 18; // which fit into 64 bits
+    std::uint64_t whole = 0;
+    const char* at = first;
+    for (; isDigit(*at); ++at) whole = 10 * whole + static_cast<std::uint64_t>(*at - '0');
+    Index digits = at - first, decimals = 0;
+    if (*at == '.') {
+        const char* const point = at++;
+        for (; isDigit(*at); ++at) whole = 10 * whole + static_cast<std::uint64_t>(*at - '0');
+        decimals = at - point - 1;
+        digits += decimals;
+    }
+    last = at;
+    if (*at == 'e' || *at == 'E' || digits > mostDigits || whole >> 53 != 0) return false;
+    value = static_cast<double>(whole) / powers[decimals];
+    return true;
+}
+
 } // namespace
 
 double parseNumber(const char* text, const char** end) {
@@ -45,7 +72,12 @@ double parseNumber(const char* text, const char** end) {
         return 0.0;
     }
     double value = 0.0;
-    const auto [last, error] = std::from_chars(first, first + std::strlen(first), value);
+    const char* digitsEnd = nullptr;
+    if (readShortNumber(first, digitsEnd, value)) {
+        if (end != nullptr) *end = digitsEnd;
+        return negative ? -value : value;
+    }
+    const auto [last, error] = std::from_chars(first, digitsEnd + std::strlen(digitsEnd), value);
     if (error == std::errc::result_out_of_range) {
         value = isLarge(first, last) ? std::numeric_limits<double>::infinity() : 0.0;
     }

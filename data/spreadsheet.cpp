@@ -28,10 +28,6 @@ bool isComment(const CellReply& reply) {
     return reply.text[0] == ';' || std::strncmp(reply.text, "//", 2) == 0;
 }
 
-void store(const CellReply& reply, TextSlot& slot) {
-    std::snprintf(slot.text, textSlotSize, "%.*s", static_cast<int>(textSlotSize - 1), reply.text);
-}
-
 LinkCode requireCells(Workbook& workbook) {
     CellReply reply;
     const LinkCode code = requestText(workbook, 1, 1, reply);
@@ -83,11 +79,11 @@ LinkCode measureSheet(Workbook& workbook, SheetSize& size) {
     return code;
 }
 
-LinkCode fetchSheet(Workbook& workbook, const SheetSize& size, Block<TextSlot>& cells,
+LinkCode fetchSheet(Workbook& workbook, const SheetSize& size, TextList& cells,
                     void (*showPercent)(void* context, int percent), void* context) {
     const LinkCode first = requireCells(workbook);
     if (first != LinkCode::done) return first;
-    TextSlot* slot = cells.data();
+    Index cell = 0;
     std::int32_t sheetRow = 0;
     for (std::int32_t row = 0; row < size.rows; ++row) {
         CellReply reply;
@@ -96,11 +92,15 @@ LinkCode fetchSheet(Workbook& workbook, const SheetSize& size, Block<TextSlot>& 
             const LinkCode code = requestText(workbook, sheetRow, 1, reply);
             if (code != LinkCode::done) return code;
         } while (isComment(reply));
-        store(reply, *slot++);
+        if (cell == 0) {
+            cells.setReplaceable(cell++, reply.text);
+        } else {
+            cells.set(cell++, reply.text);
+        }
         for (std::int32_t col = 2; col <= size.cols; ++col) {
             const LinkCode code = requestText(workbook, sheetRow, col, reply);
             if (code != LinkCode::done) return code;
-            store(reply, *slot++);
+            cells.set(cell++, reply.text);
         }
         showPercent(context, static_cast<int>((row + 1) * 100LL / size.rows));
     }

@@ -62,9 +62,9 @@ struct SheetSize {
 // are then at least 1), emptySheet, or the code of a request that failed.
 [[nodiscard]] LinkCode measureSheet(Workbook& workbook, SheetSize& size);
 
-// Fills `cells`, which has size.rows x size.cols zero slots, from the sheet: texts up to their line end and
-// of at most 62 characters. Calls showPercent(context, percent) after each row. Returns success,
+// Fills `cells`, which has room for size.rows x size.cols texts, from the sheet: texts up to their line end
+// and of at most 62 characters. Calls showPercent(context, percent) after each row. Returns success,
 // emptySheet, noData when rows have become comments since they were counted, or the code of a
 // request that failed.
-[[nodiscard]] LinkCode fetchSheet(Workbook& workbook, const SheetSize& size, Block<TextSlot>& cells,
+[[nodiscard]] LinkCode fetchSheet(Workbook& workbook, const SheetSize& size, TextList& cells,
                                   void (*showPercent)(void* context, int percent), void* context);

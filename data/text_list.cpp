@@ -2,18 +2,41 @@
 
 #include <cstdarg>
 #include <cstdio>
-#include <cstring>
 
-void TextList::set(Index i, const char* text) {
-    char* const slot = slots_[i].text;
-    const std::size_t length = strnlen(text, textSlotSize - 1);
-    std::memcpy(slot, text, length);
-    slot[length] = '\0';
+ErrorCode TextList::allocate(Index count, Index characters) {
+    release();
+    if (count == 0) return success;
+    const Index groups = (count + TextPlaces::groupSize - 1) / TextPlaces::groupSize;
+    const ErrorCode code = offsets_.allocate(count) | groups_.allocate(groups) |
+                           characters_.allocate(used_ + characters + count);
+    if (code != success) release();
+    return code;
+}
+
+ErrorCode TextList::copy(const TextView& from) {
+    Index characters = 0;
+    for (Index i = 0; i < from.size(); ++i) characters += std::ssize(std::string_view(from[i]));
+    const ErrorCode code = allocate(from.size(), characters);
+    for (Index i = 0; i < size(); ++i) set(i, from[i]);
+    return code;
 }
 
 void TextList::setFormat(Index i, const char* format, ...) {
+    char text[textSlotSize];
     std::va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(slots_[i].text, textSlotSize, format, arguments);
+    std::vsnprintf(text, sizeof text, format, arguments);
     va_end(arguments);
+    set(i, text);
+}
+
+void TextList::setReplaceable(Index i, std::string_view text) {
+    const Index after = used_ + longest + 1;
+    set(i, text);
+    used_ = std::min(after, characters_.size());
+}
+
+void TextList::replace(Index i, std::string_view text) {
+    char* const target = characters_.data() + groups_[i / TextPlaces::groupSize] + offsets_[i];
+    target[text.copy(target, static_cast<std::size_t>(longest))] = '\0';
 }

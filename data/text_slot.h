@@ -4,7 +4,3 @@
 
 // A cell, a variable name or a sample label: at most 62 characters and their end.
 constexpr std::size_t textSlotSize = 63;
-
-struct TextSlot {
-    char text[textSlotSize];
-};

@@ -13,7 +13,7 @@ void writeNumberedHeader(Report& report, Index count, int width);
 // A line for each item, with the cells that writeItemCells(v) adds, and under it a row for each of its
 // categories with the cells of writeCategoryCells(g); v and the index g over all items count from 0.
 template <class WriteItemCells, class WriteCategoryCells>
-void writeCategoryRows(Report& report, const CategoryLayout& layout, const TextList& names,
+void writeCategoryRows(Report& report, const CategoryLayout& layout, const TextView& names,
                        WriteItemCells writeItemCells, WriteCategoryCells writeCategoryCells) {
     for (Index v = 0; v < layout.first.size(); ++v) {
         startRow(report, v + 1, names[v]);
@@ -29,7 +29,7 @@ void writeCategoryRows(Report& report, const CategoryLayout& layout, const TextL
 }
 
 template <class WriteCategoryCells>
-void writeCategoryRows(Report& report, const CategoryLayout& layout, const TextList& names,
+void writeCategoryRows(Report& report, const CategoryLayout& layout, const TextView& names,
                        WriteCategoryCells writeCategoryCells) {
     writeCategoryRows(
         report, layout, names, [](Index) {}, writeCategoryCells);

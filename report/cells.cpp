@@ -171,8 +171,8 @@ void writeCellRow(Report& report, Index number, const char* label, double value,
 }
 
 void RowLabels::startRow(Report& report, Index row) const {
-    if (list_ != nullptr) {
-        ::startRow(report, row + 1, (*list_)[first_ + row]);
+    if (list_.size() > 0) {
+        ::startRow(report, row + 1, list_[first_ + row]);
     } else if (prefix_ != nullptr) {
         ::startRow(report, row + 1, numberedName(prefix_, row).text);
     } else {

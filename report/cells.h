@@ -78,14 +78,14 @@ void writeCellRow(Report& report, Index number, const char* label, double value,
 // "prefix 2", ...
 class RowLabels {
 public:
-    RowLabels(const TextList& list, Index first = 0) : list_(&list), first_(first) {}
+    RowLabels(const TextView& list, Index first = 0) : list_(list), first_(first) {}
     RowLabels(std::span<const char* const> texts) : texts_(texts) {}
     explicit RowLabels(const char* prefix) : prefix_(prefix) {}
 
     void startRow(Report& report, Index row) const; // numbered from 1
 
 private:
-    const TextList* list_ = nullptr;
+    TextView list_;
     Index first_ = 0;
     std::span<const char* const> texts_;
     const char* prefix_ = nullptr;

@@ -35,12 +35,6 @@ template <class T> ErrorCode copyBlock(const Block<T>& from, Block<T>& to) {
     return code;
 }
 
-ErrorCode copyTexts(const TextList& from, TextList& to) {
-    const ErrorCode code = to.allocate(from.size());
-    for (Index i = 0; i < to.size(); ++i) to.set(i, from[i]);
-    return code;
-}
-
 ErrorCode copySpec(const GraphSpec& from, GraphSpec& to) {
     to.width = from.width;
     to.height = from.height;
@@ -50,13 +44,13 @@ ErrorCode copySpec(const GraphSpec& from, GraphSpec& to) {
     to.vectorOption = from.vectorOption;
     to.numbering = from.numbering;
     std::copy(std::begin(from.rangeGroups), std::end(from.rangeGroups), to.rangeGroups);
-    ErrorCode code = copyTexts(from.seriesNames, to.seriesNames) | copyTexts(from.itemLabels, to.itemLabels) |
+    ErrorCode code = to.seriesNames.copy(from.seriesNames) | to.itemLabels.copy(from.itemLabels) |
                      copyBlock(from.values, to.values);
-    if (from.numbering != 0) code |= copyTexts(from.numberLabels, to.numberLabels);
-    if (from.kind == GraphKind::labelledBiplot) code |= copyTexts(from.kind8Labels, to.kind8Labels);
+    if (from.numbering != 0) code |= to.numberLabels.copy(from.numberLabels);
+    if (from.kind == GraphKind::labelledBiplot) code |= to.kind8Labels.copy(from.kind8Labels);
     if (keepsVectors(from.kind)) {
         to.vectorCount = from.vectorCount;
-        code |= copyTexts(from.vectorNames, to.vectorNames) | copyBlock(from.vectorValues, to.vectorValues);
+        code |= to.vectorNames.copy(from.vectorNames) | copyBlock(from.vectorValues, to.vectorValues);
     }
     return code;
 }

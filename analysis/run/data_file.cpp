@@ -35,7 +35,7 @@ LoadResult loadFromSpreadsheet(Frontend& frontend, Workbook& workbook, AnalysisR
         return {.link = reportDdeCode(frontend, run.report, code)};
     }
 
-    Block<TextSlot> cells;
+    TextList cells;
     const ErrorCode memory = cells.allocate(Index{size.rows} * size.cols);
     if (memory == success) {
         code = fetchSheet(workbook, size, cells, showPercent, static_cast<Screens*>(&frontend));

@@ -24,7 +24,7 @@ ChartLayer* addSamples(const AnalysisRun& run, const double* x, Index xStride, c
                        Chart& chart) {
     const DataMatrix& data = run.data.working;
     ChartLayer* const layer = chart.addLayer(LayerKind::points, data.samples);
-    if (layer == nullptr || copyTexts(data.labels, layer->labels) != success) return nullptr;
+    if (layer == nullptr || layer->labels.copy(data.labels) != success) return nullptr;
     layer->isOfSamples = true;
     for (Index s = 0; s < data.samples; ++s) {
         layer->x[s] = x[s * xStride];

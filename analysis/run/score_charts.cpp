@@ -48,14 +48,14 @@ ErrorCode addArrows(const ScoreCharts& scores, const Index (&axes)[2], Chart& ch
     for (Index i = 0; i < layer->size(); ++i) {
         layer->x[i] *= factor;
         layer->y[i] *= factor;
-        layer->labels.set(i, (*scores.arrowNames)[i]);
+        layer->labels.set(i, scores.arrowNames[i]);
     }
     return success;
 }
 
 ErrorCode addOthers(const ScoreCharts& scores, const Index (&axes)[2], Chart& chart) {
     ChartLayer* const layer = addRows(chart, LayerKind::points, *scores.others, axes, false);
-    if (layer == nullptr || copyTexts(*scores.otherNames, layer->labels) != success) return outOfMemory;
+    if (layer == nullptr || layer->labels.copy(scores.otherNames) != success) return outOfMemory;
     layer->style = 4; // apart from those of the groups
     layer->crowdedStyle = 8;
     layer->name.set("%s", scores.othersName);
@@ -117,7 +117,7 @@ ErrorCode describeMap(const AnalysisRun& run, const ScoreCharts& scores, Chart& 
     if (samples == nullptr) return outOfMemory;
     samples->isOfSamples = true;
     samples->name.set("%s", scores.samplesName);
-    code = copyTexts(data.labels, samples->labels);
+    code = samples->labels.copy(data.labels);
     if (code == success && scores.arrows != nullptr && !isSingle) code = addArrows(scores, axes, chart);
     if (code == success && scores.others != nullptr && !isSingle) code = addOthers(scores, axes, chart);
     if (code == success && scores.means != nullptr && !isSingle)

@@ -13,10 +13,10 @@ struct ScoreCharts {
 
     // Drawn as arrows, scaled to the extent of the scores: variables x axes.
     const Matrix* arrows = nullptr;
-    const TextList* arrowNames = nullptr;
+    TextView arrowNames = {};
     // Drawn as a second cloud of points: categories x axes.
     const Matrix* others = nullptr;
-    const TextList* otherNames = nullptr;
+    TextView otherNames = {};
     const char* othersName = "";
     const Matrix* means = nullptr; // of the groups of `groupColumn`: groups x axes; a third cloud
     const char* samplesName = "";  // beside them

@@ -14,8 +14,8 @@ struct ScoreGraph {
     Index scoreStride = 0;
     // Written beside the items; null: the running numbers from 1.
     const std::int32_t* numbers = nullptr;
-    // Null names: one empty vector with zero values.
-    const TextList* vectorNames = nullptr;
+    // No names: one empty vector with zero values.
+    TextView vectorNames = {};
     Index vectorCount = 0;
     const double* vectors = nullptr; // vector i begins at vectors[i * vectorStride]
     Index vectorStride = 0;

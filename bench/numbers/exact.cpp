@@ -70,9 +70,11 @@ int main(int count, char** arguments) {
     DataMatrix data;
     if (std::scanf("%d %d", &data.samples, &data.variables) != 2) return 2;
     const Index p = data.variables;
-    if (data.values.allocate(data.samples * p) != success) return 1;
-    for (double& value : data.values)
+    Block<double> values;
+    if (values.allocate(data.samples * p) != success) return 1;
+    for (double& value : values)
         if (std::scanf("%lf", &value) != 1) return 2;
+    data.values = {values.data(), static_cast<std::size_t>(values.size())};
     Silent screens;
     BasicStatistics basic;
     MomentMatrices moments;

@@ -19,10 +19,10 @@ public:
     bool write(std::string_view piece) override {
         for (const char c : piece) {
             if (c == ',' || c == '\n') {
-                ++cell_;
+                if (cell_ < cells_.texts.size()) cells_.texts.set(cell_++, {text_, length_});
                 length_ = 0;
-            } else if (cell_ < cells_.cells.size() && length_ + 1 < textSlotSize) {
-                cells_.cells[cell_].text[length_++] = c;
+            } else if (length_ + 1 < textSlotSize) {
+                text_[length_++] = c;
             }
         }
         return true;
@@ -31,11 +31,12 @@ public:
 private:
     CellTable& cells_;
     Index cell_ = 0;
+    char text_[textSlotSize] = {};
     std::size_t length_ = 0;
 };
 
 ErrorCode allocateCells(CellTable& cells, Index rows, Index cols) {
-    if (cells.cells.allocate(rows * cols) != success) return outOfMemory;
+    if (cells.texts.allocate(rows * cols) != success) return outOfMemory;
     cells.rows = static_cast<std::int32_t>(rows);
     cells.cols = static_cast<std::int32_t>(cols);
     return success;
@@ -78,10 +79,10 @@ void takeWords(const ImportSurvey& survey, const ImportOptions& options, const I
     preview.labelColumn = std::max(plan.labelColumn, Index{-1});
 }
 
-void putCell(std::string_view text, const TextTarget& target, TextSlot& slot) {
+void putCell(std::string_view text, const TextTarget& target, CellTable& cells, Index cell) {
     TableText cleaned;
     cleanText(text, target, textSlotSize - 1, cleaned);
-    std::memcpy(slot.text, cleaned.text, sizeof slot.text);
+    cells.texts.set(cell, cleaned.text);
 }
 
 // The first rows as they stand in the file, as far as they can be divided into cells.
@@ -93,14 +94,14 @@ ErrorCode showRawRows(ByteSource& source, const ImportSurvey& survey, const Text
     if (cols == 0) return success;
     if (allocateCells(cells, mostRows + 1, cols) != success) return outOfMemory;
     for (Index j = 0; j < std::min(cols, survey.names.count); ++j) {
-        putCell(survey.names[j], target, cells.cells[j]);
+        putCell(survey.names[j], target, cells, j);
     }
     cells.rows = 1;
     const ErrorCode code = rows.open(source, survey.form);
     while (code == success && cells.rows <= mostRows && rows.next(record)) {
         if (rows.isHeader()) continue;
         for (Index j = 0; j < cols; ++j) {
-            putCell(record.cells[j].text, target, cells.cells[cells.rows * cols + j]);
+            putCell(record.cells[j].text, target, cells, cells.rows * cols + j);
         }
         ++cells.rows;
     }

@@ -4,15 +4,9 @@
 #include <cstdarg>
 #include <cstdio>
 
-ErrorCode copyTexts(const TextList& from, TextList& to) {
-    const ErrorCode code = to.allocate(from.size());
-    for (Index i = 0; i < to.size(); ++i) to.set(i, from[i]);
-    return code;
-}
-
 ErrorCode SampleGroups::copyFrom(const SampleGroups& other) {
     count = 0;
-    const ErrorCode code = copyTexts(other.names, names) | groupOf.allocate(other.groupOf.size());
+    const ErrorCode code = names.copy(other.names) | groupOf.allocate(other.groupOf.size());
     if (code != success) return code;
     std::copy(other.groupOf.begin(), other.groupOf.end(), groupOf.begin());
     title = other.title;

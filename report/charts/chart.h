@@ -107,5 +107,3 @@ struct Chart {
     // The same for a line between two points.
     [[nodiscard]] ErrorCode addGuide(double x0, double y0, double x1, double y1);
 };
-
-[[nodiscard]] ErrorCode copyTexts(const TextList& from, TextList& to);

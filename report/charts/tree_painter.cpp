@@ -31,7 +31,7 @@ TextStyle labelStyle(const ChartView& view, Index items) {
     return {.height = std::clamp(pitch, leastLabelHeight, view.fontHeight), .color = chartInk};
 }
 
-int widestLabel(Canvas& canvas, const TextList& labels, const TextStyle& style, int most) {
+int widestLabel(Canvas& canvas, const TextView& labels, const TextStyle& style, int most) {
     int widest = 0;
     for (Index i = 0; i < labels.size(); ++i)
         widest = std::max(widest, canvas.measure(labels[i], style).width);

@@ -33,7 +33,7 @@ TEST(DataSet, ExcludesAndReordersColumns) {
 
         Index v = 0;
         for (const char flag : test[2]) data.selectionFlags[++v] = flag - '0';
-        reorderWorkingBySelection(data);
+        ASSERT_EQ(reorderWorkingBySelection(data), success);
         EXPECT_EQ(describe(data.working), test[4]);
         std::ostringstream counts, bad;
         counts << data.exclusion.count << " " << data.otherCount << " " << data.selectedCount;

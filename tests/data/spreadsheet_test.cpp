@@ -94,6 +94,6 @@ TEST_F(OpenSheet, IsCutAtTheSizeOfASpreadsheet) {
     EXPECT_EQ(size.cols, 16'384);
     everywhere = ";";
     EXPECT_EQ(measureSheet(*this, size), LinkCode::emptySheet);
-    Block<TextSlot> none;
+    TextList none;
     EXPECT_EQ(fetchSheet(*this, {1, 1}, none, nullptr, nullptr), LinkCode::noData);
 }

@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     const FileCode code = readCsvStream(file, data.cells, data.notes);
     std::fclose(file);
     require(code == FileCode::done || code == FileCode::notOpened || code == FileCode::malformed);
-    require((data.cells.cells.size() > 0) == (code == FileCode::done));
+    require((data.cells.texts.size() > 0) == (code == FileCode::done));
     if (code != FileCode::done) return 0;
 
     require(allocateDataSet(data) == success);
@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
         data.policy = excluded == 0 ? MissingPolicy::zero : MissingPolicy::omit;
         buildDataSet(data);
         copyLoadedToWorking(data);
-        reorderWorkingBySelection(data);
+        require(reorderWorkingBySelection(data) == success);
         require(data.selectedCount + data.otherCount == data.loaded.variables);
         require(findBadCells(data, Doubt::noNumbers).count <= data.loaded.count());
         require(data.loaded.samples + data.leftOut == data.cells.rows - 1);

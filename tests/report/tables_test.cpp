@@ -25,10 +25,10 @@ TEST(TableFormats, FollowFromTheLargestMagnitude) {
 TEST(Tables, LookAsExpected) {
     DataSet data;
     ASSERT_EQ(loadDataSet("id,alpha,b,much_too_long\ns1,1.5,-2,0.25\nlong_label,9.25,0,0\n", data), success);
-    double* const values = data.working.values.data();
+    double* const values = data.loadedValues.data(); // which are the working ones
     values[4] = NAN, values[5] = -INFINITY;
     data.otherCount = 2;
-    const TextList& labels = data.working.labels;
+    const TextView& labels = data.working.labels;
     const double two[] = {1, 9, 2, 3}, three[] = {1, 9, 9, 2, 3, 9, 4, 5, 6};
     const double d[] = {100, 2.5, 1}, zd[] = {10, 11, 12}, pd[] = {0.5, 0.25, 0.125}, rs[] = {1, NAN, 3};
     const char* const names[] = {"one", "three"};

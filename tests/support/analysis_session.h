@@ -108,14 +108,17 @@ inline std::string fileOf(const std::vector<std::vector<double>>& columns) {
 }
 
 // The same columns as a data matrix.
-inline DataMatrix matrixOf(const std::vector<std::vector<double>>& columns) {
-    DataMatrix data;
+struct ColumnMatrix : DataMatrix {
+    std::vector<double> numbers;
+};
+inline ColumnMatrix matrixOf(const std::vector<std::vector<double>>& columns) {
+    ColumnMatrix data;
     data.variables = static_cast<std::int32_t>(columns.size());
     data.samples = static_cast<std::int32_t>(columns[0].size());
-    EXPECT_EQ(data.values.allocate(data.count()), success);
-    for (Index at = 0; at < data.count(); ++at)
-        data.values[at] = columns[static_cast<std::size_t>(at % data.variables)]
-                                 [static_cast<std::size_t>(at / data.variables)];
+    for (std::size_t s = 0; s < columns[0].size(); ++s) {
+        for (const auto& column : columns) data.numbers.push_back(column[s]);
+    }
+    data.values = data.numbers; // which do not move with the record
     return data;
 }
 

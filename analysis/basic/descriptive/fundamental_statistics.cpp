@@ -158,8 +158,7 @@ ErrorCode describeScatters(const AnalysisRun&, const DataMatrix& data, Chart& ch
     }
     chart.kind = ChartKind::scatterMatrix;
     chart.title.set("pairs of variables");
-    const ErrorCode code =
-        copyTexts(data.names, chart.names) | chart.values.allocate(data.samples, data.variables);
+    const ErrorCode code = chart.names.copy(data.names) | chart.values.allocate(data.samples, data.variables);
     if (code == success) std::copy_n(data.values.begin(), data.count(), chart.values.begin());
     return code;
 }

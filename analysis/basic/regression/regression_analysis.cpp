@@ -197,7 +197,7 @@ ErrorCode RegressionResult::allocate(Index samples, Index variables) {
 }
 
 ErrorCode runRegression(Screens& screens, AnalysisRun& run, const RegressionOptions& options) {
-    reorderWorkingBySelection(run.data);
+    if (reorderWorkingBySelection(run.data) != success) return outOfMemory;
     const DataMatrix& data = run.data.working;
     RegressionResult result(*findCurveModel(run.kind));
     if (result.model.hasDegrees && !degreesArePositive(run)) return invalidDegree;

@@ -1,6 +1,6 @@
 #include "analysis/categorical/quantification/category_names.h"
 
-ErrorCode nameCategories(const CategoryLayout& layout, const TextList& variables, TextList& names) {
+ErrorCode nameCategories(const CategoryLayout& layout, const TextView& variables, TextList& names) {
     const ErrorCode code = names.allocate(layout.totalCategories);
     if (code != success) return code;
     for (Index v = 0; v < layout.first.size(); ++v) {

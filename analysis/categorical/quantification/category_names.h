@@ -4,5 +4,5 @@
 
 // The names of all categories as a picture shows them, such as "Hair 2", by global index. Returns success or
 // outOfMemory.
-[[nodiscard]] ErrorCode nameCategories(const CategoryLayout& layout, const TextList& variables,
+[[nodiscard]] ErrorCode nameCategories(const CategoryLayout& layout, const TextView& variables,
                                        TextList& names);

@@ -408,7 +408,7 @@ ErrorCode buildQuantification1Picture(AnalysisRun& run, const Quantification1Wor
 }
 
 ErrorCode runQuantification1(Screens& screens, AnalysisRun& run) {
-    reorderWorkingBySelection(run.data);
+    if (reorderWorkingBySelection(run.data) != success) return outOfMemory;
     const DataMatrix& data = run.data.working;
     const std::int32_t items = data.variables - 1; // the purpose variable is the last column
     if (items < 1) return noEffectiveVariable;

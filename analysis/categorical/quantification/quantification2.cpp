@@ -314,7 +314,7 @@ ErrorCode buildQuantification2Picture(AnalysisRun& run, const Quantification2Wor
                                            .scores = &work.scores,
                                            .count = work.vectors,
                                            .others = &work.quantities,
-                                           .otherNames = &names,
+                                           .otherNames = names,
                                            .othersName = "categories",
                                            .means = &work.centroids,
                                            .weights = work.correlations.data(),
@@ -324,7 +324,7 @@ ErrorCode buildQuantification2Picture(AnalysisRun& run, const Quantification2Wor
 }
 
 ErrorCode runQuantification2(Screens& screens, AnalysisRun& run) {
-    reorderWorkingBySelection(run.data);
+    if (reorderWorkingBySelection(run.data) != success) return outOfMemory;
     const DataMatrix& data = run.data.working;
     const std::int32_t items = data.variables - 1; // the group variable is the last column
     if (items < 1) return noEffectiveVariable;

@@ -410,9 +410,9 @@ Index countWeights(const Block<double>& eigenvalues) {
 ErrorCode buildQuantification3Picture(AnalysisRun& run, const ResponseTable& table,
                                       const Quantification3Work& work) {
     TextList names;
-    const TextList& variables = run.data.working.names;
-    const ErrorCode code = table.layout != nullptr ? nameCategories(*table.layout, variables, names)
-                                                   : copyTexts(variables, names);
+    const TextView& variables = run.data.working.names;
+    const ErrorCode code =
+        table.layout != nullptr ? nameCategories(*table.layout, variables, names) : names.copy(variables);
     if (code != success) return code;
     return buildPicture<ScoreCharts>(run, {.title = "quantification 3",
                                            .axisName = "score",
@@ -420,7 +420,7 @@ ErrorCode buildQuantification3Picture(AnalysisRun& run, const ResponseTable& tab
                                            .count = work.factors,
                                            .shares = work.ratio.data(),
                                            .others = &work.columnWeights,
-                                           .otherNames = &names,
+                                           .otherNames = names,
                                            .othersName = table.layout != nullptr ? "categories" : "columns",
                                            .samplesName = table.layout != nullptr ? "samples" : "rows",
                                            .weights = work.eigenvalues.data(),

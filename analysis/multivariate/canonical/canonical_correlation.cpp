@@ -85,7 +85,7 @@ void writeMatrix(Report& report, const char* caption, const Matrix& matrix, cons
 }
 
 void writeReport(AnalysisRun& run, const CanonicalVariates& variates) {
-    const TextList& names = run.data.working.names;
+    const TextView& names = run.data.working.names;
     const RowLabels explanatory(names), purpose(names, variates.q1);
     Report& report = run.report;
     openReport(run, {.title = "canonical correlation analysis statistics", .isSpaced = false});
@@ -157,7 +157,7 @@ ErrorCode describeVariates(const AnalysisRun& run, const CanonicalCharts& charts
         layer->x[s] = charts.variates(s, pair);
         layer->y[s] = charts.variates(s, pairs + pair);
     }
-    return copyTexts(run.data.working.labels, layer->labels);
+    return layer->labels.copy(run.data.working.labels);
 }
 
 constexpr Picture pictures[] = {
@@ -186,7 +186,7 @@ ErrorCode useVariates(AnalysisRun& run, const CanonicalVariates& found) {
 }
 
 ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
-    reorderWorkingBySelection(run.data);
+    if (reorderWorkingBySelection(run.data) != success) return outOfMemory;
     if (run.data.otherCount == 0 || run.data.selectedCount == 0) return noEffectiveVariable;
     CanonicalVariates variates;
     ErrorCode code = variates.allocate(run.data.otherCount, run.data.selectedCount);

@@ -275,7 +275,7 @@ void writeMerges(Report& report, const ClusterWork& work) {
 }
 
 // The first row goes without a number when the table of merges ran out of them.
-void writeDendrogram(Report& report, const TextList& labels, ClusterWork& work) {
+void writeDendrogram(Report& report, const TextView& labels, ClusterWork& work) {
     const Block<ClusterMerge>& merges = work.merging.merges;
     writeCaption(report, "dendrogram");
     writeCaption(report, "-- case of too much items please view the dendrogram due to save as text file");
@@ -334,7 +334,7 @@ ErrorCode describeDendrogram(const AnalysisRun& run, const ClusterWork& work, Ch
     const char* const unit = work.choice.ofVariables ? "" : distanceTitles[work.choice.distance];
     chart.across.title.set("%s%sdistance", unit, unit[0] != '\0' ? " " : "");
     chart.tree.clusters = run.options.clusterCount;
-    const ErrorCode code = copyTexts(work.choice.ofVariables ? data.names : data.labels, chart.tree.labels) |
+    const ErrorCode code = chart.tree.labels.copy(work.choice.ofVariables ? data.names : data.labels) |
                            chart.tree.merges.allocate(merges.size());
     if (code != success) return code;
     std::transform(merges.begin(), merges.end(), chart.tree.merges.begin(), [](const ClusterMerge& merge) {

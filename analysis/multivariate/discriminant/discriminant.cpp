@@ -168,7 +168,7 @@ ErrorCode buildDiscriminantPicture(AnalysisRun& run, const DiscriminantResult& r
 }
 
 ErrorCode runDiscriminantAnalysis(Screens& screens, AnalysisRun& run) {
-    reorderWorkingBySelection(run.data);
+    if (reorderWorkingBySelection(run.data) != success) return outOfMemory;
     const DataMatrix& data = run.data.working;
     if (run.data.selectedCount == 0) return illegalGroupVariable;
     std::int32_t groups = 0;

@@ -19,7 +19,7 @@ TEST(KendallCounts, FastCountEqualsTheCountOfAllPairs) {
     for (double& x : tiny) x *= 1e-200;          // products of differences vanish
     for (double& x : huge) x = (x - 25) * 7e306; // differences overflow
     infinite[3] = infinite[70] = INFINITY;
-    const DataMatrix data = matrixOf(
+    const ColumnMatrix data = matrixOf(
         {uniform(1000000), uniform(1000000), uniform(2), uniform(9), tiny, tiny, huge, infinite, constant});
     RankedColumns ranked;
     Block<std::int32_t> scratch;

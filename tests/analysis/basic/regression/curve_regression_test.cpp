@@ -109,8 +109,8 @@ TEST(CurveRegression, ListsDegreesAndFailsWithCode4) {
     run.run.options.slotDegrees[0] = 3.0;
     run.run.options.slotColumns[9] = run.variable("Air.Flow");
     run.run.options.slotDegrees[9] = 2.5;
-    DataMatrix& data = run.run.data.loaded;
-    for (Index s = 0; s < data.samples; ++s) data.values[(s + 1) * data.variables - 2] *= 1e12;
+    const DataMatrix& data = run.run.data.loaded;
+    for (Index s = 0; s < data.samples; ++s) run.run.data.loadedValues[(s + 1) * data.variables - 2] *= 1e12;
     run.failAllocations(firstAnalysisCommand + 41);
     EXPECT_EQ(run.row("degree of terms", "Air.Flow"), (std::vector<double>{2.5}));
     EXPECT_EQ(run.row("degree of terms", "Water.Temp"), (std::vector<double>{1.0}));

@@ -18,7 +18,7 @@ struct Engine : RegressionRun {
     Engine(const std::string& name, const std::string& purpose, std::istream& numbers)
         : RegressionRun(name, purpose) {
         for (double value; numbers >> value;) expected.push_back(value);
-        reorderWorkingBySelection(run.data);
+        EXPECT_EQ(reorderWorkingBySelection(run.data), success);
         const DataMatrix& working = run.data.working;
         EXPECT_EQ(moments.allocate(working.variables), success);
         MeanCovarianceCorrelation(working.values.data(), working.samples, working.variables, moments);

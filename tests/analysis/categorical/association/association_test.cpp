@@ -123,7 +123,7 @@ TEST(CategoricalCheck, WholeNumbersFrom1WithoutGaps) {
         {-1, 1, 2, 1},       {},     {2, 3, 2, 3}, {1, 2, 1e300, 1}, {1, 2, INFINITY, 1}, {1, 2, NAN, 1},
         {1, 2 + 1e-15, 2, 1}};
     for (const std::vector<double>& column : columns) {
-        const DataMatrix data = matrixOf({column});
+        const ColumnMatrix data = matrixOf({column});
         const bool legal = &column < columns + 2;
         CategoryLayout layout;
         std::int32_t groups = 0;

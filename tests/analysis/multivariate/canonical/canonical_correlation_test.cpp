@@ -25,7 +25,7 @@ TEST(CanonicalVariates, WeightsGiveTheCorrelationsBack) {
     AnalysisSession session(readTextFile("reference/data/swiss.csv"));
     DataSet& data = session.run.data;
     for (const std::size_t v : {1U, 3U, 6U}) data.selectionFlags[v] = 1;
-    reorderWorkingBySelection(data);
+    ASSERT_EQ(reorderWorkingBySelection(data), success);
     CanonicalVariates variates;
     ASSERT_EQ(variates.allocate(3, 3), success);
     ASSERT_EQ(findCanonicalVariates(session.frontend, classicNumerics, data.working, variates), success);

@@ -20,8 +20,8 @@ struct DiscriminantSession : AnalysisSession {
     }
     // Gives the values of a variable (from 0) in other units.
     void rescale(Index variable, double unit) {
-        DataMatrix& data = run.data.loaded;
-        for (Index s = 0; s < data.samples; ++s) data.values[s * data.variables + variable] *= unit;
+        const DataMatrix& data = run.data.loaded;
+        for (Index s = 0; s < data.samples; ++s) run.data.loadedValues[s * data.variables + variable] *= unit;
     }
 };
 

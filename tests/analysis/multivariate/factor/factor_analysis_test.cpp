@@ -18,7 +18,7 @@ struct FactorSession : AnalysisSession {
     }
     std::vector<double> communalities() const {
         std::vector<double> values;
-        const TextList& names = run.data.working.names;
+        const TextView& names = run.data.working.names;
         for (Index j = 0; j < names.size(); ++j)
             values.push_back(row("communality", std::string(names[j]).substr(0, 15))[0]);
         return values;
