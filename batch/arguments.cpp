@@ -9,6 +9,7 @@
 #include "batch/assignments.h"
 #include "batch/common_options.h"
 #include "batch/field_values.h"
+#include "batch/given_moments.h"
 #include "batch/known_options.h"
 #include "batch/nearest_word.h"
 #include "batch/saved_columns.h"
@@ -76,6 +77,12 @@ Match parseWord(Option option, Arguments& arguments, const char* const (&words)[
     return Match::wrong;
 }
 
+bool takeFile(const char* path, CommandLine& line, Complaint& complaint) {
+    if (line.file != nullptr) complaint.say("one file at a time: '%.150s' and '%.150s'", line.file, path);
+    line.file = path;
+    return !complaint.any();
+}
+
 Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
     if (option.name == "--exclude") return takeRepeated(option, arguments, line.excludes, complaint);
     if (option.name == "--numerics") return parseNumerics(option, arguments, line, complaint);
@@ -93,6 +100,16 @@ Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, 
         return Match::taken;
     }
 
+    if (option.name == "--moments") {
+        if (!arguments.takeValue(option, complaint)) return Match::wrong;
+        line.isMoments = true;
+        return takeFile(option.value, line, complaint) ? Match::taken : Match::wrong;
+    }
+    if (option.name == "--divisor") {
+        const Match match = parseWord(option, arguments, divisorWords, line.divisorIsN, complaint);
+        line.hasDivisor = true;
+        return match;
+    }
     const bool variable = option.name == "--variable-width";
     if (variable || option.name == "--label-width") {
         if (!arguments.takeValue(option, complaint)) return Match::wrong;
@@ -207,11 +224,7 @@ bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Compla
     while (const char* argument = arguments.next()) {
         const bool isShort = isHelp(argument) || isVersion(argument);
         if (optionsEnded || (std::strncmp(argument, "--", 2) != 0 && !isShort)) {
-            if (line.file != nullptr) {
-                complaint.say("one file at a time: '%.150s' and '%.150s'", line.file, argument);
-                return false;
-            }
-            line.file = argument;
+            if (!takeFile(argument, line, complaint)) return false;
             continue;
         }
         const Option option = splitOption(argument);
@@ -235,6 +248,7 @@ bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Compla
     }
     if (!checkPictureOptions(line.picture, line.kind, complaint)) return false;
     if (!checkSaveOptions(line, complaint)) return false;
+    if (!checkMomentOptions(line, complaint)) return false;
     if (line.file == nullptr) complaint.say("which file?");
     if (line.file != nullptr && std::strlen(line.file) >= sizeof DataSet::path) {
         complaint.say("the path of the file has more than %d characters",

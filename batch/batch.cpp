@@ -12,6 +12,7 @@
 #include "batch/assignments.h"
 #include "batch/batch_frontend.h"
 #include "batch/completion.h"
+#include "batch/given_moments.h"
 #include "batch/help.h"
 #include "batch/import_command.h"
 #include "batch/output_file.h"
@@ -22,6 +23,7 @@
 #include "report/cells.h"
 #include "report/doubt_messages.h"
 #include "report/messages.h"
+#include "report/moments_messages.h"
 #include "report/structure.h"
 #include "version.h"
 
@@ -43,6 +45,7 @@ void setUp(const CommandLine& line, AnalysisRun& run) {
     settings.vectorSizing = line.picture.sizedVectors;
     run.everyGraphTakesPreferences = true;
     run.data.policy = line.missing;
+    run.takesMoments = line.isMoments;
     if (line.numerics != nullptr) run.numerics = line.numerics;
     if (line.variableWidth > 0) settings.variableStringLength = line.variableWidth;
     if (line.labelWidth > 0) settings.sampleStringLength = line.labelWidth;
@@ -59,6 +62,7 @@ bool checkOptions(const CommandLine& line, AnalysisRun& run, Complaint& complain
     if (!applyFields(line, run.data, trial, complaint)) return false;
     if (!checkPredictions(line, run.data, trial, complaint)) return false;
     if (!checkSaving(line, run.data, trial, complaint)) return false;
+    if (!checkMomentFields(line, run.data, trial, complaint)) return false;
     if (!wishForPicture(line.picture, run, complaint)) return false;
     const Analysis& analysis = *line.kind->analysis;
     if (leavesTableRowsOut(run.data, analysis, trial)) {
@@ -83,12 +87,29 @@ void printRefusal(const AnalysisRun& run) {
     TextBuffer text;
     if (text.allocate(500, TextBuffer::Growth::growing) != success) return;
     writeRefusal(text, run.data.notes.refusal, commandLineDoubts);
+    writeMomentsRefusal(text, run.data.notes.moments);
     if (text.length() > 0) std::fprintf(stderr, "note : %s", text.text());
+}
+
+// Whether moments hold what the analysis needs; how many samples they leave out is told.
+bool checkMoments(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
+    AnalysisOptions options = run.options;
+    Complaint complaint; // the values were applied before
+    static_cast<void>(applyFields(line, run.data, options, complaint));
+    const char* const lacking = lackingMoments(line, run.data, options);
+    if (lacking == nullptr) {
+        if (run.data.leftOut > 0) std::fprintf(stderr, "note : %d samples left out\n", run.data.leftOut);
+        return true;
+    }
+    std::fprintf(stderr, "note : '%s' needs %s\n", kindWord(line), lacking);
+    reportFileCode(frontend, run.report, FileCode::malformed);
+    return false;
 }
 
 // What may be meant otherwise than it is read spoils a result without a sign of it, so it is told. False when
 // the command line wants the run to fail with it.
 bool checkData(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
+    if (line.isMoments) return checkMoments(frontend, line, run);
     const DataSet& data = run.data;
     TextBuffer text;
     if (text.allocate(1000, TextBuffer::Growth::growing) != success) {

@@ -7,6 +7,7 @@
 #include "batch/file_system.h"
 #include "batch/terminal.h"
 #include "data/import/byte_source.h"
+#include "data/moments/read_moments.h"
 
 namespace {
 
@@ -81,11 +82,11 @@ void BatchFrontend::alert(const char* text, const char*) {
     if (text[0] != '\0') std::fprintf(stderr, "%s\n", text);
 }
 
-FileCode BatchFrontend::readTable(const char* path, CellTable& cells, ReadingNotes& notes) {
+std::FILE* BatchFrontend::openFile(const char* path, ReadingNotes& notes) {
     file_.path = path;
     if (isStandardStream(path)) {
         useBinaryInput();
-        return readHeld(stdin, cells, notes);
+        return stdin;
     }
     file_.isKnown = findSizeAndTime(path, file_.size, file_.modified);
     std::FILE* const file = openToRead(path);
@@ -94,8 +95,14 @@ FileCode BatchFrontend::readTable(const char* path, CellTable& cells, ReadingNot
         notes.refusal.cause = type == FileType::missing  ? RefusalCause::missing
                               : type == FileType::folder ? RefusalCause::folder
                                                          : RefusalCause::unreadable;
-        return FileCode::notOpened;
     }
+    return file;
+}
+
+FileCode BatchFrontend::readTable(const char* path, CellTable& cells, ReadingNotes& notes) {
+    std::FILE* const file = openFile(path, notes);
+    if (file == nullptr) return FileCode::notOpened;
+    if (file == stdin) return readHeld(stdin, cells, notes);
     FileCode code = FileCode::done;
     if (typeOf(path) == FileType::device) {
         code = readHeld(file, cells, notes);
@@ -107,6 +114,25 @@ FileCode BatchFrontend::readTable(const char* path, CellTable& cells, ReadingNot
     }
     std::fclose(file);
     return code;
+}
+
+FileCode BatchFrontend::readMoments(const char* path, MomentTable& moments, ReadingNotes& notes) {
+    std::FILE* const file = openFile(path, notes);
+    if (file == nullptr) return FileCode::notOpened;
+    Block<char> bytes;
+    Index length = 0;
+    ErrorCode code = readPipe(file, bytes, length);
+    if (file != stdin) std::fclose(file);
+    if (code == illegalData) {
+        notes.refusal.cause = RefusalCause::unreadable;
+        return FileCode::notOpened;
+    }
+    if (code == success) code = bytes.grow(length + 1);
+    if (code == success) {
+        code = ::readMoments(bytes.data(), length, line_.divisorIsN, moments, notes.moments);
+    }
+    if (code == success) return FileCode::done;
+    return code == outOfMemory ? FileCode::noMemory : FileCode::malformed;
 }
 
 bool BatchFrontend::chooseOptions(AnalysisRun& run, const AnalysisKind&) {

@@ -33,6 +33,8 @@ public:
     void closeGraph() override {}
     FileCode readTable(const char* path, CellTable& cells, ReadingNotes& notes) override;
 
+    FileCode readMoments(const char* path, MomentTable& moments, ReadingNotes& notes) override;
+
     // The text that was shown last.
     const TextBuffer* shown() const { return shown_; }
     // The file that was read.
@@ -40,6 +42,9 @@ public:
     bool hasAlerted() const { return alerted_; }
 
 private:
+    // Null where it cannot be opened, which is noted.
+    std::FILE* openFile(const char* path, ReadingNotes& notes);
+
     const CommandLine& line_;
     const TextBuffer* shown_ = nullptr;
     FileFacts file_;

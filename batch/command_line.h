@@ -6,6 +6,9 @@
 // What `--missing` takes, in the order of MissingPolicy.
 constexpr const char* missingWords[] = {"zero", "omit", "fail"};
 
+// What `--divisor` takes, N last.
+constexpr const char* divisorWords[] = {"n-1", "n"};
+
 // What `--format` takes, in the order of ReportFormat.
 enum class ReportFormat { text, json, markdown, html };
 constexpr const char* formatWords[] = {"text", "json", "markdown", "html"};
@@ -17,6 +20,9 @@ struct CommandLine {
     Task task = Task::run;
     const AnalysisKind* kind = nullptr; // null: the summary of the file
     const char* file = nullptr;
+    bool isMoments = false;      // the file holds moments
+    bool divisorIsN = false;     // of deviations and covariances in a typed matrix
+    bool hasDivisor = false;     // it was given
     Block<const char*> excludes; // names, comma-separated, in the order given
     const char* output = nullptr;
     ReportFormat format = ReportFormat::text;

@@ -13,6 +13,10 @@ constexpr OptionText options[] = {
     {"--missing", "zero|omit|fail",
      "count cells that are no numbers as what they begin with or 0, leave\n"
      "their samples out, or fail (zero)"},
+    {"--moments", "FILE.csv",
+     "read moments in the place of a data file: what a statement of sql\n"
+     "gives, or a matrix of correlations or covariances"},
+    {"--divisor", "n-1|n", "of deviations and covariances in such a matrix (n-1)"},
     {"--strict", nullptr, "fail when there is a warning about the file"},
     {"--help", nullptr, "this text, or that of an analysis; also help KIND", "-h"},
     {"--version", nullptr, "the version", "-V"},

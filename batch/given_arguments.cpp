@@ -53,6 +53,8 @@ void listArguments(const CommandLine& line, TextBuffer& texts) {
     addOption(texts, "path", line.shownPath);
     if (line.missing != MissingPolicy::zero) addOption(texts, "missing", missingWord(line.missing));
     if (line.strict) addToList(texts, "--strict");
+    if (line.hasDivisor) addOption(texts, "divisor", divisorWords[line.divisorIsN ? 1 : 0]);
+    if (line.isMoments) return addOption(texts, "moments", line.file);
     if (line.file[0] == '-') addToList(texts, "--");
     addToList(texts, line.file);
 }

@@ -31,6 +31,23 @@ bool takeCell(const CellTable& cells, std::int32_t row, std::int32_t col, double
     return true;
 }
 
+void showLoaded(DataSet& data, std::int32_t samples, std::int32_t variables) {
+    const TextPlaces texts = data.cells.texts.places();
+    const Index cols = data.cells.cols;
+    DataMatrix& loaded = data.loaded;
+    loaded.samples = samples;
+    loaded.variables = variables;
+    loaded.names = TextView::chosen(texts, variables, data.loadedColumns.data(), 1);
+    loaded.labels = data.leftOut > 0 ? TextView::chosen(texts, samples, data.loadedRows.data(), cols)
+                                     : TextView::every(texts, samples, cols, cols);
+    loaded.columns = data.loadedColumns.data();
+    loaded.moments = data.moments.isEmpty() ? nullptr : &data.moments;
+    loaded.values = {data.loadedValues.data(), static_cast<std::size_t>(loaded.count())};
+    if (loaded.moments == nullptr) return;
+    loaded.samples = static_cast<std::int32_t>(data.moments.samples());
+    data.leftOut = static_cast<std::int32_t>(data.moments.leftOut);
+}
+
 // Loaded columns, from 0: the unselected ones, then the selected ones. Counts both.
 void orderBySelection(DataSet& data, Block<std::int32_t>& order) {
     std::int32_t column = 0;
@@ -57,8 +74,21 @@ ErrorCode allocateDataSet(DataSet& data) {
     return code;
 }
 
+ErrorCode nameMoments(DataSet& data) {
+    const MomentTable& moments = data.moments;
+    const std::int32_t variables = moments.variables;
+    data.cells.rows = 1;
+    data.cells.cols = variables + 1 + (moments.isGrouped ? 1 : 0);
+    if (data.cells.texts.allocate(data.cells.cols) != success) return outOfMemory;
+    data.cells.texts.setReplaceable(0, "");
+    for (std::int32_t v = 0; v < variables; ++v) data.cells.texts.set(v + 1, moments.names[v]);
+    if (moments.isGrouped) data.cells.texts.set(variables + 1, moments.groupName);
+    return success;
+}
+
 void releaseDataSet(DataSet& data) {
     data.cells = {};
+    data.moments = {};
     data.loaded = {};
     data.working = {};
     data.loadedValues.release();
@@ -106,13 +136,7 @@ void buildDataSet(DataSet& data) {
         ++samples;
     }
     data.leftOut = cells.rows - 1 - samples;
-    const TextPlaces texts = cells.texts.places();
-    data.loaded = {samples,
-                   variables,
-                   {data.loadedValues.data(), static_cast<std::size_t>(Index{samples} * variables)},
-                   TextView::chosen(texts, variables, data.loadedColumns.data(), 1),
-                   data.leftOut > 0 ? TextView::chosen(texts, samples, data.loadedRows.data(), cells.cols)
-                                    : TextView::every(texts, samples, cells.cols, cells.cols)};
+    showLoaded(data, samples, variables);
 
     for (std::int32_t& flag : data.selectionFlags) flag = 0;
     if (cells.cols > 1) data.selectionFlags[1] = 1;
@@ -142,12 +166,13 @@ ErrorCode reorderWorkingBySelection(DataSet& data) {
     if (std::is_sorted(order.begin(), order.begin() + loaded.variables)) return success;
     if (data.reorderedValues.allocate(loaded.count()) != success) return outOfMemory;
     double* value = data.reorderedValues.data();
-    for (std::int32_t s = 0; s < loaded.samples; ++s) {
+    for (std::int32_t s = 0; s < loaded.rows(); ++s) {
         const double* const row = loaded.row(s);
         for (std::int32_t k = 0; k < loaded.variables; ++k) *value++ = row[order[k]];
     }
     for (std::int32_t k = 0; k < loaded.variables; ++k) order[k] = data.loadedColumns[order[k]];
     data.working.values = {data.reorderedValues.data(), loaded.values.size()};
+    data.working.columns = order.data();
     data.working.names = TextView::chosen(data.cells.texts.places(), loaded.variables, order.data(), 1);
     return success;
 }

@@ -6,16 +6,20 @@
 #include "data/cell_table.h"
 #include "data/reading_notes.h"
 
-// Samples x variables doubles, row-major, with their names and labels, which are those of the cell table. All
-// of it is kept by the data set.
+// Samples x variables doubles, row-major, with their names and labels, which are those of the cell table; or
+// the moments of samples that stand elsewhere. All of it is kept by the data set.
 struct DataMatrix {
     std::int32_t samples = 0;
     std::int32_t variables = 0;
     std::span<const double> values;
     TextView names;
     TextView labels;
+    const MomentTable* moments = nullptr;  // in the place of values and labels
+    const std::int32_t* columns = nullptr; // of the cell table, of each variable
 
-    Index count() const { return Index{samples} * variables; }
+    // Samples that are here.
+    std::int32_t rows() const { return moments != nullptr ? 0 : samples; }
+    Index count() const { return Index{rows()} * variables; }
     const double* row(Index sample) const { return values.data() + sample * variables; }
     double at(Index sample, Index variable) const { return row(sample)[variable]; }
     const char* name(Index variable) const { return names[variable]; }
@@ -83,6 +87,7 @@ struct MissingCells {
 // The one table of numbers that the program works on.
 struct DataSet {
     CellTable cells;
+    MomentTable moments; // in the place of cells but those of the header
     DataMatrix loaded;
     DataMatrix working; // what the analyses read: the loaded part, or its columns in another order
     Block<double> loadedValues;
@@ -106,6 +111,10 @@ struct DataSet {
 // Names cell (0,0) "(none)" and allocates everything that has the size of the cell table; success or
 // outOfMemory (the data set is then empty).
 [[nodiscard]] ErrorCode allocateDataSet(DataSet& data);
+
+// Makes the header of the cell table from the names of the moments, those of groups with their variable
+// behind the others; success or outOfMemory.
+[[nodiscard]] ErrorCode nameMoments(DataSet& data);
 
 // Gives everything back but the path and the policy.
 void releaseDataSet(DataSet& data);

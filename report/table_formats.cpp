@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "data/moments/working_moments.h"
+
 TableFormats formatsForMagnitude(double largest, int variableLength, int labelLength) {
     TableFormats formats = {};
     formats.nameLength = std::max(variableLength, 0);
@@ -27,8 +29,11 @@ double largestMagnitude(const double* values, Index count) {
 }
 
 void SetFormatsFromData(Report& report, const DataSet& data, int variableLength, int labelLength) {
-    SetFormatsFromValues(report, data.working.values.data(), data.working.count(), variableLength,
-                         labelLength);
+    const DataMatrix& working = data.working;
+    const double largest = working.moments != nullptr
+                               ? greatestOfMoments(working)
+                               : largestMagnitude(working.values.data(), working.count());
+    report.formats = formatsForMagnitude(largest, variableLength, labelLength);
 }
 
 void SetFormatsFromValues(Report& report, const double* values, Index count, int variableLength,

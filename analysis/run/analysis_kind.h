@@ -6,6 +6,15 @@
 
 enum class GraphRule { never, always, threeGroups, threeVariables };
 
+// What an analysis needs where moments stand in the place of samples, besides correlations.
+enum MomentNeeds : unsigned {
+    correlationsDo = 0,
+    needsCount = 1, // the number of samples
+    needsMeans = 2,
+    needsDeviations = 4,
+    needsGroups = 8, // all of it by group
+};
+
 // What an analysis brings. Drivers check the data, compute, write and show the report and status texts, and
 // hand a graph description to buildGraph when the run wants one.
 struct Analysis {
@@ -20,6 +29,8 @@ struct Analysis {
     // Whether the data are a table with these values, so that its rows are no samples that could be left out;
     // null: never.
     bool (*isTable)(const AnalysisOptions& options) = nullptr;
+    // What moments must hold with these values; null: they never do.
+    unsigned (*momentNeeds)(const AnalysisOptions& options) = nullptr;
     // Where purposes stand that are not the selected variables: none after a load, so that a batch run must
     // name them.
     OwnPurposes ownPurposes = nullptr;

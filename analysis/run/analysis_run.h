@@ -47,7 +47,8 @@ struct AnalysisRun {
     char deviations[260] = "";
     // The arguments of the batch runner that repeat the last analysis; empty when there are none.
     char repeating[6000] = "";
-    bool isLinked = false; // the data come from a spreadsheet's link
+    bool isLinked = false;     // the data come from a spreadsheet's link
+    bool takesMoments = false; // the data file holds moments
     // "scatter numbering" and "vector sizing" count for all graphs, not only those of components and factors.
     bool everyGraphTakesPreferences = false;
     // The status after opening tells how many samples are left out and how many doubts there are.

@@ -56,9 +56,17 @@ LoadResult loadFromCsv(Frontend& frontend, AnalysisRun& run) {
     return {.file = code};
 }
 
+LoadResult loadMoments(Frontend& frontend, AnalysisRun& run) {
+    FileCode code = frontend.readMoments(run.data.path, run.data.moments, run.data.notes);
+    if (code == FileCode::done && nameMoments(run.data) != success) code = FileCode::noMemory;
+    if (code != FileCode::done) reportFileCode(frontend, run.report, code);
+    return {.file = code};
+}
+
 // There is no way to a workbook but the one link.
 LoadResult loadCells(Frontend& frontend, AnalysisRun& run) {
     const Settings& settings = run.options.settings;
+    if (run.takesMoments) return loadMoments(frontend, run);
     if (settings.fileType == csvFile) return loadFromCsv(frontend, run);
     Workbook* workbook = settings.linkMethod == ddeLink ? frontend.workbook() : nullptr;
     if (workbook == nullptr) return {.file = reportFileCode(frontend, run.report, FileCode::notOpened)};
@@ -87,6 +95,8 @@ LoadResult loadDataFile(Frontend& frontend, AnalysisRun& run) {
 
     resetSlots(run.options);
     rebuild(run);
+    // The only variable that can tell the groups of moments.
+    if (run.data.moments.isGrouped) run.discriminantGroup[0] = run.data.loaded.variables;
     frontend.setDataLoaded(true);
     return {};
 }

@@ -25,6 +25,11 @@ public:
     virtual FileCode readTable(const char* path, CellTable& cells, ReadingNotes& notes) {
         return readCsv(path, cells, notes);
     }
+    // Reads the moments of a file; only who takes them has any.
+    virtual FileCode readMoments([[maybe_unused]] const char* path, [[maybe_unused]] MomentTable& moments,
+                                 [[maybe_unused]] ReadingNotes& notes) {
+        return FileCode::notOpened;
+    }
     // The workbook to load from, not connected; null where there is no spreadsheet link.
     virtual Workbook* workbook() { return nullptr; }
 };

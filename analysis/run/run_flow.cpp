@@ -44,7 +44,8 @@ ErrorCode runAnalysisCommand(Frontend& frontend, Settings& defaults, AnalysisRun
     run.deviations[0] = '\0';
     run.repeating[0] = '\0';
     const DataMatrix& loaded = run.data.loaded;
-    if (kind->sizeCheck && loaded.samples - loaded.variables < leastExcess) {
+    const bool hasCount = loaded.moments == nullptr || loaded.moments->hasCounts;
+    if (kind->sizeCheck && hasCount && loaded.samples - loaded.variables < leastExcess) {
         return reportResult(frontend, run, tooFewSamples);
     }
     if (loaded.variables == 0) return reportResult(frontend, run, noEffectiveVariable);

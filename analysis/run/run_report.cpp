@@ -5,6 +5,17 @@
 
 #include "report/table_formats.h"
 
+namespace {
+
+void writeMomentsLine(AnalysisRun& run) {
+    char line[64] = "-- correlations of samples";
+    if (run.data.moments.hasCounts)
+        std::snprintf(line, sizeof line, "-- moments of %d samples", run.data.working.samples);
+    writeOptionLine(run.report, line);
+}
+
+} // namespace
+
 void openReport(AnalysisRun& run, const ReportOpening& opening) {
     const Settings& settings = run.options.settings;
     clearReport(run.report);
@@ -22,6 +33,7 @@ void continueReport(AnalysisRun& run, const ReportOpening& opening) {
         writeOptionLine(report, line);
     }
     if (opening.option != nullptr) writeOptionLine(report, opening.option);
+    if (run.data.working.moments != nullptr) writeMomentsLine(run);
     if (opening.isSpaced) endTable(report);
     report.status.clear();
     report.status.append("status : ");

@@ -22,6 +22,10 @@ const OptionField fields[] = {
      .count = AnalysisOptions::purposeCount},
 };
 
+unsigned momentNeeds(const AnalysisOptions&) {
+    return needsCount;
+}
+
 const char* refuse(const AnalysisOptions& options, std::uint32_t) {
     const auto isChosen = [](std::int32_t variable) { return variable != 0; };
     const bool any = std::any_of(std::begin(options.purposes), std::end(options.purposes), isChosen);
@@ -210,5 +214,6 @@ ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
 const Analysis canonicalCorrelation = {.fields = fields,
                                        .driver = runCanonicalCorrelation,
                                        .refuse = refuse,
+                                       .momentNeeds = momentNeeds,
                                        .ownPurposes = &AnalysisRun::canonicalPurposes,
                                        .pictures = pictures};

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "data/moments/working_moments.h"
 #include "numeric/eigen.h"
 #include "numeric/lu.h"
 #include "numeric/product.h"
@@ -121,7 +122,7 @@ ErrorCode findCanonicalVariates(Screens& screens, const Numerics& numerics, cons
                                 CanonicalVariates& variates) {
     const Index q1 = variates.q1;
     const MomentMatrices& moments = variates.moments;
-    ErrorCode code = numerics.moments(data.values.data(), data.samples, data.variables, variates.moments);
+    ErrorCode code = findMoments(numerics, data, variates.moments);
     if (code != success) return code;
     if (numerics.anyConstant(moments)) return illegalData;
     code = screens.setProgress(15);

@@ -8,6 +8,7 @@
 #include "analysis/run/score_charts.h"
 #include "analysis/run/score_graph.h"
 #include "analysis/run/textbook_deviation.h"
+#include "data/moments/working_moments.h"
 #include "numeric/eigen.h"
 #include "numeric/moments.h"
 #include "numeric/unbiased_covariance.h"
@@ -56,7 +57,7 @@ struct ComponentWork {
     Block<double> chiProbability;
     Block<double> freedom;
     Matrix loadings; // p x p
-    Matrix scores;   // samples x p
+    Matrix scores;   // rows x kept
     Block<double> scoreMeans;
     Block<double> scoreDeviations;
     Index kept = 0;
@@ -66,12 +67,16 @@ struct ComponentWork {
         return moments.allocate(p) | eigenvalues.allocate(p) | eigenvectors.allocate(p, p) |
                ratio.allocate(p) | cumulativeRatio.allocate(p) | chiSquare.allocate(p) |
                chiProbability.allocate(p) | freedom.allocate(p) | loadings.allocate(p, p) |
-               scores.allocate(data.samples, p) | scoreMeans.allocate(p) | scoreDeviations.allocate(p);
+               scoreMeans.allocate(p) | scoreDeviations.allocate(p);
     }
 };
 
 bool usesCovariance(const Settings& settings) {
     return settings.componentBase != 0;
+}
+
+unsigned momentNeeds(const AnalysisOptions& options) {
+    return needsCount | (usesCovariance(options.settings) ? needsDeviations : correlationsDo);
 }
 
 const Matrix& baseMatrix(const Settings& settings, const MomentMatrices& moments) {
@@ -175,7 +180,7 @@ void findLoadings(ComponentWork& work) {
 void findScores(const DataMatrix& data, ComponentWork& work) {
     const Index p = data.variables;
     const Index kept = work.kept;
-    for (Index i = 0; i < data.samples; ++i) {
+    for (Index i = 0; i < data.rows(); ++i) {
         const double* x = data.row(i);
         double* score = work.scores.row(i);
         for (Index j = 0; j < p; ++j) {
@@ -189,7 +194,7 @@ void findScores(const DataMatrix& data, ComponentWork& work) {
 
 // Those of the covariance base: deviations times eigenvectors.
 void findCovarianceScores(const DataMatrix& data, ComponentWork& work) {
-    for (Index i = 0; i < data.samples; ++i) {
+    for (Index i = 0; i < data.rows(); ++i) {
         const double* x = data.row(i);
         double* score = work.scores.row(i);
         for (Index j = 0; j < data.variables; ++j) {
@@ -226,7 +231,7 @@ void standardizeScores(ComponentWork& work) {
 ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& data,
                   const Settings& settings, ComponentWork& work) {
     const MomentMatrices& moments = work.moments;
-    ErrorCode code = numerics.moments(data.values.data(), data.samples, data.variables, work.moments);
+    ErrorCode code = findMoments(numerics, data, work.moments);
     if (code != success) return code;
     if (!allFinite(moments.means) || !allFinite(moments.sds)) return notFinite;
     if (numerics.anyConstant(moments)) return illegalData;
@@ -251,6 +256,7 @@ ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& 
     code = screens.setProgress(80);
     if (code != success) return code;
 
+    if (work.scores.allocate(data.rows(), work.kept) != success) return outOfMemory;
     (isUnbiased ? findCovarianceScores : findScores)(data, work);
     standardizeScores(work);
     // Eigenvalues are printed as variances with the divisor N - 1; loadings stay those of the matrix itself.
@@ -314,7 +320,8 @@ void writeReport(AnalysisRun& run, const ComponentWork& work) {
     writeStatistics(report, work);
     writeMatrix(report, "eigen vector matrix", work.eigenvectors, work.kept, data.names);
     writeMatrix(report, "principal component load", work.loadings, work.kept, data.names);
-    writeMatrix(report, "principal component score", work.scores, work.kept, data.labels);
+    if (data.moments == nullptr)
+        writeMatrix(report, "principal component score", work.scores, work.kept, data.labels);
 }
 
 ErrorCode buildComponentGraph(Screens& screens, AnalysisRun& run, const ComponentWork& work) {
@@ -366,5 +373,7 @@ ErrorCode runPrincipalComponents(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis principalComponents = {
-    .fields = fields, .driver = runPrincipalComponents, .pictures = scorePictures};
+const Analysis principalComponents = {.fields = fields,
+                                      .driver = runPrincipalComponents,
+                                      .momentNeeds = momentNeeds,
+                                      .pictures = scorePictures};
