@@ -13,21 +13,22 @@
 #include "batch/known_options.h"
 #include "batch/nearest_word.h"
 #include "batch/saved_columns.h"
+#include "batch/threads.h"
 
 namespace {
 
 // Wider cells than any spreadsheet takes.
 constexpr int greatestWidth = 1000;
 
-bool parseWidth(const Option& option, int& width, Complaint& complaint) {
+bool parseCount(const Option& option, int greatest, int& count, Complaint& complaint) {
     char* end = nullptr;
     const long value = std::strtol(option.value, &end, 10);
-    if (end == option.value || *end != '\0' || value < 1 || value > greatestWidth) {
+    if (end == option.value || *end != '\0' || value < 1 || value > greatest) {
         complaint.say("%.*s takes a whole number from 1 to %d, not '%s'",
-                      static_cast<int>(option.name.size()), option.name.data(), greatestWidth, option.value);
+                      static_cast<int>(option.name.size()), option.name.data(), greatest, option.value);
         return false;
     }
-    width = static_cast<int>(value);
+    count = static_cast<int>(value);
     return true;
 }
 
@@ -110,11 +111,17 @@ Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, 
         line.hasDivisor = true;
         return match;
     }
-    const bool variable = option.name == "--variable-width";
-    if (variable || option.name == "--label-width") {
+    const struct {
+        const char* name;
+        int greatest;
+        int& target;
+    } counts[] = {{"--variable-width", greatestWidth, line.variableWidth},
+                  {"--label-width", greatestWidth, line.labelWidth},
+                  {"--threads", mostThreads, line.threads}};
+    for (const auto& count : counts) {
+        if (option.name != count.name) continue;
         if (!arguments.takeValue(option, complaint)) return Match::wrong;
-        return parseWidth(option, variable ? line.variableWidth : line.labelWidth, complaint) ? Match::taken
-                                                                                              : Match::wrong;
+        return parseCount(option, count.greatest, count.target, complaint) ? Match::taken : Match::wrong;
     }
     if (option.name == "--strict") {
         line.strict = true;

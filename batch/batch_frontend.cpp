@@ -6,6 +6,7 @@
 #include "batch/argument_list.h"
 #include "batch/file_system.h"
 #include "batch/terminal.h"
+#include "batch/threads.h"
 #include "data/import/byte_source.h"
 #include "data/moments/read_moments.h"
 
@@ -133,6 +134,14 @@ FileCode BatchFrontend::readMoments(const char* path, MomentTable& moments, Read
     }
     if (code == success) return FileCode::done;
     return code == outOfMemory ? FileCode::noMemory : FileCode::malformed;
+}
+
+Index BatchFrontend::workers() const {
+    return line_.threads > 0 ? line_.threads : machineThreads();
+}
+
+ErrorCode BatchFrontend::computeParts(PartedWork& work, Index workers) {
+    return computeByThreads(work, static_cast<int>(workers));
 }
 
 bool BatchFrontend::chooseOptions(AnalysisRun& run, const AnalysisKind&) {

@@ -32,6 +32,8 @@ public:
     void openGraphWindow(const Graph&) override {}
     void closeGraph() override {}
     FileCode readTable(const char* path, CellTable& cells, ReadingNotes& notes) override;
+    Index workers() const override;
+    ErrorCode computeParts(PartedWork& work, Index workers) override;
 
     FileCode readMoments(const char* path, MomentTable& moments, ReadingNotes& notes) override;
 

@@ -31,6 +31,7 @@ struct CommandLine {
     int clusters = 0;            // in which samples are numbered there
     int variableWidth = 0;       // 0: not given
     int labelWidth = 0;
+    int threads = 0; // 0: as many as the machine has
     bool strict = false;
     MissingPolicy missing = MissingPolicy::zero;
     const Numerics* numerics = nullptr; // null: not given

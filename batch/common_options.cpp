@@ -18,6 +18,7 @@ constexpr OptionText options[] = {
      "gives, or a matrix of correlations or covariances"},
     {"--divisor", "n-1|n", "of deviations and covariances in such a matrix (n-1)"},
     {"--strict", nullptr, "fail when there is a warning about the file"},
+    {"--threads", "N", "compute with up to N threads at once, 1 to 256 (as many as the machine has)"},
     {"--help", nullptr, "this text, or that of an analysis; also help KIND", "-h"},
     {"--version", nullptr, "the version", "-V"},
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "report/parted_work.h"
 #include "report/report.h"
 
 // The little that the core may do to the outside. The window, the batch runner and the tests each have
@@ -25,7 +26,33 @@ public:
     virtual void hideProgress() = 0;
 
     virtual void alert(const char* text, const char* caption) = 0;
+
+    // How many workers compute parted work at once. What they need is had for each of them before.
+    virtual Index workers() const { return 1; }
+    // Lets up to so many of them compute it, the caller among them, and returns when all of it is done or
+    // what ended it.
+    [[nodiscard]] virtual ErrorCode computeParts(PartedWork& work, [[maybe_unused]] Index workers) {
+        return work.computeAsFirst();
+    }
 };
+
+// Lets workers compute parts by compute(part, worker); advance(part) tells how far it is.
+template <class Compute, class Advance>
+[[nodiscard]] ErrorCode computeParts(Screens& screens, Index parts, Index workers, Compute compute,
+                                     Advance advance) {
+    class Work final : public PartedWork {
+    public:
+        Work(Index count, Compute& each, Advance& tell) : PartedWork(count), each_(each), tell_(tell) {}
+
+    private:
+        void compute(Index part, Index worker) override { each_(part, worker); }
+        ErrorCode advance(Index part) override { return tell_(part); }
+        Compute& each_;
+        Advance& tell_;
+    };
+    Work work(parts, compute, advance);
+    return screens.computeParts(work, workers);
+}
 
 // A stage of a computation that can take long, for the engine that computes it: where it is told how far it
 // is, it asks whether to go on.

@@ -309,6 +309,14 @@ def check_import():
     check("an import leaves nothing behind", sorted(os.listdir(".")) == ["bad.csv", "small.csv", "words.csv"])
 
 
+def check_threads():
+    rows = "".join("r%d,%s\n" % (i, ",".join(str(pow(i + 2, j + 3, 9973) % (7 ** j + 1)) for j in range(9))) for i in range(9000))
+    pathlib.Path("long.csv").write_text("label,%s\n%s" % (",".join("abcdefghi"), rows))
+    alone, *others = [run("fundamental", "--format=json", "--threads=%d" % count, "long.csv") for count in (1, 2, 7)]
+    check("any number of threads prints the same", alone[0] == 0 and others == [alone, alone])
+    os.remove("long.csv")
+
+
 def check_saved():
     numbers = "".join("r%d%s\n" % (i, "".join(",0.%018d" % (pow(i + 2, j, 997) * 10 ** 15 + j) for j in range(3, 193))) for i in range(199))
     pathlib.Path("wide.csv").write_text("label%s\n" % "".join(",v %d" % j for j in range(190)) + numbers)
@@ -342,6 +350,7 @@ def main():
         check_manners()
         check_run_file()
         check_predictions()
+        check_threads()
         check_files()
         check_pictures()
         check_saved()

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
+#include <random>
 #include <vector>
 
 // The orders of ties follow the heap by hand.
@@ -28,4 +29,20 @@ TEST(SortKeysWithCompanion, SortsAndCarriesTheCompanions) {
     SortKeysWithCompanion(6, keys, companion); // ends, and loses nothing
     std::sort(companion, companion + 6);
     for (int i = 0; i < 6; ++i) EXPECT_EQ(companion[i], i);
+}
+
+TEST(FindAscendingOrder, KeepsTheOrderOfEqualValues) {
+    std::mt19937 random(11);
+    const double some[] = {0.0, -0.0, 1.0, -1.0, 1e-310, -1e-310, 3e300, -3e300, INFINITY, -INFINITY, 0.1};
+    for (const int count : {0, 1, 2, 700}) {
+        std::vector<double> values(static_cast<std::size_t>(count));
+        for (double& value : values) value = some[random() % 11] * static_cast<double>(1 + random() % 3);
+        std::vector<std::uint32_t> expected(values.size()), order(values.size());
+        std::iota(expected.begin(), expected.end(), 0U);
+        std::stable_sort(expected.begin(), expected.end(),
+                         [&](std::uint32_t a, std::uint32_t b) { return values[a] < values[b]; });
+        std::vector<SortItem> scratch(2 * values.size());
+        findAscendingOrder(values.data(), static_cast<std::uint32_t>(count), scratch.data(), order.data());
+        EXPECT_EQ(order, expected);
+    }
 }

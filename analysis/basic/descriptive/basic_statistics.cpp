@@ -75,43 +75,46 @@ void findMoments(const double* values, Index count, const Centre& centre, BasicS
     }
 }
 
+void findStatistics(const Numerics& numerics, const DataMatrix& data, Index j, double* column,
+                    BasicStatistics& statistics) {
+    const Index samples = data.samples;
+    copyColumn(data, j, column);
+    findExtremes(column, samples, statistics.maximum[j], statistics.minimum[j]);
+    const Centre exact = textbookCentre(column, samples);
+    const Centre centre = numerics.textbook ? exact : classicCentre(column, samples);
+    statistics.meanError[j] = std::fabs(centre.mean - exact.mean - exact.rest);
+    findMoments(column, samples, centre, statistics, j);
+    const bool varies = statistics.maximum[j] > statistics.minimum[j];
+    statistics.median[j] = varies ? medianOf(column, samples) : statistics.maximum[j];
+}
+
 } // namespace
 
-ErrorCode BasicStatistics::allocate(Index variables, Index samples) {
+ErrorCode BasicStatistics::allocate(Index variables, Index samples, Index workers) {
     return maximum.allocate(variables) | minimum.allocate(variables) | mean.allocate(variables) |
            median.allocate(variables) | standardDeviation.allocate(variables) |
            averageDeviation.allocate(variables) | skew.allocate(variables) | kurtosis.allocate(variables) |
-           variance.allocate(variables) | column.allocate(samples);
+           variance.allocate(variables) | meanError.allocate(variables) | column.allocate(workers * samples);
 }
 
 ErrorCode findBasicStatistics(Screens& screens, const Numerics& numerics, const DataMatrix& data,
                               BasicStatistics& statistics) {
-    const auto centreOf = numerics.textbook ? textbookCentre : classicCentre;
     const Index variables = data.variables;
     const Index samples = data.samples;
     if (samples == 0) return success;
 
-    double* const column = statistics.column.data();
-    for (Index j = 0; j < variables; ++j) {
-        copyColumn(data, j, column);
-        findExtremes(column, samples, statistics.maximum[j], statistics.minimum[j]);
-        findMoments(column, samples, centreOf(column, samples), statistics, j);
-        const bool varies = statistics.maximum[j] > statistics.minimum[j];
-        statistics.median[j] = varies ? medianOf(column, samples) : statistics.maximum[j];
-        const ErrorCode code = screens.setProgress(static_cast<int>(70 * (j + 1) / variables));
-        if (code != success) return code;
-    }
-    return success;
+    return computeParts(
+        screens, variables, statistics.column.size() / samples,
+        [&](Index j, Index worker) {
+            findStatistics(numerics, data, j, statistics.column.data() + worker * samples, statistics);
+        },
+        [&](Index j) { return screens.setProgress(static_cast<int>(70 * (j + 1) / variables)); });
 }
 
-bool skewDeviates(const DataMatrix& data, BasicStatistics& statistics) {
-    double* const column = statistics.column.data();
-    for (Index j = 0; j < data.variables; ++j) {
-        copyColumn(data, j, column);
-        const Centre centre = textbookCentre(column, data.samples);
-        const double error = std::fabs(statistics.mean[j] - centre.mean - centre.rest);
+bool skewDeviates(const BasicStatistics& statistics) {
+    for (Index j = 0; j < statistics.mean.size(); ++j) {
         // To first order, the skew changes by three times the error over the standard deviation.
-        if (3.0 * error > shownDeviation * statistics.standardDeviation[j]) return true;
+        if (3.0 * statistics.meanError[j] > shownDeviation * statistics.standardDeviation[j]) return true;
     }
     return false;
 }

@@ -15,17 +15,19 @@ struct BasicStatistics {
     Block<double> skew;
     Block<double> kurtosis; // 0 for the normal distribution
     Block<double> variance; // divisor N - 1
-    Block<double> column;   // scratch: one variable's samples
+
+    Block<double> meanError; // by rounding; under classic numerics
+    Block<double> column;    // scratch of each worker: one variable's samples
 
     // Zero-filled arrays; 0 or outOfMemory.
-    [[nodiscard]] ErrorCode allocate(Index variables, Index samples);
+    [[nodiscard]] ErrorCode allocate(Index variables, Index samples, Index workers);
 };
 
-// Fills the statistics from the data and moves the progress from 0 to 70. A variable with one value only has
-// skew and kurtosis 0, unless the rounding of the classic mean leaves deviations. Returns what the progress
-// does.
+// Fills the statistics from the data, by as many workers as they were allocated for, and moves the progress
+// from 0 to 70. A variable with one value only has skew and kurtosis 0, unless the rounding of the classic
+// mean leaves deviations. Returns what the progress does.
 [[nodiscard]] ErrorCode findBasicStatistics(Screens& screens, const Numerics& numerics,
                                             const DataMatrix& data, BasicStatistics& statistics);
 
 // Whether the rounding of a mean shows in the skew of its variable.
-bool skewDeviates(const DataMatrix& data, BasicStatistics& statistics);
+bool skewDeviates(const BasicStatistics& statistics);

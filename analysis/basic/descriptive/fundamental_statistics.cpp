@@ -42,19 +42,27 @@ struct FundamentalWork {
     BasicStatistics basic;
     RankCorrelations ranks;
 
-    [[nodiscard]] ErrorCode allocate(const DataMatrix& data) {
+    [[nodiscard]] ErrorCode allocate(const DataMatrix& data, Index workers) {
         const Index variables = data.variables;
-        return moments.allocate(variables) | basic.allocate(variables, data.samples) |
+        return moments.allocate(variables) |
+               basic.allocate(variables, data.samples, usefulWorkers(workers, variables, data.samples)) |
                ranks.allocate(variables * (variables - 1) / 2);
     }
 };
 
-ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& data, FundamentalWork& work) {
-    ErrorCode code = numerics.moments(data.values.data(), data.samples, data.variables, work.moments);
+// What the report does not show is not computed.
+ErrorCode compute(Screens& screens, const AnalysisRun& run, FundamentalWork& work) {
+    const FundamentalOptions& options = run.options.settings.fundamental;
+    const Numerics& numerics = *run.numerics;
+    const DataMatrix& data = run.data.working;
+    ErrorCode code = success;
+    if (options.covarianceMatrix != 0 || options.correlationMatrix != 0) {
+        code = numerics.moments(data.values.data(), data.samples, data.variables, work.moments);
+        if (numerics.textbook) takeUnbiased(data.samples, work.moments.covariance);
+    }
     if (code == success) code = findBasicStatistics(screens, numerics, data, work.basic);
-    if (code != success) return code;
-    if (numerics.textbook) takeUnbiased(data.samples, work.moments.covariance);
-    return findRankCorrelations(screens, numerics, data, work.ranks);
+    if (code != success || (options.spearmanRanking == 0 && options.kendallRanking == 0)) return code;
+    return findRankCorrelations(screens, numerics, data, options.kendallRanking != 0, work.ranks);
 }
 
 // Where ties, small samples or the rounding of a mean make them differ.
@@ -62,7 +70,7 @@ void noteDeviations(AnalysisRun& run, FundamentalWork& work) {
     if (run.numerics->textbook) return;
     const FundamentalOptions& options = run.options.settings.fundamental;
     const DataMatrix& data = run.data.working;
-    if (skewDeviates(data, work.basic)) noteDeviation(run, "skew, kurtosis");
+    if (skewDeviates(work.basic)) noteDeviation(run, "skew, kurtosis");
     if (options.covarianceMatrix != 0) noteDeviation(run, "covariance matrix");
     if (work.ranks.fault != success) return;
     if (options.spearmanRanking != 0 && anyProbabilityDeviates(work.ranks.spearman, data.samples)) {
@@ -172,11 +180,11 @@ constexpr Picture pictures[] = {
 // to the user.
 ErrorCode runFundamentalStatistics(Screens& screens, AnalysisRun& run) {
     FundamentalWork work;
-    ErrorCode code = work.allocate(run.data.working);
+    ErrorCode code = work.allocate(run.data.working, screens.workers());
     if (code != success) return code;
 
     code = startProgress(screens, run.report);
-    if (code == success) code = compute(screens, *run.numerics, run.data.working, work);
+    if (code == success) code = compute(screens, run, work);
     screens.hideProgress();
     if (code != success) return code;
 

@@ -12,11 +12,12 @@ struct KendallCounts {
 // Counts by the sign of the product of both differences, over all pairs: O(N^2).
 KendallCounts countAllPairs(const DataMatrix& data, Index i, Index j);
 
-// The counts by the order of the values, in O(N log N): the discordant pairs are the exchanges of a merge
-// sort (Knight, 1966). `scratch` holds 3 N integers.
+// The counts by the order of the values, in O(N log N): the discordant pairs are those that stand in
+// descending order in the second column when the first one ascends (Knight 1966), counted bit by bit of its
+// ranks. `scratch` holds 3 N integers.
 KendallCounts countSortedPairs(const DataMatrix& data, const RankedColumn& first, const RankedColumn& second,
-                               std::int32_t* scratch);
+                               std::uint32_t* scratch);
 
 // The same, but all pairs are counted where a product of differences may leave the range of a double.
 KendallCounts countPairs(const DataMatrix& data, Index i, Index j, const RankedColumn& first,
-                         const RankedColumn& second, std::int32_t* scratch);
+                         const RankedColumn& second, std::uint32_t* scratch);

@@ -7,57 +7,66 @@
 
 namespace {
 
-struct Kendall {
-    double s;
-    double tau;
-    double z;
+// What takes long of a pair of columns.
+struct PairSums {
+    KendallCounts kendall;
+    double squaredDifferences; // of the ranks
 };
 
-// A pair of columns, and scratch of countPairs.
-struct ColumnPair {
-    const DataMatrix& data;
-    Index i;
-    Index j;
-    const RankedColumn& first;
-    const RankedColumn& second;
-    std::int32_t* scratch;
+struct Kendall {
+    double tau;
+    double z;
 };
 
 double tauOf(const KendallCounts& counts) {
     return counts.s / (std::sqrt(counts.first) * std::sqrt(counts.second));
 }
 
-double textbookZ(double s, const ColumnPair& of) {
-    return s / std::sqrt(kendallVariance(of.data.samples, of.first.ties, of.second.ties));
+double textbookZ(const KendallCounts& counts, double n, const RankedColumn& first,
+                 const RankedColumn& second) {
+    return counts.s / std::sqrt(kendallVariance(static_cast<Index>(n), first.ties, second.ties));
 }
 
 // z has the variance of tau without ties.
-Kendall classicKendall(const ColumnPair& of) {
-    const double n = of.data.samples;
-    const KendallCounts counts = countPairs(of.data, of.i, of.j, of.first, of.second, of.scratch);
+Kendall classicKendall(const KendallCounts& counts, double n, const RankedColumn&, const RankedColumn&) {
     const double tau = tauOf(counts);
-    return {counts.s, tau, tau / std::sqrt((4.0 * n + 10.0) / (9.0 * n * (n - 1.0)))};
+    return {tau, tau / std::sqrt((4.0 * n + 10.0) / (9.0 * n * (n - 1.0)))};
 }
 
-Kendall textbookKendall(const ColumnPair& of) {
-    const KendallCounts counts = countSortedPairs(of.data, of.first, of.second, of.scratch);
-    return {counts.s, tauOf(counts), textbookZ(counts.s, of)};
+Kendall textbookKendall(const KendallCounts& counts, double n, const RankedColumn& first,
+                        const RankedColumn& second) {
+    return {tauOf(counts), textbookZ(counts, n, first, second)};
 }
 
-double squaredDifferences(const double* first, const double* second, Index samples) {
-    double sum = 0.0;
-    for (Index s = 0; s < samples; ++s) {
-        const double difference = first[s] - second[s];
-        sum += difference * difference;
+// Below it, sums of quarters are exact, and so the same in any order.
+constexpr double exactQuarters = 0x1p51;
+
+double squaredDifference(std::uint32_t doubledRank, std::uint32_t other) {
+    const double difference = 0.5 * (static_cast<double>(doubledRank) - static_cast<double>(other));
+    return difference * difference;
+}
+
+// The sum of the samples in their order, which shows where it is rounded.
+double sumSquaredDifferences(const std::uint32_t* first, const std::uint32_t* second, Index samples) {
+    constexpr Index lanes = 4; // side by side in the processor
+    double sums[lanes] = {};
+    Index s = 0;
+    for (; s + lanes <= samples; s += lanes) {
+        for (Index lane = 0; lane < lanes; ++lane) {
+            sums[lane] += squaredDifference(first[s + lane], second[s + lane]);
+        }
     }
+    double sum = (sums[0] + sums[1]) + (sums[2] + sums[3]);
+    for (; s < samples; ++s) sum += squaredDifference(first[s], second[s]);
+    if (sum < exactQuarters) return sum;
+    sum = 0.0;
+    for (s = 0; s < samples; ++s) sum += squaredDifference(first[s], second[s]);
     return sum;
 }
 
 // Returns the error flag of IncompleteBeta.
-ErrorCode spearmanOfPair(const Numerics& numerics, const RankedColumn& first, const RankedColumn& second,
-                         std::int32_t samples, SpearmanTable& table, Index pair) {
-    const double n = samples;
-    const double d = squaredDifferences(first.ranks, second.ranks, samples);
+ErrorCode spearmanOfPair(const Numerics& numerics, double d, double n, const RankedColumn& first,
+                         const RankedColumn& second, SpearmanTable& table, Index pair) {
     const double e = n * n * n - n;
     const double ties = first.tieSum + second.tieSum;
     const double meanOfD = e / 6.0 - ties / 12.0;
@@ -70,6 +79,69 @@ ErrorCode spearmanOfPair(const Numerics& numerics, const RankedColumn& first, co
     table.rs[pair] = rs;
     return numerics.rankCorrelationTail(rs, n - 2.0, fac, table.pr[pair]);
 }
+
+// The pairs of columns in the order of the tables. A front end's workers rank the columns and sum the pairs;
+// the few numbers that follow from the sums are made one after the other.
+struct ColumnPairs {
+    explicit ColumnPairs(const DataMatrix& matrix) : data(matrix) {}
+
+    struct Pair {
+        std::int32_t first;
+        std::int32_t second;
+        PairSums sums;
+    };
+
+    const DataMatrix& data;
+    RankedColumns ranked;
+    Block<Pair> pairs;
+    Block<std::uint32_t> scratch; // 3 N items for each worker that sums
+    Index ranking = 1;            // workers
+    Index summing = 1;
+
+    [[nodiscard]] ErrorCode allocate(Index workers) {
+        const Index samples = data.samples, variables = data.variables;
+        const Index count = variables * (variables - 1) / 2;
+        ranking = usefulWorkers(workers, variables, samples);
+        summing = usefulWorkers(workers, count, samples);
+        const ErrorCode code =
+            ranked.allocate(data, ranking) | pairs.allocate(count) | scratch.allocate(3 * summing * samples);
+        if (code != success) return code;
+        Index pair = 0;
+        for (std::int32_t i = 0; i < data.variables; ++i) {
+            for (std::int32_t j = i + 1; j < data.variables; ++j) pairs[pair++] = {i, j, {}};
+        }
+        return success;
+    }
+
+    // The progress stays at 70.
+    [[nodiscard]] ErrorCode rank(Screens& screens) {
+        return computeParts(
+            screens, data.variables, ranking,
+            [this](Index column, Index worker) { ranked.rank(data, column, worker); },
+            [&screens](Index) { return screens.setProgress(70); });
+    }
+
+    // The progress goes to 100, a step for each first column.
+    [[nodiscard]] ErrorCode sum(Screens& screens, bool textbook, bool isKendallWanted) {
+        const auto sumPair = [&](Index number, Index worker) {
+            Pair& pair = pairs[number];
+            const RankedColumn& first = ranked.columns[pair.first];
+            const RankedColumn& second = ranked.columns[pair.second];
+            std::uint32_t* const own = scratch.data() + 3 * worker * data.samples;
+            pair.sums.squaredDifferences =
+                sumSquaredDifferences(first.doubledRanks, second.doubledRanks, data.samples);
+            if (!isKendallWanted) return;
+            pair.sums.kendall = textbook ? countSortedPairs(data, first, second, own)
+                                         : countPairs(data, pair.first, pair.second, first, second, own);
+        };
+        const auto tell = [&](Index number) {
+            const Pair& pair = pairs[number];
+            const int firstDone = pair.first + (pair.second + 1 == data.variables ? 1 : 0);
+            return screens.setProgress(70 + 30 * firstDone / (data.variables - 1));
+        };
+        return computeParts(screens, pairs.size(), summing, sumPair, tell);
+    }
+};
 
 } // namespace
 
@@ -99,32 +171,32 @@ bool anyProbabilityDeviates(const SpearmanTable& table, Index samples) {
 }
 
 ErrorCode findRankCorrelations(Screens& screens, const Numerics& numerics, const DataMatrix& data,
-                               RankCorrelations& correlations) {
+                               bool isKendallWanted, RankCorrelations& correlations) {
     const auto kendallOf = numerics.textbook ? textbookKendall : classicKendall;
     KendallTable& kendall = correlations.kendall;
-    RankedColumns ranked;
-    Block<std::int32_t> scratch;
-    correlations.fault = ranked.rank(data) | scratch.allocate(3 * Index{data.samples});
+    ColumnPairs columns(data);
+    correlations.fault = columns.allocate(screens.workers());
     if (correlations.fault != success) return success;
+    ErrorCode code = columns.rank(screens);
+    if (code == success) code = columns.sum(screens, numerics.textbook, isKendallWanted);
+    if (code != success) return code;
 
-    const Index variables = data.variables;
-    Index pair = 0;
-    for (Index i = 0; i + 1 < variables; ++i) {
-        const RankedColumn& first = ranked.columns[i];
-        for (Index j = i + 1; j < variables; ++j, ++pair) {
-            const RankedColumn& second = ranked.columns[j];
-            const ColumnPair columns = {data, i, j, first, second, scratch.data()};
-            const Kendall values = kendallOf(columns);
-            kendall.tau[pair] = values.tau;
-            kendall.z[pair] = values.z;
-            kendall.prob[pair] = numerics.normalTwoSidedTail(values.z);
-            kendall.deviates = kendall.deviates || deviates(values.z, textbookZ(values.s, columns));
-            correlations.fault =
-                spearmanOfPair(numerics, first, second, data.samples, correlations.spearman, pair);
-            if (correlations.fault != success) return success;
+    const double n = data.samples;
+    for (Index k = 0; k < columns.pairs.size(); ++k) {
+        const ColumnPairs::Pair& pair = columns.pairs[k];
+        const RankedColumn& first = columns.ranked.columns[pair.first];
+        const RankedColumn& second = columns.ranked.columns[pair.second];
+        if (isKendallWanted) {
+            const KendallCounts& counts = pair.sums.kendall;
+            const Kendall values = kendallOf(counts, n, first, second);
+            kendall.tau[k] = values.tau;
+            kendall.z[k] = values.z;
+            kendall.prob[k] = numerics.normalTwoSidedTail(values.z);
+            kendall.deviates = kendall.deviates || deviates(values.z, textbookZ(counts, n, first, second));
         }
-        const ErrorCode code = screens.setProgress(70 + static_cast<int>(30 * (i + 1) / (variables - 1)));
-        if (code != success) return code;
+        correlations.fault = spearmanOfPair(numerics, pair.sums.squaredDifferences, n, first, second,
+                                            correlations.spearman, k);
+        if (correlations.fault != success) return success;
     }
     return success;
 }

@@ -44,7 +44,9 @@ struct RankCorrelations {
 // Whether a probability of rs shows that it is not that of Student's t with the divisor 1 - rs^2.
 bool anyProbabilityDeviates(const SpearmanTable& table, Index samples);
 
-// Fills both tables and moves the progress from 70 to 100. A fault is kept in the record and does not end the
-// run. Returns what the progress does.
+// Fills the tables, that of Kendall only where it is wanted, and moves the progress from 70 to 100. A fault,
+// which may come of Spearman's numbers and then counts for both tables, is kept in the record and does not
+// end the run. Returns what the progress does.
 [[nodiscard]] ErrorCode findRankCorrelations(Screens& screens, const Numerics& numerics,
-                                             const DataMatrix& data, RankCorrelations& correlations);
+                                             const DataMatrix& data, bool isKendallWanted,
+                                             RankCorrelations& correlations);
