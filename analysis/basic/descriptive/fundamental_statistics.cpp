@@ -180,7 +180,10 @@ constexpr Picture pictures[] = {
 // to the user.
 ErrorCode runFundamentalStatistics(Screens& screens, AnalysisRun& run) {
     FundamentalWork work;
-    ErrorCode code = work.allocate(run.data.working, screens.workers());
+    const Index workers = screens.workers();
+    ErrorCode code = work.allocate(run.data.working, workers);
+    // One needs the least memory.
+    if (code != success && workers > 1) code = work.allocate(run.data.working, 1);
     if (code != success) return code;
 
     code = startProgress(screens, run.report);

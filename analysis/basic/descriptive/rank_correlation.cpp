@@ -175,7 +175,9 @@ ErrorCode findRankCorrelations(Screens& screens, const Numerics& numerics, const
     const auto kendallOf = numerics.textbook ? textbookKendall : classicKendall;
     KendallTable& kendall = correlations.kendall;
     ColumnPairs columns(data);
-    correlations.fault = columns.allocate(screens.workers());
+    const Index workers = screens.workers();
+    correlations.fault = columns.allocate(workers);
+    if (correlations.fault != success && workers > 1) correlations.fault = columns.allocate(1);
     if (correlations.fault != success) return success;
     ErrorCode code = columns.rank(screens);
     if (code == success) code = columns.sum(screens, numerics.textbook, isKendallWanted);
