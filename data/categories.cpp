@@ -5,8 +5,14 @@
 
 namespace {
 
+// The groups of moments are there without gaps.
+std::int32_t countGroups(const MomentTable& moments) {
+    return moments.groups >= 2 && moments.groups <= mostCategories ? moments.groups : 0;
+}
+
 // The number of categories of a column, or 0 when it does not hold categories.
 std::int32_t countCategories(const DataMatrix& data, std::int32_t column) {
+    if (data.moments != nullptr) return countGroups(*data.moments);
     bool present[mostCategories] = {};
     std::int32_t largest = 0;
     const double* value = data.values.data() + column;

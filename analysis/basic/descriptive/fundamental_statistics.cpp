@@ -1,12 +1,13 @@
 #include "analysis/basic/descriptive/fundamental_statistics.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "analysis/basic/descriptive/basic_statistics.h"
 #include "analysis/basic/descriptive/rank_correlation.h"
 #include "analysis/run/build_picture.h"
 #include "analysis/run/run_report.h"
-#include "numeric/moments.h"
+#include "data/moments/working_moments.h"
 #include "numeric/unbiased_covariance.h"
 #include "report/table_formats.h"
 #include "report/tables.h"
@@ -45,10 +46,23 @@ struct FundamentalWork {
     [[nodiscard]] ErrorCode allocate(const DataMatrix& data, Index workers) {
         const Index variables = data.variables;
         return moments.allocate(variables) |
-               basic.allocate(variables, data.samples, usefulWorkers(workers, variables, data.samples)) |
+               basic.allocate(variables, data.rows(), usefulWorkers(workers, variables, data.rows())) |
                ranks.allocate(variables * (variables - 1) / 2);
     }
 };
+
+unsigned momentNeeds(const AnalysisOptions&) {
+    return needsCount | needsMeans | needsDeviations;
+}
+
+// The statistics that moments tell.
+void takeBasicStatistics(const DataMatrix& data, const MomentMatrices& moments, BasicStatistics& basic) {
+    for (Index j = 0; j < data.variables; ++j) {
+        basic.mean[j] = moments.means[j];
+        basic.variance[j] = moments.covariance(j, j) * unbiasedScale(data.samples);
+        basic.standardDeviation[j] = std::sqrt(basic.variance[j]);
+    }
+}
 
 // What the report does not show is not computed.
 ErrorCode compute(Screens& screens, const AnalysisRun& run, FundamentalWork& work) {
@@ -56,10 +70,12 @@ ErrorCode compute(Screens& screens, const AnalysisRun& run, FundamentalWork& wor
     const Numerics& numerics = *run.numerics;
     const DataMatrix& data = run.data.working;
     ErrorCode code = success;
-    if (options.covarianceMatrix != 0 || options.correlationMatrix != 0) {
-        code = numerics.moments(data.values.data(), data.samples, data.variables, work.moments);
+    if (data.moments != nullptr || options.covarianceMatrix != 0 || options.correlationMatrix != 0) {
+        code = findMoments(numerics, data, work.moments);
+        if (data.moments != nullptr) takeBasicStatistics(data, work.moments, work.basic);
         if (numerics.textbook) takeUnbiased(data.samples, work.moments.covariance);
     }
+    if (data.moments != nullptr) return code;
     if (code == success) code = findBasicStatistics(screens, numerics, data, work.basic);
     if (code != success || (options.spearmanRanking == 0 && options.kendallRanking == 0)) return code;
     return findRankCorrelations(screens, numerics, data, options.kendallRanking != 0, work.ranks);
@@ -72,7 +88,7 @@ void noteDeviations(AnalysisRun& run, FundamentalWork& work) {
     const DataMatrix& data = run.data.working;
     if (skewDeviates(work.basic)) noteDeviation(run, "skew, kurtosis");
     if (options.covarianceMatrix != 0) noteDeviation(run, "covariance matrix");
-    if (work.ranks.fault != success) return;
+    if (work.ranks.fault != success || data.moments != nullptr) return;
     if (options.spearmanRanking != 0 && anyProbabilityDeviates(work.ranks.spearman, data.samples)) {
         noteDeviation(run, "pr of spearman");
     }
@@ -84,10 +100,17 @@ void writeBasicStatistics(Report& report, const DataSet& data, const BasicStatis
     const struct {
         const char* label;
         const Block<double>& values;
+        bool isOfMoments = false;
     } rows[] = {
-        {"maximum", basic.maximum}, {"minimum", basic.minimum},           {"mean", basic.mean},
-        {"median", basic.median},   {"std.dev", basic.standardDeviation}, {"ave.dev", basic.averageDeviation},
-        {"skew", basic.skew},       {"kurtosis", basic.kurtosis},         {"variance", basic.variance},
+        {"maximum", basic.maximum},
+        {"minimum", basic.minimum},
+        {"mean", basic.mean, true},
+        {"median", basic.median},
+        {"std.dev", basic.standardDeviation, true},
+        {"ave.dev", basic.averageDeviation},
+        {"skew", basic.skew},
+        {"kurtosis", basic.kurtosis},
+        {"variance", basic.variance, true},
     };
     // The variances fix the widths of all nine rows.
     SetFormatsFromValues(report, basic.variance);
@@ -95,7 +118,9 @@ void writeBasicStatistics(Report& report, const DataSet& data, const BasicStatis
     WriteVariableHeader(report, data);
     Index number = 0;
     for (const auto& row : rows) {
-        WriteValueRow(report, row.values.data(), row.values.size(), 6, row.label, ++number);
+        ++number;
+        if (data.working.moments != nullptr && !row.isOfMoments) continue;
+        WriteValueRow(report, row.values.data(), row.values.size(), 6, row.label, number);
     }
     endTable(report);
 }
@@ -154,7 +179,7 @@ void writeReport(AnalysisRun& run, const FundamentalWork& work) {
     if (options.correlationMatrix != 0) {
         writeMatrix(report, run.data, "correlation matrix", work.moments.correlation);
     }
-    writeRankCorrelations(report, run.data, work.ranks, options);
+    if (run.data.working.moments == nullptr) writeRankCorrelations(report, run.data, work.ranks, options);
 }
 
 constexpr Index mostPanels = 12; // beside each other
@@ -202,4 +227,4 @@ ErrorCode runFundamentalStatistics(Screens& screens, AnalysisRun& run) {
 } // namespace
 
 const Analysis fundamentalStatistics = {
-    .fields = fields, .driver = runFundamentalStatistics, .pictures = pictures};
+    .fields = fields, .driver = runFundamentalStatistics, .momentNeeds = momentNeeds, .pictures = pictures};

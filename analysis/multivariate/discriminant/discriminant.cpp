@@ -69,10 +69,15 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t) {
     return options.purposes[0] == 0 ? "please select at least one purpose variable" : nullptr;
 }
 
+unsigned momentNeeds(const AnalysisOptions&) {
+    return needsGroups | needsCount | needsMeans | needsDeviations;
+}
+
 ErrorCode compute(Screens& screens, const DataMatrix& data, const Numerics& numerics,
                   const DiscriminantOptions& options, DiscriminantResult& result) {
     const GroupStatistics& statistics = result.statistics;
-    (numerics.textbook ? gatherGroupsInPasses : gatherGroups)(data, result.statistics);
+    const auto gather = numerics.textbook ? gatherGroupsInPasses : gatherGroups;
+    (data.moments != nullptr ? takeGroupMoments : gather)(data, result.statistics);
     ErrorCode code = screens.setProgress(15);
     if (code == success && options.testBoxM != 0) code = testBoxM(statistics, numerics, result.box);
     if (code == success) code = screens.setProgress(30);
@@ -201,5 +206,6 @@ const Analysis discriminantAnalysis = {.fields = fields,
                                        .driver = runDiscriminantAnalysis,
                                        .isEnabled = isEnabled,
                                        .refuse = refuse,
+                                       .momentNeeds = momentNeeds,
                                        .ownPurposes = &AnalysisRun::discriminantGroup,
                                        .pictures = scorePictures};

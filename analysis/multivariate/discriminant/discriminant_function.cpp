@@ -151,7 +151,7 @@ std::int32_t nearestCentroid(const double* score, Index vectors, const Matrix& c
 ErrorCode DiscriminantFunctions::allocate(const GroupStatistics& statistics,
                                           const VariableSelection& selection) {
     const Index g = statistics.groups;
-    const Index n = statistics.samples;
+    const Index n = statistics.rows;
     const Index k = selection.selected;
     dimensions = g == 2 ? 1 : std::min(g - 1, k);
     return coefficients.allocate(k, dimensions) | constants.allocate(dimensions) |
@@ -219,7 +219,7 @@ void classifySamples(const DataMatrix& data, const GroupStatistics& statistics,
                      const VariableSelection& selection, DiscriminantFunctions& functions) {
     const Index dimensions = functions.dimensions;
     const Index groups = statistics.groups;
-    for (Index s = 0; s < data.samples; ++s) {
+    for (Index s = 0; s < data.rows(); ++s) {
         const double* x = data.row(s);
         double* score = functions.scores.row(s);
         std::copy_n(functions.constants.begin(), dimensions, score);

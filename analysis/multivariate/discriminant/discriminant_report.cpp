@@ -236,6 +236,7 @@ void writeDiscriminantReport(AnalysisRun& run, const DiscriminantResult& result)
     } else {
         writeCanonical(report, data, result, options.canonAlpha);
     }
+    if (data.moments != nullptr) return; // there are no samples to classify
     writeClassification(report, result.functions, result.statistics.groups);
     writeScores(report, data, result.functions);
 }

@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "data/categories.h"
+#include "data/moments/working_moments.h"
 #include "numeric/lu.h"
 
 namespace {
@@ -123,6 +124,7 @@ ErrorCode GroupStatistics::allocate(const DataMatrix& data, Index groupCount) {
     groups = groupCount;
     variables = data.variables - 1;
     samples = data.samples;
+    rows = data.rows();
     const Index packed = variables * (variables + 1) / 2;
     return counts.allocate(groups) | groupMeans.allocate(groups, variables) | totalMeans.allocate(variables) |
            groupSums.allocate(groups, packed) | totalSums.allocate(packed) |
@@ -155,6 +157,35 @@ void gatherGroupsInPasses(const DataMatrix& data, GroupStatistics& statistics) {
         const Index g = categoryOf(data, s, q);
         addProducts(x, statistics.totalMeans.data(), q, statistics.totalSums.data());
         addProducts(x, statistics.groupMeans.row(g), q, statistics.groupSums.row(g));
+    }
+    unpackSums(statistics);
+}
+
+void takeGroupMoments(const DataMatrix& data, GroupStatistics& statistics) {
+    const Index q = statistics.variables;
+    double* const totalMeans = statistics.totalMeans.data();
+    Matrix& covariance = statistics.within; // scratch
+    for (Index g = 0; g < statistics.groups; ++g) {
+        const double count = data.moments->counts[g];
+        copyGroupMoments(data, g, q, statistics.groupMeans.row(g), covariance.data());
+        statistics.counts[g] = static_cast<std::int32_t>(count);
+        double* packed = statistics.groupSums.row(g);
+        for (Index i = 0; i < q; ++i) {
+            totalMeans[i] += count / static_cast<double>(statistics.samples) * statistics.groupMeans(g, i);
+            for (Index j = i; j < q; ++j) *packed++ = count * covariance(i, j);
+        }
+    }
+    covariance.fill(0.0);
+    // The sums about the total means are those about the group's, and the products of both means' distances.
+    for (Index g = 0; g < statistics.groups; ++g) {
+        const double* means = statistics.groupMeans.row(g);
+        const double* within = statistics.groupSums.row(g);
+        double* packed = statistics.totalSums.data();
+        for (Index i = 0; i < q; ++i) {
+            for (Index j = i; j < q; ++j)
+                *packed++ += *within++ +
+                             statistics.counts[g] * (means[i] - totalMeans[i]) * (means[j] - totalMeans[j]);
+        }
     }
     unpackSums(statistics);
 }

@@ -11,6 +11,7 @@ struct GroupStatistics {
     Index groups = 0;           // G
     Index variables = 0;        // q
     Index samples = 0;          // N
+    Index rows = 0;             // samples that are here, N or none
     Block<std::int32_t> counts; // G
     Matrix groupMeans;          // G x q
     Block<double> totalMeans;   // q
@@ -31,6 +32,9 @@ void gatherGroups(const DataMatrix& data, GroupStatistics& statistics);
 // The same in passes: means, what rounding left of the deviations from them (Chan, Golub and LeVeque 1983),
 // and sums of products. Exact where the means are large beside the deviations.
 void gatherGroupsInPasses(const DataMatrix& data, GroupStatistics& statistics);
+
+// The same from the moments of groups that stand in the place of samples.
+void takeGroupMoments(const DataMatrix& data, GroupStatistics& statistics);
 
 // Box's test of equal covariance matrices (Box 1949).
 struct BoxTest {
