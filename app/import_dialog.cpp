@@ -59,7 +59,7 @@ void fillList(HWND window, const ImportDialog& dialog, ImportChoice choice) {
     SendMessageA(list, CB_RESETCONTENT, 0, 0);
     ListFiller filler(list);
     TextBuffer text;
-    if (text.allocate(200, TextBuffer::Growth::growing) != success) return;
+    if (text.allocate(200, TextBuffer::Growth::fixed) != success) return; // twice the longest
     for (int entry = firstEntry(choice);; ++entry, text.clear()) {
         if (!writeChoiceEntry(text, choice, entry, dialog.options, dialog.preview, dialog.messages)) break;
         Block<char> shown;
@@ -78,7 +78,7 @@ void showNotes(HWND window, ImportDialog& dialog) {
                           "saved\n",
                           static_cast<long long>(dialog.limits.surveyedRows));
     }
-    if (convertToCodePage(text.text(), shown) == success)
+    if (text.join() && convertToCodePage(text.text(), shown) == success)
         showLines(window, CONTROL_IMPORT_NOTES, shown.data());
 }
 
@@ -86,7 +86,7 @@ void showFound(HWND window, ImportDialog& dialog) {
     for (int k = 0; k < wordChoiceCount; ++k) fillList(window, dialog, static_cast<ImportChoice>(k));
     TextBuffer rows;
     if (rows.allocate(5000, TextBuffer::Growth::growing) == success) writePreview(rows, dialog.preview.cells);
-    showLines(window, CONTROL_IMPORT_PREVIEW, rows.text());
+    showLines(window, CONTROL_IMPORT_PREVIEW, rows.join() ? rows.text() : "");
     SetDlgItemTextA(window, CONTROL_IMPORT_PREVIEW_NAME,
                     dialog.preview.isDecided ? "&first rows, as the program will read them"
                                              : "&first rows, as they stand in the file: a choice is open");

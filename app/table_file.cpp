@@ -78,7 +78,7 @@ DWORD writeWhole(const char* path, const TextBuffer& text) {
     DWORD error = createNeighbour(path, neighbour);
     if (error != ERROR_SUCCESS) return error;
     FileSink sink(neighbour);
-    sink.write({text.text(), text.length()});
+    for (const std::string_view piece : text) sink.write(piece);
     error = sink.close();
     return putInPlace(neighbour, path, error);
 }

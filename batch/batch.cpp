@@ -37,6 +37,14 @@ int refuse(const Complaint& complaint, const AnalysisKind* kind) {
     return exitWrongCommandLine;
 }
 
+bool write(std::FILE* file, const TextBuffer& text) {
+    bool written = true;
+    for (const std::string_view piece : text) {
+        written = written && std::fwrite(piece.data(), 1, piece.size(), file) == piece.size();
+    }
+    return written;
+}
+
 void setUp(const CommandLine& line, AnalysisRun& run) {
     Settings settings;
     setDefaultSettings(settings);
@@ -88,7 +96,8 @@ void printRefusal(const AnalysisRun& run) {
     if (text.allocate(500, TextBuffer::Growth::growing) != success) return;
     writeRefusal(text, run.data.notes.refusal, commandLineDoubts);
     writeMomentsRefusal(text, run.data.notes.moments);
-    if (text.length() > 0) std::fprintf(stderr, "note : %s", text.text());
+    if (text.length() > 0) std::fputs("note : ", stderr);
+    write(stderr, text);
 }
 
 // Whether moments hold what the analysis needs; how many samples they leave out is told.
@@ -121,7 +130,7 @@ bool checkData(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& ru
         writeLeftOut(text, data);
     }
     writeDoubts(text, data, commandLineDoubts);
-    std::fprintf(stderr, "%s", text.text());
+    write(stderr, text);
     const bool isMissing =
         findDoubt(data, Doubt::noNumbers).count + findDoubt(data, Doubt::infinite).count > 0;
     const bool fails =
@@ -161,10 +170,6 @@ bool runLoaded(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& ru
     const bool isWhole = !run.report.upper.ranOutOfMemory() && isComplete(run.report);
     if (!isWhole) reportFileCode(frontend, run.report, FileCode::noMemory);
     return isWhole;
-}
-
-bool write(std::FILE* file, const TextBuffer& text) {
-    return std::fwrite(text.text(), 1, text.length(), file) == text.length();
 }
 
 // What a run writes.
@@ -213,6 +218,11 @@ void printStatus(const TextBuffer& status) {
     std::fprintf(stderr, "%.*s\n", static_cast<int>(length), status.text());
 }
 
+void clearTexts(Report& report) {
+    report.upper.clear();
+    report.lower.clear();
+}
+
 // A failure leaves the output file alone: its text goes to standard output. False when the run has failed or
 // its report cannot be written.
 bool print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, OutputFile& output,
@@ -221,6 +231,8 @@ bool print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, O
         if (!written) reportFileCode(frontend, run.report, FileCode::notCreated);
         succeeded = succeeded && written;
     };
+    // A document is made of the structure of the report.
+    if (succeeded && line.format != ReportFormat::text) clearTexts(run.report);
     TextBuffer document;
     const TextBuffer* text = makeDocument(line, run, frontend, succeeded, document);
     if (text == nullptr) {
@@ -234,6 +246,7 @@ bool print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, O
         if (text == nullptr) text = frontend.shown();
         check(write(stdout, *text) && std::fflush(stdout) == 0);
     }
+    clearTexts(run.report);
     if (succeeded) printDeviations(line, run);
     printStatus(run.report.status);
     return succeeded;
@@ -263,9 +276,10 @@ bool makeSavedTable(BatchFrontend& frontend, const CommandLine& line, AnalysisRu
 }
 
 // False when there is nothing to save, or it cannot be written, which one line tells.
-bool writeSaved(const CommandLine& line, const AnalysisRun& run, const TextBuffer& table,
-                OutputFile& output) {
-    if (run.columns.count > 0 && output.write(table)) return true;
+bool writeSaved(const CommandLine& line, const AnalysisRun& run, TextBuffer& table, OutputFile& output) {
+    const bool written = run.columns.count > 0 && output.write(table);
+    table.clear();
+    if (written) return true;
     if (run.columns.count == 0) {
         std::fprintf(stderr, "%s: this run has no columns to save\n", programName);
     } else {

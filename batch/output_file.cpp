@@ -19,7 +19,7 @@ bool OutputFile::open(const char* path) {
 }
 
 bool OutputFile::write(const TextBuffer& text) {
-    append({text.text(), text.length()});
+    for (const std::string_view piece : text) append(piece);
     return finish();
 }
 

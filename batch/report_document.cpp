@@ -12,7 +12,7 @@ namespace {
 constexpr Index firstCapacity = 4096;
 
 std::string_view firstLine(const TextBuffer& text) {
-    const std::string_view all(text.text(), text.length());
+    const std::string_view all = text.view();
     return all.substr(0, all.find('\n'));
 }
 
@@ -39,14 +39,14 @@ struct FactTexts {
         return variables.allocate(firstCapacity, growing) | excluded.allocate(firstCapacity, growing) |
                arguments.allocate(firstCapacity, growing);
     }
-    bool ranOutOfMemory() const {
-        return variables.ranOutOfMemory() || excluded.ranOutOfMemory() || arguments.ranOutOfMemory();
+    // Before they are pointed into; false without memory.
+    bool join() {
+        for (TextBuffer* text : {&variables, &excluded, &arguments}) {
+            if (!text->join() || text->ranOutOfMemory()) return false;
+        }
+        return true;
     }
 };
-
-std::string_view viewOf(const TextBuffer& text) {
-    return {text.text(), text.length()};
-}
 
 bool writeJson(const CommandLine& line, const AnalysisRun& run, const FileFacts& file, TextBuffer& document) {
     const DataSet& data = run.data;
@@ -58,19 +58,19 @@ bool writeJson(const CommandLine& line, const AnalysisRun& run, const FileFacts&
         missingCells += data.missing[col].count();
     }
     listArguments(line, texts.arguments);
-    if (texts.ranOutOfMemory()) return false;
+    if (!texts.join()) return false;
     writeJsonReport({.program = programName,
                      .version = OMBRIVANTEL_VERSION,
                      .kind = kindWord(line),
                      .numerics = numericsWord(*run.numerics),
                      .file = file,
                      .samples = data.loaded.samples,
-                     .variables = viewOf(texts.variables),
-                     .excluded = viewOf(texts.excluded),
+                     .variables = texts.variables.view(),
+                     .excluded = texts.excluded.view(),
                      .missing = missingWord(line.missing),
                      .missingCells = missingCells,
                      .samplesLeftOut = data.leftOut,
-                     .arguments = viewOf(texts.arguments),
+                     .arguments = texts.arguments.view(),
                      .status = firstLine(run.report.status)},
                     *run.report.structure, document);
     return true;
@@ -96,23 +96,27 @@ bool writeReport(const CommandLine& line, const AnalysisRun& run, const FileFact
 
 bool writeFailure(const CommandLine& line, std::string_view status, const TextBuffer& shown,
                   TextBuffer& document) {
-    TextBuffer lines;
-    if (lines.allocate(firstCapacity, TextBuffer::Growth::growing) != success) return false;
-    appendLines(viewOf(shown), lines);
+    TextBuffer whole, lines; // in one piece: lines are no longer than what they stand in
+    const Index capacity = static_cast<Index>(shown.length()) + 1;
+    if ((whole.allocate(capacity, TextBuffer::Growth::growing) |
+         lines.allocate(capacity, TextBuffer::Growth::growing)) != success)
+        return false;
+    for (const std::string_view piece : shown) whole.append(piece);
+    appendLines(whole.view(), lines);
     switch (line.format) {
     case ReportFormat::text:
         break;
     case ReportFormat::json:
-        writeJsonFailure(status, viewOf(lines), document);
+        writeJsonFailure(status, lines.view(), document);
         break;
     case ReportFormat::markdown:
-        writeMarkdownFailure(viewOf(lines), document);
+        writeMarkdownFailure(lines.view(), document);
         break;
     case ReportFormat::html:
-        writeHtmlFailure(viewOf(lines), document);
+        writeHtmlFailure(lines.view(), document);
         break;
     }
-    return !lines.ranOutOfMemory();
+    return true;
 }
 
 } // namespace

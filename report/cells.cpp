@@ -16,19 +16,11 @@ void writeLabel(Report& report, const char* label, int width) {
     report.lower.appendRight(cutTo(label, width), width);
 }
 
-// What stands at the end of the lower text from this length on.
-std::string_view writtenSince(const Report& report, std::size_t length) {
-    const std::string_view lower(report.lower.text(), report.lower.length());
-    return length < lower.size() ? lower.substr(length) : std::string_view();
-}
-
-// The label cell of a row whose mark begins at this length.
-void startLabel(Report& report, Index number, std::size_t mark, const char* label, int width) {
-    if (report.structure != nullptr) {
-        report.structure->startRow(number, writtenSince(report, mark), label, width);
-    }
-    report.lower.append(",");
+// The label cell of a row, behind its mark.
+void startLabel(Report& report, Index number, std::string_view mark, const char* label, int width) {
+    report.lower.append(',');
     writeLabel(report, label, width);
+    if (report.structure != nullptr) report.structure->startRow(number, mark, label, width);
 }
 
 } // namespace
@@ -59,22 +51,22 @@ bool isComplete(const Report& report) {
 }
 
 void writeTitle(Report& report, const char* title) {
-    report.lower.append("\n");
+    report.lower.append('\n');
     report.lower.append(title);
-    report.lower.append("\n");
+    report.lower.append('\n');
     if (report.structure != nullptr) report.structure->addTitle(title);
 }
 
 void writeOptionLine(Report& report, const char* line) {
     report.lower.append(line);
-    report.lower.append("\n");
+    report.lower.append('\n');
     if (report.structure != nullptr) report.structure->addOption(line);
 }
 
 void writeCaption(Report& report, const char* text) {
     report.lower.append("\t");
     report.lower.append(text);
-    report.lower.append("\n");
+    report.lower.append('\n');
     if (report.structure != nullptr) report.structure->addCaption(text);
 }
 
@@ -88,7 +80,7 @@ void writeCaptionFormat(Report& report, const char* format, ...) {
 }
 
 void endTable(Report& report) {
-    report.lower.append("\n");
+    report.lower.append('\n');
     if (report.structure != nullptr) report.structure->endTable();
 }
 
@@ -105,7 +97,7 @@ void startUnnumberedRow(Report& report, const char* label) {
 }
 
 void endRow(Report& report) {
-    report.lower.append("\n");
+    report.lower.append('\n');
 }
 
 void startHeader(Report& report, const char* label, int labelWidth) {
@@ -115,25 +107,25 @@ void startHeader(Report& report, const char* label, int labelWidth) {
 }
 
 void startRow(Report& report, Index number, const char* label, int labelWidth) {
-    const std::size_t before = report.lower.length();
-    report.lower.appendInteger(number, 3);
-    startLabel(report, number, before, label, labelWidth);
+    char digits[wholeSize];
+    const std::string_view mark = formatWhole(number, digits);
+    report.lower.appendRight(mark, 3);
+    startLabel(report, number, mark, label, labelWidth);
 }
 
 void startUnnumberedRow(Report& report, const char* label, int labelWidth, const char* mark) {
-    const std::size_t before = report.lower.length();
     report.lower.append(mark);
-    startLabel(report, StructureRow::unnumbered, before, label, labelWidth);
+    startLabel(report, StructureRow::unnumbered, mark, label, labelWidth);
 }
 
 void writeName(Report& report, const char* name) {
-    report.lower.append(",");
+    report.lower.append(',');
     report.lower.appendRight(cutTo(name, report.formats.nameLength), report.formats.width);
     if (report.structure != nullptr) report.structure->addText(name, report.formats.nameLength);
 }
 
 void writeText(Report& report, const char* text, int width) {
-    report.lower.append(",");
+    report.lower.append(',');
     report.lower.appendRight(cutTo(text, width), width);
     if (report.structure != nullptr) report.structure->addText(text, width);
 }
@@ -143,20 +135,21 @@ void writeValue(Report& report, double value, int slot) {
 }
 
 void writeCell(Report& report, double value, CellFormat format) {
-    report.lower.append(",");
-    const std::size_t before = report.lower.length();
+    report.lower.append(',');
     report.lower.appendNumber(value, format.width, format.decimals);
     if (report.structure == nullptr) return;
-    report.structure->addNumber(StructureCell::Kind::real, value, writtenSince(report, before));
+    char digits[numberSize];
+    report.structure->addNumber(StructureCell::Kind::real, value,
+                                formatNumber(value, format.decimals, digits));
 }
 
 void writeInteger(Report& report, std::int64_t value, int width) {
-    report.lower.append(",");
-    const std::size_t before = report.lower.length();
-    report.lower.appendInteger(value, width);
+    report.lower.append(',');
+    char digits[wholeSize];
+    const std::string_view printed = formatWhole(value, digits);
+    report.lower.appendRight(printed, width);
     if (report.structure == nullptr) return;
-    report.structure->addNumber(StructureCell::Kind::whole, static_cast<double>(value),
-                                writtenSince(report, before));
+    report.structure->addNumber(StructureCell::Kind::whole, static_cast<double>(value), printed);
 }
 
 void writeCells(Report& report, Index number, const char* label, std::span<const double> values,

@@ -12,8 +12,7 @@
 namespace {
 
 // The lines of the upper text: the title, then what is said of the file.
-void recordLines(const TextBuffer& upper, ReportStructure& structure) {
-    std::string_view rest(upper.text(), upper.length());
+void recordLines(std::string_view rest, ReportStructure& structure) {
     bool isTitle = true;
     while (!rest.empty()) {
         const std::size_t end = std::min(rest.find('\n'), rest.size() - 1);
@@ -57,9 +56,11 @@ void writeFileSummary(Screens& screens, Report& report, const DataSet& data, int
     SetFormatsFromData(report, data, variableLength, labelLength);
     report.upper.append("\n\n");
     clearReport(report);
-    if (report.structure != nullptr) recordLines(report.upper, *report.structure);
+    if (report.structure != nullptr && report.upper.join()) {
+        recordLines(report.upper.view(), *report.structure);
+    }
     WriteDataTable(report, data, working.values.data());
-    report.upper.append({report.lower.text(), report.lower.length()});
+    report.upper.take(report.lower);
     screens.showUpper(report);
     screens.showStatus(report);
 }

@@ -36,8 +36,8 @@ StructureText ReportStructure::keep(std::string_view text, Index width) {
     const Index before = kept.empty() ? 0 : kept.data() - text.data();
     const std::size_t room = static_cast<std::size_t>(std::max<Index>(width - before, 0));
     const std::string_view shown = withoutBlanks(kept.substr(0, wholeCharacters(kept, room)));
-    const Index first = static_cast<Index>(texts_.length());
-    texts_.append(kept);
+    const char* const first = texts_.append(kept);
+    if (first == nullptr) return {}; // texts_ tells so
     return {first, std::ssize(kept), std::ssize(shown)};
 }
 
@@ -143,12 +143,4 @@ std::span<const StructureRow> ReportStructure::rows(const StructureTable& table)
 
 std::span<const StructureCell> ReportStructure::cells(const StructureRow& row) const {
     return cells_.part(row.firstCell, row.cellCount);
-}
-
-std::string_view ReportStructure::whole(const StructureText& text) const {
-    return {texts_.text() + text.first, static_cast<std::size_t>(text.length)};
-}
-
-std::string_view ReportStructure::shown(const StructureText& text) const {
-    return whole(text).substr(0, static_cast<std::size_t>(text.shown));
 }

@@ -8,9 +8,9 @@
 // a label and cells. Texts are whole and without the blanks around them, and numbers have their full
 // precision; beside that stands what the text of the report shows of them.
 
-// A place in the texts of a structure.
+// A text of a structure, for as long as that has it.
 struct StructureText {
-    Index first = 0;
+    const char* first = "";
     Index length = 0;
     Index shown = 0; // so many bytes of it are printed
 };
@@ -79,8 +79,12 @@ public:
     const StructureRow* head(const StructureTable& table) const;           // null when it has none
     std::span<const StructureRow> rows(const StructureTable& table) const; // without the head
     std::span<const StructureCell> cells(const StructureRow& row) const;
-    std::string_view whole(const StructureText& text) const;
-    std::string_view shown(const StructureText& text) const;
+    static std::string_view whole(const StructureText& text) {
+        return {text.first, static_cast<std::size_t>(text.length)};
+    }
+    static std::string_view shown(const StructureText& text) {
+        return {text.first, static_cast<std::size_t>(text.shown)};
+    }
 
 private:
     StructureText keep(std::string_view text, Index width);

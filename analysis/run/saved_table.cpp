@@ -47,9 +47,12 @@ void appendCells(TextBuffer& text, const DataSet& data, std::int32_t row) {
 // The shortest number that is read again as the same.
 void appendValue(TextBuffer& text, double value) {
     char digits[longestNumber];
-    if (!std::isfinite(value)) return text.append(",NA");
-    const char* end = std::to_chars(digits, digits + sizeof digits, value).ptr;
     text.append(",");
+    if (!std::isfinite(value)) {
+        text.append("NA");
+        return;
+    }
+    const char* end = std::to_chars(digits, digits + sizeof digits, value).ptr;
     text.append({digits, static_cast<std::size_t>(end - digits)});
 }
 
@@ -148,9 +151,13 @@ ErrorCode writeSavedTable(const AnalysisRun& run, TextBuffer& text) {
 }
 
 bool canBeReadAgain(const TextBuffer& text) {
-    std::string_view rest(text.text(), text.length());
-    for (std::size_t end; (end = rest.find('\n')) != std::string_view::npos; rest.remove_prefix(end + 1)) {
-        if (end > longestCsvLine) return false;
+    std::size_t begun = 0; // of a line in the pieces before
+    for (std::string_view rest : text) {
+        for (std::size_t end; (end = rest.find('\n')) != std::string_view::npos; begun = 0) {
+            if (begun + end > longestCsvLine) return false;
+            rest.remove_prefix(end + 1);
+        }
+        begun += rest.size();
     }
     return true;
 }

@@ -4,6 +4,7 @@
 #include "report/svg_canvas.h"
 #include "tests/support/graph_samples.h"
 #include "tests/support/recording_canvas.h"
+#include "tests/support/whole_text.h"
 
 namespace {
 
@@ -22,7 +23,7 @@ TEST(SvgCanvas, EscapesTextsAndKeepsTheirStyle) {
     // Bytes of Windows-1252: the euro sign, an e with an accent, one that means nothing; a control character.
     canvas.drawText({3, 10}, "a<b>&\"\x80\xE9\x81\x01", {14, {255, 0, 16}, true, true});
     canvas.finish();
-    const std::string text = document.text();
+    const std::string text = wholeText(document);
     EXPECT_EQ(count(text, ">a&#60;b&#62;&#38;&#34;&#8364;&#233;&#65533;&#65533;</text>"), 1U) << text;
     EXPECT_EQ(count(text, "fill=\"#ff0010\" font-style=\"italic\" text-decoration=\"underline\""), 1U)
         << text;
@@ -45,10 +46,10 @@ TEST(SvgCanvas, WritesAllThatIsDrawn) {
         view.highlighted = 13;
         drawGraph(canvas, graph, view);
         canvas.finish();
-        EXPECT_EQ(count(document.text(), "<polyline points="), paint(spec, view).lines.size());
+        EXPECT_EQ(count(wholeText(document), "<polyline points="), paint(spec, view).lines.size());
         if (folder == nullptr) continue;
         std::ofstream file(std::string(folder) + "/kind-" + std::to_string(kind) + ".svg", std::ios::binary);
-        file << document.text() << std::flush;
+        file << wholeText(document) << std::flush;
         EXPECT_TRUE(file.good());
     }
 }

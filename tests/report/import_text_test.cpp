@@ -1,5 +1,6 @@
 #include "report/import_text.h"
 #include "tests/support/cases.h"
+#include "tests/support/whole_text.h"
 
 TEST(ImportText, NamesWhatCanBeChosen) {
     MemorySource source("n;x;h\xC3\xB6he\nA;1,5;\"1,171\"\nB;2.5;2\n");
@@ -10,7 +11,7 @@ TEST(ImportText, NamesWhatCanBeChosen) {
         TextBuffer text;
         EXPECT_EQ(text.allocate(10, TextBuffer::Growth::growing), success);
         while (writeChoiceEntry(text, choice, first++, options, preview, messages)) text.append("|");
-        return std::string(text.text());
+        return wholeText(text);
     };
     EXPECT_EQ(previewImport(source, options, {}, preview, messages), illegalData);
     EXPECT_EQ(entriesOf(ImportChoice::decimal), "please choose|point|comma|");
@@ -48,6 +49,6 @@ TEST(ImportText, ShowsRowsInColumns) {
         ASSERT_EQ(previewImport(source, {}, {}, preview, messages), success) << messages.text();
         ASSERT_EQ(text.allocate(10, TextBuffer::Growth::growing), success);
         writePreview(text, preview.cells);
-        EXPECT_TRUE(std::string(text.text()).ends_with(shown)) << text.text();
+        EXPECT_TRUE(wholeText(text).ends_with(shown)) << wholeText(text);
     }
 }

@@ -3,6 +3,7 @@
 
 #include "report/text_buffer.h"
 #include "tests/support/cases.h"
+#include "tests/support/whole_text.h"
 
 namespace {
 
@@ -51,10 +52,43 @@ TEST(TextBuffer, KeepsWhatItHasWhenItCannotGrow) {
     buffer.append("9");
     EXPECT_STREQ(buffer.text(), "1234567");
     buffer.clear();
-    for (int i = 0; i < 1000; ++i) buffer.appendInteger(1000 + i, 0);
-    EXPECT_EQ(buffer.length(), 4000u);
-    EXPECT_STREQ(buffer.text() + 3992, "19981999");
+    const char* const first = buffer.append("first");
+    std::string expected = "first";
+    for (int i = 0; i < 10'000; ++i) {
+        buffer.appendInteger(10'000 + i, 0);
+        expected += std::to_string(10'000 + i);
+    }
+    EXPECT_EQ(buffer.length(), expected.size());
+    EXPECT_EQ(wholeText(buffer), expected);
+    EXPECT_EQ(std::string_view(first, 5), "first"); // where it was
     EXPECT_FALSE(buffer.ranOutOfMemory() || buffer.isCut());
+}
+
+TEST(TextBuffer, HandsItsPiecesOver) {
+    TextBuffer upper, lower;
+    ASSERT_EQ(upper.allocate(8, TextBuffer::Growth::growing) | lower.allocate(8, TextBuffer::Growth::growing),
+              success);
+    for (const bool fails : {true, false}) {
+        upper.clear();
+        upper.append("above\n");
+        const char* const stands = fails ? lower.append(std::string(9000, 'x')) : (*++lower.begin()).data();
+        failAllocation(fails ? 1 : 0);
+        upper.take(lower);
+        failAllocation(0);
+        EXPECT_EQ(upper.ranOutOfMemory(), fails);
+        EXPECT_EQ(wholeText(fails ? lower : upper), (fails ? "" : "above\n") + std::string(9000, 'x'));
+        EXPECT_EQ(upper.length(), fails ? 6u : 9006u);
+        EXPECT_TRUE(fails ||
+                    (*++ ++upper.begin()).data() == stands); // behind the first of both, which has none
+    }
+    EXPECT_EQ(lower.length(), 0u);
+    failAllocation(1); // room for a message is left
+    lower.append("failed");
+    failAllocation(0);
+    EXPECT_STREQ(lower.text(), "failed");
+    upper.append("below");
+    ASSERT_TRUE(upper.join());
+    EXPECT_EQ(upper.text(), "above\n" + std::string(9000, 'x') + "below");
 }
 
 TEST(TextBuffer, WritesNumbers) {

@@ -36,13 +36,13 @@ struct AnalysisSession {
     void stopEverywhere(int command) {
         for (long long step = 1; step < 100'000; step += 1 + step / 50) {
             frontend.upper = "above", frontend.lower = "below";
-            const std::string kept = run.report.lower.text();
+            const std::string kept = wholeText(run.report.lower);
             frontend.stopAt = step;
             const ErrorCode code = analyse(command);
             if (code != stopped) break;
             EXPECT_EQ(frontend.upper + frontend.lower + frontend.status, "abovebelowerror : stopped.")
                 << step;
-            EXPECT_EQ(run.report.lower.text(), kept) << step;
+            EXPECT_EQ(wholeText(run.report.lower), kept) << step;
         }
         frontend.stopAt = 0;
     }

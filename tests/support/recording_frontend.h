@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "analysis/run/data_file.h"
+#include "tests/support/whole_text.h"
 
 // A front end that keeps what it was told to show. Its `log` has a word for each call, in order, so that one
 // comparison shows what happened and what did not.
@@ -63,7 +64,7 @@ public:
 
 private:
     void keep(std::string& shown, const TextBuffer& text, const char* word) {
-        shown = text.text();
+        shown = wholeText(text);
         note(word);
     }
     void note(const std::string& word) { log += (log.empty() ? "" : " ") + word; }
