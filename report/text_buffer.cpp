@@ -11,6 +11,8 @@
 #include <iterator>
 #include <new>
 
+#include "report/fixed_point.h"
+
 namespace {
 
 // Pieces become as long as all before them together, within these bounds. Memory of the longer ones comes
@@ -32,6 +34,11 @@ void putBlanks(char* target, Index count) {
 } // namespace
 
 std::string_view formatNumber(double value, int decimals, char (&digits)[numberSize]) {
+    FixedPoint number;
+    if (toFixedPoint(value, decimals, number)) {
+        putFixedPoint(number, digits + number.length);
+        return {digits, static_cast<std::size_t>(number.length)};
+    }
     if (std::isnan(value)) return "nan";
     if (std::isinf(value)) return value > 0 ? "inf" : "-inf";
     const auto [end, error] =
@@ -169,8 +176,17 @@ void TextBuffer::appendInteger(std::int64_t value, int width) {
 }
 
 void TextBuffer::appendNumber(double value, int width, int decimals) {
-    char digits[numberSize];
-    appendRight(formatNumber(value, decimals, digits), width);
+    FixedPoint number;
+    if (!toFixedPoint(value, decimals, number)) {
+        char digits[numberSize];
+        appendRight(formatNumber(value, decimals, digits), width);
+        return;
+    }
+    const Index count = std::max(width, number.length);
+    char* const target = reserve(count);
+    if (target == nullptr) return;
+    if (count > number.length) putBlanks(target, count);
+    putFixedPoint(number, target + count);
 }
 
 void TextBuffer::take(TextBuffer& other) {

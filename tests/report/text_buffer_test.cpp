@@ -1,5 +1,9 @@
+#include <bit>
 #include <cfloat>
+#include <charconv>
+#include <cmath>
 #include <cstring>
+#include <random>
 
 #include "report/text_buffer.h"
 #include "tests/support/cases.h"
@@ -96,5 +100,29 @@ TEST(TextBuffer, WritesNumbers) {
         Fixed40 buffer;
         buffer.appendNumber(std::strtod(test[0].c_str(), nullptr), std::stoi(test[1]), std::stoi(test[2]));
         EXPECT_EQ(buffer.text(), test[3]);
+    }
+}
+
+// Ties, their neighbours, numbers of every size: digit by digit as the library prints them.
+TEST(TextBuffer, RoundsNumbersAsTheLibraryDoes) {
+    std::mt19937_64 random(1);
+    const auto check = [](double value, int decimals) {
+        char expected[numberSize], digits[numberSize];
+        const char* const end =
+            std::to_chars(expected, expected + numberSize, value, std::chars_format::fixed, decimals).ptr;
+        ASSERT_EQ(formatNumber(value, decimals, digits), std::string_view(expected, end)) << value;
+    };
+    for (int i = 0; i < 100'000; ++i) {
+        const int decimals = static_cast<int>(random() % 14);
+        const double whole = static_cast<double>(static_cast<std::int64_t>(random()) >> random() % 64);
+        const double tie = std::ldexp(whole, -static_cast<int>(random() % 75));
+        const double decimal = (whole + 0.5) / std::pow(10.0, decimals);
+        for (const double value : {tie, decimal, whole}) {
+            check(value, decimals);
+            check(std::nextafter(value, DBL_MAX), decimals);
+            check(std::nextafter(value, -DBL_MAX), decimals);
+        }
+        const double any = std::bit_cast<double>(random());
+        if (std::isfinite(any)) check(any, decimals);
     }
 }
