@@ -5,6 +5,7 @@
 
 // Benchmarks, each of which prints its lines of the table. The data comes from fixed seeds.
 void benchLoading();
+void benchWriting(int samples, int variables);
 void benchKendall();
 void benchMerging();
 void benchEigen();
