@@ -157,6 +157,11 @@ bool runPredictions(BatchFrontend& frontend, const CommandLine& line, AnalysisRu
     return true;
 }
 
+// Whether what is written is made of more of the cells than names and labels.
+bool readsCells(const CommandLine& line) {
+    return line.saved != nullptr || line.picture.colourBy != nullptr;
+}
+
 // The analysis or the summary of what was loaded. A report without its graph is whole.
 bool runLoaded(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run) {
     if (line.kind != nullptr) {
@@ -335,7 +340,10 @@ int runBatch(int count, char** arguments) {
     if (succeeded && line.kind != nullptr && !checkOptions(line, run, complaint)) {
         return refuse(complaint, line.kind);
     }
-    succeeded = succeeded && checkData(frontend, line, run) && runLoaded(frontend, line, run);
+    succeeded = succeeded && checkData(frontend, line, run);
+    // Where there is no memory to do so, the texts stay.
+    if (succeeded && !readsCells(line)) static_cast<void>(keepNumbersAlone(run.data));
+    succeeded = succeeded && runLoaded(frontend, line, run);
     TextBuffer table;
     if (succeeded && line.saved != nullptr) {
         succeeded = makeSavedTable(frontend, line, run, table, complaint);

@@ -9,7 +9,15 @@
 struct CellTable {
     std::int32_t rows = 0;
     std::int32_t cols = 0;
-    TextList texts;
+    TextList texts;         // rows x cols, or those of the header, then the labels
+    bool isReduced = false; // to these; the other cells are empty then
 
-    const char* cell(std::int32_t row, std::int32_t col) const { return texts[Index{row} * cols + col]; }
+    const char* cell(std::int32_t row, std::int32_t col) const {
+        if (!isReduced) return texts[Index{row} * cols + col];
+        return row == 0 ? texts[col] : col == 0 ? texts[cols + row - 1] : "";
+    }
 };
+
+// Gives the memory of all cells but the header and the labels back; success or outOfMemory (nothing is
+// changed then).
+[[nodiscard]] ErrorCode reduceToLabels(CellTable& table);

@@ -31,15 +31,23 @@ bool takeCell(const CellTable& cells, std::int32_t row, std::int32_t col, double
     return true;
 }
 
-void showLoaded(DataSet& data, std::int32_t samples, std::int32_t variables) {
+// Names and labels stand in the cell table.
+void nameLoaded(DataSet& data) {
     const TextPlaces texts = data.cells.texts.places();
-    const Index cols = data.cells.cols;
+    const Index cols = data.cells.cols, stride = data.cells.isReduced ? 1 : cols;
+    DataMatrix& loaded = data.loaded;
+    const std::int32_t* const columns = data.loadedColumns.data();
+    loaded.names = TextView::chosen(texts, columns, loaded.variables, 0, 1);
+    loaded.labels = data.leftOut > 0 ? TextView::chosen(texts, data.loadedRows.data(), loaded.samples,
+                                                        cols - stride, stride)
+                                     : TextView::every(texts, loaded.samples, cols, stride);
+}
+
+void showLoaded(DataSet& data, std::int32_t samples, std::int32_t variables) {
     DataMatrix& loaded = data.loaded;
     loaded.samples = samples;
     loaded.variables = variables;
-    loaded.names = TextView::chosen(texts, variables, data.loadedColumns.data(), 1);
-    loaded.labels = data.leftOut > 0 ? TextView::chosen(texts, samples, data.loadedRows.data(), cols)
-                                     : TextView::every(texts, samples, cols, cols);
+    nameLoaded(data);
     loaded.columns = data.loadedColumns.data();
     loaded.moments = data.moments.isEmpty() ? nullptr : &data.moments;
     loaded.values = {data.loadedValues.data(), static_cast<std::size_t>(loaded.count())};
@@ -153,6 +161,14 @@ bool isLeftOut(const DataSet& data, std::int32_t row) {
     return false;
 }
 
+ErrorCode keepNumbersAlone(DataSet& data) {
+    const ErrorCode code = reduceToLabels(data.cells);
+    if (code != success) return code;
+    nameLoaded(data);
+    copyLoadedToWorking(data);
+    return success;
+}
+
 void copyLoadedToWorking(DataSet& data) {
     data.reorderedValues.release();
     data.working = data.loaded;
@@ -173,7 +189,7 @@ ErrorCode reorderWorkingBySelection(DataSet& data) {
     for (std::int32_t k = 0; k < loaded.variables; ++k) order[k] = data.loadedColumns[order[k]];
     data.working.values = {data.reorderedValues.data(), loaded.values.size()};
     data.working.columns = order.data();
-    data.working.names = TextView::chosen(data.cells.texts.places(), loaded.variables, order.data(), 1);
+    data.working.names = TextView::chosen(data.cells.texts.places(), order.data(), loaded.variables, 0, 1);
     return success;
 }
 

@@ -126,6 +126,10 @@ void buildDataSet(DataSet& data);
 // Whether the sample of a row of the cell table was left out when the loaded part was filled.
 bool isLeftOut(const DataSet& data, std::int32_t row);
 
+// Gives the memory of the cells' texts back, but for names and labels, for who does not load or save from the
+// cells again, nor groups samples by them. Undoes any reordering. Success or outOfMemory (all is there then).
+[[nodiscard]] ErrorCode keepNumbersAlone(DataSet& data);
+
 // Undoes any reordering of the working part, which is then the loaded one.
 void copyLoadedToWorking(DataSet& data);
 

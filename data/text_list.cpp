@@ -3,6 +3,12 @@
 #include <cstdarg>
 #include <cstdio>
 
+Index TextView::characters() const {
+    Index sum = 0;
+    for (Index i = 0; i < size_; ++i) sum += std::ssize(std::string_view((*this)[i]));
+    return sum;
+}
+
 ErrorCode TextList::allocate(Index count, Index characters) {
     release();
     if (count == 0) return success;
@@ -14,9 +20,7 @@ ErrorCode TextList::allocate(Index count, Index characters) {
 }
 
 ErrorCode TextList::copy(const TextView& from) {
-    Index characters = 0;
-    for (Index i = 0; i < from.size(); ++i) characters += std::ssize(std::string_view(from[i]));
-    const ErrorCode code = allocate(from.size(), characters);
+    const ErrorCode code = allocate(from.size(), from.characters());
     for (Index i = 0; i < size(); ++i) set(i, from[i]);
     return code;
 }

@@ -29,12 +29,15 @@ public:
     static TextView every(const TextPlaces& places, Index size, Index first, Index stride) {
         return TextView(places, size, first, stride, nullptr);
     }
-    // Text chosen[i] * stride for each i.
-    static TextView chosen(const TextPlaces& places, Index size, const std::int32_t* chosen, Index stride) {
-        return TextView(places, size, 0, stride, chosen);
+    // Text first + chosen[i] * stride for each i.
+    static TextView chosen(const TextPlaces& places, const std::int32_t* chosen, Index size, Index first,
+                           Index stride) {
+        return TextView(places, size, first, stride, chosen);
     }
 
     Index size() const { return size_; }
+    // Of all texts together.
+    Index characters() const;
     const char* operator[](Index i) const {
         return places_.at(first_ + (chosen_ != nullptr ? Index{chosen_[i]} : i) * stride_);
     }

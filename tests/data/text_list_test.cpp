@@ -25,7 +25,7 @@ TEST(TextList, KeepsTextsOfAnyLengthAndNumber) {
     EXPECT_EQ(copy[0], std::string(62, 'z'));
     EXPECT_EQ(copy.room(), 0);
     const std::int32_t chosen[] = {7, 0, 1000};
-    const TextView view = TextView::chosen(list.places(), 3, chosen, 2);
+    const TextView view = TextView::chosen(list.places(), chosen, 3, 0, 2);
     EXPECT_EQ(view[0] + std::string(view[2]), text(14) + text(2000));
 
     ASSERT_EQ(list.allocate(2, 5), success);
