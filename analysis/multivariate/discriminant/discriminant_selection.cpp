@@ -5,6 +5,8 @@
 #include <numeric>
 #include <utility>
 
+#include "numeric/sweep.h"
+
 namespace {
 
 // What the entered variables leave of a variable; below it the variable depends on them.
@@ -15,32 +17,27 @@ struct Candidate {
     double f;
 };
 
-// `all` are the within-group sums before anything entered.
+// The rows and columns of total and within stand in the order; `all` are the within-group sums before
+// anything entered, in that of the columns.
 Candidate findLargestF(Index entered, double ratio, const Matrix& total, const Matrix& within,
                        const Matrix& all, const Block<std::int32_t>& order) {
     Candidate best = {order.size(), 0.0};
     for (Index position = entered; position < order.size(); ++position) {
         const Index j = order[position];
-        if (within(j, j) < leastTolerance * all(j, j)) continue;
-        const double f = (total(j, j) / within(j, j) - 1.0) * ratio;
+        const double left = within(position, position);
+        if (left < leastTolerance * all(j, j)) continue;
+        const double f = (total(position, position) / left - 1.0) * ratio;
         if (std::isnan(f) || (best.position < order.size() && f <= best.f)) continue;
         best = {position, f};
     }
     return best;
 }
 
-// Takes the part that variable j explains out of the sums of the variables that have not entered.
-void sweep(Index j, Index entered, const Block<std::int32_t>& order, Matrix& sums) {
-    const Index q = order.size();
-    const double* pivot = sums.row(j);
-    for (Index position = entered; position < q; ++position) {
-        double* row = sums.row(order[position]);
-        const double factor = row[j] / pivot[j];
-        for (Index other = entered; other < q; ++other) {
-            const Index k = order[other];
-            row[k] -= factor * pivot[k];
-        }
-    }
+// Exchanges two rows, and the columns of the same numbers.
+void exchange(Matrix& sums, Index a, Index b) {
+    if (a == b) return;
+    std::swap_ranges(sums.row(a), sums.row(a) + sums.columns(), sums.row(b));
+    for (Index i = 0; i < sums.rows(); ++i) std::swap(sums(i, a), sums(i, b));
 }
 
 } // namespace
@@ -82,9 +79,11 @@ ErrorCode selectForward(const GroupStatistics& statistics, const Numerics& numer
         if (best.f < fIn || probability > fInProbability) break;
 
         std::swap(selection.order[entered], selection.order[best.position]);
-        const Index j = selection.order[entered++];
-        sweep(j, entered, selection.order, total);
-        sweep(j, entered, selection.order, within);
+        for (Matrix* sums : {&total, &within}) {
+            exchange(*sums, entered, best.position);
+            sweepOut(*sums, entered, entered + 1);
+        }
+        ++entered;
     }
     selection.selected = entered;
     return success;

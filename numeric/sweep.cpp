@@ -1,0 +1,39 @@
+#include "numeric/sweep.h"
+
+namespace {
+
+// target -= factor * row, the step that all sweeps are made of
+void subtractMultiple(Index count, double factor, const double* __restrict row, double* __restrict target) {
+    for (Index j = 0; j < count; ++j) target[j] -= factor * row[j];
+}
+
+void sweepSymmetric(Matrix& a, Index k, double sign, double* column) {
+    const Index n = a.rows();
+    for (Index i = 0; i < n; ++i) column[i] = i < k ? a(k, i) : a(i, k);
+    const double pivot = column[k];
+    column[k] = 0.0; // row and column k get their elements below
+    for (Index i = 0; i < n; ++i) {
+        if (i != k) subtractMultiple(i + 1, column[i] / pivot, column, a.row(i));
+    }
+    for (Index i = 0; i < n; ++i) (i < k ? a(k, i) : a(i, k)) = sign * column[i] / pivot;
+    a(k, k) = -1.0 / pivot;
+}
+
+} // namespace
+
+void sweepOut(Matrix& a, Index k, Index first) {
+    const Index n = a.rows();
+    const double* const pivots = a.row(k);
+    for (Index i = first; i < n; ++i) {
+        double* const row = a.row(i);
+        subtractMultiple(n - first, row[k] / pivots[k], pivots + first, row + first);
+    }
+}
+
+void sweepIn(Matrix& a, Index k, double* column) {
+    sweepSymmetric(a, k, 1.0, column);
+}
+
+void sweepBack(Matrix& a, Index k, double* column) {
+    sweepSymmetric(a, k, -1.0, column);
+}
