@@ -107,6 +107,16 @@ ErrorCode MatrixInverse(Index n, Index stride, double* a, double* inverse, doubl
     return success;
 }
 
+ErrorCode invertColumn(Index n, Index stride, double* a, Index j, double* column, double& determinant) {
+    Block<std::int32_t> permutation;
+    if (permutation.allocate(n) != success) return outOfMemory;
+    const ErrorCode code = decomposeAndMultiply(n, stride, a, permutation.data(), determinant);
+    if (code != success) return code;
+    std::fill_n(column, n, 0.0);
+    column[j] = 1.0;
+    return LuSolve(n, stride, a, permutation.data(), column);
+}
+
 ErrorCode MatrixDeterminant(Index n, Index stride, double* a, double& determinant) {
     Block<std::int32_t> permutation;
     if (permutation.allocate(n) != success) return outOfMemory;

@@ -22,6 +22,10 @@ ErrorCode LuSolve(Index n, Index stride, const double* factors, const std::int32
 // its inverse is not finite. Whoever needs to know asks isSingular.
 [[nodiscard]] ErrorCode MatrixInverse(Index n, Index stride, double* a, double* inverse, double& determinant);
 
+// The same for one column of the inverse alone (n), for a third of the time.
+[[nodiscard]] ErrorCode invertColumn(Index n, Index stride, double* a, Index j, double* column,
+                                     double& determinant);
+
 // Determinant of a, which is destroyed: 0 where it cannot be factored. Returns 0 or outOfMemory.
 [[nodiscard]] ErrorCode MatrixDeterminant(Index n, Index stride, double* a, double& determinant);
 

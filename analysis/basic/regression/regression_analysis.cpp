@@ -112,11 +112,11 @@ ErrorCode fitAll(Screens& screens, const Numerics& numerics, const RegressionDat
 }
 
 ErrorCode fitSelected(Screens& screens, const Numerics& numerics, const RegressionData& data,
-                      const RegressionOptions& options, RegressionResult& result) {
+                      const RegressionOptions& options, const UpdateRule& rule, RegressionResult& result) {
     const StepwiseSelection& selection = result.selection;
     ErrorCode code = screens.setProgress(15);
     if (code == success)
-        code = selectVariables(numerics, data, options, result.selection, {&screens, 15, 40});
+        code = selectVariables(numerics, data, options, result.selection, {&screens, 15, 40}, rule);
     if (code == success && selection.count == 0) code = noEffectiveVariable;
     if (code == success) code = result.fit.allocate(data.samples, selection.count);
     if (code != success) return code;
@@ -142,7 +142,9 @@ ErrorCode compute(Screens& screens, const AnalysisRun& run, const RegressionOpti
     ErrorCode code = computeMoments(numerics, run.data.working, result);
     if (code != success) return code;
     const RegressionData data = regressedData(run.data.working, result);
-    code = isStepwise(options) ? fitSelected(screens, numerics, data, options, result)
+    // A structure shows all digits of a number.
+    const UpdateRule rule = {.updates = run.report.structure == nullptr};
+    code = isStepwise(options) ? fitSelected(screens, numerics, data, options, rule, result)
                                : fitAll(screens, numerics, data, options.alpha, result.fit);
     if (code != success) return code;
     computeResponses(result);

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr CellFormat processCell = {12, 6};
+constexpr CellFormat processCell = {12, stepDecimals};
 constexpr int sampleWidth = 12;
 constexpr int sampleSlot = 6;
 // Of a limit that was not computed; wider than the others, so that spreadsheets find it in the same place.

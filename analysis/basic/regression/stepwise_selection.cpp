@@ -11,8 +11,36 @@
 
 namespace {
 
-// A candidate that the model explains but for this share is none.
-constexpr double leastTolerance = 1e-10;
+constexpr double epsilon = std::numeric_limits<double>::epsilon();
+// Of a determination, which is below 1.
+constexpr double rounding = 0.5 * epsilon;
+// A decision that is closer to its limit, as a share of it, is made from a new inverse.
+constexpr double closeness = 1e-8;
+
+// Whether an error of that size can change a digit, or the sign, of the number in print.
+bool canShow(double value, double error) {
+    const double scaled = std::fabs(value) * std::pow(10.0, stepDecimals);
+    const double slack = error * std::pow(10.0, stepDecimals) + 8.0 * epsilon * scaled;
+    return !(scaled < 1e12 && scaled > slack && std::fabs(scaled - std::floor(scaled) - 0.5) > slack);
+}
+
+// What the numbers of a test may differ by from those of a selection without any update.
+struct SelectionErrors {
+    double determination = 0.0;
+    double f = 0.0;
+    double aic = 0.0;
+};
+
+// A test of the selection: the variable, none when negative, what is done with it, and the model after that.
+struct SelectionTest {
+    Index variable = -1;
+    StepMark mark = StepMark::none;
+    double determination = 0.0;
+    double f = 0.0;
+    double aic = 0.0;
+    SelectionErrors errors = {};
+    bool isOpen = false; // whether the errors may change what is done
+};
 
 enum class Failure { recorded, silent };
 
@@ -20,27 +48,39 @@ enum class Failure { recorded, silent };
 class Selector {
 public:
     Selector(const RegressionData& data, const RegressionOptions& options, StepwiseSelection& selection,
-             const Stage& stage)
-        : data_(data), options_(options), selection_(selection), stage_(stage), aic_(aicOf(0.0, 0)) {}
+             const Stage& stage, Index smallModel, Index exactSteps)
+        : data_(data), options_(options), selection_(selection), stage_(stage), smallModel_(smallModel),
+          exactSteps_(exactSteps), swept_(data, selection), aic_(aicOf(0.0, 0)) {}
 
+    ErrorCode select(const Numerics& numerics);
+    // Whether the selection stopped because the updates before leave open what to do or to print.
+    bool isLost() const { return isLost_; }
+
+private:
     void startFull(const Numerics& numerics);
 
     // One test; true when it changed the model. False, too, once a code stands or the list of steps is full.
     bool tryEntry(Failure failure);
     bool tryRemoval(Failure failure);
 
-    ErrorCode code() const { return code_; }
-    Index modelSize() const { return selection_.count; }
-
-private:
     const Matrix& correlation() const { return data_.moments.correlation; }
-    bool isOver() const { return code_ != success || selection_.stepCount == selection_.steps.size(); }
+    bool isOver() const {
+        return code_ != success || isLost_ || selection_.stepCount == selection_.steps.size();
+    }
     // Degrees of freedom of the residuals of a model with so many variables.
     double freedomOf(Index variables) const { return static_cast<double>(data_.samples - variables - 1); }
 
     double aicOf(double determination, Index variables) const;
     double score(Index candidate) const;
-    void move(Index variable, StepMark mark, double determination, double f, double aic);
+    bool isUpdated();
+    SelectionTest testEntry();
+    SelectionTest testRemoval();
+    SelectionTest judge(StepMark mark, const SelectionGain& found, double determination) const;
+    bool isDecided(const SelectionTest& test, double limit, double share) const;
+    bool canChangePrint(const SelectionTest& test) const;
+    bool isOpen(const SelectionTest& test, double limit, double second) const;
+    bool apply(const SelectionTest& test, Failure failure);
+    void move(const SelectionTest& test);
     void keep(const SelectionStep& step) { selection_.steps[selection_.stepCount++] = step; }
     void invertModel();
     void invertFull();
@@ -50,8 +90,14 @@ private:
     const RegressionOptions& options_;
     StepwiseSelection& selection_;
     const Stage& stage_;
+    Index smallModel_;
+    Index exactSteps_; // the first ones, which are made without updates
+    SweptModel swept_;
+    bool isInverted_ = false; // whether inverse and weights are those of the model
     double determination_ = 0.0;
+    double error_ = 0.0; // of the determination, by the updates so far
     double aic_;
+    bool isLost_ = false;
     ErrorCode code_ = success;
 };
 
@@ -85,9 +131,12 @@ double Selector::score(Index candidate) const {
 void Selector::invertModel() {
     const Index k = selection_.count;
     const Index stride = selection_.matrix.columns();
+    swept_.discard();
     copyMinor(correlation(), selection_.variables.data(), k, 1.0, selection_.matrix.data(), stride);
     double determinant = 0.0;
     code_ = MatrixInverse(k, stride, selection_.matrix.data(), selection_.inverse.data(), determinant);
+    if (code_ != success) return;
+    isInverted_ = true;
     for (Index i = 0; i < k; ++i) {
         const double* const inverse = selection_.inverse.row(i);
         double weight = 0.0;
@@ -103,10 +152,10 @@ void Selector::invertFull() {
     const Index k = selection_.count;
     std::copy(correlation().begin(), correlation().end(), selection_.matrix.begin());
     double determinant = 0.0;
-    code_ = MatrixInverse(selection_.matrix, selection_.inverse, determinant);
+    code_ = invertColumn(k + 1, k + 1, selection_.matrix.data(), k, selection_.column.data(), determinant);
     if (code_ == success && determinant < 0.0) code_ = singularMatrix;
     if (code_ != success) return;
-    determination_ = 1.0 - 1.0 / selection_.inverse(k, k);
+    determination_ = 1.0 - 1.0 / selection_.column[k];
     invertModel();
 }
 
@@ -123,6 +172,7 @@ void Selector::solveFull() {
             selection_.inverse(i, j) = full.inverse(i, j) * sds[i] * sds[j] * data_.samples;
         }
     }
+    isInverted_ = true;
 }
 
 void Selector::startFull(const Numerics& numerics) {
@@ -137,106 +187,192 @@ void Selector::startFull(const Numerics& numerics) {
     if (code_ == success) aic_ = aicOf(determination_, k);
 }
 
-void Selector::move(Index variable, StepMark mark, double determination, double f, double aic) {
-    Index* const first = selection_.variables.begin();
-    if (mark == StepMark::in) {
-        first[selection_.count++] = variable;
-    } else {
-        selection_.count = std::remove(first, first + selection_.count, variable) - first;
-    }
-    selection_.inModel[variable] = mark == StepMark::in;
-    determination_ = determination;
-    aic_ = aic;
-    keep({variable, mark, determination, f, aic});
-    code_ = stage_.advance(selection_.stepCount, selection_.steps.size());
-    if (code_ == success) invertModel();
+// Whether swept_ is that of the model; it is made where that is worth its while.
+bool Selector::isUpdated() {
+    if (selection_.stepCount < exactSteps_ || selection_.count < smallModel_) return false;
+    if (swept_.isCurrent()) return true;
+    if (!isInverted_) invertModel();
+    return code_ == success && swept_.build();
 }
 
-bool Selector::tryEntry(Failure failure) {
-    if (isOver()) return false;
-    double determination = 0.0;
+// The test of a variable that would enter, or leave, a model, which would have the determination then.
+SelectionTest Selector::judge(StepMark mark, const SelectionGain& found, double determination) const {
+    const bool enters = mark == StepMark::in;
+    const Index smaller = selection_.count - (enters ? 0 : 1);
+    const double freedom = freedomOf(smaller + 1);
+    const double more = enters ? determination : determination_;
+    const double less = enters ? determination_ : determination;
+    const double f = freedom * (more - less) / (1.0 - more);
+    const double aic = aicOf(determination, enters ? smaller + 1 : smaller);
+    const bool passes =
+        options_.criterion == 1 ? (enters ? f >= options_.fIn : f <= options_.fOut) : aic < aic_;
+    const bool moves = freedom > 0.0 && passes && !std::isnan(f) && !std::isnan(aic);
+    SelectionTest test = {found.variable, moves ? mark : StepMark::none, determination, f, aic};
+    if (found.error == 0.0 && error_ == 0.0) return test;
+    const double error = std::hypot(error_, found.error + rounding);
+    test.errors = {.determination = error,
+                   .f = (freedom * (found.error + rounding) + std::fabs(f) * error) / std::fabs(1.0 - more),
+                   .aic = error * data_.samples / std::fabs(1.0 - determination)};
+    return test;
+}
+
+// Whether a test of F, or of the AIC, comes out the same for all values within the errors and within a share
+// of the limit.
+bool Selector::isDecided(const SelectionTest& test, double limit, double share) const {
+    return options_.criterion == 1
+               ? std::fabs(test.f - limit) > share * std::fabs(limit) + test.errors.f
+               : std::fabs(test.aic - aic_) > share * std::fabs(aic_) + 2.0 * test.errors.aic;
+}
+
+// Whether what earlier updates did to the determination may decide on a test of a new inverse. `second` is
+// the determination of the variable that came next.
+bool Selector::isOpen(const SelectionTest& test, double limit, double second) const {
+    return error_ > 0.0 &&
+           (!isDecided(test, limit, 0.0) || std::fabs(test.determination - second) <= 4.0 * epsilon);
+}
+
+// A test that fails leaves determination and AIC as they were printed before.
+bool Selector::canChangePrint(const SelectionTest& test) const {
+    const SelectionErrors& errors = test.errors;
+    if (errors.determination == 0.0) return false;
+    return canShow(test.f, errors.f) ||
+           (test.mark != StepMark::none &&
+            (canShow(test.determination, errors.determination) || canShow(test.aic, errors.aic)));
+}
+
+SelectionTest Selector::testEntry() {
+    if (isUpdated()) {
+        const SelectionGain found = swept_.largestEntry();
+        if (!found.inDoubt && found.variable < 0) return {};
+        const SelectionTest test = judge(StepMark::in, found, determination_ + found.gain);
+        if (!found.inDoubt && isDecided(test, options_.fIn, closeness) && !canChangePrint(test)) return test;
+    }
+    if (code_ == success && !isInverted_) invertModel();
+    if (code_ != success) return {};
+    double determination = 0.0, second = 0.0;
     Index variable = -1;
     for (Index v = 0; v < data_.purpose(); ++v) {
         if (selection_.inModel[v]) continue;
         const double candidate = score(v);
+        second = std::max(second, std::min(candidate, determination));
         if (!(candidate > determination)) continue;
         determination = candidate;
         variable = v;
     }
-    if (variable < 0) return false;
-
-    const double freedom = freedomOf(selection_.count + 1);
-    const double f = freedom * (determination - determination_) / (1.0 - determination);
-    const double aic = aicOf(determination, selection_.count + 1);
-    const bool better = options_.criterion == 1 ? f >= options_.fIn : aic < aic_;
-    if (freedom > 0.0 && better && !std::isnan(f) && !std::isnan(aic)) {
-        move(variable, StepMark::in, determination, f, aic);
-        return code_ == success;
-    }
-    if (failure == Failure::recorded) keep({variable, StepMark::none, determination_, f, aic_});
-    return false;
+    if (variable < 0) return {};
+    SelectionTest test = judge(StepMark::in, {.variable = variable}, determination);
+    test.isOpen = isOpen(test, options_.fIn, second);
+    return test;
 }
 
-bool Selector::tryRemoval(Failure failure) {
-    if (isOver() || selection_.count == 0) return false;
-    double determination = std::numeric_limits<double>::quiet_NaN();
+SelectionTest Selector::testRemoval() {
+    if (isUpdated()) {
+        const SelectionGain found = swept_.leastRemoval();
+        const SelectionTest test = judge(StepMark::out, found, determination_ - found.gain);
+        if (!found.inDoubt && isDecided(test, options_.fOut, closeness) && !canChangePrint(test)) return test;
+    }
+    if (code_ == success && !isInverted_) invertModel();
+    if (code_ != success) return {};
+    double determination = std::numeric_limits<double>::quiet_NaN(), second = determination;
     Index variable = selection_.variables[0];
     for (Index i = 0; i < selection_.count; ++i) {
         const double weight = selection_.weights[i];
         const double without = determination_ - weight * weight / selection_.inverse(i, i);
+        second = std::fmax(second, std::fmin(without, determination));
         if (!(without > determination) && !std::isnan(determination)) continue;
         determination = without;
         variable = selection_.variables[i];
     }
+    SelectionTest test = judge(StepMark::out, {.variable = variable}, determination);
+    test.isOpen = isOpen(test, options_.fOut, second);
+    return test;
+}
 
-    const double freedom = freedomOf(selection_.count);
-    const double f = freedom * (determination_ - determination) / (1.0 - determination_);
-    const double aic = aicOf(determination, selection_.count - 1);
-    const bool better = options_.criterion == 1 ? f <= options_.fOut : aic < aic_;
-    if (freedom > 0.0 && better && !std::isnan(f) && !std::isnan(aic)) {
-        move(variable, StepMark::out, determination, f, aic);
-        return code_ == success;
+void Selector::move(const SelectionTest& test) {
+    const bool updates = isUpdated();
+    Index* const first = selection_.variables.begin();
+    if (test.mark == StepMark::in) {
+        first[selection_.count++] = test.variable;
+    } else {
+        selection_.count = std::remove(first, first + selection_.count, test.variable) - first;
     }
-    if (failure == Failure::recorded) keep({variable, StepMark::none, determination_, f, aic_});
-    return false;
+    selection_.inModel[test.variable] = test.mark == StepMark::in;
+    determination_ = test.determination;
+    error_ = test.errors.determination;
+    aic_ = test.aic;
+    isInverted_ = false;
+    if (updates) swept_.update(test.variable);
+}
+
+// Makes the move of a test, or keeps the test alone. True when the model changed.
+bool Selector::apply(const SelectionTest& test, Failure failure) {
+    if (test.variable < 0) return false;
+    const bool moves = test.mark != StepMark::none;
+    const bool isShown = moves || failure == Failure::recorded;
+    isLost_ = test.isOpen || (isShown && canChangePrint(test));
+    if (isLost_ || !isShown) return false;
+    if (moves) move(test);
+    keep({test.variable, test.mark, determination_, test.f, aic_});
+    if (moves) code_ = stage_.advance(selection_.stepCount, selection_.steps.size());
+    return moves && code_ == success;
+}
+
+bool Selector::tryEntry(Failure failure) {
+    return !isOver() && apply(testEntry(), failure);
+}
+
+bool Selector::tryRemoval(Failure failure) {
+    return !isOver() && selection_.count > 0 && apply(testRemoval(), failure);
+}
+
+ErrorCode Selector::select(const Numerics& numerics) {
+    switch (options_.method) {
+    case 1:
+        while (tryEntry(Failure::recorded)) {
+            if (selection_.count < 2) continue;
+            while (tryRemoval(Failure::silent)) {
+            }
+        }
+        break;
+    case 2:
+        startFull(numerics);
+        while (tryRemoval(Failure::recorded)) {
+            while (tryEntry(Failure::silent)) {
+            }
+        }
+        break;
+    case 3:
+        while (tryEntry(Failure::recorded)) {
+        }
+        break;
+    default:
+        startFull(numerics);
+        while (tryRemoval(Failure::recorded)) {
+        }
+        break;
+    }
+    return code_;
 }
 
 } // namespace
 
 ErrorCode StepwiseSelection::allocate(Index allVariables) {
-    const Index p = allVariables;
-    return variables.allocate(p) | steps.allocate(2 * p + 1) | inModel.allocate(p) | matrix.allocate(p, p) |
-           inverse.allocate(p, p) | weights.allocate(p);
+    return SelectedModel::allocate(allVariables) | steps.allocate(2 * allVariables + 1);
 }
 
 ErrorCode selectVariables(const Numerics& numerics, const RegressionData& data,
-                          const RegressionOptions& options, StepwiseSelection& selection,
-                          const Stage& stage) {
-    Selector selector(data, options, selection, stage);
-    switch (options.method) {
-    case 1:
-        while (selector.tryEntry(Failure::recorded)) {
-            if (selector.modelSize() < 2) continue;
-            while (selector.tryRemoval(Failure::silent)) {
-            }
-        }
-        break;
-    case 2:
-        selector.startFull(numerics);
-        while (selector.tryRemoval(Failure::recorded)) {
-            while (selector.tryEntry(Failure::silent)) {
-            }
-        }
-        break;
-    case 3:
-        while (selector.tryEntry(Failure::recorded)) {
-        }
-        break;
-    default:
-        selector.startFull(numerics);
-        while (selector.tryRemoval(Failure::recorded)) {
-        }
-        break;
+                          const RegressionOptions& options, StepwiseSelection& selection, const Stage& stage,
+                          const UpdateRule& rule) {
+    // Where an update leaves something open, the steps up to that are made again without any.
+    constexpr int mostReplays = 4;
+    const Index allSteps = selection.steps.size();
+    Index exactSteps = rule.updates ? 0 : allSteps;
+    for (int replays = 1;; ++replays) {
+        Selector selector(data, options, selection, stage, rule.smallModel, exactSteps);
+        const ErrorCode code = selector.select(numerics);
+        if (!selector.isLost()) return code;
+        exactSteps = replays < mostReplays ? selection.stepCount + 1 : allSteps;
+        selection.count = selection.stepCount = 0;
+        std::fill(selection.inModel.begin(), selection.inModel.end(), false);
     }
-    return selector.code();
 }
