@@ -9,6 +9,7 @@ void benchWriting(int samples, int variables);
 void benchKendall();
 void benchMerging();
 void benchEigen();
+void benchStepwise();
 
 inline double secondsSince(std::chrono::steady_clock::time_point start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();

@@ -7,5 +7,6 @@ int main() {
     benchKendall();
     benchMerging();
     benchEigen();
+    benchStepwise();
     return 0;
 }
