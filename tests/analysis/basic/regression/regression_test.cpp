@@ -115,7 +115,7 @@ TEST(StepwiseSelection, TakesTheStepsOfAnIndependentOne) {
 }
 
 // What is printed of the steps, on columns that depend on the one before them but for `noise`, 0 for copies,
-// or not at all; the rarest `noise` of all leave no update to be trusted.
+// or not at all. Dependent columns need inverses in between, the others next to none.
 TEST(StepwiseSelection, PrintsTheSameByUpdatesAsByInverses) {
     std::mt19937 random(5);
     std::normal_distribution<double> normal;
