@@ -9,10 +9,19 @@ double freedomOf(const RegressionData& data, const RegressionFit& fit) {
     return static_cast<double>(data.samples - fit.count - 1);
 }
 
+// Stand-ins have means of 0.
+double constantOf(const RegressionData& data, const LeastSquares& least, const RegressionFit& fit) {
+    if (data.standIns == 0) return least.constant;
+    double constant = data.moments.means[data.purpose()];
+    for (Index j = 0; j < fit.count; ++j)
+        constant -= least.coefficients[j] * data.moments.means[fit.variables[j]];
+    return constant;
+}
+
 void takeCoefficients(const RegressionData& data, const LeastSquares& least, RegressionFit& fit) {
     const double freedom = freedomOf(data, fit);
     const Block<double>& sds = data.moments.sds;
-    fit.constant = least.constant;
+    fit.constant = constantOf(data, least, fit);
     fit.residualVariance = least.residualSum / freedom;
     for (Index j = 0; j < fit.count; ++j) {
         const double b = least.coefficients[j];
@@ -53,7 +62,7 @@ void computeSamples(const Numerics& numerics, const RegressionData& data, const 
                     RegressionFit& fit) {
     const double deviation = std::sqrt(fit.residualVariance);
     const double t = numerics.tTwoSidedQuantile(freedomOf(data, fit), fit.alpha);
-    for (Index i = 0; i < data.samples; ++i) {
+    for (Index i = 0; i < data.predicted(); ++i) {
         const double* row = data.row(i);
         for (Index j = 0; j < fit.count; ++j) {
             fit.deviations[j] = row[fit.variables[j]] - data.moments.means[fit.variables[j]];
@@ -74,7 +83,7 @@ ErrorCode fitColumns(const RegressionData& data, const Index* variables, Index c
     if (code != success) return code;
     for (Index j = 0; j < count; ++j) columns[j] = static_cast<std::int32_t>(variables[j]);
     return fitLeastSquares({.values = data.values,
-                            .samples = data.samples,
+                            .samples = data.rows(),
                             .stride = data.variables,
                             .variables = columns.data(),
                             .k = count,

@@ -26,4 +26,5 @@ const Analysis multipleRegression = {.fields = fields,
                                      .driver = runMultipleRegression,
                                      .isEnabled = isEnabled,
                                      .refuse = refuse,
+                                     .momentNeeds = regressionMomentNeeds,
                                      .pictures = fitPictures};

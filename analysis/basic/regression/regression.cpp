@@ -93,7 +93,7 @@ void computeSamples(const RegressionData& data, RegressionFit& fit) {
     fit.residualVariance = deviation * deviation;
     const double t = fit.alpha == 0.0 ? 0.0 : TInverse(freedom, fit.alpha);
 
-    for (Index i = 0; i < data.samples; ++i) {
+    for (Index i = 0; i < data.predicted(); ++i) {
         const double* row = data.row(i);
         double prediction = fit.constant;
         for (Index j = 0; j < fit.count; ++j) {

@@ -4,14 +4,19 @@
 #include "report/screens.h"
 
 // What is regressed: samples x variables, row-major, the purpose variable last, with the moments of its
-// columns.
+// columns. Where the samples are not here, rows with their sums of products about the means stand in for
+// them.
 struct RegressionData {
     const double* values;
     std::int32_t samples;
     std::int32_t variables;
     const MomentMatrices& moments;
+    Index standIns = 0; // rows in the place of the samples; 0: the samples are here
 
     Index purpose() const { return variables - 1; }
+    Index rows() const { return standIns > 0 ? standIns : samples; }
+    // Samples that have a prediction.
+    Index predicted() const { return standIns > 0 ? 0 : samples; }
     const double* row(Index sample) const { return values + sample * variables; }
 };
 

@@ -11,6 +11,8 @@
 #include "analysis/basic/regression/regression_report.h"
 #include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
+#include "data/moments/working_moments.h"
+#include "numeric/stand_in_rows.h"
 
 namespace {
 
@@ -32,11 +34,11 @@ bool degreesArePositive(const AnalysisRun& run) {
 // Whether the model takes every value of the explanatory variables, then of the purpose variable.
 ErrorCode checkValues(const CurveModel& model, const DataMatrix& data) {
     const Index purpose = data.variables - 1;
-    for (Index i = 0; i < data.samples; ++i) {
+    for (Index i = 0; i < data.rows(); ++i) {
         const double* row = data.row(i);
         if (!std::all_of(row, row + purpose, model.takesExplanatory)) return invalidInvolutionVariable;
     }
-    for (Index i = 0; i < data.samples; ++i) {
+    for (Index i = 0; i < data.rows(); ++i) {
         if (!model.takesPurpose(data.at(i, purpose))) return invalidPurposeVariable;
     }
     return success;
@@ -68,29 +70,41 @@ bool isTransformed(const RegressionResult& result, Index column, Index purpose) 
                             : result.model.changesPurpose();
 }
 
-// The moments of the data and of what is regressed.
+// The moments of the data and of what is regressed, which those in the place of samples are.
+ErrorCode findAllMoments(const Numerics& numerics, const DataMatrix& data, RegressionResult& result) {
+    const ErrorCode code = findMoments(numerics, data, result.ownMoments);
+    if (code != success || !result.transforms()) return code;
+    if (data.moments != nullptr) return findMoments(numerics, data, result.moments);
+    transform(data, result);
+    if (!allFinite(result.transformed)) return notFinite;
+    return numerics.moments(result.transformed.data(), data.samples, data.variables, result.moments);
+}
+
 ErrorCode computeMoments(const Numerics& numerics, const DataMatrix& data, RegressionResult& result) {
-    numerics.moments(data.values.data(), data.samples, data.variables, result.ownMoments);
-    if (result.transforms()) {
-        transform(data, result);
-        if (!allFinite(result.transformed)) return notFinite;
-        numerics.moments(result.transformed.data(), data.samples, data.variables, result.moments);
-    }
+    const ErrorCode code = findAllMoments(numerics, data, result);
+    if (code != success) return code;
     const MomentMatrices& moments = result.regressedMoments();
     if (!allFinite(result.ownMoments.means) || !allFinite(moments.means) || !allFinite(moments.sds)) {
         return notFinite;
     }
-    if (numerics.anyConstant(result.ownMoments)) return illegalData;
+    // Transformed columns may deviate little.
+    const bool hasOwn = data.moments == nullptr || !result.transforms();
+    if (hasOwn && numerics.anyConstant(result.ownMoments)) return illegalData;
     for (Index v = 0; v < data.variables; ++v) {
-        if (isTransformed(result, v, data.variables - 1) &&
+        if ((!hasOwn || isTransformed(result, v, data.variables - 1)) &&
             !(moments.sds[v] > leastRelativeDeviation * std::fabs(moments.means[v]))) {
             return illegalData;
         }
     }
+    if (data.moments != nullptr) findStandInRows(moments.covariance, data.samples, result.standIns);
     return success;
 }
 
 RegressionData regressedData(const DataMatrix& data, const RegressionResult& result) {
+    if (data.moments != nullptr) {
+        return {result.standIns.data(), data.samples, data.variables, result.regressedMoments(),
+                result.standIns.rows()};
+    }
     const double* values = result.transforms() ? result.transformed.data() : data.values.data();
     return {values, data.samples, data.variables, result.regressedMoments()};
 }
@@ -105,7 +119,7 @@ ErrorCode fitModel(Screens& screens, const Numerics& numerics, const RegressionD
 ErrorCode fitAll(Screens& screens, const Numerics& numerics, const RegressionData& data, double alpha,
                  RegressionFit& fit) {
     ErrorCode code = screens.setProgress(20);
-    if (code == success) code = fit.allocate(data.samples, data.purpose());
+    if (code == success) code = fit.allocate(data.predicted(), data.purpose());
     if (code != success) return code;
     std::iota(fit.variables.begin(), fit.variables.end(), Index{0});
     return fitModel(screens, numerics, data, alpha, DeterminantTest::refuseNegative, fit);
@@ -118,7 +132,7 @@ ErrorCode fitSelected(Screens& screens, const Numerics& numerics, const Regressi
     if (code == success)
         code = selectVariables(numerics, data, options, result.selection, {&screens, 15, 40}, rule);
     if (code == success && selection.count == 0) code = noEffectiveVariable;
-    if (code == success) code = result.fit.allocate(data.samples, selection.count);
+    if (code == success) code = result.fit.allocate(data.predicted(), selection.count);
     if (code != success) return code;
     std::copy_n(selection.variables.begin(), selection.count, result.fit.variables.begin());
     return fitModel(screens, numerics, data, options.alpha, DeterminantTest::none, result.fit);
@@ -189,12 +203,13 @@ ErrorCode keepRegressionColumns(AnalysisRun& run, const RegressionResult& result
 
 } // namespace
 
-ErrorCode RegressionResult::allocate(Index samples, Index variables) {
-    const Index n = samples;
-    const Index p = variables;
+ErrorCode RegressionResult::allocate(const DataMatrix& data) {
+    const Index n = data.rows();
+    const Index p = data.variables;
     ErrorCode code = ownMoments.allocate(p) | degrees.allocate(p) | selection.allocate(p) |
                      predictions.allocate(n) | infima.allocate(n) | suprema.allocate(n);
     if (transforms()) code |= transformed.allocate(n, p) | moments.allocate(p);
+    if (data.moments != nullptr) code |= standIns.allocate(2 * p, p);
     return code;
 }
 
@@ -205,7 +220,7 @@ ErrorCode runRegression(Screens& screens, AnalysisRun& run, const RegressionOpti
     if (result.model.hasDegrees && !degreesArePositive(run)) return invalidDegree;
     if (data.variables < 2) return noEffectiveVariable;
     ErrorCode code = checkValues(result.model, data);
-    if (code == success) code = result.allocate(data.samples, data.variables);
+    if (code == success) code = result.allocate(data);
     if (code != success) return code;
 
     code = startProgress(screens, run.report);

@@ -77,6 +77,10 @@ bool isRegressionFieldEnabled(const RegressionOptions& options, const OptionFiel
     }
 }
 
+unsigned regressionMomentNeeds(const AnalysisOptions&) {
+    return needsCount | needsMeans | needsDeviations;
+}
+
 const char* refuseRegression(const AnalysisOptions& options, const RegressionOptions& regression) {
     if (!(regression.fIn > regression.fOut)) return "f-in should be larger than f-out";
     return options.purposes[0] == 0 ? "please select one purpose variable" : nullptr;

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "analysis/run/option_field.h"
+#include "analysis/run/analysis_kind.h"
 
 // The options that multiple regression and the curve models share, and their rules.
 
@@ -11,6 +11,9 @@ std::array<OptionField, 6> regressionFields(std::size_t group);
 
 // The criterion belongs to the stepwise methods, its two limits to the F criterion.
 bool isRegressionFieldEnabled(const RegressionOptions& options, const OptionField& field);
+
+// What moments must hold.
+unsigned regressionMomentNeeds(const AnalysisOptions& options);
 
 // The alert that refuses the options, or null. The limits are compared for every method and criterion.
 const char* refuseRegression(const AnalysisOptions& options, const RegressionOptions& regression);

@@ -163,7 +163,7 @@ void writeRegressionReport(AnalysisRun& run, const RegressionOptions& options,
     writeCoefficients(report, data, result.fit);
     writeStandardized(report, data, result.fit);
     writeDeterminations(report, result.fit);
-    writeSamples(report, data, result);
+    if (data.moments == nullptr) writeSamples(report, data, result);
 }
 
 void writeCoverage(Report& report, double alpha) {

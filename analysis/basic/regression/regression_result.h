@@ -2,6 +2,7 @@
 
 #include "analysis/basic/regression/curve_model.h"
 #include "analysis/basic/regression/stepwise_selection.h"
+#include "data/data_set.h"
 
 // A fitted model with what its report, its graph and predictions show.
 struct RegressionResult {
@@ -9,6 +10,7 @@ struct RegressionResult {
     MomentMatrices ownMoments; // of the data's own columns
     Matrix transformed;        // samples x variables; empty when the model transforms nothing
     MomentMatrices moments;    // of the transformed columns; empty likewise
+    Matrix standIns;           // rows in the place of samples that are not here; else empty
     Block<double> degrees;     // by working column
     StepwiseSelection selection;
     RegressionFit fit; // allocated when its variables are known
@@ -24,7 +26,7 @@ struct RegressionResult {
     const MomentMatrices& regressedMoments() const { return transforms() ? moments : ownMoments; }
 
     // Zero-filled arrays but the fit's; 0 or outOfMemory.
-    [[nodiscard]] ErrorCode allocate(Index samples, Index variables);
+    [[nodiscard]] ErrorCode allocate(const DataMatrix& data);
 };
 
 // Whether a method of the options selects variables.
