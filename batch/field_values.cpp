@@ -7,6 +7,7 @@
 
 #include "batch/file_system.h"
 #include "batch/nearest_word.h"
+#include "data/moments/moment_names.h"
 #include "data/number.h"
 
 namespace {
@@ -130,6 +131,11 @@ std::int32_t findColumn(const CellTable& cells, std::string_view name) {
     if (name.size() < sizeof given) {
         std::snprintf(given, sizeof given, "%.*s", static_cast<int>(name.size()), name.data());
         if (writeInCodePage(given, converted, sizeof converted)) column = findName(cells, converted);
+        if (column != 0) return column;
+    }
+    if (cells.isOfEngine) {
+        const TextView names = TextView::every(cells.texts.places(), cells.cols - 1, 1, 1);
+        column = static_cast<std::int32_t>(findNameButCase(names, name)) + 1;
         if (column != 0) return column;
     }
     if (name.size() < 2 || name[0] != '#') return 0;

@@ -9,8 +9,9 @@
 struct CellTable {
     std::int32_t rows = 0;
     std::int32_t cols = 0;
-    TextList texts;         // rows x cols, or those of the header, then the labels
-    bool isReduced = false; // to these; the other cells are empty then
+    TextList texts;          // rows x cols, or those of the header, then the labels
+    bool isReduced = false;  // to these; the other cells are empty then
+    bool isOfEngine = false; // names of an engine, which may have changed their case
 
     const char* cell(std::int32_t row, std::int32_t col) const {
         if (!isReduced) return texts[Index{row} * cols + col];

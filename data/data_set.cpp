@@ -86,6 +86,7 @@ ErrorCode nameMoments(DataSet& data) {
     const MomentTable& moments = data.moments;
     const std::int32_t variables = moments.variables;
     data.cells.rows = 1;
+    data.cells.isOfEngine = true;
     data.cells.cols = variables + 1 + (moments.isGrouped ? 1 : 0);
     if (data.cells.texts.allocate(data.cells.cols) != success) return outOfMemory;
     data.cells.texts.setReplaceable(0, "");

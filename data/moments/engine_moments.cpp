@@ -115,7 +115,7 @@ private:
             const char* const greatest = behind(head, "max_");
             const char* const pair = behind(head, "cov_");
             if (greatest != nullptr) {
-                const Index i = findName(table_.names, greatest);
+                const Index i = findNameButCase(table_.names, greatest);
                 if (i < 0) return refuse(MomentsFault::unknownColumn, head);
                 if (taken[i]++ != 0) return refuse(MomentsFault::columnTwice, head);
                 role(c) = {Column::greatest, i, 0};
@@ -187,8 +187,8 @@ private:
             for (std::size_t at = text.find('_'); at != std::string_view::npos && found < 2;
                  at = text.find('_', at + 1)) {
                 const std::string_view first = text.substr(0, at), second = text.substr(at + 1);
-                const Index i = byNumber ? placeNumber(first) - 1 : findName(table_.names, first);
-                const Index j = byNumber ? placeNumber(second) - 1 : findName(table_.names, second);
+                const Index i = byNumber ? placeNumber(first) - 1 : findNameButCase(table_.names, first);
+                const Index j = byNumber ? placeNumber(second) - 1 : findNameButCase(table_.names, second);
                 if (i < 0 || j < 0 || i >= variables_ || j >= variables_) continue;
                 pair.i = i;
                 pair.j = j;
@@ -214,7 +214,9 @@ private:
         }
         refusal_.line = 0;
         // More groups than rows cannot be without gaps.
-        return groups_ < cells_.rows() ? success : refuse(MomentsFault::wrongGroup, "");
+        char last[32];
+        std::snprintf(last, sizeof last, "%td", groups_);
+        return groups_ < cells_.rows() ? success : refuse(MomentsFault::wrongGroup, last);
     }
 
     ErrorCode takeNumber(Index row, Index column, double& value) {

@@ -16,7 +16,7 @@ bool equalButCase(std::string_view a, std::string_view b) {
                       [](char left, char right) { return lower(left) == lower(right); });
 }
 
-Index findName(const TextView& names, std::string_view name) {
+Index findNameButCase(const TextView& names, std::string_view name) {
     Index found = -1, count = 0;
     for (Index i = 0; i < names.size(); ++i) {
         const std::string_view each = names[i];

@@ -8,7 +8,7 @@
 bool equalButCase(std::string_view a, std::string_view b);
 
 // The place of a name: that of the same text, else of the only one that differs by case alone; -1 without.
-Index findName(const TextView& names, std::string_view name);
+Index findNameButCase(const TextView& names, std::string_view name);
 
 // A whole number from 1 on that is all of a text; 0 for any other text.
 Index placeNumber(std::string_view text);

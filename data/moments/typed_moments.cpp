@@ -76,7 +76,7 @@ private:
             return success;
         }
         matrixBegun_ = true;
-        const Index i = findName(table_.names, label);
+        const Index i = findNameButCase(table_.names, label);
         if (i < 0 || isGiven(i, i)) return refuse(MomentsFault::wrongVariable, label);
         for (Index j = 0; j < p_; ++j) {
             const bool isEmpty = j + 1 >= cells_.cells(row) || cells_.cell(row, j + 1)[0] == '\0';
