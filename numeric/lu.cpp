@@ -4,6 +4,8 @@
 #include <cmath>
 
 #include "numeric/block.h"
+#include "numeric/block_product.h"
+#include "numeric/blocked_lu.h"
 
 namespace {
 
@@ -44,6 +46,7 @@ ErrorCode LuDecompose(Index n, Index stride, double* a, std::int32_t* permutatio
     Block<double> scales;
     if (scales.allocate(n) != success) return outOfMemory;
     if (!scaleRows(n, stride, a, scales.data())) return decompositionFailed;
+    if (n >= blockedOrder) return decomposeByBlocks(n, stride, a, scales.data(), permutation, sign);
 
     double parity = 1.0;
     for (Index j = 0; j < n; ++j) {
@@ -98,6 +101,10 @@ ErrorCode MatrixInverse(Index n, Index stride, double* a, double* inverse, doubl
     if ((permutation.allocate(n) | column.allocate(n)) != success) return outOfMemory;
     const ErrorCode code = decomposeAndMultiply(n, stride, a, permutation.data(), determinant);
     if (code != success) return code;
+    if (n >= blockedOrder) {
+        invertByBlocks(n, stride, a, permutation.data(), inverse);
+        return success;
+    }
     for (Index j = 0; j < n; ++j) {
         std::fill(column.begin(), column.end(), 0.0);
         column[j] = 1.0;

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "numeric/matrix.h"
+
+// For orders from blockedOrder on. Elements that are not finite leave the results not finite.
+
+// HouseholderTridiagonalise without the transformation; a is destroyed. Returns 0 or outOfMemory.
+[[nodiscard]] ErrorCode reduceLarge(Index n, Index stride, double* a, double* d, double* e);
+
+// SymmetricEigen: the reduction by panels, the tridiagonal matrix by halves. Takes scratch of three such
+// matrices. Returns 0 or outOfMemory.
+[[nodiscard]] ErrorCode largeSymmetricEigen(Index n, Index stride, double* vectors, double* values,
+                                            const double* source);
