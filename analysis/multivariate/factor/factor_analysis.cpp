@@ -298,10 +298,12 @@ ErrorCode buildFactorPicture(AnalysisRun& run, const FactorWork& work, const cha
     const Matrix& loadings = result.finalLoadings();
     const Index variables = loadings.rows();
     Block<double> shares, eigenvalues;
-    Matrix vectors;
+    Matrix correlation; // a copy
     ErrorCode code = shares.allocate(result.scores.columns()) | eigenvalues.allocate(variables) |
-                     vectors.allocate(variables, variables);
-    if (code == success) code = SymmetricEigen(vectors, eigenvalues, work.moments.correlation);
+                     correlation.allocate(variables, variables);
+    if (code != success) return code;
+    std::copy(work.moments.correlation.begin(), work.moments.correlation.end(), correlation.begin());
+    code = symmetricEigenvalues(correlation, eigenvalues);
     if (code != success) return code;
     for (Index k = 0; k < shares.size(); ++k) shares[k] = sums[k] / static_cast<double>(variables);
     return buildPicture<ScoreCharts>(run, {.title = title,

@@ -23,13 +23,19 @@ constexpr int firstPercent = 40;
 constexpr int lastPercent = 60;
 using std::numbers::pi;
 
-// The angle that turns columns k and l to the greatest criterion.
-double bestAngle(Index k, Index l, double gamma, const Matrix& loadings) {
+struct ColumnPair {
+    const double* first;
+    const double* second;
+    Index count;
+    Index step; // from an element to the next one
+};
+
+// The angle that turns two columns to the greatest criterion.
+double bestAngle(const ColumnPair& pair, double gamma) {
     double a = 0.0, b = 0.0, c = 0.0, d = 0.0;
-    for (Index j = 0; j < loadings.rows(); ++j) {
-        const double* row = loadings.row(j);
-        const double x = row[k];
-        const double y = row[l];
+    for (Index j = 0; j < pair.count; ++j) {
+        const double x = pair.first[j * pair.step];
+        const double y = pair.second[j * pair.step];
         const double u = x * x - y * y;
         const double w = x * y;
         a += u;
@@ -37,7 +43,7 @@ double bestAngle(Index k, Index l, double gamma, const Matrix& loadings) {
         c += u * u - 4.0 * w * w;
         d += u * w;
     }
-    const double count = static_cast<double>(loadings.rows());
+    const double count = static_cast<double>(pair.count);
     const double numerator = 4.0 * count * d - 4.0 * gamma * a * b;
     const double denominator = count * c - gamma * (a + 2.0 * b) * (a - 2.0 * b);
     double angle = std::atan(numerator / denominator);
@@ -47,13 +53,12 @@ double bestAngle(Index k, Index l, double gamma, const Matrix& loadings) {
 
 // The same, and none where the sums that it is made of are nothing but rounding: a criterion that is as good
 // at every angle, or a column pair that is where it should be.
-double exactAngle(Index k, Index l, double gamma, const Matrix& loadings) {
+double exactAngle(const ColumnPair& pair, double gamma) {
     double a = 0.0, b = 0.0, c = 0.0, d = 0.0;
     double squares = 0.0, fourths = 0.0; // that the terms are not above
-    for (Index j = 0; j < loadings.rows(); ++j) {
-        const double* row = loadings.row(j);
-        const double x = row[k];
-        const double y = row[l];
+    for (Index j = 0; j < pair.count; ++j) {
+        const double x = pair.first[j * pair.step];
+        const double y = pair.second[j * pair.step];
         const double u = (x - y) * (x + y);
         const double w = x * y;
         a += u;
@@ -64,7 +69,7 @@ double exactAngle(Index k, Index l, double gamma, const Matrix& loadings) {
         squares += square;
         fourths += square * square;
     }
-    const double count = static_cast<double>(loadings.rows());
+    const double count = static_cast<double>(pair.count);
     const double numerator = 4.0 * (count * d - gamma * a * b);
     const double denominator = count * c - gamma * (a + 2.0 * b) * (a - 2.0 * b);
     const double rounding = (count + 8.0) * std::numeric_limits<double>::epsilon() *
@@ -76,7 +81,7 @@ double exactAngle(Index k, Index l, double gamma, const Matrix& loadings) {
 
 // What turns a pair of columns, and what a sweep ends by: the size of its angles.
 struct TurnRule {
-    double (*angle)(Index k, Index l, double gamma, const Matrix& loadings);
+    double (*angle)(const ColumnPair& pair, double gamma);
     double (*size)(double cosine, double sine);
     double leastSize;
 };
@@ -93,14 +98,19 @@ constexpr TurnRule textbookTurns = {
     .leastSize = leastSine,
 };
 
-void turnColumns(Index k, Index l, double cosine, double sine, Matrix& loadings) {
-    for (Index j = 0; j < loadings.rows(); ++j) {
-        double* row = loadings.row(j);
-        const double x = row[k];
-        const double y = row[l];
-        row[k] = cosine * x + sine * y;
-        row[l] = cosine * y - sine * x;
+void turnColumns(Index count, double cosine, double sine, double* __restrict column,
+                 double* __restrict other) {
+    for (Index j = 0; j < count; ++j) {
+        const double x = column[j];
+        const double y = other[j];
+        column[j] = cosine * x + sine * y;
+        other[j] = cosine * y - sine * x;
     }
+}
+
+void transpose(const Matrix& source, Matrix& target) {
+    for (Index j = 0; j < source.rows(); ++j)
+        for (Index k = 0; k < source.columns(); ++k) target(k, j) = source(j, k);
 }
 
 struct AxisWork {
@@ -130,7 +140,7 @@ void findWeights(Index k, double gamma, const Matrix& structure, Block<double>& 
     for (double& weight : weights) weight -= gamma * total / count;
 }
 
-// out (factors x factors) = A' diag(weights) A
+// The lower triangle of out (factors x factors) = A' diag(weights) A, all that SymmetricEigen reads.
 void weightedProducts(const Matrix& a, const Block<double>& weights, Matrix& out) {
     out.fill(0.0);
     for (Index j = 0; j < a.rows(); ++j) {
@@ -138,7 +148,7 @@ void weightedProducts(const Matrix& a, const Block<double>& weights, Matrix& out
         for (Index k = 0; k < a.columns(); ++k) {
             const double product = row[k] * weights[j];
             double* sums = out.row(k);
-            for (Index l = 0; l < a.columns(); ++l) sums[l] += product * row[l];
+            for (Index l = 0; l <= k; ++l) sums[l] += product * row[l];
         }
     }
 }
@@ -217,29 +227,46 @@ ErrorCode invertInnerProducts(const Matrix& products, Matrix& inverse) {
 
 ErrorCode rotateOrthogonal(const Numerics& numerics, double gamma, Matrix& loadings, const Stage& stage) {
     const TurnRule& turns = numerics.textbook ? textbookTurns : classicTurns;
+    const Index count = loadings.rows();
+    const Index factors = loadings.columns();
+    Matrix columns;       // in rows
+    Block<Index> changed; // the visit that last changed a column
+    ErrorCode code = columns.allocate(factors, count) | changed.allocate(factors);
+    if (code != success) return code;
+    transpose(loadings, columns);
+    const Index visitsOfSweep = factors * (factors - 1) / 2;
+    Index visit = visitsOfSweep; // all columns count as new in the first sweep
+    std::fill(changed.begin(), changed.end(), visit);
     for (int sweep = 0; sweep < mostSweeps; ++sweep) {
         double largest = 0.0;
-        for (Index k = 0; k < loadings.columns(); ++k) {
-            const ErrorCode code = stage.advance(sweep);
+        for (Index k = 0; k < factors; ++k) {
+            code = stage.advance(sweep);
             if (code != success) return code;
-            for (Index l = k + 1; l < loadings.columns(); ++l) {
-                const double angle = turns.angle(k, l, gamma, loadings);
+            for (Index l = k + 1; l < factors; ++l) {
+                // A pair of which nothing changed since its last visit was left as it was then, too.
+                const Index lastVisit = ++visit - visitsOfSweep;
+                if (changed[k] < lastVisit && changed[l] < lastVisit) continue;
+                const double angle = turns.angle({columns.row(k), columns.row(l), count, 1}, gamma);
                 const double cosine = std::cos(angle);
                 const double sine = std::sin(angle);
-                turnColumns(k, l, cosine, sine, loadings);
+                turnColumns(count, cosine, sine, columns.row(k), columns.row(l));
+                if (angle != 0.0) changed[k] = changed[l] = visit;
                 largest = std::max(largest, turns.size(cosine, sine));
             }
         }
         if (largest < turns.leastSize) break;
     }
+    transpose(columns, loadings);
     return success;
 }
 
 double largestTurnLeft(double gamma, const Matrix& loadings) {
+    const Index factors = loadings.columns();
     double largest = 0.0;
-    for (Index k = 0; k < loadings.columns(); ++k) {
-        for (Index l = k + 1; l < loadings.columns(); ++l) {
-            largest = std::max(largest, std::fabs(std::sin(exactAngle(k, l, gamma, loadings))));
+    for (Index k = 0; k < factors; ++k) {
+        for (Index l = k + 1; l < factors; ++l) {
+            const ColumnPair pair = {loadings.data() + k, loadings.data() + l, loadings.rows(), factors};
+            largest = std::max(largest, std::fabs(std::sin(exactAngle(pair, gamma))));
         }
     }
     return largest;

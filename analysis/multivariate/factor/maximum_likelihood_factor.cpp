@@ -128,7 +128,8 @@ ErrorCode makeStep(LikelihoodWork& work) {
 // The Newton step of ln s, with the gradient that is there. Returns 0, outOfMemory or singularFactorMatrix.
 ErrorCode findStep(LikelihoodWork& work) {
     findHessian(work);
-    ErrorCode code = SymmetricEigen(work.matrix, work.weights, work.hessian);
+    std::copy(work.hessian.begin(), work.hessian.end(), work.matrix.begin());
+    ErrorCode code = symmetricEigenvalues(work.matrix, work.weights);
     if (code != success) return code;
     const double greatest = work.weights[0];
     const double least = work.weights[work.weights.size() - 1];
