@@ -37,7 +37,7 @@ void solveSmallest(Index first, Index size, double* d, double* e, DivideWork& wo
         square[i * n + i] = 1.0;
     }
     // What does not converge is taken as far as it came, as in SymmetricEigen.
-    static_cast<void>(rotateToDiagonal(size, d + first, e + first, {square, size, n}));
+    static_cast<void>(rotateToDiagonal(size, d + first, e + first, patientIterations, {square, size, n}));
 }
 
 void sortRows(Index first, Index end, const double* d, Index* order) {

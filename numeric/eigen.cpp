@@ -80,7 +80,7 @@ ErrorCode HouseholderTridiagonalise(Index n, Index stride, double* a, double* d,
 
 ErrorCode TridiagonalQL(Index n, Index stride, double* d, double* vectors, double* e) {
     transpose(n, stride, vectors);
-    const ErrorCode code = rotateToDiagonal(n, d, e, {vectors, n, stride});
+    const ErrorCode code = rotateToDiagonal(n, d, e, classicIterations, {vectors, n, stride});
     transpose(n, stride, vectors);
     return code;
 }
@@ -113,16 +113,12 @@ ErrorCode SymmetricEigen(Matrix& vectors, Block<double>& values, const Matrix& s
 
 ErrorCode symmetricEigenvalues(Matrix& a, Block<double>& values) {
     const Index n = a.rows();
+    if (n >= blockedOrder) return largeEigenvalues(a, values);
     Block<double> offDiagonal;
     if (offDiagonal.allocate(n) != success) return outOfMemory;
-    if (n >= blockedOrder) {
-        const ErrorCode code = reduceLarge(n, n, a.data(), values.data(), offDiagonal.data());
-        if (code != success) return code;
-    } else {
-        reduceRows(n, n, a.data(), values.data(), offDiagonal.data());
-        for (Index i = 0; i < n; ++i) values[i] = a(i, i);
-    }
-    static_cast<void>(rotateToDiagonal(n, values.data(), offDiagonal.data()));
+    reduceRows(n, n, a.data(), values.data(), offDiagonal.data());
+    for (Index i = 0; i < n; ++i) values[i] = a(i, i);
+    static_cast<void>(rotateToDiagonal(n, values.data(), offDiagonal.data(), classicIterations));
     for (Index i = 0; i < n; ++i) std::swap(values[i], values[lastLargest(i, n, values.data())]);
     return success;
 }

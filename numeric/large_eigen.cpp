@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 
 #include "numeric/divide_and_conquer.h"
 #include "numeric/panel_reduction.h"
+#include "numeric/tridiagonal_ql.h"
 
 namespace {
 
@@ -39,10 +41,14 @@ bool copyScaled(Index n, Index stride, const double* source, double* target, int
     return true;
 }
 
-// Elements whose squares underflow would turn their neighbours by angles of few digits.
-void dropVanishing(Block<double>& beside) {
-    for (double& element : beside) {
-        if (std::fabs(element) < 1e-150) element = 0.0;
+// Elements beside the diagonal that are rounding beside the greatest would keep neighbours that are as small
+// from coming to rest.
+void dropRounding(const Block<double>& diagonal, double* e) {
+    const Index n = diagonal.size();
+    double greatest = 0.0;
+    for (Index i = 0; i < n; ++i) greatest = std::max({greatest, std::fabs(diagonal[i]), std::fabs(e[i])});
+    for (Index i = 0; i < n; ++i) {
+        if (std::fabs(e[i]) <= std::numeric_limits<double>::epsilon() * greatest) e[i] = 0.0;
     }
 }
 
@@ -61,21 +67,23 @@ void writeColumns(Index n, Index stride, const DivideWork& work, double* vectors
 
 } // namespace
 
-ErrorCode reduceLarge(Index n, Index stride, double* a, double* d, double* e) {
+ErrorCode largeEigenvalues(Matrix& a, Block<double>& values) {
+    const Index n = a.rows();
     PanelReduction work;
-    const ErrorCode code = work.allocate(n);
+    Block<double> beside;
+    const ErrorCode code = work.allocate(n) | beside.allocate(n);
     if (code != success) return code;
     int exponent = 0;
-    if (!copyScaled(n, stride, a, a, exponent)) {
-        std::fill_n(d, n, notANumber);
-        std::fill_n(e, n, 0.0);
+    if (!copyScaled(n, n, a.data(), a.data(), exponent)) {
+        std::fill(values.begin(), values.end(), notANumber);
         return success;
     }
-    reduceByPanels(n, stride, a, d, e, work);
-    for (Index i = 0; i < n; ++i) {
-        d[i] = std::ldexp(d[i], exponent);
-        e[i] = std::ldexp(e[i], exponent);
-    }
+    reduceByPanels(n, n, a.data(), values.data(), beside.data(), work);
+    dropRounding(values, beside.data());
+    // What does not converge is taken as far as it came, as in SymmetricEigen.
+    static_cast<void>(rotateToDiagonal(n, values.data(), beside.data(), patientIterations));
+    std::sort(values.begin(), values.end(), std::greater<>());
+    for (double& value : values) value = std::ldexp(value, exponent);
     return success;
 }
 
@@ -92,7 +100,7 @@ ErrorCode largeSymmetricEigen(Index n, Index stride, double* vectors, double* va
     double* d = work.diagonal.data();
     double* e = work.beside.data();
     reduceByPanels(n, stride, vectors, d, e, work.reduction);
-    dropVanishing(work.beside);
+    dropRounding(work.diagonal, e);
     divideAndConquer(n, d, e, work.tridiagonal);
     reflectRows(stride, vectors, work.reduction, work.tridiagonal.rows);
     writeColumns(n, stride, work.tridiagonal, vectors);

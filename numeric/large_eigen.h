@@ -4,8 +4,8 @@
 
 // For orders from blockedOrder on. Elements that are not finite leave the results not finite.
 
-// HouseholderTridiagonalise without the transformation; a is destroyed. Returns 0 or outOfMemory.
-[[nodiscard]] ErrorCode reduceLarge(Index n, Index stride, double* a, double* d, double* e);
+// symmetricEigenvalues. Returns 0 or outOfMemory.
+[[nodiscard]] ErrorCode largeEigenvalues(Matrix& a, Block<double>& values);
 
 // SymmetricEigen: the reduction by panels, the tridiagonal matrix by halves. Takes scratch of three such
 // matrices. Returns 0 or outOfMemory.

@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr int iterationLimit = 31;
-
 struct Rotation {
     double c;
     double s;
@@ -114,14 +112,14 @@ void qlStep(Index l, Index m, double* d, double* e, RotatedRows rows) {
 
 } // namespace
 
-ErrorCode rotateToDiagonal(Index n, double* d, double* e, RotatedRows rows) {
+ErrorCode rotateToDiagonal(Index n, double* d, double* e, int mostIterations, RotatedRows rows) {
     if (n == 0) return success;
     std::move(e + 1, e + n, e);
     e[n - 1] = 0.0;
     for (Index l = 0; l < n; ++l) {
         int iterations = 0;
         for (Index m = endOfBlock(l, n, d, e); m != l; m = endOfBlock(l, n, d, e)) {
-            if (++iterations > iterationLimit) return decompositionFailed;
+            if (++iterations > mostIterations) return decompositionFailed;
             qlStep(l, m, d, e, rows);
         }
     }

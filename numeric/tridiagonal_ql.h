@@ -10,5 +10,11 @@ struct RotatedRows {
     Index width = 0;
 };
 
-// TridiagonalQL, with the vectors in rows.
-[[nodiscard]] ErrorCode rotateToDiagonal(Index n, double* d, double* e, RotatedRows rows = {});
+// How often an eigenvalue is approached before it is given up: what every report below order 256 is made
+// with, and enough for matrices whose elements fall off along the diagonal.
+constexpr int classicIterations = 31;
+constexpr int patientIterations = 1000;
+
+// TridiagonalQL, with the vectors in rows, and so many iterations for an eigenvalue.
+[[nodiscard]] ErrorCode rotateToDiagonal(Index n, double* d, double* e, int mostIterations,
+                                         RotatedRows rows = {});

@@ -20,6 +20,35 @@ TEST(MatrixInverse, InvertsAHilbertMatrixInsideALargerBlock) {
     EXPECT_EQ(inverse[6], 0.0);
 }
 
+// Second differences in reversed order: |A| = n + 1, the inverse min(i, j) (n + 1 - max(i, j)) / (n + 1), and
+// n / 2 exchanges of columns.
+TEST(MatrixInverse, LargeMatricesKnownInFull) {
+    for (const Index n : {256, 270}) {
+        Matrix a, copy, inverse;
+        ASSERT_EQ(a.allocate(n, n) | copy.allocate(n, n) | inverse.allocate(n, n), success);
+        for (Index i = 0; i < n; ++i) {
+            a(i, n - 1 - i) = 2.0;
+            if (i > 0) a(i, n - i) = a(i - 1, n - 1 - i) = -1.0;
+        }
+        double determinant = 0.0;
+        std::copy(a.begin(), a.end(), copy.begin());
+        ASSERT_EQ(MatrixInverse(copy, inverse, determinant), success);
+        EXPECT_NEAR(determinant, n / 2 % 2 == 0 ? double(n + 1) : -double(n + 1), 1e-9);
+        for (Index i = 0; i < n; ++i)
+            for (Index j = 0; j < n; ++j) {
+                const auto low = double(std::min(n - i, j + 1)), high = double(std::max(n - i, j + 1));
+                EXPECT_NEAR(inverse(i, j), low * (double(n + 1) - high) / double(n + 1), 1e-11);
+            }
+        for (const double factor : {0.0, -1.0}) { // a row of zeros, and the same two
+            for (Index j = 0; j < n; ++j) a(200, j) = factor * a(17, j);
+            std::copy(a.begin(), a.end(), copy.begin());
+            ASSERT_EQ(MatrixInverse(copy, inverse, determinant), success);
+            EXPECT_EQ(determinant, 0.0);
+            EXPECT_FALSE(std::isfinite(inverse(0, 0)) && std::isfinite(inverse(200, 200)));
+        }
+    }
+}
+
 // Determinant 0 stands for a matrix that LuDecompose refuses.
 TEST(MatrixInverse, SmallMatrices) {
     const struct {

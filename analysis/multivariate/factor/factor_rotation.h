@@ -10,7 +10,7 @@
 
 // Turns the columns of the loadings in place, two at a time, so that the sum over the factors of
 // sum l^4 - gamma / p (sum l^2)^2 is greatest (Kaiser 1958; Harman 1976), until no sine of a sweep has a
-// square of 1e-5, or by textbook numerics none is 1e-12.
+// square of 1e-5, or by textbook numerics none is 1e-12. Returns 0, outOfMemory or the code of the stage.
 ErrorCode rotateOrthogonal(const Numerics& numerics, double gamma, Matrix& loadings, const Stage& stage = {});
 
 // The largest sine by which one more sweep would turn a pair of columns.
