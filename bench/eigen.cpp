@@ -5,6 +5,7 @@
 
 #include "bench/bench.h"
 #include "numeric/eigen.h"
+#include "numeric/lu.h"
 
 namespace {
 
@@ -93,10 +94,7 @@ void rotatePlainly(Matrix& z, Block<double>& d, Block<double>& e) {
     }
 }
 
-} // namespace
-
-void benchEigen() {
-    constexpr Index n = 300;
+void compareEigen(Index n) {
     std::mt19937 random(4);
     std::normal_distribution<double> normal;
     Matrix source, plain, vectors;
@@ -119,8 +117,60 @@ void benchEigen() {
     std::sort(d.begin(), d.end(), std::greater<>());
     double largest = 0.0;
     for (Index k = 0; k < n; ++k) largest = std::max(largest, std::fabs(d[k] - values[k]));
-    std::printf(
-        "eigen decomposition of order 300: %.4f s, down the columns %.4f s, %.1f times as long; eigenvalues "
-        "differ by %.0e\n",
-        seconds, plainSeconds, plainSeconds / seconds, largest);
+    std::printf("eigen decomposition of order %td: %.4f s, down the columns %.4f s, %.1f times as long; "
+                "eigenvalues differ by %.0e\n",
+                n, seconds, plainSeconds, plainSeconds / seconds, largest);
+}
+
+// By the factors of a and a right-hand side for each column of the inverse.
+void solvePlainly(const Matrix& source, Matrix& a, Matrix& inverse) {
+    const Index n = source.rows();
+    std::copy(source.begin(), source.end(), a.begin());
+    inverse.fill(0.0);
+    for (Index i = 0; i < n; ++i) inverse(i, i) = 1.0;
+    for (Index j = 0; j < n; ++j) {
+        Index pivot = j;
+        for (Index i = j + 1; i < n; ++i)
+            if (std::fabs(a(i, j)) > std::fabs(a(pivot, j))) pivot = i;
+        std::swap_ranges(a.row(j), a.row(j) + n, a.row(pivot));
+        std::swap_ranges(inverse.row(j), inverse.row(j) + n, inverse.row(pivot));
+        for (Index i = 0; i < n; ++i) {
+            const double factor = i == j ? 0.0 : a(i, j) / a(j, j);
+            for (Index k = j; k < n; ++k) a(i, k) -= factor * a(j, k);
+            for (Index k = 0; k < n; ++k) inverse(i, k) -= factor * inverse(j, k);
+        }
+    }
+    for (Index i = 0; i < n; ++i)
+        for (Index k = 0; k < n; ++k) inverse(i, k) /= a(i, i);
+}
+
+void compareInverse(Index n) {
+    std::mt19937 random(5);
+    std::normal_distribution<double> normal;
+    Matrix source, scratch, inverse, plain;
+    const ErrorCode code =
+        source.allocate(n, n) | scratch.allocate(n, n) | inverse.allocate(n, n) | plain.allocate(n, n);
+    if (code != success) return;
+    for (double& element : source) element = normal(random);
+    std::copy(source.begin(), source.end(), scratch.begin());
+    double determinant = 0.0;
+    const auto start = std::chrono::steady_clock::now();
+    if (MatrixInverse(scratch, inverse, determinant) != success) return;
+    const double seconds = secondsSince(start);
+    const auto plainStart = std::chrono::steady_clock::now();
+    solvePlainly(source, scratch, plain);
+    const double plainSeconds = secondsSince(plainStart);
+    double largest = 0.0;
+    for (Index k = 0; k < n * n; ++k)
+        largest = std::max(largest, std::fabs(plain.data()[k] - inverse.data()[k]));
+    std::printf("inverse of order %td: %.4f s, by elimination %.4f s, %.1f times as long; elements differ by "
+                "%.0e\n",
+                n, seconds, plainSeconds, plainSeconds / seconds, largest);
+}
+
+} // namespace
+
+void benchEigen() {
+    for (const Index n : {200, 300, 1000}) compareEigen(n);
+    for (const Index n : {300, 1000}) compareInverse(n);
 }
