@@ -7,25 +7,20 @@
 namespace {
 
 // A tile is the part of c that registers hold, 4 x 4. Of a block of a, 64 rows are packed at a time and of b
-// 128 columns, over 128 steps of the sum: 256 KB together, on the stack.
+// 128 columns, over 128 steps of the sum: 256 KB together, on the stack. They lie tile by tile in the order
+// of their use, elements of a twice.
 constexpr Index tile = 4;
 constexpr Index blockRows = 64;
 constexpr Index blockColumns = 128;
 constexpr Index blockInner = 128;
 
-// Blocks of the factors, tile by tile in the order of their use; elements of a stand twice.
-struct Packed {
-    Pair a[blockRows * blockInner];
-    Pair b[blockColumns * blockInner / 2];
-};
-
-MatrixView part(MatrixView whole, Index i, Index j) {
+MatrixView part(const MatrixView& whole, Index i, Index j) {
     return {whole.data + i * whole.rowStep + j * whole.columnStep, whole.rowStep, whole.columnStep,
             whole.weights != nullptr ? whole.weights + j : nullptr};
 }
 
 // Rows and columns behind the last are packed as zeros.
-void packRows(Index rows, Index inner, MatrixView a, Pair* packed) {
+void packRows(Index rows, Index inner, const MatrixView& a, Pair* packed) {
     for (Index first = 0; first < rows; first += tile) {
         const double* place = a.data + first * a.rowStep;
         const Index count = std::min(rows - first, tile);
@@ -43,7 +38,7 @@ void packRows(Index rows, Index inner, MatrixView a, Pair* packed) {
     }
 }
 
-void packColumns(Index columns, Index inner, MatrixView b, Pair* packed) {
+void packColumns(Index columns, Index inner, const MatrixView& b, Pair* packed) {
     for (Index first = 0; first < columns; first += tile) {
         const double* place = b.data + first * b.columnStep;
         const Index count = std::min(columns - first, tile);
@@ -94,14 +89,14 @@ void addTile(Index rows, Index columns, double factor, const double* sums, Index
 }
 
 // Adds the product of packed blocks; `diagonal` as for a tile.
-void addBlock(Index rows, Index columns, Index inner, double factor, const Packed& packed, Index diagonal,
-              double* c, Index stride) {
+void addBlock(Index rows, Index columns, Index inner, double factor, const Pair* a, const Pair* b,
+              Index diagonal, double* c, Index stride) {
     double sums[tile * tile];
     for (Index j = 0; j < columns; j += tile) {
         for (Index i = 0; i < rows; i += tile) {
             const Index tileDiagonal = i + diagonal - j;
             if (tileDiagonal + tile <= 0) continue;
-            multiplyTile(inner, packed.a + i * inner, packed.b + j * inner / 2, sums);
+            multiplyTile(inner, a + i * inner, b + j * inner / 2, sums);
             double* out = c + i * stride + j;
             if (rows - i >= tile && columns - j >= tile && tileDiagonal >= tile - 1) {
                 addTile(tile, tile, factor, sums, tile, out, stride);
@@ -114,19 +109,21 @@ void addBlock(Index rows, Index columns, Index inner, double factor, const Packe
 }
 
 // Row i of c has its elements before column i + diagonal + 1 alone.
-void addBlocks(Index rows, Index columns, Index inner, double factor, MatrixView a, MatrixView b,
-               Index diagonal, double* c, Index stride) {
-    Packed packed;
+void addBlocks(Index rows, Index columns, Index inner, double factor, const MatrixView& a,
+               const MatrixView& b, Index diagonal, double* c, Index stride) {
+    Pair packedRows[blockRows * blockInner];
+    Pair packedColumns[blockColumns * blockInner / 2];
     for (Index k = 0; k < inner; k += blockInner) {
         const Index depth = std::min(blockInner, inner - k);
         for (Index j = 0; j < columns; j += blockColumns) {
             const Index width = std::min(blockColumns, columns - j);
-            packColumns(width, depth, part(b, k, j), packed.b);
+            packColumns(width, depth, part(b, k, j), packedColumns);
             for (Index i = 0; i < rows; i += blockRows) {
                 const Index height = std::min(blockRows, rows - i);
                 if (i + height + diagonal <= j) continue;
-                packRows(height, depth, part(a, i, k), packed.a);
-                addBlock(height, width, depth, factor, packed, i + diagonal - j, c + i * stride + j, stride);
+                packRows(height, depth, part(a, i, k), packedRows);
+                addBlock(height, width, depth, factor, packedRows, packedColumns, i + diagonal - j,
+                         c + i * stride + j, stride);
             }
         }
     }
@@ -134,12 +131,12 @@ void addBlocks(Index rows, Index columns, Index inner, double factor, MatrixView
 
 } // namespace
 
-void addProduct(Index rows, Index columns, Index inner, double factor, MatrixView a, MatrixView b, double* c,
-                Index stride) {
+void addProduct(Index rows, Index columns, Index inner, double factor, const MatrixView& a,
+                const MatrixView& b, double* c, Index stride) {
     addBlocks(rows, columns, inner, factor, a, b, columns, c, stride);
 }
 
-void addLowerProduct(Index order, Index inner, double factor, MatrixView a, MatrixView b, double* c,
-                     Index stride) {
+void addLowerProduct(Index order, Index inner, double factor, const MatrixView& a, const MatrixView& b,
+                     double* c, Index stride) {
     addBlocks(order, order, inner, factor, a, b, 0, c, stride);
 }

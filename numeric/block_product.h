@@ -19,9 +19,9 @@ struct MatrixView {
 
 // c (rows x columns, in rows of stride doubles) += factor * a (rows x inner) b (inner x columns). c must not
 // overlap a or b.
-void addProduct(Index rows, Index columns, Index inner, double factor, MatrixView a, MatrixView b, double* c,
-                Index stride);
+void addProduct(Index rows, Index columns, Index inner, double factor, const MatrixView& a,
+                const MatrixView& b, double* c, Index stride);
 
 // The same for a square c of which only the elements with j <= i are wanted; the others stay.
-void addLowerProduct(Index order, Index inner, double factor, MatrixView a, MatrixView b, double* c,
-                     Index stride);
+void addLowerProduct(Index order, Index inner, double factor, const MatrixView& a, const MatrixView& b,
+                     double* c, Index stride);

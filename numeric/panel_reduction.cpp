@@ -93,7 +93,7 @@ void gatherReflections(Index first, Index count, Index stride, const double* a, 
 void joinReflections(Index count, Index width, const Matrix& panel, const double* halves, double* triangle) {
     for (Index j = 0; j < count; ++j) {
         const double tau = halves[j] != 0.0 ? 1.0 / halves[j] : 0.0;
-        double overlaps[reflectedRows];
+        double overlaps[reflectedRows] = {};
         for (Index k = 0; k < j; ++k) overlaps[k] = dot(width, panel.row(k), panel.row(j));
         for (Index i = 0; i < count; ++i) {
             double sum = 0.0;

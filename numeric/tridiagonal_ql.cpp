@@ -76,7 +76,7 @@ Index endOfBlock(Index l, Index order, const double* d, const double* e) {
 }
 
 // One implicit QL step on the block l .. m, e[i] between i and i + 1.
-void qlStep(Index l, Index m, double* d, double* e, RotatedRows rows) {
+void qlStep(Index l, Index m, double* d, double* e, const RotatedRows& rows) {
     const double slope = (d[l + 1] - d[l]) / (2.0 * e[l]);
     const double root = std::hypot(slope, 1.0);
     double g = d[m] - d[l] + e[l] / (slope + (slope >= 0.0 ? root : -root));
@@ -112,7 +112,7 @@ void qlStep(Index l, Index m, double* d, double* e, RotatedRows rows) {
 
 } // namespace
 
-ErrorCode rotateToDiagonal(Index n, double* d, double* e, int mostIterations, RotatedRows rows) {
+ErrorCode rotateToDiagonal(Index n, double* d, double* e, int mostIterations, const RotatedRows& rows) {
     if (n == 0) return success;
     std::move(e + 1, e + n, e);
     e[n - 1] = 0.0;

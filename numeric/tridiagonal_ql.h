@@ -17,4 +17,4 @@ constexpr int patientIterations = 1000;
 
 // TridiagonalQL, with the vectors in rows, and so many iterations for an eigenvalue.
 [[nodiscard]] ErrorCode rotateToDiagonal(Index n, double* d, double* e, int mostIterations,
-                                         RotatedRows rows = {});
+                                         const RotatedRows& rows = {});
