@@ -8,6 +8,7 @@
 #include "analysis/run/run_report.h"
 #include "analysis/run/score_charts.h"
 #include "analysis/run/score_graph.h"
+#include "data/moments/working_moments.h"
 #include "numeric/eigen.h"
 #include "numeric/lu.h"
 #include "numeric/moments.h"
@@ -84,6 +85,10 @@ bool isEnabled(const AnalysisOptions& options, const OptionField& field) {
     return true;
 }
 
+unsigned momentNeeds(const AnalysisOptions&) {
+    return correlationsDo;
+}
+
 const char* refuse(const AnalysisOptions& options, std::uint32_t given) {
     switch (rotationOf(options.settings.factor)) {
     case Rotation::none:
@@ -115,19 +120,19 @@ struct FactorWork {
         if (code != success) return code;
         if (likelihoodToo) code |= likelihood.allocate(p);
         return code | result.model.allocate(p, requested) | moments.allocate(p) | inverse.allocate(p, p) |
-               scratch.allocate(p, p) | rowScales.allocate(p) | standardized.allocate(data.samples, p);
+               scratch.allocate(p, p) | rowScales.allocate(p) | standardized.allocate(data.rows(), p);
     }
 
     // What is found with so many factors once they are extracted.
     [[nodiscard]] ErrorCode allocateFactors(const DataMatrix& data, Index factors) {
-        const ErrorCode code = result.allocate(data.variables, data.samples, factors);
+        const ErrorCode code = result.allocate(data.variables, data.rows(), factors);
         if (code != success) return code;
         return coefficients.allocate(data.variables, factors);
     }
 };
 
-ErrorCode findMoments(const Numerics& numerics, const DataMatrix& data, MomentMatrices& moments) {
-    const ErrorCode code = numerics.moments(data.values.data(), data.samples, data.variables, moments);
+ErrorCode findUsableMoments(const Numerics& numerics, const DataMatrix& data, MomentMatrices& moments) {
+    const ErrorCode code = findMoments(numerics, data, moments);
     if (code != success) return code;
     if (!allFinite(moments.means) || !allFinite(moments.sds)) return notFinite;
     return numerics.anyConstant(moments) ? illegalData : success;
@@ -229,7 +234,7 @@ void findScores(const DataMatrix& data, FactorWork& work) {
 ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& data,
                   const FactorOptions& options, bool byLikelihood, FactorWork& work) {
     FactorModel& model = work.result.model;
-    ErrorCode code = findMoments(numerics, data, work.moments);
+    ErrorCode code = findUsableMoments(numerics, data, work.moments);
     if (code == success) code = screens.setProgress(15);
     if (code == success && options.useSmc != 0) code = estimateCommunalities(work);
     if (code == success) code = screens.setProgress(25);
@@ -352,4 +357,5 @@ const Analysis factorAnalysis = {.fields = fields,
                                  .driver = runFactorAnalysis,
                                  .isEnabled = isEnabled,
                                  .refuse = refuse,
+                                 .momentNeeds = momentNeeds,
                                  .pictures = scorePictures};

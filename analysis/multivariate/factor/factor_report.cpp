@@ -108,6 +108,6 @@ void writeFactorReport(AnalysisRun& run, const char* title, const FactorResult& 
         writeSums(report, "sum square of factor loading after rotation", result.rotatedSumsOfSquares);
     }
     if (result.rotation == Rotation::oblique) writeOblique(report, data, result.oblique);
-    writeTable(report, "factor score", result.scores, data.labels);
+    if (data.moments == nullptr) writeTable(report, "factor score", result.scores, data.labels);
     endTable(report);
 }
