@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """One table of every kind of the batch runner: size, time from start to end, throughput of the file and peak memory, and
-how often the time holds twice the samples and twice the variables. The data comes from fixed seeds.
+how often the time holds twice the samples and twice the variables; then some kinds of two large tables, beside the floor:
+the time that the bytes of the file take to be read with nothing done. The data comes from fixed seeds.
 
-usage: kinds.py BATCH-RUNNER
+usage: kinds.py BATCH-RUNNER [KIND...]
 """
 import multiprocessing
 import os
@@ -77,6 +78,21 @@ cases = [
 ]
 
 
+# Kind and options, of 200,000 x 20 and 1,000,000 x 5 numbers with 12 decimals; threads where they make a difference.
+large_cases = [
+    ("summary", []),
+    ("fundamental", ["--threads=1"]),
+    ("fundamental", []),
+    ("regression", ["--method=all"]),
+    ("pca", []),
+    ("canonical", ["--purpose=v1,v2"]),
+]
+
+
+def precise(_):
+    return "%.12f" % chance.gauss(0, 1)
+
+
 def write_rows(path, samples, variables, draw):
     rows = (table if draw else counts)(samples, variables, draw)
     with open(path, "w") as file:
@@ -103,12 +119,42 @@ def measure(runner, kind, options, path):
     return least, peak, process.returncode
 
 
+def floor(path):
+    """The least seconds of three readings."""
+    least = float("inf")
+    for _ in range(3):
+        start = time.perf_counter()
+        with open(path, "rb", buffering=0) as file:
+            while file.read(1 << 18):
+                pass
+        least = min(least, time.perf_counter() - start)
+    return least
+
+
+def measure_large(runner, wanted):
+    with tempfile.TemporaryDirectory() as folder:
+        path = folder + "/bench.csv"
+        for samples, variables in ((200000, 20), (1000000, 5)):
+            write(path, samples, variables, precise)
+            least, megabytes = floor(path), os.path.getsize(path) / 1e6
+            print("\n%d x %d, %.1f MB of text, read in %.3f s" % (samples, variables, megabytes, least))
+            for kind, options in large_cases:
+                if wanted and kind not in wanted:
+                    continue
+                seconds, peak, status = measure(runner, kind, options, path)
+                print("%-13s %-18s %7.3f s %8.1f MB/s %6.1f MB, %4.1f times the reading%s" % (
+                    kind, " ".join(options), seconds, megabytes / seconds, peak, seconds / least,
+                    "  exit status %d" % status if status else ""), flush=True)
+
+
 def main():
-    runner = str(pathlib.Path(sys.argv[1]).resolve())
+    runner, wanted = str(pathlib.Path(sys.argv[1]).resolve()), sys.argv[2:]
     print("%-17s %14s %9s %8s %9s %11s %13s" % ("kind", "size", "time", "MB/s", "memory", "2 x samples", "2 x variables"))
     with tempfile.TemporaryDirectory() as folder:
         path = folder + "/bench.csv"
         for kind, samples, variables, draw, options in cases:
+            if wanted and kind not in wanted:
+                continue
             write(path, samples, variables, draw)
             seconds, peak, status = measure(runner, kind, options, path)
             speed = os.path.getsize(path) / 1e6 / seconds
@@ -121,6 +167,7 @@ def main():
             print("%-17s %8d x %-3d %7.3f s %8.1f %6.1f MB %11.1f %13s%s" % (
                 kind, samples, variables or samples, seconds, speed, peak, longer, "%.1f" % wider if wider else "",
                 "  exit status %d" % status if status else ""), flush=True)
+    measure_large(runner, wanted)
 
 
 if __name__ == "__main__":
