@@ -49,15 +49,19 @@ void benchWriting(int samples, int variables) {
     DataMatrix& working = data.working;
     working.samples = samples;
     working.variables = variables;
+    TextList names, labels;
     Report report;
-    if ((working.values.allocate(working.count()) | working.names.allocate(variables) |
-         working.labels.allocate(samples) | allocateReport(report, TextBuffer::Growth::growing)) != success)
+    if ((data.loadedValues.allocate(working.count()) | names.allocate(variables) | labels.allocate(samples) |
+         allocateReport(report, TextBuffer::Growth::growing)) != success)
         return;
     std::mt19937 random(3);
     std::normal_distribution<double> normal(0.0, 100.0);
-    for (double& value : working.values) value = normal(random);
-    for (int v = 0; v < variables; ++v) working.names.setFormat(v, "v%d", v);
-    for (int s = 0; s < samples; ++s) working.labels.setFormat(s, "s%d", s);
+    for (double& value : data.loadedValues) value = normal(random);
+    for (int v = 0; v < variables; ++v) names.setFormat(v, "v%d", v);
+    for (int s = 0; s < samples; ++s) labels.setFormat(s, "s%d", s);
+    working.values = {data.loadedValues.data(), static_cast<std::size_t>(data.loadedValues.size())};
+    working.names = names;
+    working.labels = labels;
 
     const auto start = std::chrono::steady_clock::now();
     SetFormatsFromData(report, data, 10, 15);
