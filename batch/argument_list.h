@@ -12,6 +12,9 @@ struct Option {
 
 Option splitOption(const char* argument);
 
+// What became of an option: nobody knows it, or it is read, or its value is wrong, which a complaint says.
+enum class Match { none, taken, wrong };
+
 // Whether an argument asks for the help, or for the version.
 bool isHelp(const char* argument);
 bool isVersion(const char* argument);

@@ -32,8 +32,6 @@ bool parseCount(const Option& option, int greatest, int& count, Complaint& compl
     return true;
 }
 
-enum class Match { none, taken, wrong };
-
 // Adds the value of an option that can be given again and again.
 Match takeRepeated(Option option, Arguments& arguments, Block<const char*>& texts, Complaint& complaint) {
     if (!arguments.takeValue(option, complaint)) return Match::wrong;
@@ -222,6 +220,16 @@ bool parseKind(const char* word, CommandLine& line, Complaint& complaint) {
 
 } // namespace
 
+Match takeAnalysisOption(const Option& option, Arguments& arguments, CommandLine& line,
+                         Complaint& complaint) {
+    for (const auto parse : {parseCommonOption, parsePictureOption, parseFieldOption, parseAssignmentOption,
+                             parseClustersOption}) {
+        const Match match = parse(option, arguments, line, complaint);
+        if (match != Match::none) return match;
+    }
+    return Match::none;
+}
+
 bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Complaint& complaint) {
     Arguments arguments(count, argumentTexts);
     if (!parseKind(arguments.next(), line, complaint)) return false;
@@ -244,11 +252,7 @@ bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Compla
             line.task = CommandLine::Task::version;
             return true;
         } else {
-            Match match = parseCommonOption(option, arguments, line, complaint);
-            if (match == Match::none) match = parsePictureOption(option, arguments, line, complaint);
-            if (match == Match::none) match = parseFieldOption(option, arguments, line, complaint);
-            if (match == Match::none) match = parseAssignmentOption(option, arguments, line, complaint);
-            if (match == Match::none) match = parseClustersOption(option, arguments, line, complaint);
+            const Match match = takeAnalysisOption(option, arguments, line, complaint);
             if (match == Match::none) complainOfOption(option, line.kind, complaint);
             if (match != Match::taken) return false;
         }

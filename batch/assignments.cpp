@@ -21,27 +21,6 @@ const AssignmentOption repeatable[] = {
      &CommandLine::predictions},
 };
 
-struct Assignment {
-    std::string_view name;
-    double value;
-};
-
-// Takes the next assignment off `rest`, which ends with its text; false when it is malformed.
-bool takeAssignment(std::string_view& rest, Assignment& assignment) {
-    const std::string_view piece = rest.substr(0, rest.find(','));
-    const std::size_t equals = piece.rfind('=');
-    if (equals == std::string_view::npos || equals == 0) return false;
-    assignment.name = piece.substr(0, equals);
-    const char* const number = piece.data() + equals + 1;
-    const char* end = nullptr;
-    assignment.value = parseNumber(number, &end);
-    if (end == number) return false;
-    while (*end == ' ') ++end;
-    if (end != piece.data() + piece.size() || !std::isfinite(assignment.value)) return false;
-    rest.remove_prefix(piece.size());
-    return true;
-}
-
 // Calls `use` with each assignment of a text; false once one is malformed or `use` is false.
 template <class Use> bool forEach(const char* text, Use use) {
     std::string_view rest = text;
@@ -64,6 +43,21 @@ int findSlot(const AnalysisOptions& options, std::int32_t variable) {
 }
 
 } // namespace
+
+bool takeAssignment(std::string_view& rest, Assignment& assignment) {
+    const std::string_view piece = rest.substr(0, rest.find(','));
+    const std::size_t equals = piece.rfind('=');
+    if (equals == std::string_view::npos || equals == 0) return false;
+    assignment.name = piece.substr(0, equals);
+    const char* const number = piece.data() + equals + 1;
+    const char* end = nullptr;
+    assignment.value = parseNumber(number, &end);
+    if (end == number) return false;
+    while (*end == ' ') ++end;
+    if (end != piece.data() + piece.size() || !std::isfinite(assignment.value)) return false;
+    rest.remove_prefix(piece.size());
+    return true;
+}
 
 std::span<const AssignmentOption> assignmentOptions() {
     return repeatable;

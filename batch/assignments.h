@@ -16,6 +16,15 @@ std::span<const AssignmentOption> assignmentOptions();
 
 constexpr const char* assignmentUsage = "NAME=X[,NAME=X...]";
 
+struct Assignment {
+    std::string_view name;
+    double value;
+};
+
+// Takes the next assignment off `rest`, which ends with its text, and leaves the comma behind it; false when
+// it is malformed.
+bool takeAssignment(std::string_view& rest, Assignment& assignment);
+
 // Whether a text has this form; names of variables are not looked up.
 bool isAssignmentList(const char* text);
 

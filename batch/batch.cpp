@@ -19,6 +19,7 @@
 #include "batch/report_document.h"
 #include "batch/run_file.h"
 #include "batch/saved_columns.h"
+#include "batch/sql_command.h"
 #include "batch/terminal.h"
 #include "report/cells.h"
 #include "report/doubt_messages.h"
@@ -298,6 +299,7 @@ bool writeSaved(const CommandLine& line, const AnalysisRun& run, TextBuffer& tab
 int runBatch(int count, char** arguments) {
     const char* const word = count > 1 ? arguments[1] : "";
     if (std::strcmp(word, "import") == 0) return runImport(count, arguments);
+    if (std::strcmp(word, "sql") == 0) return runSql(count, arguments);
     if (std::strcmp(word, "run") == 0) return runFile(count, arguments, runBatch);
     if (std::strcmp(word, "completion") == 0) return runCompletion(count, arguments);
     if (std::strcmp(word, "help") == 0 && count > 2) { // as the help of the word behind it

@@ -23,7 +23,7 @@ constexpr OptionText options[] = {
     {"--version", nullptr, "the version", "-V"},
 };
 
-constexpr const char* words[] = {"summary", "import", "run", "help"};
+constexpr const char* words[] = {"summary", "import", "sql", "run", "help"};
 
 } // namespace
 

@@ -6,6 +6,7 @@
 #include "batch/argument_list.h"
 #include "batch/import_arguments.h"
 #include "batch/known_options.h"
+#include "batch/sql/sql_arguments.h"
 #include "batch/terminal.h"
 
 namespace {
@@ -31,7 +32,7 @@ private:
 
 // Calls `use` with each command, what it is and its options.
 template <class Use> void forEachCommand(Use use) {
-    OptionList summary, import, run, none;
+    OptionList summary, import, sql, run, none;
     forEachOption(nullptr, [&](const KnownOption& option) { summary.add(option); });
     use("summary", "the file as it was read", summary);
     for (const AnalysisKind& kind : analysisKinds()) {
@@ -44,6 +45,13 @@ template <class Use> void forEachCommand(Use use) {
         import.add(knownOption("", option.name, option.value, option.help));
     }
     use("import", "make a data file of a table that another program saved", import);
+    for (const OptionText& option : sqlOptions()) {
+        sql.add(knownOption("", option.name, option.value, option.help));
+    }
+    for (const char* option : {"--purpose", "--group", "--degree"}) {
+        sql.add(knownOption("", option, "NAME", "as that of the kind"));
+    }
+    use("sql", "the statement that reduces the table of a database", sql);
     run.add(knownOption("", "--keep-going", nullptr, "go on after a command that fails"));
     use("run", "the commands of a file", run);
     use("help", "the options of a kind, with an example", none);
@@ -82,7 +90,8 @@ void printBash() {
                 "    elif [[ $before == = ]]; then\n"
                 "        before=${COMP_WORDS[COMP_CWORD-2]}\n"
                 "    fi\n"
-                "    if [[ $COMP_CWORD -eq 1 || ($COMP_CWORD -eq 2 && $command == help) ]]; then\n"
+                "    if [[ $COMP_CWORD -eq 1 || ($COMP_CWORD -eq 2 && ($command == help || $command == sql)) "
+                "]]; then\n"
                 "        words=\"",
                 programName);
     forEachCommand([](const char* name, const char*, const OptionList&) { std::printf("%s ", name); });
@@ -167,7 +176,7 @@ void printZsh() {
         std::printf("'\n");
     });
     std::printf(")\n"
-                "if (( CURRENT == 2 )) || { (( CURRENT == 3 )) && [[ $words[2] == help ]] }; then\n"
+                "if (( CURRENT == 2 )) || { (( CURRENT == 3 )) && [[ $words[2] == (help|sql) ]] }; then\n"
                 "    _describe command commands\n"
                 "    return\n"
                 "fi\n"

@@ -76,14 +76,16 @@ void printHelp(std::FILE* file, const AnalysisKind* kind) {
         file,
         "usage: %s KIND [options] FILE.csv\n"
         "       %s import [options] FILE [--output TABLE.csv]\n"
+        "       %s sql KIND --columns NAMES --table TABLE [options]\n"
         "       %s run [--keep-going] COMMANDS.txt\n"
-        "       %s help KIND|import|run\n\n"
+        "       %s help KIND|import|sql|run\n\n"
         "Prints the report of an analysis of a comma-separated file (-: standard input): samples in rows,\n"
         "variables in columns, names in the first row and labels in the first column. import makes such a\n"
-        "file of a table that another program saved, run runs the commands of a file.\n\n"
+        "file of a table that another program saved, sql prints the statement that reduces the table of a\n"
+        "database to what an analysis needs, run runs the commands of a file.\n\n"
         "kinds:\n"
         "  summary            the file as it was read\n",
-        programName, programName, programName, programName);
+        programName, programName, programName, programName, programName);
     for (const AnalysisKind& each : analysisKinds()) {
         if (each.analysis != nullptr) std::fprintf(file, "  %-18s %s\n", each.batchName, each.batchTitle);
     }

@@ -10,8 +10,6 @@
 
 namespace {
 
-enum class Match { none, taken, wrong };
-
 void suggestWord(std::string_view words, std::string_view typed, Complaint& complaint) {
     NearestWord nearest(typed);
     for (int number = 1; !wordOf(words, number).empty(); ++number) nearest.offer(wordOf(words, number));

@@ -31,8 +31,8 @@ def main():
     what = plain(" ".join(general.split("\n\n")[1].split()))
     print('.TH %s 1 "" "%s" "Ombrivantel"' % (NAME.upper(), output("--version").strip()))
     print(".SH NAME\n%s \\- multivariate statistics of a table of numbers" % plain(NAME))
-    print(".SH SYNOPSIS\n.B %s\nKIND [options] FILE.csv\n.br\n.B %s\nimport [options] FILE\n.br\n.B %s\nrun [\\-\\-keep\\-going] COMMANDS.txt"
-          % ((plain(NAME),) * 3))
+    print(".SH SYNOPSIS\n.B %s\nKIND [options] FILE.csv\n.br\n.B %s\nimport [options] FILE\n.br\n.B %s\nsql KIND \\-\\-columns NAMES \\-\\-table TABLE [options]\n.br\n.B %s\nrun [\\-\\-keep\\-going] COMMANDS.txt"
+          % ((plain(NAME),) * 4))
     print(".SH DESCRIPTION\n%s\n.PP\nThe kinds of analysis:" % what)
     for kind, meaning in kinds:
         print(".TP\n.B %s\n%s" % (plain(kind), plain(" ".join(meaning.split()))))
@@ -52,6 +52,8 @@ def main():
     options(output("run", "--help").split("options of this command:")[1])
     print(".SS Options of import")
     options(output("import", "--help").split("options of this command:")[1])
+    print(".SS Options of sql")
+    options(output("sql", "--help").split("options of this command:")[1])
     print(".SH EXIT STATUS\n.TP\n0\nsuccess\n.TP\n1\nthe file or the analysis failed; the report says why")
     print(".TP\n2\nwrong command line")
     print(".SH EXAMPLES\n.nf\nombrivantel\\-batch fundamental %s\nombrivantel\\-batch pca \\-\\-components 2 \\-\\-graph pca.svg %s\n.fi"

@@ -1,0 +1,158 @@
+#include "batch/sql/sql_arguments.h"
+
+#include <cstring>
+
+#include "batch/arguments.h"
+#include "batch/known_options.h"
+#include "batch/nearest_word.h"
+#include "batch/sql/sql_kind.h"
+
+namespace {
+
+constexpr OptionText options[] = {
+    {"--columns", "NAME[,NAME...]", "the columns to analyse, in this order; may be repeated"},
+    {"--table", "TABLE", "the table that they stand in, as it is written behind FROM"},
+    {"--where", "TEXT", "take the rows alone for which this condition holds"},
+    {"--dialect", "standard|duckdb|postgresql|spark|trino", "what the engine understands (standard)"},
+    {"--categories", "N", "of quant3: the second column holds the categories 1 to N"},
+    {"--output", "FILE", "write the statement to FILE; -: standard output"},
+};
+
+Match takeDialect(Option option, Arguments& arguments, SqlCommand& command, Complaint& complaint) {
+    if (!arguments.takeValue(option, complaint)) return Match::wrong;
+    int place = 0;
+    NearestWord nearest(option.value);
+    for (const char* word : dialectWords) {
+        nearest.offer(word);
+        if (std::strcmp(word, option.value) == 0) {
+            command.dialect = static_cast<SqlDialect>(place);
+            return Match::taken;
+        }
+        ++place;
+    }
+    complaint.say("--dialect takes %s, not '%.200s'", options[3].value, option.value);
+    nearest.suggest(complaint);
+    return Match::wrong;
+}
+
+Match takeSqlOption(Option option, Arguments& arguments, SqlCommand& command, Complaint& complaint) {
+    if (option.name == "--dialect") return takeDialect(option, arguments, command, complaint);
+    if (option.name == "--columns") {
+        if (!arguments.takeValue(option, complaint)) return Match::wrong;
+        if (command.columns.grow(command.columns.size() + 1) != success) {
+            complaint.say("no memory for --columns");
+            return Match::wrong;
+        }
+        command.columns[command.columns.size() - 1] = option.value;
+        return Match::taken;
+    }
+    const struct {
+        const char* name;
+        const char*& target;
+    } texts[] = {
+        {"--table", command.table}, {"--where", command.where}, {"--categories", command.categories}};
+    for (const auto& text : texts) {
+        if (option.name != text.name) continue;
+        if (!arguments.takeValue(option, complaint)) return Match::wrong;
+        text.target = option.value;
+        return Match::taken;
+    }
+    return Match::none;
+}
+
+void complainOfOption(const Option& option, const AnalysisKind* kind, Complaint& complaint) {
+    complaint.say("there is no option '%.*s'",
+                  static_cast<int>(std::min<std::size_t>(option.name.size(), 200)), option.name.data());
+    NearestWord nearest(option.name);
+    for (const OptionText& known : options) nearest.offer(known.name);
+    forEachOption(kind, [&](const KnownOption& known) { nearest.offer(known.name); });
+    nearest.suggest(complaint);
+}
+
+bool parseKind(const char* word, CommandLine& line, Complaint& complaint) {
+    if (word == nullptr) {
+        complaint.say("sql: for which analysis?");
+        return false;
+    }
+    line.kind = findKind(word);
+    if (line.kind == nullptr || line.kind->analysis == nullptr) {
+        complaint.say("there is no analysis '%.200s'", word);
+        NearestWord nearest(word);
+        for (const AnalysisKind& each : analysisKinds()) nearest.offer(each.batchName);
+        nearest.suggest(complaint);
+    } else if (reductionOf(*line.kind) == Reduction::none) {
+        complaint.say("sql: %s needs the samples themselves", line.kind->batchName);
+    }
+    return !complaint.any();
+}
+
+} // namespace
+
+bool parseSql(int count, char** argumentTexts, SqlCommand& command, Complaint& complaint) {
+    Arguments arguments(count, argumentTexts, 2);
+    const char* const word = arguments.next();
+    if (word != nullptr && isHelp(word)) return command.help = true;
+    if (!parseKind(word, command.line, complaint)) return false;
+    while (const char* argument = arguments.next()) {
+        if (isHelp(argument)) return command.help = true;
+        if (std::strncmp(argument, "--", 2) != 0 || argument[2] == '\0') {
+            complaint.say("sql reads no file: '%.200s'", argument);
+            return false;
+        }
+        const Option option = splitOption(argument);
+        Match match = takeSqlOption(option, arguments, command, complaint);
+        if (match == Match::none) match = takeAnalysisOption(option, arguments, command.line, complaint);
+        if (match == Match::none) complainOfOption(option, command.line.kind, complaint);
+        if (match != Match::taken) return false;
+    }
+    if (command.columns.size() == 0) {
+        complaint.say("--columns NAME[,NAME...] is needed");
+    } else if (command.table == nullptr || command.table[0] == '\0') {
+        complaint.say("--table TABLE is needed");
+    }
+    if (command.where != nullptr && command.where[0] == '\0') command.where = nullptr;
+    return !complaint.any();
+}
+
+const char* givenValue(const CommandLine& line, std::string_view option) {
+    const OptionFields fields = line.kind->analysis->fields;
+    for (std::size_t index = 0; index < fields.size(); ++index) {
+        if (fields[index].name != nullptr && option == fields[index].name) return line.values[index];
+    }
+    return nullptr;
+}
+
+std::span<const OptionText> sqlOptions() {
+    return options;
+}
+
+void printSqlHelp(std::FILE* file) {
+    std::fprintf(
+        file,
+        "usage: %s sql KIND --columns NAME[,NAME...] --table TABLE [options]\n\n"
+        "Prints the statement by which a database reduces a table, where it stands and in one pass,\n"
+        "to what the analysis needs: the number of samples, means, greatest sizes and covariances of\n"
+        "the columns, of transformed ones for polynomials and curves, by groups for discriminant, or\n"
+        "the table of counts for loglinear and quant3. Options of the kind may be given; --purpose,\n"
+        "--group, --degree, --exclude, --a, --b and --c count, the others are passed over.\n\n"
+        "kinds:\n ",
+        programName);
+    int used = 1;
+    for (const AnalysisKind& kind : analysisKinds()) {
+        if (reductionOf(kind) == Reduction::none) continue;
+        const int length = static_cast<int>(std::strlen(kind.batchName)) + 1;
+        if (used + length > 100) std::fprintf(file, "\n ");
+        used = used + length > 100 ? 1 + length : used + length;
+        std::fprintf(file, " %s", kind.batchName);
+    }
+    std::fprintf(file,
+                 "\n\nexample:\n  %s sql regression --purpose dist --columns speed,dist --table cars\n\n"
+                 "options of this command:\n",
+                 programName);
+    for (const OptionText& option : options) printOption(file, option);
+    std::fprintf(
+        file,
+        "\nRows with a null or a number that is not finite in one of the columns, or with one that its\n"
+        "transformation does not take, are left out; the column left_out counts them. Exit status: 0\n"
+        "success, 1 the file cannot be written, 2 wrong command line.\n");
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdio>
+#include <span>
+
+#include "batch/command_line.h"
+#include "batch/complaint.h"
+#include "batch/sql/sql_dialect.h"
+#include "batch/usage_line.h"
+
+// What the user asked `sql` for. Texts point into the arguments.
+struct SqlCommand {
+    bool help = false;
+    CommandLine line;           // the kind, the options that it takes itself, and the output
+    Block<const char*> columns; // lists of names, comma-separated
+    const char* table = nullptr;
+    const char* where = nullptr;      // null: every row
+    const char* categories = nullptr; // of the second column of a cross table; null: not given
+    SqlDialect dialect = SqlDialect::standard;
+};
+
+// Reads the arguments behind "sql"; false and a complaint when they are wrong.
+bool parseSql(int count, char** argumentTexts, SqlCommand& command, Complaint& complaint);
+
+// What the user gave for an option of the kind, by its name without "--"; null: nothing.
+const char* givenValue(const CommandLine& line, std::string_view option);
+
+// What it takes besides the options of the kind, in the order of the help.
+std::span<const OptionText> sqlOptions();
+
+void printSqlHelp(std::FILE* file);

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string_view>
+
+#include "report/text_buffer.h"
+
+// What engines write each in a way of its own; the standard is that of SQL:2003.
+enum class SqlDialect { standard, duckdb, postgresql, spark, trino };
+
+// What `--dialect` takes, in this order.
+constexpr const char* dialectWords[] = {"standard", "duckdb", "postgresql", "spark", "trino"};
+
+// A statement as it is written down.
+class SqlText {
+public:
+    SqlText(TextBuffer& text, SqlDialect dialect) : text_(text), dialect_(dialect) {}
+
+    // A piece of the statement, with names in double quotes, which become those of the engine.
+    SqlText& operator<<(std::string_view piece);
+    SqlText& operator<<(Index number);
+    SqlText& operator<<(double number); // to its last bit
+
+    // What the user wrote, as it stands.
+    void verbatim(std::string_view text) { text_.append(text); }
+    // The name of a column whatever characters it has, or of what is computed from it, as "mean_height".
+    void name(std::string_view column) { name("", column); }
+    void name(std::string_view what, std::string_view column);
+    // A text in quotes.
+    void quoted(std::string_view characters);
+    // The type of numbers of double precision.
+    std::string_view doubleType() const;
+    // Behind a select in brackets: the engine computes its columns once for each row. Without it PostgreSQL
+    // would put what they are computed from wherever they are used, and compute it there again.
+    std::string_view computedOnce() const { return dialect_ == SqlDialect::postgresql ? " offset 0" : ""; }
+
+private:
+    char nameQuote() const { return dialect_ == SqlDialect::spark ? '`' : '"'; }
+    void doubling(char quote, std::string_view characters);
+
+    TextBuffer& text_;
+    SqlDialect dialect_;
+};
