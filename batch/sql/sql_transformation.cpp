@@ -16,6 +16,12 @@ double greatestOfPower(double degree) {
     return std::pow(greatest, 1.0 / degree) * (1.0 - 1e-13);
 }
 
+// The least size of which the power is no less than the least normal number: some engines fail where it
+// becomes 0, so it is 0 below.
+double leastOfPower(double degree) {
+    return std::pow(std::numeric_limits<double>::min(), 1.0 / degree) * (1.0 + 1e-13);
+}
+
 bool isWhole(double degree) {
     return degree == std::trunc(degree);
 }
@@ -80,7 +86,9 @@ void SqlTransformation::writeValue(SqlText& sql, Index cell) const {
         sql << "\"v" << cell << "\"";
         return;
     case power:
-        sql << "power(\"v" << cell << "\", " << degree_ << ")";
+        if (degree_ > 1.0)
+            sql << "case when abs(\"v" << cell << "\") < " << leastOfPower(degree_) << " then 0 else ";
+        sql << "power(\"v" << cell << "\", " << degree_ << ")" << (degree_ > 1.0 ? " end" : "");
         return;
     case logarithm:
         sql << "ln(\"v" << cell << "\")";
