@@ -80,7 +80,9 @@ void MomentStatement::writeCountedRows() {
                   [&](Index i, std::string_view) { transformationOf(i).writeCondition(sql_, i); });
     sql_ << " then 1 end as \"counts\"\n    from (\n";
     writeCells();
-    sql_ << "    ) as \"cells\"" << sql_.computedOnce() << "\n";
+    sql_ << "    ) as \"cells\"";
+    sql_.computeOnce(columns_.size() + (isGrouped() ? 2 : 1));
+    sql_ << "\n";
 }
 
 void MomentStatement::writeUsed() {
@@ -92,7 +94,9 @@ void MomentStatement::writeUsed() {
     });
     sql_ << "\n  from (\n";
     writeCountedRows();
-    sql_ << "  ) as \"counted\"" << sql_.computedOnce() << "\n";
+    sql_ << "  ) as \"counted\"";
+    sql_.computeOnce(columns_.size() + (isGrouped() ? 1 : 0));
+    sql_ << "\n";
 }
 
 // The group under its own name.
@@ -151,9 +155,10 @@ void MomentStatement::writeRows() {
     forEachColumn("", [&](Index i, std::string_view) { sql_ << " when " << i << " then \"x" << i << "\""; });
     sql_ << " end as \"y\"\n  from (\n";
     writeUsed();
-    sql_ << "  ) as \"used\"\n  cross join \"numbered_columns\"" << sql_.computedOnce()
-         << "\n) as \"taken\"\n"
-         << "group by " << group << "\"i\", \"name\"\norder by 1" << (isGrouped() ? ", 2\n" : "\n");
+    sql_ << "  ) as \"used\"\n  cross join \"numbered_columns\"";
+    sql_.computeOnce(columns_.size() + (isGrouped() ? 4 : 3));
+    sql_ << "\n) as \"taken\"\ngroup by " << group << "\"i\", \"name\"\norder by 1"
+         << (isGrouped() ? ", 2\n" : "\n");
 }
 
 } // namespace

@@ -13,8 +13,7 @@ constexpr OptionText options[] = {
     {"--columns", "NAME[,NAME...]", "the columns to analyse, in this order; may be repeated"},
     {"--table", "TABLE", "the table that they stand in, as it is written behind FROM"},
     {"--where", "TEXT", "take the rows alone for which this condition holds"},
-    {"--dialect", "standard|duckdb|postgresql|spark|trino",
-     "what the engine understands; postgresql is far quicker there (standard)"},
+    {"--dialect", "standard|duckdb|postgresql|spark|trino", "what the engine understands (standard)"},
     {"--categories", "N", "of quant3: the second column holds the categories 1 to N"},
     {"--output", "FILE", "write the statement to FILE; -: standard output"},
 };

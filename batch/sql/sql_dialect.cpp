@@ -53,3 +53,12 @@ void SqlText::quoted(std::string_view characters) {
 std::string_view SqlText::doubleType() const {
     return dialect_ == SqlDialect::spark ? "double" : "double precision";
 }
+
+void SqlText::computeOnce(Index columns) {
+    if (dialect_ == SqlDialect::postgresql) *this << " offset 0";
+    if (dialect_ != SqlDialect::standard) return;
+    // No row is added.
+    *this << " union all select null";
+    for (Index k = 1; k < columns; ++k) *this << ", null";
+    *this << " where 1 = 0";
+}

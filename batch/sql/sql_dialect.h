@@ -29,9 +29,10 @@ public:
     void quoted(std::string_view characters);
     // The type of numbers of double precision.
     std::string_view doubleType() const;
-    // Behind a select in brackets: the engine computes its columns once for each row. Without it PostgreSQL
-    // would put what they are computed from wherever they are used, and compute it there again.
-    std::string_view computedOnce() const { return dialect_ == SqlDialect::postgresql ? " offset 0" : ""; }
+    // Behind a select of so many columns: the engine computes them once for each row. Without it PostgreSQL
+    // puts what they are computed from wherever they are used, and computes it there again, hundreds of
+    // times.
+    void computeOnce(Index columns);
 
 private:
     char nameQuote() const { return dialect_ == SqlDialect::spark ? '`' : '"'; }
