@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "analysis/run/prediction_entry.h"
 #include "batch/command_line.h"
 #include "batch/complaint.h"

@@ -1,5 +1,6 @@
 #include "batch/sql/sql_arguments.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "batch/arguments.h"
