@@ -38,14 +38,6 @@ int refuse(const Complaint& complaint, const AnalysisKind* kind) {
     return exitWrongCommandLine;
 }
 
-bool write(std::FILE* file, const TextBuffer& text) {
-    bool written = true;
-    for (const std::string_view piece : text) {
-        written = written && std::fwrite(piece.data(), 1, piece.size(), file) == piece.size();
-    }
-    return written;
-}
-
 void setUp(const CommandLine& line, AnalysisRun& run) {
     Settings settings;
     setDefaultSettings(settings);
@@ -98,7 +90,7 @@ void printRefusal(const AnalysisRun& run) {
     writeRefusal(text, run.data.notes.refusal, commandLineDoubts);
     writeMomentsRefusal(text, run.data.notes.moments);
     if (text.length() > 0) std::fputs("note : ", stderr);
-    write(stderr, text);
+    writeText(stderr, text);
 }
 
 // Whether moments hold what the analysis needs; how many samples they leave out is told.
@@ -131,7 +123,7 @@ bool checkData(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& ru
         writeLeftOut(text, data);
     }
     writeDoubts(text, data, commandLineDoubts);
-    write(stderr, text);
+    writeText(stderr, text);
     const bool isMissing =
         findDoubt(data, Doubt::noNumbers).count + findDoubt(data, Doubt::infinite).count > 0;
     const bool fails =
@@ -250,7 +242,7 @@ bool print(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, O
     if (!succeeded || line.output == nullptr) {
         if (!succeeded) text = makeDocument(line, run, frontend, false, document);
         if (text == nullptr) text = frontend.shown();
-        check(write(stdout, *text) && std::fflush(stdout) == 0);
+        check(writeText(stdout, *text) && std::fflush(stdout) == 0);
     }
     clearTexts(run.report);
     if (succeeded) printDeviations(line, run);

@@ -1,5 +1,12 @@
 #include "batch/output_file.h"
 
+bool writeText(std::FILE* file, const TextBuffer& text) {
+    bool written = true;
+    for (const std::string_view piece : text)
+        written = written && std::fwrite(piece.data(), 1, piece.size(), file) == piece.size();
+    return written;
+}
+
 OutputFile::~OutputFile() {
     if (file_ == nullptr) return;
     if (isDevice_) {

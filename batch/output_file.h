@@ -3,6 +3,9 @@
 #include "batch/file_system.h"
 #include "report/text_buffer.h"
 
+// Writes a text to an open stream; false when that fails.
+bool writeText(std::FILE* file, const TextBuffer& text);
+
 // A file that a run writes: a device or a pipe in place, any other file to a neighbour that takes its place
 // when all is written. What is not finished leaves the file as it was.
 class OutputFile {

@@ -34,10 +34,7 @@ bool writeStatement(const SqlCommand& command, SqlText& sql, Complaint& complain
 
 // Onto standard output or into the file.
 bool write(const TextBuffer& text, const char* path) {
-    if (path == nullptr) {
-        return std::fwrite(text.text(), 1, text.length(), stdout) == text.length() &&
-               std::fflush(stdout) == 0;
-    }
+    if (path == nullptr) return writeText(stdout, text) && std::fflush(stdout) == 0;
     OutputFile file;
     return file.open(path) && file.write(text);
 }
