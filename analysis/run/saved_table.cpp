@@ -7,6 +7,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "analysis/run/saved_name.h"
 #include "data/csv_reader.h"
 #include "data/doubts.h"
 
@@ -56,26 +57,6 @@ void appendValue(TextBuffer& text, double value) {
     text.append({digits, static_cast<std::size_t>(end - digits)});
 }
 
-struct ColumnName {
-    char text[textSlotSize];
-};
-
-// The names of columns differ from each other, so that only those of the file are in the way.
-ColumnName uniqueName(const CellTable& cells, const char* name) {
-    ColumnName unique;
-    std::snprintf(unique.text, sizeof unique.text, "%s", name);
-    const auto isTaken = [&] {
-        for (std::int32_t col = 1; col < cells.cols; ++col) {
-            if (std::strcmp(cells.cell(0, col), unique.text) == 0) return true;
-        }
-        return false;
-    };
-    for (int number = 2; isTaken(); ++number) {
-        std::snprintf(unique.text, sizeof unique.text, "%.48s.%d", name, number);
-    }
-    return unique;
-}
-
 // Of the cells of a row, without those that a remedy takes away, with their commas.
 std::size_t lengthOf(const DataSet& data, std::int32_t row, const Block<std::int32_t>& isUsed) {
     const auto length = [&](const char* cell, bool isFirst) {
@@ -92,7 +73,7 @@ std::size_t lengthOf(const DataSet& data, std::int32_t row, const Block<std::int
 std::size_t roomForColumns(const AnalysisRun& run, bool ofNames) {
     std::size_t room = 0;
     for (Index k = 0; k < run.columns.count; ++k) {
-        const ColumnName name = uniqueName(run.data.cells, run.columns.names[k]);
+        const ColumnName name = uniqueColumnName(run.data.cells, run.columns.names[k]);
         room += 1 + (ofNames ? std::strlen(name.text) : longestNumber);
     }
     return room;
@@ -134,7 +115,7 @@ ErrorCode writeSavedTable(const AnalysisRun& run, TextBuffer& text) {
     appendCells(text, data, 0);
     for (Index k = 0; k < columns.count; ++k) {
         text.append(",");
-        text.append(uniqueName(data.cells, columns.names[k]).text);
+        text.append(uniqueColumnName(data.cells, columns.names[k]).text);
     }
     text.append("\n");
     Index sample = 0;
