@@ -1,8 +1,9 @@
 #include "batch/sql/moment_statement.h"
 
 #include <algorithm>
+#include <cstdio>
 
-#include "batch/sql/sql_transformation.h"
+#include "analysis/basic/regression/sql_transformation.h"
 
 namespace {
 
@@ -15,6 +16,14 @@ bool fitsIntoOneRow(const Block<SqlColumn>& columns) {
     const auto isShort = [](const SqlColumn& column) { return std::ssize(column.name) <= longestWithPrefix; };
     return columns.size() <= mostInOneRow && std::all_of(columns.begin(), columns.end(), isShort);
 }
+
+// A column of the cells as numbers.
+struct Cell {
+    char name[24];
+
+    explicit Cell(Index number) { std::snprintf(name, sizeof name, "v%td", number); }
+    SqlColumnValue value() const { return {name, true}; }
+};
 
 // The parts of the statement. Each select stands in the one above it, from the table outwards: "v1", ... are
 // the cells as numbers, "counts" is 1 where the whole row counts, "x1", ... are the transformed columns, null
@@ -31,7 +40,8 @@ public:
 private:
     bool isGrouped() const { return !group_.empty(); }
     SqlTransformation transformationOf(Index number) const {
-        return {*command_.line.kind, columns_[number - 1]};
+        const SqlColumn& column = columns_[number - 1];
+        return {command_.line.kind->number, column.role == SqlColumn::purpose, column.degree};
     }
     // Calls `write` with each number of a column from 1, with a text between.
     template <class Write> void forEachColumn(std::string_view between, Write write) {
@@ -76,8 +86,9 @@ void MomentStatement::writeCountedRows() {
     sql_ << "    select " << (isGrouped() ? "\"g\", " : "");
     forEachColumn(", ", [&](Index i, std::string_view) { sql_ << "\"v" << i << "\""; });
     sql_ << ",\n      case when " << (isGrouped() ? "\"g\" is not null\n        and " : "");
-    forEachColumn("\n        and ",
-                  [&](Index i, std::string_view) { transformationOf(i).writeCondition(sql_, i); });
+    forEachColumn("\n        and ", [&](Index i, std::string_view) {
+        transformationOf(i).writeCondition(sql_, Cell(i).value());
+    });
     sql_ << " then 1 end as \"counts\"\n    from (\n";
     writeCells();
     sql_ << "    ) as \"cells\"";
@@ -89,7 +100,7 @@ void MomentStatement::writeUsed() {
     sql_ << "  select " << (isGrouped() ? "\"g\",\n    " : "");
     forEachColumn(",\n    ", [&](Index i, std::string_view) {
         sql_ << "case when \"counts\" = 1 then ";
-        transformationOf(i).writeValue(sql_, i);
+        transformationOf(i).writeValue(sql_, Cell(i).value());
         sql_ << " end as \"x" << i << "\"";
     });
     sql_ << "\n  from (\n";

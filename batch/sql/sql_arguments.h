@@ -5,8 +5,8 @@
 
 #include "batch/command_line.h"
 #include "batch/complaint.h"
-#include "batch/sql/sql_dialect.h"
 #include "batch/usage_line.h"
+#include "report/sql_text.h"
 
 // What the user asked `sql` for. Texts point into the arguments.
 struct SqlCommand {

@@ -1,7 +1,9 @@
-#include "batch/sql/sql_transformation.h"
+#include "analysis/basic/regression/sql_transformation.h"
 
 #include <cmath>
 #include <limits>
+
+#include "analysis/run/kind_number.h"
 
 namespace {
 
@@ -28,13 +30,12 @@ bool isWhole(double degree) {
 
 } // namespace
 
-SqlTransformation::SqlTransformation(const AnalysisKind& kind, const SqlColumn& column) {
-    const bool isPurpose = column.role == SqlColumn::purpose;
-    switch (kind.number) {
+SqlTransformation::SqlTransformation(std::int32_t kind, bool isPurpose, double degree) {
+    switch (kind) {
     case degreesCurveKind:
-        if (isPurpose || column.degree == 1.0) return;
+        if (isPurpose || degree == 1.0) return;
         form_ = power;
-        degree_ = column.degree;
+        degree_ = degree;
         return;
     case involutionCurveKind:
         form_ = logarithm;
@@ -48,56 +49,56 @@ SqlTransformation::SqlTransformation(const AnalysisKind& kind, const SqlColumn& 
     case logisticCurve1Kind:
     case logisticCurve2Kind:
         if (isPurpose) form_ = logit;
-        whole_ = kind.number == logisticCurve1Kind ? 1 : 100;
+        whole_ = kind == logisticCurve1Kind ? 1 : 100;
         return;
     default:
         return;
     }
 }
 
-void SqlTransformation::writeCondition(SqlText& sql, Index cell) const {
+void SqlTransformation::writeCondition(SqlText& sql, const SqlColumnValue& value) const {
     switch (form_) {
     case none:
-        sql << "abs(\"v" << cell << "\") <= " << greatest;
+        sql << "abs(" << value << ") <= " << greatest;
         return;
     case power:
         // With a fraction it takes no negative number.
         if (isWhole(degree_)) {
-            sql << "abs(\"v" << cell << "\") <= " << greatestOfPower(degree_);
+            sql << "abs(" << value << ") <= " << greatestOfPower(degree_);
         } else {
-            sql << "\"v" << cell << "\" between 0 and " << greatestOfPower(degree_);
+            sql << value << " between 0 and " << greatestOfPower(degree_);
         }
         return;
     case logarithm:
-        sql << "\"v" << cell << "\" > 0 and \"v" << cell << "\" <= " << greatest;
+        sql << value << " > 0 and " << value << " <= " << greatest;
         return;
     case reciprocal:
-        sql << "abs(\"v" << cell << "\") between " << leastOfReciprocal << " and " << greatest;
+        sql << "abs(" << value << ") between " << leastOfReciprocal << " and " << greatest;
         return;
     case logit:
-        sql << "\"v" << cell << "\" > 0 and \"v" << cell << "\" < " << whole_;
+        sql << value << " > 0 and " << value << " < " << whole_;
         return;
     }
 }
 
-void SqlTransformation::writeValue(SqlText& sql, Index cell) const {
+void SqlTransformation::writeValue(SqlText& sql, const SqlColumnValue& value) const {
     switch (form_) {
     case none:
-        sql << "\"v" << cell << "\"";
+        sql << value;
         return;
     case power:
         if (degree_ > 1.0)
-            sql << "case when abs(\"v" << cell << "\") < " << leastOfPower(degree_) << " then 0 else ";
-        sql << "power(\"v" << cell << "\", " << degree_ << ")" << (degree_ > 1.0 ? " end" : "");
+            sql << "case when abs(" << value << ") < " << leastOfPower(degree_) << " then 0 else ";
+        sql << "power(" << value << ", " << degree_ << ")" << (degree_ > 1.0 ? " end" : "");
         return;
     case logarithm:
-        sql << "ln(\"v" << cell << "\")";
+        sql << "ln(" << value << ")";
         return;
     case reciprocal:
-        sql << "1 / \"v" << cell << "\"";
+        sql << "1 / " << value;
         return;
     case logit:
-        sql << "ln(\"v" << cell << "\" / (" << whole_ << " - \"v" << cell << "\"))";
+        sql << "ln(" << value << " / (" << whole_ << " - " << value << "))";
         return;
     }
 }

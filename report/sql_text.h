@@ -10,15 +10,24 @@ enum class SqlDialect { standard, duckdb, postgresql, spark, trino };
 // What `--dialect` takes, in this order.
 constexpr const char* dialectWords[] = {"standard", "duckdb", "postgresql", "spark", "trino"};
 
-// A statement as it is written down.
+// A column as it stands in an expression: by its name, or as a number of double precision made of it.
+struct SqlColumnValue {
+    std::string_view name;
+    bool isDouble; // it is one by itself
+};
+
+// A statement, or a part of one, as it is written down.
 class SqlText {
 public:
     SqlText(TextBuffer& text, SqlDialect dialect) : text_(text), dialect_(dialect) {}
 
-    // A piece of the statement, with names in double quotes, which become those of the engine.
+    // A piece of it, with names in double quotes, which become those of the engine.
     SqlText& operator<<(std::string_view piece);
     SqlText& operator<<(Index number);
-    SqlText& operator<<(double number); // to its last bit
+    // To its last bit and with an exponent, without which engines would take it for a decimal; a negative one
+    // in brackets, one that is not finite as a null.
+    SqlText& operator<<(double number);
+    SqlText& operator<<(const SqlColumnValue& value);
 
     // What the user wrote, as it stands.
     void verbatim(std::string_view text) { text_.append(text); }

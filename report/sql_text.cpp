@@ -1,6 +1,7 @@
-#include "batch/sql/sql_dialect.h"
+#include "report/sql_text.h"
 
 #include <charconv>
+#include <cmath>
 
 SqlText& SqlText::operator<<(std::string_view piece) {
     for (const char& c : piece) {
@@ -16,10 +17,28 @@ SqlText& SqlText::operator<<(Index number) {
 }
 
 SqlText& SqlText::operator<<(double number) {
+    if (!std::isfinite(number)) return *this << "cast(null as " << doubleType() << ")";
     char digits[40];
-    const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-    text_.append({digits, static_cast<std::size_t>(end - digits)});
+    const char* const end =
+        std::to_chars(digits, digits + sizeof digits, number, std::chars_format::scientific).ptr;
+    const std::string_view written(digits, static_cast<std::size_t>(end - digits));
+    const std::size_t mantissa = written.find('e');
+    const char* const exponent = digits + mantissa + 1; // with its sign
+    int power = 0;
+    std::from_chars(exponent + 1, end, power);
+    const bool isNegative = std::signbit(number);
+    if (isNegative) text_.append("(");
+    text_.append(written.substr(0, mantissa));
+    text_.append(*exponent == '-' ? "e-" : "e");
+    text_.appendInteger(power, 0);
+    if (isNegative) text_.append(")");
     return *this;
+}
+
+SqlText& SqlText::operator<<(const SqlColumnValue& value) {
+    if (!value.isDouble) *this << "cast(";
+    name(value.name);
+    return value.isDouble ? *this : *this << " as " << doubleType() << ")";
 }
 
 void SqlText::doubling(char quote, std::string_view characters) {
