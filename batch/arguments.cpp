@@ -104,6 +104,10 @@ Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, 
         line.isMoments = true;
         return takeFile(option.value, line, complaint) ? Match::taken : Match::wrong;
     }
+    if (option.name == "--dialect") {
+        line.hasDialect = true;
+        return parseWord(option, arguments, dialectWords, line.dialect, complaint);
+    }
     if (option.name == "--divisor") {
         const Match match = parseWord(option, arguments, divisorWords, line.divisorIsN, complaint);
         line.hasDivisor = true;
@@ -121,8 +125,13 @@ Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, 
         if (!arguments.takeValue(option, complaint)) return Match::wrong;
         return parseCount(option, count.greatest, count.target, complaint) ? Match::taken : Match::wrong;
     }
-    if (option.name == "--strict") {
-        line.strict = true;
+    const struct {
+        const char* name;
+        bool& target;
+    } flags[] = {{"--strict", line.strict}, {"--score-sql", line.scoresBySql}};
+    for (const auto& flag : flags) {
+        if (option.name != flag.name) continue;
+        flag.target = true;
         return refuseValue(option, complaint) ? Match::taken : Match::wrong;
     }
     return Match::none;
@@ -259,6 +268,7 @@ bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Compla
     }
     if (!checkPictureOptions(line.picture, line.kind, complaint)) return false;
     if (!checkSaveOptions(line, complaint)) return false;
+    if (!checkScoreOptions(line, complaint)) return false;
     if (!checkMomentOptions(line, complaint)) return false;
     if (line.file == nullptr) complaint.say("which file?");
     if (line.file != nullptr && std::strlen(line.file) >= sizeof DataSet::path) {

@@ -19,6 +19,7 @@
 #include "batch/report_document.h"
 #include "batch/run_file.h"
 #include "batch/saved_columns.h"
+#include "batch/score_sql.h"
 #include "batch/sql_command.h"
 #include "batch/terminal.h"
 #include "report/cells.h"
@@ -53,6 +54,8 @@ void setUp(const CommandLine& line, AnalysisRun& run) {
     startOptions(run.options, settings);
     run.options.clusterCount = line.clusters;
     run.columns.areWanted = line.saved != nullptr;
+    run.expressions.areWanted = line.scoresBySql;
+    run.expressions.dialect = line.dialect;
     std::snprintf(run.data.path, sizeof run.data.path, "%s", line.file);
 }
 
@@ -344,6 +347,7 @@ int runBatch(int count, char** arguments) {
         if (complaint.any()) return refuse(complaint, line.kind);
     }
     succeeded = print(frontend, line, run, outputs.report, succeeded);
+    succeeded = succeeded && checkExpressions(line, run.expressions.text);
     if (succeeded && line.saved != nullptr) succeeded = writeSaved(line, run, table, outputs.saved);
     if (succeeded && line.picture.file != nullptr) {
         succeeded = writePicture(frontend, line, run, outputs.picture);

@@ -2,6 +2,7 @@
 
 #include "analysis/run/analysis_kind.h"
 #include "batch/picture.h"
+#include "report/sql_text.h"
 
 // What `--missing` takes, in the order of MissingPolicy.
 constexpr const char* missingWords[] = {"zero", "omit", "fail"};
@@ -28,8 +29,11 @@ struct CommandLine {
     ReportFormat format = ReportFormat::text;
     const char* shownPath = nullptr;
     const char* saved = nullptr; // the file for the table with its sample columns
-    int clusters = 0;            // in which samples are numbered there
-    int variableWidth = 0;       // 0: not given
+    bool scoresBySql = false;    // expressions are printed in the place of the report
+    bool hasDialect = false;     // it was given
+    SqlDialect dialect = SqlDialect::standard;
+    int clusters = 0;      // in which samples are numbered there
+    int variableWidth = 0; // 0: not given
     int labelWidth = 0;
     int threads = 0; // 0: as many as the machine has
     bool strict = false;

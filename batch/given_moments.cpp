@@ -33,7 +33,8 @@ bool checkMomentFields(const CommandLine& line, const DataSet& data, const Analy
 
 const char* lackingMoments(const CommandLine& line, const DataSet& data, const AnalysisOptions& options) {
     const MomentTable& moments = data.moments;
-    const unsigned needs = line.kind->analysis->momentNeeds(options);
+    unsigned needs = line.kind->analysis->momentNeeds(options);
+    if (line.scoresBySql) needs |= needsMeans | needsDeviations; // for variables as they are
     if ((needs & needsGroups) != 0 && !moments.isGrouped) {
         return "the moments of each group, with the group's variable in front";
     }

@@ -4,6 +4,7 @@
 #include "batch/common_options.h"
 #include "batch/field_values.h"
 #include "batch/saved_columns.h"
+#include "batch/score_sql.h"
 #include "batch/usage_line.h"
 
 namespace {
@@ -63,6 +64,10 @@ void printHelp(std::FILE* file, const AnalysisKind* kind) {
         if (kind->hasSampleColumns) {
             std::fprintf(file, "\noptions of saved columns:\n");
             printOption(file, saveOption);
+        }
+        if (hasExpressions(kind)) {
+            std::fprintf(file, "\noptions of scoring in a database:\n");
+            for (const OptionText& option : scoreOptions) printOption(file, option);
         }
         if (kind->graph != GraphRule::never || !picturesOf(*kind).empty()) {
             std::fprintf(file, "\noptions of its picture:\n");

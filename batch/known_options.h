@@ -6,6 +6,7 @@
 #include "batch/common_options.h"
 #include "batch/field_values.h"
 #include "batch/saved_columns.h"
+#include "batch/score_sql.h"
 
 // An option as it is typed.
 struct KnownOption {
@@ -41,6 +42,9 @@ template <class Use> void forEachOption(const AnalysisKind* kind, Use use) {
         };
         if (numbersClusters(kind)) useText(clustersOption);
         if (kind->hasSampleColumns) useText(saveOption);
+        if (hasExpressions(kind)) {
+            for (const OptionText& text : scoreOptions) useText(text);
+        }
         for (std::size_t k = 0; pictureOption(*kind, k) != nullptr; ++k) useText(*pictureOption(*kind, k));
     }
     for (const OptionText& text : commonOptions()) use(knownOption("", text.name, text.value, text.help));

@@ -123,6 +123,7 @@ bool writeFailure(const CommandLine& line, std::string_view status, const TextBu
 
 const TextBuffer* makeDocument(const CommandLine& line, const AnalysisRun& run, const BatchFrontend& frontend,
                                bool succeeded, TextBuffer& document) {
+    if (succeeded && line.scoresBySql) return &run.expressions.text;
     if (line.format == ReportFormat::text) return frontend.shown();
     const bool made =
         document.allocate(firstCapacity, TextBuffer::Growth::growing) == success &&

@@ -41,6 +41,9 @@ struct Analysis {
     int firstDialog = 0;
     const char* firstTitle = nullptr;
 
+    // Whether it tells how to score samples elsewhere (analysis/run/score_expressions.h).
+    bool hasExpressions = false;
+
     // What it can be drawn as besides the picture of the window, the one that is most asked for first.
     Pictures pictures = {};
 

@@ -2,6 +2,7 @@
 
 #include "analysis/run/picture.h"
 #include "analysis/run/sample_columns.h"
+#include "analysis/run/score_expressions.h"
 #include "analysis/run/settings.h"
 #include "data/data_set.h"
 #include "numeric/numerics.h"
@@ -34,8 +35,9 @@ struct AnalysisRun {
     std::int32_t kind = 0; // menu command less 710
     Report report;
     DataSet data;
-    Graph graph;           // of the last analysis that has one
-    SampleColumns columns; // of the last analysis
+    Graph graph;                  // of the last analysis that has one
+    SampleColumns columns;        // of the last analysis
+    ScoreExpressions expressions; // likewise
     PictureWish pictureWish;
     Chart charts[PictureWish::most]; // of the last analysis: those that were wished for, in that order
     // What the dialogs that do not show the selected variables were last told; forgotten when the variables

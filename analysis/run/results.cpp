@@ -10,6 +10,7 @@ void offerResults(Frontend& frontend, const AnalysisRun& run) {
 
 void releaseResults(Frontend& frontend, AnalysisRun& run) {
     run.columns.release();
+    run.expressions.text.clear();
     for (Chart& chart : run.charts) chart = {};
     frontend.enableResults(false, false);
 }

@@ -189,6 +189,18 @@ ErrorCode keepProbabilities(AnalysisRun& run, const LogisticWork& work) {
     });
 }
 
+ErrorCode keepProbabilityExpression(AnalysisRun& run, const EventData& events, const NewtonRaphsonFit& fit) {
+    return keepExpressions(run.expressions, run.data, [&](ExpressionWriter& writer) {
+        const auto writePredictor = [&] {
+            writer.sum(fit.parameters[events.covariates], events.covariates, [&](Index j) {
+                writer.writeTerm(fit.parameters[j] / events.deviations[j], events.covariateColumns[j],
+                                 events.means[j]);
+            });
+        };
+        writer.add("probability", [&] { writer.share(1, writePredictor); });
+    });
+}
+
 constexpr Picture pictures[] = {
     {"odds", "odds ratios with their intervals", 0, describeResult<RatioChart, describeRatios>},
 };
@@ -210,6 +222,7 @@ ErrorCode runLogisticModel(Screens& screens, AnalysisRun& run) {
 
     writeReport(run, events, work);
     code = keepProbabilities(run, work);
+    if (code == success) code = keepProbabilityExpression(run, events, work.fit);
     if (code == success) {
         code = buildPicture<RatioChart>(run, {events, work.coefficients, "logistic model", "odds ratio"});
     }
@@ -220,5 +233,8 @@ ErrorCode runLogisticModel(Screens& screens, AnalysisRun& run) {
 
 } // namespace
 
-const Analysis logisticModel = {
-    .fields = fields, .driver = runLogisticModel, .refuse = refuse, .pictures = pictures};
+const Analysis logisticModel = {.fields = fields,
+                                .driver = runLogisticModel,
+                                .refuse = refuse,
+                                .hasExpressions = true,
+                                .pictures = pictures};

@@ -58,6 +58,7 @@ const Analysis curveRegression = {.fields = fields,
                                   .isEnabled = isEnabled,
                                   .refuse = refuse,
                                   .momentNeeds = regressionMomentNeeds,
+                                  .hasExpressions = true,
                                   .pictures = fitPictures};
 
 const Analysis polynomialRegression = {.fields = fields,
@@ -68,4 +69,5 @@ const Analysis polynomialRegression = {.fields = fields,
                                        .firstFields = firstFields,
                                        .firstDialog = degreesDialog,
                                        .firstTitle = "convert degrees of polynomial terms",
+                                       .hasExpressions = true,
                                        .pictures = fitPictures};

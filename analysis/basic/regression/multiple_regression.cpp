@@ -27,4 +27,5 @@ const Analysis multipleRegression = {.fields = fields,
                                      .isEnabled = isEnabled,
                                      .refuse = refuse,
                                      .momentNeeds = regressionMomentNeeds,
+                                     .hasExpressions = true,
                                      .pictures = fitPictures};

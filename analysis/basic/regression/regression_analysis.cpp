@@ -8,6 +8,7 @@
 #include "analysis/basic/regression/least_squares_regression.h"
 #include "analysis/basic/regression/regression_charts.h"
 #include "analysis/basic/regression/regression_deviations.h"
+#include "analysis/basic/regression/regression_expressions.h"
 #include "analysis/basic/regression/regression_report.h"
 #include "analysis/run/run_report.h"
 #include "analysis/run/score_graph.h"
@@ -232,6 +233,7 @@ ErrorCode runRegression(Screens& screens, AnalysisRun& run, const RegressionOpti
     noteRegressionDeviations(run, regressedData(data, result), result.fit);
     writeRegressionReport(run, options, result);
     code = keepRegressionColumns(run, result);
+    if (code == success) code = keepRegressionExpressions(run, result);
     if (code == success) code = buildRegressionPicture(run, result);
     if (code != success) return code;
     closeReport(screens, run.report);

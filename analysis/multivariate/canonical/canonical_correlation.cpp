@@ -189,6 +189,13 @@ ErrorCode useVariates(AnalysisRun& run, const CanonicalVariates& found) {
     return code == success ? buildPicture<CanonicalCharts>(run, {found, variates}) : code;
 }
 
+ErrorCode keepVariateExpressions(AnalysisRun& run, const CanonicalVariates& found) {
+    return keepExpressions(run.expressions, run.data, [&](ExpressionWriter& writer) {
+        writer.addScores("variate x", found.moments, 0, found.explanatoryWeights);
+        writer.addScores("variate y", found.moments, found.q1, found.purposeWeights);
+    });
+}
+
 ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
     if (reorderWorkingBySelection(run.data) != success) return outOfMemory;
     if (run.data.otherCount == 0 || run.data.selectedCount == 0) return noEffectiveVariable;
@@ -204,6 +211,7 @@ ErrorCode runCanonicalCorrelation(Screens& screens, AnalysisRun& run) {
 
     writeReport(run, variates);
     code = useVariates(run, variates);
+    if (code == success) code = keepVariateExpressions(run, variates);
     if (code != success) return code;
     closeReport(screens, run.report);
     return success;
@@ -216,4 +224,5 @@ const Analysis canonicalCorrelation = {.fields = fields,
                                        .refuse = refuse,
                                        .momentNeeds = momentNeeds,
                                        .ownPurposes = &AnalysisRun::canonicalPurposes,
+                                       .hasExpressions = true,
                                        .pictures = pictures};

@@ -351,6 +351,36 @@ ErrorCode buildComponentPicture(AnalysisRun& run, const ComponentWork& work) {
                                            .weightLevel = usesCovariance(run.options.settings) ? 0.0 : 1.0});
 }
 
+// The standard deviation of a sum of standardized variables by the weights of a column.
+double deviationOfSum(const Matrix& correlation, const Matrix& weights, Index k) {
+    double variance = 0.0;
+    for (Index i = 0; i < weights.rows(); ++i) {
+        double sum = 0.0;
+        for (Index j = 0; j < weights.rows(); ++j) sum += correlation(i, j) * weights(j, k);
+        variance += sum * weights(i, k);
+    }
+    return std::sqrt(variance);
+}
+
+// The weights of standardized variables in standardized scores, the raw ones having the mean 0.
+ErrorCode keepScoreExpressions(AnalysisRun& run, const ComponentWork& work) {
+    if (!run.expressions.areWanted) return success;
+    const bool isUnbiased = run.numerics->textbook && usesCovariance(run.options.settings);
+    Matrix weights;
+    const ErrorCode code = weights.allocate(work.loadings.rows(), work.kept);
+    if (code != success) return code;
+    for (Index k = 0; k < work.kept; ++k) {
+        for (Index j = 0; j < weights.rows(); ++j) {
+            weights(j, k) = isUnbiased ? work.eigenvectors(j, k) * work.moments.sds[j] : work.loadings(j, k);
+        }
+        const double deviation = deviationOfSum(work.moments.correlation, weights, k);
+        for (Index j = 0; j < weights.rows(); ++j) weights(j, k) /= deviation;
+    }
+    return keepExpressions(run.expressions, run.data, [&](ExpressionWriter& writer) {
+        writer.addScores("score ", work.moments, 0, weights);
+    });
+}
+
 ErrorCode runPrincipalComponents(Screens& screens, AnalysisRun& run) {
     const Settings& settings = run.options.settings;
     ComponentWork work;
@@ -365,6 +395,7 @@ ErrorCode runPrincipalComponents(Screens& screens, AnalysisRun& run) {
     noteDeviations(run, work);
     writeReport(run, work);
     code = keepNumbered(run.columns, "score ", work.scores, work.kept);
+    if (code == success) code = keepScoreExpressions(run, work);
     if (code == success) code = buildComponentPicture(run, work);
     if (code != success) return code;
     closeReport(screens, run.report);
@@ -376,4 +407,5 @@ ErrorCode runPrincipalComponents(Screens& screens, AnalysisRun& run) {
 const Analysis principalComponents = {.fields = fields,
                                       .driver = runPrincipalComponents,
                                       .momentNeeds = momentNeeds,
+                                      .hasExpressions = true,
                                       .pictures = scorePictures};

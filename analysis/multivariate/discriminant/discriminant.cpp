@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "analysis/multivariate/discriminant/discriminant_expressions.h"
 #include "analysis/multivariate/discriminant/discriminant_report.h"
 #include "analysis/run/run_report.h"
 #include "analysis/run/score_charts.h"
@@ -193,6 +194,7 @@ ErrorCode runDiscriminantAnalysis(Screens& screens, AnalysisRun& run) {
 
     writeDiscriminantReport(run, result);
     code = keepDiscriminantColumns(run, result);
+    if (code == success) code = keepDiscriminantExpressions(run, result);
     if (code == success) code = buildDiscriminantPicture(run, result);
     if (code != success) return code;
     if (!run.numerics->textbook) noteDeviations(run, run.options.settings.discriminant, result);
@@ -208,4 +210,5 @@ const Analysis discriminantAnalysis = {.fields = fields,
                                        .refuse = refuse,
                                        .momentNeeds = momentNeeds,
                                        .ownPurposes = &AnalysisRun::discriminantGroup,
+                                       .hasExpressions = true,
                                        .pictures = scorePictures};

@@ -342,6 +342,11 @@ ErrorCode runFactorAnalysis(Screens& screens, AnalysisRun& run) {
         work.result);
     const Matrix& scores = work.result.scores;
     code = keepNumbered(run.columns, "score ", scores, scores.columns());
+    if (code == success) {
+        code = keepExpressions(run.expressions, run.data, [&](ExpressionWriter& writer) {
+            writer.addScores("score ", work.moments, 0, work.coefficients);
+        });
+    }
     if (code == success)
         code =
             buildFactorPicture(run, work, byLikelihood ? "maximum likelihood factors" : "principal factors");
@@ -358,4 +363,5 @@ const Analysis factorAnalysis = {.fields = fields,
                                  .isEnabled = isEnabled,
                                  .refuse = refuse,
                                  .momentNeeds = momentNeeds,
+                                 .hasExpressions = true,
                                  .pictures = scorePictures};
