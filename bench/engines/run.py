@@ -129,10 +129,10 @@ def compare_scores(engine, kind):
     with open(folder / "saved.csv") as saved, open(folder / "scores.csv") as scores:
         ours, theirs = csv.reader(saved), csv.reader(scores)
         head, other = next(ours), next(theirs)
-        first = len(names) + 2  # behind label, variables and group
-        check(head[first:] == other[first:] and len(head) > first, engine, kind, head[first:], other[first:])
+        added = len(other) - len(names) - 2  # behind label, variables and group, which only what takes it saves
+        check(added > 0 and head[-added:] == other[-added:], engine, kind, head, other)
         for mine, yours in zip(ours, theirs):
-            pairs = list(zip(mine[first:], yours[first:]))
+            pairs = list(zip(mine[-added:], yours[-added:]))
             wrong = [(a, b) for a, b in pairs if differs(abs(float(a)), abs(float(b)), 1e-7)]
             if wrong:
                 return check(False, engine, kind, mine[0], wrong[:3])
