@@ -59,7 +59,7 @@ def status_or_fault(arguments):
 def main():
     ends, tried, failed, kinds = [], 0, 0, listed(r"^  ([a-z][\w-]*)  ")
     for kind in kinds:
-        options, faults = listed(r"^  --(?!help|version)(\[no-\])?([\w-]+)(?: (\S+))?", kind), []
+        options, faults = listed(r"^  --(?!help|version|moments|divisor|dialect)(\[no-\])?([\w-]+)(?: (\S+))?", kind), []
         options = [(negation[1:-1], name, usage) for negation, name, usage in options]
         for _ in range(80):
             arguments = [kind, *random_arguments(options), "d.csv"]
