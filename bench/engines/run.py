@@ -8,10 +8,8 @@ usage: run.py BATCH-RUNNER FOLDER-WITH-ENGINES [ROWS-OF-THE-LARGE-TABLE]
 import csv
 import json
 import math
-import os
 import pathlib
 import random
-import resource
 import subprocess
 import sys
 import time
@@ -149,12 +147,20 @@ def compare_scores(engine, kind):
         check(True)
 
 
+measure = """
+import resource, subprocess, sys, time
+start = time.perf_counter()
+status = subprocess.run(sys.argv[1:], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL).returncode
+print(status, time.perf_counter() - start, resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss / 1024)
+"""
+
+
 def peak_of(arguments):
-    start = time.perf_counter()
-    process = subprocess.Popen([runner, *arguments], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    _, status, usage = os.wait4(process.pid, 0)
+    """Seconds and megabytes, by a small process, as the peak of a new one begins with that of its parent."""
+    done = subprocess.run([sys.executable, "-c", measure, runner, *arguments], capture_output=True, text=True)
+    status, seconds, megabytes = map(float, done.stdout.split())
     check(status == 0, arguments)
-    return time.perf_counter() - start, usage.ru_maxrss / 1024
+    return seconds, megabytes
 
 
 def try_large():
