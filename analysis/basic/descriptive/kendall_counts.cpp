@@ -46,7 +46,7 @@ std::uint64_t countInversions(const std::uint32_t* items, Index count, std::uint
                               std::uint32_t* moved, std::uint32_t* scratch) {
     if (count == 0) return 0;
     std::uint32_t low[lowValues] = {};
-    const int bits = std::bit_width(values - 1);
+    const int bits = static_cast<int>(std::bit_width(values - 1));
     std::uint64_t inversions = 0;
     if (bits <= lowBits) {
         InversionTree tree(low, bits);

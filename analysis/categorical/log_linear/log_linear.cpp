@@ -86,7 +86,7 @@ struct LogLinearWork {
     // The models are selected before.
     [[nodiscard]] ErrorCode allocate(const Numerics& numerics, const ThreeWaySizes& sizes) {
         const Index cells = sizes.cells();
-        const SelectedModel* const selected = result.selected;
+        const SelectedLogLinearModel* const selected = result.selected;
         const bool noInteraction = !hasClosedForm(selected[0].model) || !hasClosedForm(selected[1].model);
         const ErrorCode code = numerics.textbook ? errors.allocate(sizes, noInteraction) : success;
         return code | result.allocate(sizes) | table.allocate(cells) | corrected.allocate(cells) |
@@ -138,7 +138,7 @@ void countSamples(const DataMatrix& data, LogLinearWork& work) {
 // Counts are cut to whole numbers, the corrected ones are not.
 ErrorCode readCells(const DataMatrix& data, LogLinearWork& work) {
     for (Index m = 0; m < work.result.observed.size(); ++m) {
-        const double value = data.values[m];
+        const double value = data.values[static_cast<std::size_t>(m)];
         if (!(value >= 0.0 && value < 2147483648.0)) return notFinite;
         work.result.observed[m] = static_cast<std::int32_t>(value);
         work.corrected[m] = value + 0.5;
@@ -186,7 +186,7 @@ ErrorCode fitModels(Screens& screens, const FittingGoal& goal, LogLinearWork& wo
             likelihoodRatio(result.observed.data(), work.expected.data(), work.expected.size());
         if (!std::isfinite(result.chiSquares[model])) return notFinite;
         result.aic[model] = result.chiSquares[model] - 2.0 * static_cast<double>(result.freedom[model]);
-        for (SelectedModel& each : result.selected) {
+        for (SelectedLogLinearModel& each : result.selected) {
             if (each.model != model) continue;
             std::copy(work.expected.begin(), work.expected.end(), each.expected.begin());
         }
@@ -196,7 +196,7 @@ ErrorCode fitModels(Screens& screens, const FittingGoal& goal, LogLinearWork& wo
 
 ErrorCode estimateSelected(Screens& screens, const Numerics& numerics, LogLinearWork& work) {
     ErrorCode code = success;
-    for (SelectedModel& each : work.result.selected) {
+    for (SelectedLogLinearModel& each : work.result.selected) {
         takeLogarithms(each.expected.data(), work);
         for (Index term = 0; term < uTermCount - 1; ++term) {
             estimateUTerm(work.logarithms, work.variances, uTerms[term], each.terms);

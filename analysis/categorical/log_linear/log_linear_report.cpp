@@ -23,7 +23,7 @@ CellText levelName(char factor, Index level) {
     return name;
 }
 
-CellText modelName(const SelectedModel& selected) {
+CellText modelName(const SelectedLogLinearModel& selected) {
     CellText name;
     std::snprintf(name.text, sizeof name.text, "LLM(%2td)", selected.model + 1);
     return name;
@@ -71,7 +71,7 @@ void writeModelList(Report& report, const LogLinearResult& result) {
 
 void writeSelectedModels(Report& report, const LogLinearResult& result) {
     writeModelHeader(report);
-    for (const SelectedModel& each : result.selected) writeModel(report, result, each.model);
+    for (const SelectedLogLinearModel& each : result.selected) writeModel(report, result, each.model);
     endTable(report);
 }
 
@@ -140,7 +140,7 @@ void startTableRow(Report& report, const char* levelB, const char* content) {
 void writeTableHeader(Report& report, const LogLinearResult& result) {
     const Index columns = result.sizes.levels[2];
     startLevelHeader(report);
-    for (const SelectedModel& each : result.selected) {
+    for (const SelectedLogLinearModel& each : result.selected) {
         writeName(report, modelName(each).text);
         for (Index k = 1; k < columns; ++k) writeName(report, "");
     }
@@ -161,12 +161,12 @@ void writeTableRows(Report& report, const LogLinearResult& result, Index first) 
     }
     endRow(report);
     startTableRow(report, "", "exp");
-    for (const SelectedModel& each : result.selected) {
+    for (const SelectedLogLinearModel& each : result.selected) {
         for (Index k = 0; k < columns; ++k) writeValue(report, each.expected[first + k], 6);
     }
     endRow(report);
     startTableRow(report, "", "res");
-    for (const SelectedModel& each : result.selected) {
+    for (const SelectedLogLinearModel& each : result.selected) {
         for (Index k = 0; k < columns; ++k) writeValue(report, observed[k] - each.expected[first + k], 6);
     }
     endRow(report);
@@ -193,7 +193,7 @@ void writeTable(Report& report, const LogLinearResult& result) {
 
 void writeSelectedTerms(Report& report, const LogLinearResult& result) {
     startLevelHeader(report);
-    for (const SelectedModel& each : result.selected) {
+    for (const SelectedLogLinearModel& each : result.selected) {
         writeHeading(report, modelName(each).text);
         writeHeading(report, "");
     }
@@ -206,7 +206,7 @@ void writeSelectedTerms(Report& report, const LogLinearResult& result) {
         }
         endRow(report);
         writeTermLines(report, result.sizes, uTerms[term], [&](Index cell) {
-            for (const SelectedModel& each : result.selected) {
+            for (const SelectedLogLinearModel& each : result.selected) {
                 writeValue(report, each.terms.estimates[uTerms[term]][cell], 6);
                 writeValue(report, each.terms.errors[uTerms[term]][cell], 6);
             }
@@ -220,7 +220,7 @@ void writeSelectedTerms(Report& report, const LogLinearResult& result) {
 ErrorCode LogLinearResult::allocate(const ThreeWaySizes& tableSizes) {
     sizes = tableSizes;
     ErrorCode code = observed.allocate(sizes.cells()) | saturated.allocate(sizes, true);
-    for (SelectedModel& each : selected) {
+    for (SelectedLogLinearModel& each : selected) {
         code |= each.expected.allocate(sizes.cells()) | each.terms.allocate(sizes, false);
     }
     return code;

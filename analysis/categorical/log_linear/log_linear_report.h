@@ -4,7 +4,7 @@
 #include "report/report.h"
 
 // One of the two models that are reported in detail.
-struct SelectedModel {
+struct SelectedLogLinearModel {
     Index model;            // list index
     Block<double> expected; // cells
     UTermEstimates terms;   // without the three-factor term
@@ -15,7 +15,7 @@ struct LogLinearResult {
     ThreeWaySizes sizes = {};
     Block<std::int32_t> observed; // cells
     UTermEstimates saturated;
-    SelectedModel selected[2]; // the smaller model first
+    SelectedLogLinearModel selected[2]; // the smaller model first
     Index freedom[logLinearModelCount];
     double chiSquares[logLinearModelCount];
     double aic[logLinearModelCount];
