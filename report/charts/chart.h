@@ -33,7 +33,7 @@ struct ChartAxis {
     // Values that the axis holds besides those of the layers; it ends exactly there where none is beyond.
     double heldLeast = std::numeric_limits<double>::infinity();
     double heldMost = -std::numeric_limits<double>::infinity();
-    bool isLogarithmic = false;
+    bool isLogarithmic = false; // across alone
     TextList categories; // up the chart: names of 1, 2, ... instead of numbers, the first one on top
 
     void hold(double value);

@@ -102,7 +102,7 @@ FittedText fitTo(Canvas& canvas, const char* text, const TextStyle& style, int w
     FittedText fitted;
     fitText(canvas, text, style, width, fitted.text);
     fitted.width = canvas.measure(fitted.text, style).width;
-    return fitted;
+    return fitted.width <= width ? fitted : FittedText{};
 }
 
 void drawSegment(Canvas& canvas, Point from, Point to, const Pen& pen) {
@@ -142,9 +142,14 @@ ChartFrame layOutFrame(Canvas& canvas, const Chart& chart, const ChartView& view
         frame.up.from = isDownward ? frame.plot.top : frame.plot.bottom - 1;
         frame.up.to = isDownward ? frame.plot.bottom - 1 : frame.plot.top;
     };
+    const auto findUpTicks = [&] {
+        findTicks(frame.up, height / (2 * view.fontHeight), frame.upTicks);
+        return widestTick(canvas, frame.upTicks, frame.text) + tickLength + 4;
+    };
     // Scales that are made equal change the numbers, whose width the scales depend on: a wide place for these
-    // is enough for both.
-    setLeft(3 * view.fontHeight);
+    // is enough for both, but for numbers with long powers of ten.
+    const int widePlace = 3 * view.fontHeight;
+    setLeft(widePlace);
     setScales();
     if (chart.isEqualScale) equalize(frame.across, frame.up);
     if (chart.up.categories.size() > 0) {
@@ -152,8 +157,14 @@ ChartFrame layOutFrame(Canvas& canvas, const Chart& chart, const ChartView& view
     } else if (chart.kind == ChartKind::tree) {
         setLeft(0);
     } else {
-        findTicks(frame.up, height / (2 * view.fontHeight), frame.upTicks);
-        if (!chart.isEqualScale) setLeft(widestTick(canvas, frame.upTicks, frame.text) + tickLength + 4);
+        const int numbers = findUpTicks();
+        if (!chart.isEqualScale) setLeft(numbers);
+        if (chart.isEqualScale && numbers > widePlace) {
+            setLeft(numbers + view.fontHeight);
+            setScales();
+            equalize(frame.across, frame.up);
+            findUpTicks();
+        }
     }
     setScales();
     findAcrossTicks(canvas, frame);

@@ -35,7 +35,7 @@ void drawLegend(Canvas& canvas, const Chart& chart, const ChartFrame& frame);
 void drawSegment(Canvas& canvas, Point from, Point to, const Pen& pen);
 Pen layerPen(const ChartLayer& layer, const ChartFrame& frame);
 
-// A text that is shortened to so many pixels, with its width.
+// A text that is shortened to so many pixels, with its width; empty where these are too few for any of it.
 struct FittedText {
     char text[textSlotSize];
     int width;

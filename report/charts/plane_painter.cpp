@@ -126,7 +126,8 @@ void drawBars(const Plane& plane, const ChartLayer& layer) {
     for (Index i = 0; i < layer.size(); ++i) {
         if (!plane.isFinite(layer.x[i], layer.y[i])) continue;
         const Point at = plane.place(layer.x[i], layer.y[i]);
-        const Box bar = {at.x - half, std::min(at.y, zero), at.x + half, std::max(at.y, zero) + 1};
+        const Box bar = {std::max(at.x - half, plot.left), std::min(at.y, zero),
+                         std::min(at.x + half, plot.right), std::max(at.y, zero) + 1};
         plane.canvas.fillBox(bar, groupStyle(layer.style).color);
     }
 }

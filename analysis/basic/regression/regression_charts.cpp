@@ -29,6 +29,7 @@ void describeCurve(const AnalysisRun& run, ChartLayer& curve, ChartLayer* band) 
 } // namespace
 
 ErrorCode buildRegressionPicture(AnalysisRun& run, const RegressionResult& result) {
+    if (run.pictureWish.pictures.empty()) return success; // nor may there be samples
     const DataMatrix& data = run.data.working;
     const Index purpose = data.variables - 1;
     FitCharts fit = {.title = result.model.name != nullptr ? run.data.model.title.data() : "regression",
