@@ -6,6 +6,7 @@ usage: batch_test.py BATCH-RUNNER
 import os
 import pathlib
 import re
+import resource
 import shlex
 import shutil
 import signal
@@ -222,6 +223,48 @@ def check_interrupted_output():
     check("nothing is left behind by interrupted runs", sorted(os.listdir(".")) == ["bad.csv", "small.csv", "words.csv"])
 
 
+def check_killed_writers():
+    """Ended at a byte of a file or at a moment, a run leaves what was there or all of what is new, and beside it at most the
+    one neighbour that it was writing."""
+    pathlib.Path("t.tsv").write_text("x\tkind\n" + "".join("%d\t%s\n" % (i, "pqr"[i % 3]) for i in range(9000)))
+    before = sorted(os.listdir("."))
+    for arguments, names in [
+            (["pca", "--components=2", "--output", "r.txt", "--save", "s.csv", "--graph", "g.svg", iris], ["r.txt", "s.csv", "g.svg"]),
+            (["import", "t.tsv", "--output", "o.csv", "--codebook", "c.csv"], ["o.csv", "c.csv"]),
+            (["sql", "regression", "--columns", "a,b,y", "--purpose", "y", "--table", "t", "--output", "q.sql"], ["q.sql"])]:
+        begin = time.monotonic()
+        check("a run that is not killed: %s" % arguments[0], run(*arguments)[0] == 0)
+        lasts = time.monotonic() - begin
+        whole = {name: pathlib.Path(name).read_bytes() for name in names}
+        most = max(map(len, whole.values()))
+        held, ended, killed = True, set(), 0
+        for number, point in [(signal.SIGXFSZ, most * k // 6) for k in range(6)] + [
+                (signal.SIGKILL, lasts * k / 12) for k in range(14)]:
+            for name in names:
+                pathlib.Path(name).write_bytes(b"old")
+            limit = point if number == signal.SIGXFSZ else resource.RLIM_INFINITY
+            process = subprocess.Popen([runner, *arguments], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                                       preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, -1)))
+            if number == signal.SIGKILL:
+                time.sleep(point)
+                process.kill()
+            status = process.wait(timeout=60)
+            ended.add(status)
+            killed += status != 0
+            left = [name for name in os.listdir(".") if name.endswith(".new")]
+            held = held and (status == -number or (status == 0 and number == signal.SIGKILL)) and all(
+                pathlib.Path(name).read_bytes() in ([b"old", whole[name]] if status else [whole[name]]) and
+                sum(each.startswith(name + ".") for each in left) <= (status != 0) for name in names)
+            for name in left:
+                os.remove(name)
+        check("old or new: %s" % arguments[0], held and ended >= {-signal.SIGXFSZ, -signal.SIGKILL} and
+              sorted(os.listdir(".")) == sorted(before + names))
+        for name in names:
+            os.remove(name)
+        print("figure: writers killed %d" % killed)
+    os.remove("t.tsv")
+
+
 def check_one_file_twice():
     text = pathlib.Path(small).read_text()
     os.symlink(small, "soft.csv")
@@ -356,6 +399,7 @@ def main():
         check_saved()
         check_output()
         check_interrupted_output()
+        check_killed_writers()
         check_one_file_twice()
         check_import()
         check_long_report()
