@@ -14,27 +14,6 @@ bool areApart(const Box& a, const Box& b) {
     return a.right <= b.left || b.right <= a.left || a.bottom <= b.top || b.bottom <= a.top;
 }
 
-// Whether all that was drawn is inside the picture, text by its whole box.
-void expectInside(const RecordingCanvas& canvas, Extent size) {
-    const auto expectPoint = [&](Point at) {
-        EXPECT_TRUE(at.x >= 0 && at.y >= 0 && at.x <= size.width && at.y <= size.height)
-            << at.x << ' ' << at.y;
-    };
-    for (const auto* lines : {&canvas.lines, &canvas.polygons}) {
-        for (const auto& line : *lines) std::for_each(line.points.begin(), line.points.end(), expectPoint);
-    }
-    for (const auto& [at, color] : canvas.circles) expectPoint(at);
-    for (const auto& [box, color] : canvas.boxes) {
-        expectPoint({box.left, box.top});
-        expectPoint({box.right, box.bottom});
-    }
-    for (const auto& text : canvas.texts) {
-        SCOPED_TRACE(text.text);
-        expectPoint({text.box.left, text.box.top});
-        expectPoint({text.box.right, text.box.bottom});
-    }
-}
-
 void fill(Block<double>& values, const std::function<double(double)>& value) {
     for (Index i = 0; i < values.size(); ++i) values[i] = value(static_cast<double>(i));
 }
@@ -60,7 +39,7 @@ void setGroups(Chart& chart, Index samples, Index count) {
 RecordingCanvas draw(const Chart& chart, const ChartView& view, ChartShortage& shortage) {
     RecordingCanvas canvas;
     EXPECT_EQ(drawChart(canvas, chart, view, shortage), success);
-    expectInside(canvas, view.size);
+    EXPECT_EQ(canvas.outside(view.size), "");
     return canvas;
 }
 

@@ -51,6 +51,23 @@ public:
     bool hasLine(const std::vector<Point>& points, const Pen& pen) const {
         return std::count(lines.begin(), lines.end(), Line{points, pen}) == 1;
     }
+    // What is not inside a picture of this size, texts by their whole box; empty when all is.
+    std::string outside(Extent size) const {
+        std::string found;
+        const auto check = [&](const std::string& what, Point at) {
+            if (at.x >= 0 && at.y >= 0 && at.x <= size.width && at.y <= size.height) return;
+            found += what + " at " + std::to_string(at.x) + "," + std::to_string(at.y) + "\n";
+        };
+        for (const auto* all : {&lines, &polygons})
+            for (const Line& line : *all)
+                for (const Point at : line.points) check("line", at);
+        for (const auto& [at, color] : circles) check("circle", at);
+        for (const auto& [box, color] : boxes)
+            check("box", {box.left, box.top}), check("box", {box.right, box.bottom});
+        for (const auto& [text, box, style] : texts)
+            check(text, {box.left, box.top}), check(text, {box.right, box.bottom});
+        return found;
+    }
     const Text* find(const std::string& text) const {
         for (const Text& each : texts) {
             if (each.text == text) return &each;
