@@ -73,5 +73,5 @@ int main(int argumentCount, char** arguments) {
         tryInput(input);
     }
     std::remove(trialName.c_str());
-    std::printf("figure: random files and settings read %ld\n", runs + static_cast<long>(seeds.size()));
+    std::printf("figure: random inputs tried %ld\n", runs + static_cast<long>(seeds.size()));
 }
