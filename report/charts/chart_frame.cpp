@@ -189,8 +189,10 @@ void drawAcrossAxis(Canvas& canvas, const ChartAxis& axis, const ChartFrame& fra
         const int x = frame.across.place(tick.value), width = canvas.measure(tick.text, frame.text).width;
         drawSegment(canvas, {x, plot.top}, {x, plot.bottom - 1}, {.color = chartGridGrey});
         drawSegment(canvas, {x, plot.bottom}, {x, plot.bottom + tickLength}, {.color = chartInk});
-        const int left = std::min(x - width / 2, frame.size.width - margin / 2 - width);
-        canvas.drawText({left, plot.bottom + tickLength + 2}, tick.text, frame.text);
+        const int most = frame.size.width - margin / 2 - width; // below 0 there is no room for it
+        if (most < 0) continue;
+        canvas.drawText({std::clamp(x - width / 2, 0, most), plot.bottom + tickLength + 2}, tick.text,
+                        frame.text);
     }
     drawSegment(canvas, {plot.left, plot.bottom}, {plot.right, plot.bottom}, {.color = chartInk});
     const FittedText title = fitTo(canvas, axis.title.text, frame.text, plot.right - plot.left);
