@@ -34,7 +34,7 @@ struct ChartAxis {
     double heldLeast = std::numeric_limits<double>::infinity();
     double heldMost = -std::numeric_limits<double>::infinity();
     bool isLogarithmic = false; // across alone
-    TextList categories; // up the chart: names of 1, 2, ... instead of numbers, the first one on top
+    TextList categories;        // up the chart: names of 1, 2, ... instead of numbers, the first one on top
 
     void hold(double value);
 };
