@@ -71,12 +71,16 @@ void cleanLabel(std::string_view utf8, const TextTarget& target, Index sample, T
         if (utf8.starts_with("//")) utf8.remove_prefix(2);
         if (utf8.size() == size) break;
     }
-    cleanText(utf8, target, longestCell, cell);
-    // What a control or a quote stood between can begin like a comment all the same.
-    while (cell.length > 0 && (cell.text[0] == ';' || cell.text[0] == ' ' || cell.view().starts_with("//"))) {
-        --cell.length;
-        std::memmove(cell.text, cell.text + 1, static_cast<std::size_t>(cell.length) + 1);
-    }
+    const auto clean = [&](Index limit) {
+        cleanText(utf8, target, limit, cell);
+        // What a control or a quote stood between can begin like a comment all the same.
+        while (cell.length > 0 &&
+               (cell.text[0] == ';' || cell.text[0] == ' ' || cell.view().starts_with("//"))) {
+            --cell.length;
+            std::memmove(cell.text, cell.text + 1, static_cast<std::size_t>(cell.length) + 1);
+        }
+    };
+    clean(longestCell);
     if (cell.length > 0 && !cell.isCut) return;
     char number[24] = "~";
     const Index length = 1 + digitsOf(sample, number + 1);
@@ -86,7 +90,7 @@ void cleanLabel(std::string_view utf8, const TextTarget& target, Index sample, T
         std::memcpy(cell.text, number + 1, static_cast<std::size_t>(cell.length));
     } else {
         const bool lacks = cell.lacks;
-        cleanText(utf8, target, longestCell - length, cell);
+        clean(longestCell - length);
         std::memcpy(cell.text + cell.length, number, static_cast<std::size_t>(length));
         cell.length += length;
         cell.lacks = lacks;

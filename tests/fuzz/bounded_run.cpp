@@ -12,6 +12,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <unistd.h>
 #include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size);
@@ -62,8 +63,13 @@ int main(int argumentCount, char** arguments) {
     }
 
     const std::string trialName = std::string(arguments[0]) + ".input";
+    std::FILE* const trial = std::fopen(trialName.c_str(), "wb");
+    if (trial == nullptr) return std::fprintf(stderr, "cannot write %s\n", trialName.c_str()), 1;
     const auto tryInput = [&](const std::string& input) {
-        std::ofstream(trialName, std::ios::binary) << input;
+        std::rewind(trial);
+        std::fwrite(input.data(), 1, input.size(), trial);
+        if (std::fflush(trial) != 0 || ftruncate(fileno(trial), static_cast<off_t>(input.size())) != 0)
+            std::abort();
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
     };
     for (const std::string& seed : seeds) tryInput(seed);
@@ -72,6 +78,7 @@ int main(int argumentCount, char** arguments) {
         for (std::size_t changes = 1 + below(8); changes > 0; --changes) damage(input, seeds);
         tryInput(input);
     }
+    std::fclose(trial);
     std::remove(trialName.c_str());
     std::printf("figure: random inputs tried %ld\n", runs + static_cast<long>(seeds.size()));
 }
