@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
 #include "numeric/block_product.h"
 #include "numeric/householder.h"
+#include "numeric/row_exchange.h"
 
 namespace {
 
@@ -15,23 +15,8 @@ constexpr Index panelWidth = 32;
 ErrorCode factorPanel(Index first, Index end, Index n, Index stride, double* a, double* scales,
                       std::int32_t* permutation, double& sign) {
     for (Index j = first; j < end; ++j) {
-        Index pivotRow = j;
-        double best = 0.0;
-        for (Index i = j; i < n; ++i) {
-            const double weight = scales[i] * std::fabs(a[i * stride + j]);
-            if (weight > best) {
-                best = weight;
-                pivotRow = i;
-            }
-        }
-        if (pivotRow != j) {
-            std::swap_ranges(a + j * stride, a + j * stride + n, a + pivotRow * stride);
-            scales[pivotRow] = scales[j];
-            sign = -sign;
-        }
-        permutation[j] = static_cast<std::int32_t>(pivotRow);
+        if (exchangeRows(j, n, stride, a, scales, permutation, sign) == 0.0) return decompositionFailed;
         const double* row = a + j * stride;
-        if (row[j] == 0.0) return decompositionFailed;
         for (Index i = j + 1; i < n; ++i) {
             double* other = a + i * stride;
             other[j] /= row[j];

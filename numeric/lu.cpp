@@ -6,6 +6,7 @@
 #include "numeric/block.h"
 #include "numeric/block_product.h"
 #include "numeric/blocked_lu.h"
+#include "numeric/row_exchange.h"
 
 namespace {
 
@@ -51,23 +52,8 @@ ErrorCode LuDecompose(Index n, Index stride, double* a, std::int32_t* permutatio
     double parity = 1.0;
     for (Index j = 0; j < n; ++j) {
         for (Index i = 0; i < j; ++i) a[i * stride + j] = reduced(a, stride, i, j, i);
-        Index pivotRow = j;
-        double best = 0.0;
-        for (Index i = j; i < n; ++i) {
-            a[i * stride + j] = reduced(a, stride, i, j, j);
-            const double weight = scales[i] * std::fabs(a[i * stride + j]);
-            if (weight > best) {
-                best = weight;
-                pivotRow = i;
-            }
-        }
-        if (pivotRow != j) {
-            std::swap_ranges(a + j * stride, a + j * stride + n, a + pivotRow * stride);
-            scales[pivotRow] = scales[j];
-            parity = -parity;
-        }
-        permutation[j] = static_cast<std::int32_t>(pivotRow);
-        const double pivot = a[j * stride + j];
+        for (Index i = j; i < n; ++i) a[i * stride + j] = reduced(a, stride, i, j, j);
+        const double pivot = exchangeRows(j, n, stride, a, scales.data(), permutation, parity);
         if (pivot == 0.0) return decompositionFailed;
         for (Index i = j + 1; i < n; ++i) a[i * stride + j] /= pivot;
     }
