@@ -20,7 +20,8 @@ ErrorCode allocateModel(FittedModel& model, Index columns) {
 // The value of a cell; false when it is missing, which is counted.
 bool takeCell(const CellTable& cells, std::int32_t row, std::int32_t col, double& value,
               MissingCells& missing) {
-    if (!readNumber(cells.cell(row, col), value)) {
+    static_assert(TextList::spare >= bytesBehindNumber);
+    if (!readCellNumber(cells.cell(row, col), value)) {
         if (missing.notNumbers++ == 0) missing.firstNotNumber = row;
         return false;
     }

@@ -1,5 +1,6 @@
 #include "data/number.h"
 
+#include <bit>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
@@ -36,10 +37,33 @@ bool isLarge(const char* first, const char* last) {
     return scale + (negative ? -exponent : exponent) > 0;
 }
 
+// Eight characters, the first one in the lowest byte.
+std::uint64_t eightBytes(const char* at) {
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, at, sizeof bytes);
+    return bytes;
+}
+
+// Whether all of them are digits: the upper halves of the bytes are 3, and stay so when 6 is added.
+bool areDigits(std::uint64_t bytes) {
+    constexpr std::uint64_t upper = 0xF0F0F0F0F0F0F0F0U;
+    return ((bytes & upper) | ((bytes + 0x0606060606060606U) & upper) >> 4) == 0x3333333333333333U;
+}
+
+// The number of eight digits: of pairs, then of pairs of these, in two halves at once (Lemire 2018).
+std::uint64_t eightDigits(std::uint64_t bytes) {
+    constexpr std::uint64_t pair = 0x000000FF000000FFU;
+    bytes -= 0x3030303030303030U;
+    bytes = 10 * bytes + (bytes >> 8);
+    return ((bytes & pair) * (100 + (std::uint64_t{1000000} << 32)) +
+            (bytes >> 16 & pair) * (1 + (std::uint64_t{10000} << 32))) >>
+           32;
+}
+
 // A number without exponent whose digits are a whole number below 2^53 and whose decimals are at most 22:
 // both that and the power of ten are doubles, so that their quotient is the nearest one to the number
 // (Clinger 1990). False for any other, with what follows its digits in `last`.
-bool readShortNumber(const char* first, const char*& last, double& value) {
+template <bool hasBytesBehind> bool readShortNumber(const char* first, const char*& last, double& value) {
     static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                         1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                         1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
@@ -50,6 +74,13 @@ bool readShortNumber(const char* first, const char*& last, double& value) {
     Index digits = at - first, decimals = 0;
     if (*at == '.') {
         const char* const point = at++;
+        if constexpr (hasBytesBehind && std::endian::native == std::endian::little) {
+            const std::uint64_t bytes = eightBytes(at);
+            if (areDigits(bytes)) {
+                whole = 100'000'000 * whole + eightDigits(bytes);
+                at += sizeof bytes;
+            }
+        }
         for (; isDigit(*at); ++at) whole = 10 * whole + static_cast<std::uint64_t>(*at - '0');
         decimals = at - point - 1;
         digits += decimals;
@@ -60,9 +91,7 @@ bool readShortNumber(const char* first, const char*& last, double& value) {
     return true;
 }
 
-} // namespace
-
-double parseNumber(const char* text, const char** end) {
+template <bool hasBytesBehind> double parse(const char* text, const char** end) {
     const char* first = text;
     while (isBlank(*first)) ++first;
     const bool negative = *first == '-';
@@ -73,7 +102,7 @@ double parseNumber(const char* text, const char** end) {
     }
     double value = 0.0;
     const char* digitsEnd = nullptr;
-    if (readShortNumber(first, digitsEnd, value)) {
+    if (readShortNumber<hasBytesBehind>(first, digitsEnd, value)) {
         if (end != nullptr) *end = digitsEnd;
         return negative ? -value : value;
     }
@@ -85,10 +114,22 @@ double parseNumber(const char* text, const char** end) {
     return negative ? -value : value;
 }
 
+} // namespace
+
+double parseNumber(const char* text, const char** end) {
+    return parse<false>(text, end);
+}
+
 bool isNumber(const char* text) {
     const char* end = nullptr;
     parseNumber(text, &end);
     if (end == text) return false;
     while (isBlank(*end)) ++end;
     return *end == '\0';
+}
+
+bool readCellNumber(const char* text, double& value) {
+    const char* end = nullptr;
+    value = parse<true>(text, &end);
+    return *end == '\0' ? end != text : isNumber(text);
 }

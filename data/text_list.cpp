@@ -14,7 +14,7 @@ ErrorCode TextList::allocate(Index count, Index characters) {
     if (count == 0) return success;
     const Index groups = (count + TextPlaces::groupSize - 1) / TextPlaces::groupSize;
     const ErrorCode code = offsets_.allocate(count) | groups_.allocate(groups) |
-                           characters_.allocate(used_ + characters + count);
+                           characters_.allocate(used_ + characters + count + spare);
     if (code != success) release();
     return code;
 }
@@ -37,7 +37,7 @@ void TextList::setFormat(Index i, const char* format, ...) {
 void TextList::setReplaceable(Index i, std::string_view text) {
     const Index after = used_ + longest + 1;
     set(i, text);
-    used_ = std::min(after, characters_.size());
+    used_ = std::min(after, characters_.size() - spare);
 }
 
 void TextList::replace(Index i, std::string_view text) {

@@ -70,7 +70,7 @@ public:
     operator TextView() const { return TextView::every(places(), size(), 0, 1); }
 
     // What is left of the room for characters and ends. A text that is longer is cut.
-    Index room() const { return characters_.size() - used_; }
+    Index room() const { return characters_.size() - spare - used_; }
 
     void set(Index i, std::string_view text) {
         const Index length = std::min({std::ssize(text), longest, room() - 1});
@@ -85,6 +85,9 @@ public:
     // A text that replace() may make longer.
     void setReplaceable(Index i, std::string_view text);
     void replace(Index i, std::string_view text);
+
+    // Bytes behind every text that can be read.
+    static constexpr Index spare = 8;
 
 private:
     static constexpr Index longest = static_cast<Index>(textSlotSize) - 1;
