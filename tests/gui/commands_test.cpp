@@ -285,11 +285,11 @@ TEST(LongAnalysis, EndsByEsc) {
     const Dialog rotation = app.runCommand(714, "factor analysis");
     rotation.type(2401, "200");
     rotation.click(2406 + 1); // orthogonal
-    run(rotation, 700); // of many seconds
+    run(rotation, 700);       // of many seconds
     const Dialog selection = app.runCommand(711, "multiple regression analysis");
     selection.choose(2101, 1);
     selection.click(2102 + 4); // out of all
-    run(selection, 50); // of half a second
+    run(selection, 50);        // of half a second
 }
 
 namespace {
