@@ -228,9 +228,7 @@ private:
 
     ErrorCode takeRow(Index row) {
         refusal_.line = cells_.line(row);
-        refusal_.cells = cells_.cells(0);
-        refusal_.cell = cells_.cells(row);
-        if (refusal_.cell != refusal_.cells) return refuse(MomentsFault::wrongCells);
+        if (cells_.cells(row) != cells_.cells(0)) return refuse(MomentsFault::wrongCells);
         Index group = 0, variable = 0;
         double count = 0.0, leftOut = 0.0, value = 0.0;
         ErrorCode code = takeCounts(row, count, leftOut);

@@ -39,7 +39,7 @@ enum class MomentsFault {
     empty,            // no head, or nothing below it
     notText,          // a NUL
     openQuotes,       // that do not end
-    wrongCells,       // a line has `cell` of `cells`
+    wrongCells,       // a line has not as many as the head
     unknownColumn,    // `name`
     columnTwice,      // `name`
     variableTwice,    // `name`
@@ -64,8 +64,7 @@ enum class MomentsFault {
 struct MomentsRefusal {
     MomentsFault fault = MomentsFault::none;
     long long line = 0; // of the file from 1; 0 for the whole file
-    long long cell = 0;
-    long long cells = 0;
+    long long cell = 0; // 0 for the whole line
     char name[textSlotSize] = "";
     char other[textSlotSize] = "";
 };
