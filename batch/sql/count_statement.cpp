@@ -21,16 +21,6 @@ bool readCategories(const char* option, const char* text, Index& count, Complain
     return false;
 }
 
-void writeFrom(const SqlCommand& command, SqlText& sql) {
-    sql << "\n  from ";
-    sql.verbatim(command.table);
-    if (command.where != nullptr) {
-        sql << "\n  where ";
-        sql.verbatim(command.where);
-    }
-    sql << "\n"; // what the user wrote may end with a comment
-}
-
 void writeCounts(std::string_view name, Index categories, SqlText& sql) {
     for (Index k = 1; k <= categories; ++k) {
         sql << ",\n  count(case when " << name << " = " << k << " then 1 end) as \"C" << k << "\"";
@@ -56,7 +46,7 @@ void writeThreeWay(const SqlCommand& command, const Block<SqlColumn>& columns, c
         sql.name(columns[f].name);
         sql << " as " << sql.doubleType() << ") as \"" << letter << "\"";
     }
-    writeFrom(command, sql);
+    writeFrom(command, "\n  ", sql);
     sql << ") as \"cells\" on \"a\" = \"i\" and \"b\" = \"j\"\ngroup by \"i\", \"j\", \"label\"\n"
            "order by \"i\", \"j\"\n";
 }
@@ -69,7 +59,7 @@ void writeCross(const SqlCommand& command, const Block<SqlColumn>& columns, Inde
     sql << " as \"r\", cast(";
     sql.name(columns[1].name);
     sql << " as " << sql.doubleType() << ") as \"c\"";
-    writeFrom(command, sql);
+    writeFrom(command, "\n  ", sql);
     sql << ") as \"cells\"\nwhere \"r\" is not null and \"c\" in (";
     for (Index k = 1; k <= categories; ++k) sql << (k > 1 ? ", " : "") << k;
     sql << ")\ngroup by \"r\"\norder by 1\n";

@@ -73,13 +73,7 @@ void MomentStatement::writeCells() {
         sql_.name(name);
         sql_ << " as " << sql_.doubleType() << ") as \"v" << i << "\"";
     });
-    sql_ << "\n      from ";
-    sql_.verbatim(command_.table);
-    if (command_.where != nullptr) {
-        sql_ << "\n      where ";
-        sql_.verbatim(command_.where);
-    }
-    sql_ << "\n"; // what the user wrote may end with a comment
+    writeFrom(command_, "\n      ", sql_);
 }
 
 void MomentStatement::writeCountedRows() {

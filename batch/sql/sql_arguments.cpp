@@ -115,6 +115,16 @@ bool parseSql(int count, char** argumentTexts, SqlCommand& command, Complaint& c
     return !complaint.any();
 }
 
+void writeFrom(const SqlCommand& command, std::string_view indent, SqlText& sql) {
+    sql << indent << "from ";
+    sql.verbatim(command.table);
+    if (command.where != nullptr) {
+        sql << indent << "where ";
+        sql.verbatim(command.where);
+    }
+    sql << "\n"; // what the user wrote may end with a comment
+}
+
 const char* givenValue(const CommandLine& line, std::string_view option) {
     const OptionFields fields = line.kind->analysis->fields;
     for (std::size_t index = 0; index < fields.size(); ++index) {

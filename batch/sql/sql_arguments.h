@@ -22,6 +22,9 @@ struct SqlCommand {
 // Reads the arguments behind "sql"; false and a complaint when they are wrong.
 bool parseSql(int count, char** argumentTexts, SqlCommand& command, Complaint& complaint);
 
+// Appends the table and the condition of the rows, each behind `indent`, as the user wrote them.
+void writeFrom(const SqlCommand& command, std::string_view indent, SqlText& sql);
+
 // What the user gave for an option of the kind, by its name without "--"; null: nothing.
 const char* givenValue(const CommandLine& line, std::string_view option);
 
