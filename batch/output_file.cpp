@@ -31,15 +31,13 @@ bool OutputFile::write(const TextBuffer& text) {
 }
 
 bool OutputFile::append(std::string_view piece) {
-    failed_ = failed_ || std::fwrite(piece.data(), 1, piece.size(), file_) != piece.size();
-    return !failed_;
+    return std::fwrite(piece.data(), 1, piece.size(), file_) == piece.size();
 }
 
 bool OutputFile::finish() {
     std::FILE* const file = file_;
     file_ = nullptr;
-    if (isDevice_) return std::fclose(file) == 0 && !failed_;
-    if (!failed_) return replaceByNeighbour(file, neighbour_, target_.text);
-    discardNeighbour(file, neighbour_);
-    return false;
+    if (!isDevice_) return replaceByNeighbour(file, neighbour_, target_.text);
+    const bool failed = std::ferror(file) != 0;
+    return std::fclose(file) == 0 && !failed;
 }

@@ -19,14 +19,13 @@ public:
     bool open(const char* path);
     // Writes the whole file and puts it in place; false when that fails.
     bool write(const TextBuffer& text);
-    // The same in pieces.
+    // The same in pieces; what fails to be written is told at the end, too.
     bool append(std::string_view piece);
     bool finish();
 
 private:
     std::FILE* file_ = nullptr;
     bool isDevice_ = false;
-    bool failed_ = false;
     FilePath target_;
     FilePath neighbour_;
 };

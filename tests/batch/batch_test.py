@@ -225,7 +225,7 @@ def check_interrupted_output():
 
 def check_killed_writers():
     """Ended at a byte of a file or at a moment, a run leaves what was there or all of what is new, and beside it at most the
-    one neighbour that it was writing."""
+    one neighbour that it was writing; where only its writing is ended there, not even that."""
     pathlib.Path("t.tsv").write_text("x\tkind\n" + "".join("%d\t%s\n" % (i, "pqr"[i % 3]) for i in range(9000)))
     before = sorted(os.listdir("."))
     for arguments, names in [
@@ -238,23 +238,29 @@ def check_killed_writers():
         whole = {name: pathlib.Path(name).read_bytes() for name in names}
         most = max(map(len, whole.values()))
         held, ended, killed = True, set(), 0
-        for number, point in [(signal.SIGXFSZ, most * k // 6) for k in range(6)] + [
+        for number, point in [(signal.SIGXFSZ, most * k // 6) for k in range(6)] + [(0, most // 2), (0, most - 1)] + [
                 (signal.SIGKILL, lasts * k / 12) for k in range(14)]:
             for name in names:
                 pathlib.Path(name).write_bytes(b"old")
-            limit = point if number == signal.SIGXFSZ else resource.RLIM_INFINITY
-            process = subprocess.Popen([runner, *arguments], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                       preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, -1)))
+
+            def limit():
+                if number == signal.SIGKILL:
+                    return
+                if number == 0:
+                    signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+                resource.setrlimit(resource.RLIMIT_FSIZE, (point, -1))
+
+            process = subprocess.Popen([runner, *arguments], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, preexec_fn=limit)
             if number == signal.SIGKILL:
                 time.sleep(point)
                 process.kill()
             status = process.wait(timeout=60)
             ended.add(status)
-            killed += status != 0
+            killed += status < 0
             left = [name for name in os.listdir(".") if name.endswith(".new")]
-            held = held and (status == -number or (status == 0 and number == signal.SIGKILL)) and all(
+            held = held and status in ([1] if number == 0 else [-number, 0] if number == signal.SIGKILL else [-number]) and all(
                 pathlib.Path(name).read_bytes() in ([b"old", whole[name]] if status else [whole[name]]) and
-                sum(each.startswith(name + ".") for each in left) <= (status != 0) for name in names)
+                sum(each.startswith(name + ".") for each in left) <= (status < 0) for name in names)
             for name in left:
                 os.remove(name)
         check("old or new: %s" % arguments[0], held and ended >= {-signal.SIGXFSZ, -signal.SIGKILL} and

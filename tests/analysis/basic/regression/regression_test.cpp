@@ -159,6 +159,28 @@ TEST(StepwiseSelection, PrintsTheSameByUpdatesAsByInverses) {
     EXPECT_LT(inversions[1], 0.6 * static_cast<double>(inversions[0]));
 }
 
+// Correlations of 1/2 and 3/4 with the purpose variable and none with each other: in binary F is exact.
+TEST(StepwiseSelection, MovesAVariableWhoseFIsTheLimit) {
+    const std::string text =
+        fileOf({{8, 2, 0, -2, 2, 0, -4, -6}, {1, 1, 1, 1, -1, -1, -1, -1}, {1, 1, -1, -1, 1, 1, -1, -1}});
+    const double limit = 5 * 0.25 / 0.1875; // of the first variable beside the second
+    const struct {
+        RegressionOptions options;
+        Index count;
+    } cases[] = {
+        {{3, 1, limit, 0, 0.05}, 2},
+        {{3, 1, std::nextafter(limit, 9.0), 0, 0.05}, 1},
+        {{4, 1, 9, limit, 0.05}, 1},
+        {{4, 1, 9, std::nextafter(limit, 0.0), 0.05}, 2},
+    };
+    for (const auto& each : cases) {
+        RegressionRun run(text);
+        run.options(1) = each.options;
+        ASSERT_EQ(run.runKind(1), success);
+        EXPECT_EQ(run.model().count, each.count) << &each - cases;
+    }
+}
+
 TEST(MultipleRegression, RefusesBadData) {
     const Numbers y = {1, 3, 2, 5, 4, 7, 6, 9}, x = {2, 1, 4, 3, 8, 5, 7, 9};
     const auto file = [&](double first) { return fileOf({y, x, {first, 1, 1, 1, 1, 1, 1, 1}}); };

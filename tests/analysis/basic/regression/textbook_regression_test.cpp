@@ -97,7 +97,8 @@ TEST(TextbookRegression, AdjustsBelowZero) {
 }
 
 TEST(TextbookRegression, RefusesByRankAndByRelativeDeviation) {
-    const Numbers y = {1, 3, 2, 5, 4, 7}, x = {2, 1, 4, 3, 8, 5}, likeX = {2, 2, 4, 3, 8, 6};
+    const Numbers y = {1, 3, 2, 5, 4, 7, 6, 9}, x = {2, 1, 4, 3, 8, 5, 7, 9},
+                  likeX = {2, 2, 4, 3, 8, 6, 7, 9};
     const auto times = [](Numbers values, double factor, double shift) {
         for (double& value : values) value = factor * value + shift;
         return values;
@@ -107,13 +108,16 @@ TEST(TextbookRegression, RefusesByRankAndByRelativeDeviation) {
         std::int32_t method;
         ErrorCode code;
     } cases[] = {
-        {fileOf({times(y, 1e-6, 0), times(x, 1e-9, 0)}), 0, success}, // deviations of 2e-6 and 2e-9
-        {fileOf({y, times(x, 1e-9, 3)}), 0, illegalData},             // 8e-10 of the mean
-        {fileOf({y, Numbers(6, 0.0)}), 0, illegalData},
+        {fileOf({times(y, 1e-6, 0), times(x, 1e-9, 0)}), 0, success}, // deviations of 2e-6 and 3e-9
+        {fileOf({y, times(x, 1e-9, 3)}), 0, illegalData},             // 9e-10 of the mean
+        {fileOf({y, Numbers(8, 0.0)}), 0, illegalData},
         {fileOf({y, x, x}), 0, singularMatrix},
         {fileOf({y, x, times(x, 3, 1)}), 2, singularMatrix},
         {fileOf({y, x, times(x, 3, 1)}), 4, singularMatrix},
         {fileOf({likeX, x, x}), 1, success}, // the copy stays out
+        {fileOf({y, x, likeX, {2.7, 2.2, 5.1, 3.9, 9.2, 6.5, 7.3, 9.9}}), 0, success},
+        {fileOf({y, x, likeX, {2.1, 1.7, 4.1, 3.1, 8.1, 5.7, 7.1, 9.1}}), 0,
+         singularMatrix}, // 0.4 x + 0.6 likeX + 0.1
     };
     for (const auto& each : cases) {
         TextbookRun run(each.text, each.method);

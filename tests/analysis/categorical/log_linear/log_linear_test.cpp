@@ -102,6 +102,8 @@ TEST(LogLinear, CodesOfUnfitData) {
         {cube, 1, 1, 2, 4, illegalCategoryNumber},
         {cube, 1, -2, -2, 2, illegalCategoryNumber},
         {cube, 1, 2000000000, 2000000000, 2000000000, illegalCategoryNumber},
+        {{std::vector<double>(256, 2.0)}, 1, 2, 2, 64, success},
+        {{std::vector<double>(260, 2.0)}, 1, 2, 2, 65, illegalCategoryNumber},
         {with(2147483647.9), 1, 2, 2, 2, success},
         {with(2147483648), 1, 2, 2, 2, notFinite},
         {with(-0.25), 1, 2, 2, 2, notFinite},
