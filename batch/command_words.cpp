@@ -13,7 +13,7 @@ bool isBlank(char c) {
 
 // Takes the next word of the line off `at`, which stands on its first character, and ends it with a NUL in
 // place; false when its quotes stay open.
-bool takeWord(char*& at, char* const end) {
+bool takeWord(char*& at, const char* end) {
     char* out = at;
     char quote = '\0';
     while (at < end && (quote != '\0' || !isBlank(*at))) {

@@ -59,8 +59,9 @@ bool parseRun(int count, char** texts, RunOptions& options, Complaint& complaint
             options.file = argument;
         }
     }
-    if (options.file == nullptr) complaint.say("which file of commands?");
-    return !complaint.any();
+    if (options.file != nullptr) return true;
+    complaint.say("which file of commands?");
+    return false;
 }
 
 ErrorCode readCommands(const char* path, Block<char>& text, Index& length) {

@@ -13,14 +13,14 @@ __extension__ using Long = unsigned __int128;
 constexpr int mostDecimals = 12;
 constexpr int fractionBits = 52;
 
-constexpr std::array<std::uint64_t, 20> powersOfTen = [] {
+constexpr std::array<std::uint64_t, 20> powersOfTen = []() {
     std::array<std::uint64_t, 20> powers = {1};
     for (std::size_t k = 1; k < powers.size(); ++k) powers[k] = 10 * powers[k - 1];
     return powers;
 }();
 
 // "00", "01", ... "99".
-constexpr std::array<char, 200> pairs = [] {
+constexpr std::array<char, 200> pairs = []() {
     std::array<char, 200> digits = {};
     for (std::size_t k = 0; k < 100; ++k) {
         digits[2 * k] = static_cast<char>('0' + k / 10);

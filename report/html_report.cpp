@@ -33,21 +33,21 @@ void appendElement(TextBuffer& document, const char* start, std::string_view tex
 
 void appendHead(TextBuffer& document, const ReportStructure& structure, const StructureRow& head) {
     document.append("<thead>\n<tr>");
-    appendElement(document, "<th>", structure.shown(head.mark), "</th>");
-    appendElement(document, "<th>", structure.shown(head.label), "</th>");
+    appendElement(document, "<th>", head.mark.shown(), "</th>");
+    appendElement(document, "<th>", head.label.shown(), "</th>");
     for (const StructureCell& cell : structure.cells(head)) {
-        appendElement(document, "<th scope=\"col\">", structure.shown(cell.text), "</th>");
+        appendElement(document, "<th scope=\"col\">", cell.text.shown(), "</th>");
     }
     document.append("</tr>\n</thead>\n");
 }
 
 void appendRow(TextBuffer& document, const ReportStructure& structure, const StructureRow& row) {
     document.append("<tr>");
-    appendElement(document, "<td>", structure.shown(row.mark), "</td>");
-    appendElement(document, "<th scope=\"row\">", structure.shown(row.label), "</th>");
+    appendElement(document, "<td>", row.mark.shown(), "</td>");
+    appendElement(document, "<th scope=\"row\">", row.label.shown(), "</th>");
     for (const StructureCell& cell : structure.cells(row)) {
         const bool isText = cell.kind == StructureCell::Kind::text;
-        appendElement(document, isText ? "<td class=\"text\">" : "<td>", structure.shown(cell.text), "</td>");
+        appendElement(document, isText ? "<td class=\"text\">" : "<td>", cell.text.shown(), "</td>");
     }
     document.append("</tr>\n");
 }
@@ -56,9 +56,9 @@ void appendRow(TextBuffer& document, const ReportStructure& structure, const Str
 void appendCaption(TextBuffer& document, const ReportStructure& structure, const StructureTable& table,
                    const char* start, const char* end) {
     if (table.caption.length == 0) return;
-    appendElement(document, start, structure.whole(table.caption), end);
+    appendElement(document, start, table.caption.whole(), end);
     for (const StructureText& note : structure.notes(table)) {
-        appendElement(document, "<p>", structure.whole(note), "</p>\n");
+        appendElement(document, "<p>", note.whole(), "</p>\n");
     }
 }
 
@@ -90,11 +90,11 @@ void appendPage(TextBuffer& document, std::string_view title) {
 
 void writeHtmlReport(const ReportStructure& structure, TextBuffer& document) {
     const std::span<const StructurePart> parts = structure.parts();
-    appendPage(document, parts.empty() ? "" : structure.whole(parts.front().title));
+    appendPage(document, parts.empty() ? "" : parts.front().title.whole());
     for (const StructurePart& part : parts) {
-        appendElement(document, "<h1>", structure.whole(part.title), "</h1>\n");
+        appendElement(document, "<h1>", part.title.whole(), "</h1>\n");
         for (const StructureText& line : structure.options(part)) {
-            appendElement(document, "<p>", structure.whole(line), "</p>\n");
+            appendElement(document, "<p>", line.whole(), "</p>\n");
         }
         for (const StructureTable& table : structure.tables(part)) appendTable(document, structure, table);
     }

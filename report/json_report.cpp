@@ -46,11 +46,10 @@ void appendListMember(TextBuffer& document, const char* key, std::string_view te
     document.append("],\n");
 }
 
-void appendTexts(TextBuffer& document, const ReportStructure& structure,
-                 std::span<const StructureText> texts) {
+void appendTexts(TextBuffer& document, std::span<const StructureText> texts) {
     document.append("[");
     appendList(document, texts, ", ",
-               [&](const StructureText& text) { appendJsonText(document, structure.whole(text)); });
+               [&](const StructureText& text) { appendJsonText(document, text.whole()); });
     document.append("]");
 }
 
@@ -98,13 +97,13 @@ void appendFacts(TextBuffer& document, const ReportFacts& facts) {
     appendMember(document, "status", facts.status);
 }
 
-void appendCell(TextBuffer& document, const ReportStructure& structure, const StructureCell& cell) {
+void appendCell(TextBuffer& document, const StructureCell& cell) {
     if (cell.kind == StructureCell::Kind::real) {
         appendJsonNumber(document, cell.value);
     } else if (cell.kind == StructureCell::Kind::whole) {
-        document.append(structure.whole(cell.text));
+        document.append(cell.text.whole());
     } else if (cell.text.length > 0) {
-        appendJsonText(document, structure.whole(cell.text));
+        appendJsonText(document, cell.text.whole());
     } else {
         document.append("null");
     }
@@ -118,22 +117,22 @@ void appendRow(TextBuffer& document, const ReportStructure& structure, const Str
         document.appendInteger(row.number, 0);
     }
     document.append(", \"label\": ");
-    appendJsonText(document, structure.whole(row.label));
+    appendJsonText(document, row.label.whole());
     document.append(", \"values\": [");
     appendList(document, structure.cells(row), ", ",
-               [&](const StructureCell& cell) { appendCell(document, structure, cell); });
+               [&](const StructureCell& cell) { appendCell(document, cell); });
     document.append("]}");
 }
 
 void appendHead(TextBuffer& document, const ReportStructure& structure, const StructureRow* head) {
     appendKey(document, "          ", "label");
-    appendJsonText(document, head != nullptr ? structure.whole(head->label) : "");
+    appendJsonText(document, head != nullptr ? head->label.whole() : "");
     document.append(",\n");
     appendKey(document, "          ", "columns");
     document.append("[");
     if (head != nullptr) {
         appendList(document, structure.cells(*head), ", ",
-                   [&](const StructureCell& cell) { appendJsonText(document, structure.whole(cell.text)); });
+                   [&](const StructureCell& cell) { appendJsonText(document, cell.text.whole()); });
     }
     document.append("],\n");
 }
@@ -142,10 +141,10 @@ void appendTable(TextBuffer& document, const ReportStructure& structure, const S
     const std::span<const StructureRow> rows = structure.rows(table);
     document.append("        {\n");
     appendKey(document, "          ", "caption");
-    appendJsonText(document, structure.whole(table.caption));
+    appendJsonText(document, table.caption.whole());
     document.append(",\n");
     appendKey(document, "          ", "notes");
-    appendTexts(document, structure, structure.notes(table));
+    appendTexts(document, structure.notes(table));
     document.append(",\n");
     appendHead(document, structure, structure.head(table));
     appendKey(document, "          ", "rows");
@@ -158,10 +157,10 @@ void appendPart(TextBuffer& document, const ReportStructure& structure, const St
     const std::span<const StructureTable> tables = structure.tables(part);
     document.append("    {\n");
     appendKey(document, "      ", "title");
-    appendJsonText(document, structure.whole(part.title));
+    appendJsonText(document, part.title.whole());
     document.append(",\n");
     appendKey(document, "      ", "options");
-    appendTexts(document, structure, structure.options(part));
+    appendTexts(document, structure.options(part));
     document.append(",\n");
     appendKey(document, "      ", "tables");
     document.append(tables.empty() ? "[" : "[\n");

@@ -21,9 +21,9 @@ void appendCell(TextBuffer& document, std::string_view text) {
 // Readers of Markdown drop the cells that stand beyond the head, so each row is as wide as the widest.
 void appendRow(TextBuffer& document, const ReportStructure& structure, const StructureRow& row, Index width) {
     document.append("|");
-    appendCell(document, structure.shown(row.mark));
-    appendCell(document, structure.shown(row.label));
-    for (const StructureCell& cell : structure.cells(row)) appendCell(document, structure.shown(cell.text));
+    appendCell(document, row.mark.shown());
+    appendCell(document, row.label.shown());
+    for (const StructureCell& cell : structure.cells(row)) appendCell(document, cell.text.shown());
     for (Index k = row.cellCount; k < width; ++k) appendCell(document, "");
     document.append("\n");
 }
@@ -31,10 +31,10 @@ void appendRow(TextBuffer& document, const ReportStructure& structure, const Str
 void appendTable(TextBuffer& document, const ReportStructure& structure, const StructureTable& table) {
     if (table.caption.length > 0) {
         document.append("\n**");
-        appendMarkdownText(document, structure.whole(table.caption));
+        appendMarkdownText(document, table.caption.whole());
         document.append("**\n");
     }
-    for (const StructureText& note : structure.notes(table)) appendParagraph(document, structure.whole(note));
+    for (const StructureText& note : structure.notes(table)) appendParagraph(document, note.whole());
     if (table.rowCount == 0) return;
 
     const StructureRow* const head = structure.head(table);
@@ -53,10 +53,9 @@ void appendTable(TextBuffer& document, const ReportStructure& structure, const S
 void writeMarkdownReport(const ReportStructure& structure, TextBuffer& document) {
     for (const StructurePart& part : structure.parts()) {
         document.append(&part == structure.parts().data() ? "# " : "\n# ");
-        appendMarkdownText(document, structure.whole(part.title));
+        appendMarkdownText(document, part.title.whole());
         document.append("\n");
-        for (const StructureText& line : structure.options(part))
-            appendParagraph(document, structure.whole(line));
+        for (const StructureText& line : structure.options(part)) appendParagraph(document, line.whole());
         for (const StructureTable& table : structure.tables(part)) appendTable(document, structure, table);
     }
 }

@@ -12,7 +12,10 @@
 struct StructureText {
     const char* first = "";
     Index length = 0;
-    Index shown = 0; // so many bytes of it are printed
+    Index shownLength = 0; // so many bytes of it are printed
+
+    std::string_view whole() const { return {first, static_cast<std::size_t>(length)}; }
+    std::string_view shown() const { return {first, static_cast<std::size_t>(shownLength)}; }
 };
 
 struct StructureCell {
@@ -79,12 +82,6 @@ public:
     const StructureRow* head(const StructureTable& table) const;           // null when it has none
     std::span<const StructureRow> rows(const StructureTable& table) const; // without the head
     std::span<const StructureCell> cells(const StructureRow& row) const;
-    static std::string_view whole(const StructureText& text) {
-        return {text.first, static_cast<std::size_t>(text.length)};
-    }
-    static std::string_view shown(const StructureText& text) {
-        return {text.first, static_cast<std::size_t>(text.shown)};
-    }
 
 private:
     StructureText keep(std::string_view text, Index width);

@@ -95,7 +95,7 @@ bool TextBuffer::addPiece(Index capacity) {
     constexpr Index edges = sizeof(Piece) + 1;
     void* const memory = capacity <= PTRDIFF_MAX - edges ? allocateZeroed(edges + capacity, 1) : nullptr;
     if (memory == nullptr) return false;
-    Piece* const piece = ::new (memory) Piece{nullptr, 0, capacity};
+    Piece* const piece = new (memory) Piece{nullptr, 0, capacity};
     before_ = static_cast<Index>(length());
     (last_ != nullptr ? last_->next : first_) = piece;
     open(piece);

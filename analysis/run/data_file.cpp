@@ -153,8 +153,9 @@ bool proposeTablePath(const char* path, const char* end, char (&proposed)[260]) 
     const std::size_t extension = name.rfind('.');
     if (extension != std::string_view::npos && extension > file) name = name.substr(0, extension);
     proposed[0] = '\0';
-    if (name.size() + std::strlen(end) >= sizeof proposed) return false;
+    const std::size_t endSize = std::strlen(end) + 1;
+    if (name.size() + endSize > sizeof proposed) return false;
     std::memcpy(proposed, name.data(), name.size());
-    std::strcpy(proposed + name.size(), end);
+    std::memcpy(proposed + name.size(), end, endSize);
     return true;
 }

@@ -181,8 +181,9 @@ struct SlicedModel {
         double* const gr = work.product.data();
         for (Index j = 0; j < b; ++j) r[j] = weight(1, j) * ofRows;
         for (Index k = 0; k < c; ++k) r[b + k] = weight(2, k) * ofColumns;
-        for (Index cell = 0; cell < q; ++cell) {
-            work.weights[cell] = ofSlices * weight(1, cell / (c - 1)) * weight(2, cell % (c - 1));
+        double* out = work.weights.data();
+        for (Index j = 0; j < b - 1; ++j) {
+            for (Index k = 0; k < c - 1; ++k) *out++ = ofSlices * weight(1, j) * weight(2, k);
         }
         double sum = 0.0;
         for (Index i = 0; i < a; ++i) {
@@ -195,7 +196,7 @@ struct SlicedModel {
             }
             sum += ofSlice * ofSlice * own;
             const double* m = slice(i);
-            double* out = work.weights.data();
+            out = work.weights.data();
             for (Index j = 0; j < b - 1; ++j, m += c) {
                 for (Index k = 0; k < c - 1; ++k) *out++ -= ofSlice * m[k] * (gr[j] + gr[b + k]);
             }
