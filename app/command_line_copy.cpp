@@ -5,7 +5,7 @@
 #include <iterator>
 
 #include "analysis/run/commands.h"
-#include "analysis/run/repeat_command.h"
+#include "app/menu_item.h"
 
 namespace {
 
@@ -44,7 +44,5 @@ void copyCommandLine(Program& program) {
 }
 
 void showCommandLineItem(Program& program) {
-    const bool isThere = program.run.repeating[0] != '\0';
-    EnableMenuItem(GetMenu(program.window), commandCopyCommandLine,
-                   MF_BYCOMMAND | static_cast<UINT>(isThere ? MF_ENABLED : MF_GRAYED));
+    enableItem(program.window, commandCopyCommandLine, program.run.repeating[0] != '\0');
 }

@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "app/message_box.h"
+
 namespace {
 
 // All transactions are synchronous; there is nothing to call back for.
@@ -39,7 +41,7 @@ bool isUnderWine() {
 
 void startDdeClient(Program& program) {
     if (startInstance(program.dde)) return;
-    MessageBoxA(program.window, "failed to initialize dde", "error", MB_OK | MB_ICONERROR);
+    showError(program.window, "failed to initialize dde");
 }
 
 void endDdeClient(Program& program) {

@@ -2,6 +2,7 @@
 
 #include "app/gdi_canvas.h"
 #include "app/list_filler.h"
+#include "app/message_box.h"
 #include "app/resource_ids.h"
 #include "report/graph_painter.h"
 
@@ -245,7 +246,7 @@ bool registerGraphClass(const Program& program) {
     windowClass.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
     windowClass.lpszClassName = className;
     if (RegisterClassExA(&windowClass) != 0) return true;
-    MessageBoxA(program.window, "failed to registre graph window class", "alert", MB_OK | MB_ICONEXCLAMATION);
+    showAlert(program.window, "failed to registre graph window class");
     return false;
 }
 
@@ -259,7 +260,7 @@ void openGraphWindow(Program& program) {
         CreateWindowExA(WS_EX_CLIENTEDGE, className, className, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, left,
                         top, width, height, program.window, nullptr, program.instance, &program);
     if (window == nullptr) {
-        MessageBoxA(program.window, "failed to create graph windows", "alert", MB_OK | MB_ICONEXCLAMATION);
+        showAlert(program.window, "failed to create graph windows");
         return;
     }
     ShowWindow(window, SW_SHOW);

@@ -6,6 +6,7 @@
 #include "app/code_page.h"
 #include "app/dialog_place.h"
 #include "app/list_filler.h"
+#include "app/message_box.h"
 #include "app/resource_ids.h"
 #include "data/import/import_preview.h"
 #include "report/import_text.h"
@@ -35,10 +36,6 @@ int controlOf(ImportChoice choice) {
 // Rows of another length have no entry for what is found.
 int firstEntry(ImportChoice choice) {
     return choice == ImportChoice::oddRows ? 1 : 0;
-}
-
-void tellNoMemory(HWND window) {
-    MessageBoxA(window, "failed to allocate memory for data", "alert", MB_OK | MB_ICONEXCLAMATION);
 }
 
 // The lines of a text in a read-only edit.
@@ -100,7 +97,7 @@ void readAgain(HWND window, ImportDialog& dialog) {
     const ErrorCode code =
         previewImport(dialog.source, dialog.options, dialog.limits, dialog.preview, dialog.messages);
     SetCursor(former);
-    if (code == outOfMemory) tellNoMemory(window);
+    if (code == outOfMemory) showOutOfMemory(window);
     showFound(window, dialog);
 }
 
@@ -120,7 +117,7 @@ void takeEntry(HWND window, ImportDialog& dialog, ImportChoice choice) {
 void takeEdit(HWND window, ImportDialog& dialog, ImportChoice choice) {
     char(&text)[sizeof dialog.texts[0]] = dialog.texts[static_cast<int>(choice) - wordChoiceCount];
     takeText(GetDlgItem(window, controlOf(choice)), text, sizeof text);
-    if (chooseText(dialog.options, choice, text) != success) tellNoMemory(window);
+    if (chooseText(dialog.options, choice, text) != success) showOutOfMemory(window);
     readAgain(window, dialog);
 }
 
@@ -145,7 +142,7 @@ void tellRefusal(HWND window, ImportDialog& dialog) {
     Block<char> shown;
     if (convertToCodePage(dialog.messages.text(), shown) == success) {
         const char* line = std::strstr(shown.data(), "error : ");
-        MessageBoxA(window, line != nullptr ? line : shown.data(), "alert", MB_OK | MB_ICONEXCLAMATION);
+        showAlert(window, line != nullptr ? line : shown.data());
     }
     for (int k = 0; k < importChoiceCount; ++k) {
         const ImportChoice choice = static_cast<ImportChoice>(k);
@@ -159,7 +156,7 @@ void save(HWND window, ImportDialog& dialog) {
     if (!dialog.preview.isDecided) return;
     const ImportSaver& saver = dialog.saver;
     if (saver.save(window, saver.context, dialog.source, dialog.options, dialog.messages)) {
-        if (convertToCodePage(dialog.messages.text(), dialog.notes) != success) tellNoMemory(window);
+        if (convertToCodePage(dialog.messages.text(), dialog.notes) != success) showOutOfMemory(window);
         EndDialog(window, IDOK);
     } else if (dialog.messages.refused()) {
         tellRefusal(window, dialog);

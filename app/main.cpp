@@ -4,6 +4,7 @@
 #include "analysis/run/window_place.h"
 #include "app/graph_window.h"
 #include "app/main_window.h"
+#include "app/message_box.h"
 #include "app/program.h"
 #include "app/resource_ids.h"
 #include "app/screen_menu.h"
@@ -37,7 +38,7 @@ int runMessageLoop() {
         const BOOL read = GetMessageA(&message, nullptr, 0, 0);
         if (read == 0) break;
         if (read < 0) {
-            MessageBoxA(program.window, "GetMessage Error", "error", MB_OK | MB_ICONERROR);
+            showError(program.window, "GetMessage Error");
             break;
         }
         if (TranslateAcceleratorA(program.window, keys, &message) != 0) continue;

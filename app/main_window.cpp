@@ -14,6 +14,7 @@
 #include "app/dde_client.h"
 #include "app/exclude_dialog.h"
 #include "app/graph_window.h"
+#include "app/menu_item.h"
 #include "app/open_file_dialog.h"
 #include "app/page_setup.h"
 #include "app/preference_sheet.h"
@@ -90,22 +91,17 @@ void predict(Program& program) {
     SetFocus(program.screens[lowerScreen]);
 }
 
-void checkItem(const Program& program, int command, bool checked) {
-    CheckMenuItem(GetMenu(program.window), static_cast<UINT>(command),
-                  MF_BYCOMMAND | static_cast<UINT>(checked ? MF_CHECKED : MF_UNCHECKED));
-}
-
 void switchNumerics(Program& program, const Numerics& numerics) {
     WindowFrontend frontend(program);
     chooseNumerics(frontend, program.run, numerics);
-    checkItem(program, commandTextbookNumerics, numerics.textbook);
+    checkItem(program.window, commandTextbookNumerics, numerics.textbook);
 }
 
 // What is loaded stays as it is.
 void switchMissing(Program& program) {
     MissingPolicy& policy = program.run.data.policy;
     policy = policy == MissingPolicy::omit ? MissingPolicy::zero : MissingPolicy::omit;
-    checkItem(program, commandOmitMissing, policy == MissingPolicy::omit);
+    checkItem(program.window, commandOmitMissing, policy == MissingPolicy::omit);
 }
 
 void checkLoadedData(Program& program) {
@@ -281,7 +277,7 @@ bool createContents(Program& program) {
     if (allocateReport(program.run.report, TextBuffer::Growth::fixed) != success) return false;
     if (!registerGraphClass(program)) return false;
     WindowFrontend(program).setDataLoaded(false);
-    EnableMenuItem(GetMenu(program.window), commandParameter, MF_BYCOMMAND | MF_GRAYED);
+    enableItem(program.window, commandParameter, false);
     return true;
 }
 

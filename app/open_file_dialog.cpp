@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "analysis/run/data_file.h"
+#include "app/message_box.h"
 
 bool showOpenFileDialog(Program& program) {
     std::int32_t& fileType = program.run.options.settings.fileType;
@@ -28,5 +29,5 @@ bool showOpenFileDialog(Program& program) {
 }
 
 void tellPathTooLong(const Program& program) {
-    MessageBoxA(program.window, "the path of the file is too long", "alert", MB_OK | MB_ICONEXCLAMATION);
+    showAlert(program.window, "the path of the file is too long");
 }

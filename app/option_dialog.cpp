@@ -7,6 +7,7 @@
 #include "analysis/run/saved_defaults.h"
 #include "app/dialog_place.h"
 #include "app/list_filler.h"
+#include "app/message_box.h"
 
 namespace {
 
@@ -194,16 +195,15 @@ const OptionField* refusedField(OptionFields fields, const char* refusal) {
 // True when the values are accepted. Else the user is where the refused one can be changed.
 bool confirm(HWND window, const OptionDialog& dialog) {
     if (!dialog.isFirst && leavesTableRowsOut(dialog.run.data, *dialog.kind.analysis, dialog.options)) {
-        MessageBoxA(window,
-                    "the rows of a table cannot be left out :\nswitch off \"Omit Missing\" and open the file "
-                    "again",
-                    "alert", MB_OK | MB_ICONEXCLAMATION);
+        showAlert(window,
+                  "the rows of a table cannot be left out :\nswitch off \"Omit Missing\" and open the file "
+                  "again");
         return false;
     }
     const auto refuse = dialog.kind.analysis->refuse;
     const char* refusal = refuse != nullptr && !dialog.isFirst ? refuse(dialog.options, 0) : nullptr;
     if (refusal == nullptr) return true;
-    MessageBoxA(window, refusal, "alert", MB_OK | MB_ICONEXCLAMATION);
+    showAlert(window, refusal);
     const OptionField* const field = refusedField(dialog.fields(), refusal);
     if (field != nullptr) focusControl(window, field->control);
     return false;

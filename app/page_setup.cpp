@@ -5,14 +5,12 @@
 #include <richedit.h>
 #include <winspool.h>
 
+#include "app/message_box.h"
+
 namespace {
 
 // Orientation, paper size, length and width, source, quality and colour.
 constexpr DWORD takenFields = 0x1E0F;
-
-void tell(const Program& program, const char* text) {
-    MessageBoxA(program.window, text, "error", MB_OK | MB_ICONERROR);
-}
 
 void takeFields(const DEVMODEA& from, DEVMODEA& to) {
     to.dmFields = takenFields;
@@ -92,7 +90,7 @@ bool pageSetUp(Program& program) {
     dialog.hwndOwner = program.window;
     dialog.Flags = PSD_DISABLEMARGINS | PSD_NOWARNING;
     if (PageSetupDlgA(&dialog) == 0) {
-        if (CommDlgExtendedError() != 0) tell(program, "failed to page setup of printer");
+        if (CommDlgExtendedError() != 0) showError(program.window, "failed to page setup of printer");
         return false;
     }
     const char* failure = "failed to GlobalLock";
@@ -104,7 +102,7 @@ bool pageSetUp(Program& program) {
     if (mode != nullptr) GlobalUnlock(dialog.hDevMode);
     if (names != nullptr) GlobalUnlock(dialog.hDevNames);
     releaseDialogMemory(dialog.hDevMode, dialog.hDevNames);
-    if (failure != nullptr) tell(program, failure);
+    if (failure != nullptr) showError(program.window, failure);
     return failure == nullptr;
 }
 
@@ -126,7 +124,7 @@ void fitScreenToPrinter(Program& program, int screen) {
     }
     if (!fitted) {
         if (printer != nullptr) DeleteDC(printer);
-        tell(program, "failed to set width for rich text format.");
+        showError(program.window, "failed to set width for rich text format.");
         return;
     }
     if (device != nullptr) DeleteDC(device);

@@ -8,6 +8,7 @@
 #include "analysis/run/sample_groups.h"
 #include "app/dialog_place.h"
 #include "app/list_filler.h"
+#include "app/message_box.h"
 #include "app/resource_ids.h"
 
 namespace {
@@ -126,7 +127,7 @@ bool isChecked(HWND window, int box) {
 }
 
 bool refuse(HWND window, const char* text, int control) {
-    MessageBoxA(window, text, "alert", MB_OK | MB_ICONEXCLAMATION);
+    showAlert(window, text);
     focusControl(window, control);
     return false;
 }

@@ -4,6 +4,7 @@
 
 #include "analysis/run/option_field.h"
 #include "app/dialog_place.h"
+#include "app/message_box.h"
 #include "app/resource_ids.h"
 #include "data/number.h"
 
@@ -61,7 +62,7 @@ bool confirm(HWND window, const PredictionDialog& dialog) {
         char text[optionTextSize] = "";
         GetDlgItemTextA(window, CONTROL_PREDICTION_FIRST + k, text, sizeof text);
         if (!dialog.place(k).isEnabled || isNumber(text)) continue;
-        MessageBoxA(window, "please enter a number", "alert", MB_OK | MB_ICONEXCLAMATION);
+        showAlert(window, "please enter a number");
         focusControl(window, CONTROL_PREDICTION_FIRST + k);
         return false;
     }

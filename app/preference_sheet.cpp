@@ -6,6 +6,7 @@
 
 #include "analysis/run/saved_defaults.h"
 #include "app/dialog_place.h"
+#include "app/message_box.h"
 #include "app/resource_ids.h"
 
 namespace {
@@ -215,7 +216,7 @@ void showSheet(const Program& program, const char* caption, const PROPSHEETPAGEA
     sheet.ppsp = pages;
     sheet.pfnCallback = onSheet;
     if (PropertySheetA(&sheet) == -1) {
-        MessageBoxA(program.window, "failed to create child windows", "alert", MB_OK | MB_ICONEXCLAMATION);
+        showAlert(program.window, "failed to create child windows");
     }
 }
 

@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <winspool.h>
 
+#include "app/message_box.h"
 #include "app/page_setup.h"
 #include "app/page_source.h"
-#include "app/system_error.h"
 
 namespace {
 

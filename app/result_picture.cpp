@@ -7,9 +7,9 @@
 #include "analysis/run/data_file.h"
 #include "analysis/run/sample_groups.h"
 #include "app/gdi_canvas.h"
+#include "app/message_box.h"
 #include "app/picture_dialog.h"
 #include "app/screens_window.h"
-#include "app/system_error.h"
 #include "app/table_file.h"
 #include "report/charts/chart_painter.h"
 #include "report/graph_painter.h"
@@ -18,10 +18,6 @@
 namespace {
 
 constexpr Index firstCapacity = 65'536;
-
-void tell(const Program& program, const char* text) {
-    MessageBoxA(program.window, text, "alert", MB_OK | MB_ICONEXCLAMATION);
-}
 
 // A picture of the last analysis as it was chosen, for as long as it is drawn.
 class ChosenPicture {
@@ -172,13 +168,13 @@ void savePicture(Program& program) {
         code = picture.code();
     }
     if (code != success || document.ranOutOfMemory()) {
-        tell(program, "failed to allocate memory for data");
+        showOutOfMemory(program.window);
         return;
     }
     char path[sizeof program.run.data.path] = "";
     if (!choosePath(program, path)) return;
     if (isSameFile(program.run.data.path, path)) {
-        tell(program, "this is the file of the data :\nsave the picture under another name");
+        showAlert(program.window, "this is the file of the data :\nsave the picture under another name");
         return;
     }
     const DWORD error = writeWhole(path, document);
@@ -203,6 +199,9 @@ void copyPicture(Program& program) {
     }
     if (!isMade && metafile != nullptr) DeleteEnhMetaFile(metafile);
     if (!isMade && bitmap != nullptr) DeleteObject(bitmap);
-    tell(program,
-         isMade ? "failed to put the picture on the clipboard" : "failed to allocate memory for data");
+    if (isMade) {
+        showAlert(program.window, "failed to put the picture on the clipboard");
+    } else {
+        showOutOfMemory(program.window);
+    }
 }

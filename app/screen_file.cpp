@@ -4,8 +4,8 @@
 #include <cstring>
 #include <richedit.h>
 
+#include "app/message_box.h"
 #include "app/neighbour_file.h"
-#include "app/system_error.h"
 
 namespace {
 
@@ -152,7 +152,7 @@ void openRichText(Program& program, int screen) {
                                  FILE_ATTRIBUTE_NORMAL, nullptr),
                      ERROR_SUCCESS};
     if (stream.file == INVALID_HANDLE_VALUE) {
-        MessageBoxA(program.window, "invalid file handle for open rich text", "error", MB_OK | MB_ICONERROR);
+        showError(program.window, "invalid file handle for open rich text");
         return;
     }
     if (program.screenFilter == richText && !isRichText(stream.file)) {

@@ -6,6 +6,7 @@
 #include <ole2.h>
 #include <richedit.h>
 
+#include "app/message_box.h"
 #include "app/resource_ids.h"
 
 namespace {
@@ -74,7 +75,7 @@ void createProgressBar(Program& program) {
         CreateWindowExA(0, PROGRESS_CLASSA, "", WS_CHILD, place.left, place.top, place.right - place.left,
                         place.bottom - place.top, status, nullptr, program.instance, nullptr);
     if (program.progressBar == nullptr) {
-        MessageBoxA(program.window, "failed to create progress bar", "alert", MB_OK | MB_ICONEXCLAMATION);
+        showAlert(program.window, "failed to create progress bar");
         return;
     }
     SendMessageA(program.progressBar, PBM_SETRANGE, 0, MAKELPARAM(0, 100));
@@ -114,7 +115,7 @@ bool createScreens(Program& program) {
                                        CONTROL_LOWER_SCREEN, lowerPlace(client));
     screens[statusBar] = createChild(program, STATUSCLASSNAMEA, 0, statusStyle, CONTROL_STATUS_BAR, {});
     if (screens[upperScreen] == nullptr || screens[lowerScreen] == nullptr || screens[statusBar] == nullptr) {
-        MessageBoxA(program.window, "failed to create child windows", "alert", MB_OK | MB_ICONEXCLAMATION);
+        showAlert(program.window, "failed to create child windows");
         return false;
     }
     setUpScreen(screens[upperScreen]);

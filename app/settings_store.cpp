@@ -3,6 +3,8 @@
 #include <cwchar>
 #include <iterator>
 
+#include "app/message_box.h"
+
 namespace {
 
 constexpr wchar_t fileName[] = L"Ombrivantel.par";
@@ -54,6 +56,6 @@ bool writeSettingsFile(Program& program) {
         return true;
     }
     DeleteFileW(neighbour);
-    MessageBoxA(program.window, "failed to open .par file", "alert", MB_OK | MB_ICONEXCLAMATION);
+    showAlert(program.window, "failed to open .par file");
     return false;
 }

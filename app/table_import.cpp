@@ -6,8 +6,8 @@
 #include "analysis/run/data_file.h"
 #include "app/code_page.h"
 #include "app/import_dialog.h"
+#include "app/message_box.h"
 #include "app/neighbour_file.h"
-#include "app/system_error.h"
 #include "app/table_file.h"
 
 namespace {
@@ -38,8 +38,7 @@ bool save(HWND owner, void* context, ByteSource& source, const ImportOptions& op
     static_cast<void>(proposeTablePath(import.source, "-import.csv", import.target));
     if (!chooseTableTarget(owner, import.program, import.target)) return false;
     if (isSameFile(import.source, import.target)) {
-        MessageBoxA(owner, "this is the file that is imported :\nsave the table under another name", "alert",
-                    MB_OK | MB_ICONEXCLAMATION);
+        showAlert(owner, "this is the file that is imported :\nsave the table under another name");
         return false;
     }
     char neighbour[MAX_PATH];
@@ -61,7 +60,7 @@ bool save(HWND owner, void* context, ByteSource& source, const ImportOptions& op
         showSystemError(owner, error);
         messages.clear();
     } else if (code == outOfMemory) {
-        MessageBoxA(owner, "failed to allocate memory for data", "alert", MB_OK | MB_ICONEXCLAMATION);
+        showOutOfMemory(owner);
     }
     return error == ERROR_SUCCESS && code == success;
 }
@@ -73,7 +72,7 @@ bool showTableImport(const Program& program, char (&path)[260], Block<char>& not
     if (!chooseSource(program, source)) return false;
     std::FILE* const file = std::fopen(source, "rb");
     if (file == nullptr) {
-        MessageBoxA(program.window, "the file cannot be read", "alert", MB_OK | MB_ICONEXCLAMATION);
+        showAlert(program.window, "the file cannot be read");
         return false;
     }
     FileSource bytes(file);

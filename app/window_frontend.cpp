@@ -6,6 +6,7 @@
 #include "analysis/run/commands.h"
 #include "analysis/run/run_flow.h"
 #include "app/graph_window.h"
+#include "app/menu_item.h"
 #include "app/option_dialog.h"
 #include "app/prediction_dialog.h"
 #include "app/screens_window.h"
@@ -15,11 +16,6 @@ namespace {
 // Of what GetAsyncKeyState tells: now, and since it was asked last.
 constexpr int keyIsDown = 0x8000;
 constexpr int keyWasPressed = 1;
-
-void enableItem(HWND window, int command, bool enabled) {
-    EnableMenuItem(GetMenu(window), static_cast<UINT>(command),
-                   MF_BYCOMMAND | static_cast<UINT>(enabled ? MF_ENABLED : MF_GRAYED));
-}
 
 } // namespace
 
