@@ -38,6 +38,7 @@ void copyCommandLine(Program& program) {
     if (memory != nullptr) {
         std::memcpy(GlobalLock(memory), text, bytes);
         GlobalUnlock(memory);
+        // cppcheck-suppress doubleFree ; what the clipboard does not take is ours
         if (SetClipboardData(CF_UNICODETEXT, memory) == nullptr) GlobalFree(memory);
     }
     CloseClipboard();

@@ -139,6 +139,7 @@ bool putOnClipboard(HWND window, HENHMETAFILE metafile, HBITMAP bitmap) {
     const bool hasBitmap = isOpen && SetClipboardData(CF_BITMAP, bitmap) != nullptr;
     if (isOpen) CloseClipboard();
     if (!hasMetafile) DeleteEnhMetaFile(metafile);
+    // cppcheck-suppress doubleFree ; what the clipboard does not take is ours
     if (!hasBitmap) DeleteObject(bitmap);
     return hasMetafile && hasBitmap;
 }

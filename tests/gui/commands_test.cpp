@@ -298,7 +298,7 @@ namespace {
 std::wstring copiedText() {
     waitUntil("the clipboard", [] { return OpenClipboard(nullptr) != 0; });
     const HANDLE memory = GetClipboardData(CF_UNICODETEXT);
-    const std::wstring text = memory != nullptr ? static_cast<const wchar_t*>(GlobalLock(memory)) : L"";
+    std::wstring text = memory != nullptr ? static_cast<const wchar_t*>(GlobalLock(memory)) : L"";
     CloseClipboard();
     return text;
 }

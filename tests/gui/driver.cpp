@@ -193,7 +193,7 @@ void App::writeSettings(const Settings& settings) const {
 }
 
 std::filesystem::path App::moveProgram(const std::wstring& name) {
-    const std::filesystem::path folder = std::filesystem::path(folder_) / name;
+    std::filesystem::path folder = std::filesystem::path(folder_) / name;
     std::filesystem::create_directory(folder);
     std::filesystem::rename(program_, folder / program_.filename());
     program_ = folder / program_.filename();

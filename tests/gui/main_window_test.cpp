@@ -204,7 +204,7 @@ TEST(MainWindow, KeysReachTheirCommands) {
     app.pressKeys({VK_F6});
     expectFocus(CONTROL_LOWER_SCREEN);
     app.runCommand(710); // too few samples
-    for (const WORD choice : {'A', 'C'}) {
+    for (const WORD choice : {WORD{'A'}, WORD{'C'}}) {
         app.pressKeys({VK_SHIFT, VK_F10});
         HWND menu = nullptr;
         const auto isOpen = [&] {
