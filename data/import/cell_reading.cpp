@@ -161,6 +161,13 @@ bool isDate(std::string_view cell) {
     return end == last || ((*end == ' ' || *end == 'T') && isTime(end + 1, last));
 }
 
+// The form that the shape of a cell tells by itself.
+NumberForm formOf(CellShape shape) {
+    const bool comma = shape == CellShape::decimalComma || shape == CellShape::spacedComma ||
+                       shape == CellShape::thousandsPoint;
+    return {comma ? DecimalSign::comma : DecimalSign::point};
+}
+
 // A number beside a percent sign or the sign of a currency.
 bool isAmount(std::string_view cell) {
     constexpr std::string_view signs[] = {"%", "$", "\xE2\x82\xAC", "\xC2\xA3", "\xC2\xA5"};
@@ -195,9 +202,8 @@ CellShape shapeOf(std::string_view cell) {
     if (shape != CellShape::text) {
         // Only a long number or one with an exponent can be beyond the range.
         if (cell.size() < 300 && !hasExponent) return shape;
-        const bool comma = shape == CellShape::decimalComma || shape == CellShape::spacedComma;
         PlainNumber number;
-        writeNumber(cell, {comma ? DecimalSign::comma : DecimalSign::point}, number);
+        writeNumber(cell, formOf(shape), number);
         return number.length > 0 && std::isfinite(parseNumber(number.text)) ? shape : CellShape::noValue;
     }
     if (isNoValue(cell)) return CellShape::noValue;
@@ -306,14 +312,14 @@ bool MissingTexts::find(std::string_view cell) const {
     // A number means what it is worth: -999 is -999.0 and -999,00, too.
     const CellShape shape = shapeOf(cell);
     if (!isNumberShape(shape)) return false;
-    const bool comma = shape == CellShape::decimalComma;
     PlainNumber number;
-    writeNumber(cell, {comma ? DecimalSign::comma : DecimalSign::point}, number);
+    writeNumber(cell, formOf(shape), number);
     const double value = parseNumber(number.text);
     for (Index k = 0; k < count_; ++k) {
+        const CellShape namedShape = shapeOf(texts_[k]);
+        if (!isNumberShape(namedShape)) continue;
         PlainNumber named;
-        if (!isNumberShape(shapeOf(texts_[k]))) continue;
-        writeNumber(texts_[k], {}, named);
+        writeNumber(texts_[k], formOf(namedShape), named);
         if (parseNumber(named.text) == value) return true;
     }
     return false;
