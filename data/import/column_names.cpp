@@ -45,8 +45,9 @@ ErrorCode eachNamed(const Block<const char*>& lists, ImportChoice choice, const 
             const std::string_view text = list.substr(0, comma);
             const Range range = findRange(text, names);
             if (range.first > range.last) {
-                messages.refuse("%s: there is no column '%.*s'", messages.ask(choice),
-                                static_cast<int>(std::min<std::size_t>(text.size(), 200)), text.data());
+                const Shown name = shown(text, 200);
+                messages.refuse("%s: there is no column '%.*s'", messages.ask(choice), name.length,
+                                name.text);
                 return illegalData;
             }
             for (Index j = range.first; j <= range.last; ++j) use(j);
@@ -101,7 +102,8 @@ ErrorCode takeWishes(const ImportOptions& options, const ColumnNames& names, Blo
     if (code != success || options.labels != LabelColumn::named) return code;
     const Range range = findRange(options.labelName, names);
     if (range.first != range.last) {
-        messages.refuse("--labels: there is no column '%.200s'", options.labelName);
+        const Shown name = shown(options.labelName, 200);
+        messages.refuse("--labels: there is no column '%.*s'", name.length, name.text);
         return illegalData;
     }
     wishes[range.first].labels = true;

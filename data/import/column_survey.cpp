@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "data/import/text_hash.h"
+#include "data/import/unicode.h"
 
 namespace {
 
@@ -64,14 +65,15 @@ ErrorCode CategoryTexts::add(std::int32_t list, std::string_view text) {
 }
 
 std::string_view CategoryTexts::text(std::int32_t list, Index k) const {
-    return {characters_.data() + lists_[list].places[k], lists_[list].lengths[k]};
+    const std::string_view bytes = stored(lists_[list], k);
+    return bytes.substr(0, static_cast<std::size_t>(validUtf8(bytes.data(), std::ssize(bytes))));
 }
 
 Index CategoryTexts::find(std::int32_t list, std::string_view text) const {
     const List& of = lists_[list];
     text = text.substr(0, longestText);
     const std::uint64_t hash = hashOf(text);
-    const auto isIt = [&](Index k) { return of.hashes[k] == hash && this->text(list, k) == text; };
+    const auto isIt = [&](Index k) { return of.hashes[k] == hash && stored(of, k) == text; };
     const Index count = std::min(of.count, mostCategories);
     if (of.last < count && isIt(of.last)) return of.last;
     for (Index k = 0; k < count; ++k) {

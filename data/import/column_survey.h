@@ -33,6 +33,7 @@ public:
 
     // How many there are; mostCategories + 1 when there are more than 64.
     Index count(std::int32_t list) const { return lists_[list].count; }
+    // Its first 200 bytes, as far as they are whole characters.
     std::string_view text(std::int32_t list, Index k) const;
     // The number of a text, from 0; -1 when it is none of the list.
     Index find(std::int32_t list, std::string_view text) const;
@@ -45,6 +46,10 @@ private:
         Index count;
         mutable Index last; // found last
     };
+
+    std::string_view stored(const List& list, Index k) const {
+        return {characters_.data() + list.places[k], list.lengths[k]};
+    }
 
     Block<List> lists_;
     std::int32_t listCount_ = 0;

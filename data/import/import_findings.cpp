@@ -43,11 +43,11 @@ void tellForm(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages
     if (plan.labelColumn < 0) {
         std::snprintf(labels, sizeof labels, "samples numbered");
     } else {
-        const std::string_view name = survey.names[plan.labelColumn];
+        const Shown name = shown(survey.names[plan.labelColumn]);
+        const bool isNamed = name.length > 0;
         std::snprintf(labels, sizeof labels, "labels from column %lld%s%.*s%s",
-                      static_cast<long long>(plan.labelColumn) + 1, name.empty() ? "" : " '",
-                      static_cast<int>(name.size() < 80 ? name.size() : 80), name.data(),
-                      name.empty() ? "" : "'");
+                      static_cast<long long>(plan.labelColumn) + 1, isNamed ? " '" : "", name.length,
+                      name.text, isNamed ? "'" : "");
     }
     messages.note("read with --encoding %s --delimiter %s --decimal %s --thousands %s --header %s, %s",
                   nameOf(form.encoding), nameOf(form.delimiter),

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <iterator>
 
+#include "data/import/unicode.h"
+
 namespace {
 
 constexpr Index mostLines = 50; // of notes and of warnings
@@ -12,6 +14,11 @@ constexpr std::size_t longestLine = 2000;
 constexpr std::size_t longestFormat = 500;
 
 } // namespace
+
+Shown shown(std::string_view text, std::size_t most) {
+    text = firstCharacters(text, most);
+    return {static_cast<int>(text.size()), text.data()};
+}
 
 // Options in the format become what they are called here. What a file holds comes by the arguments, and
 // stays.

@@ -1,10 +1,18 @@
 #pragma once
 
 #include <cstdarg>
+#include <string_view>
 
 #include "data/import/import_choice.h"
 #include "data/printf_format.h"
 #include "numeric/block.h"
+
+// A text of the file or the user in a message, as "%.*s" takes it: its first characters.
+struct Shown {
+    int length;
+    const char* text;
+};
+Shown shown(std::string_view text, std::size_t most = 80);
 
 // What an import tells: notes of what was found, warnings of what is left out or changed, and the refusal
 // that ends it. Each is one line of UTF-8 that begins "note : ", "warning : " or "error : ". The first

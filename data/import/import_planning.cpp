@@ -8,20 +8,6 @@
 
 namespace {
 
-// A name in a message.
-struct Shown {
-    int length;
-    const char* text;
-};
-
-Shown shown(std::string_view text) {
-    std::size_t length = std::min<std::size_t>(text.size(), 80);
-    while (length < text.size() && length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) {
-        --length;
-    }
-    return {static_cast<int>(length), text.data()};
-}
-
 Index findLabels(const ImportSurvey& survey, const ImportOptions& options) {
     if (options.labels == LabelColumn::none) return -1;
     if (options.labels == LabelColumn::first) return 0;

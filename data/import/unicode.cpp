@@ -65,6 +65,12 @@ Index validUtf8(const char* text, Index length) {
     }
 }
 
+std::string_view firstCharacters(std::string_view text, std::size_t most) {
+    if (text.size() <= most) return text;
+    while (most > 0 && (static_cast<unsigned char>(text[most]) & 0xC0) == 0x80) --most;
+    return text.substr(0, most);
+}
+
 bool isUtf8Beginning(const char* text, Index length) {
     const Sequence sequence = sequenceOf(static_cast<unsigned char>(text[0]));
     return length < sequence.length && rightBytes(sequence, text, length) == length;

@@ -11,6 +11,9 @@ constexpr char32_t replacementCharacter = 0xFFFD;
 // How many bytes at the beginning of `text` are whole characters of UTF-8 and no NUL.
 Index validUtf8(const char* text, Index length);
 
+// The whole characters of valid UTF-8 that stand in its first `most` bytes.
+std::string_view firstCharacters(std::string_view text, std::size_t most);
+
 // Whether `text`, at most 3 bytes, can be the beginning of a longer character.
 bool isUtf8Beginning(const char* text, Index length);
 
