@@ -317,7 +317,7 @@ ErrorCode findForm(ByteSource& source, const ImportOptions& options, ImportForm&
         const std::string_view head = reader.ahead();
         if (reader.fault() == RecordFault::noMemory) return outOfMemory;
         if (options.encoding == TextEncoding::found && reader.breaksOff()) {
-            form.notUtf8Line = 1 + std::count(head.begin(), head.end(), '\n');
+            form.notUtf8Line = 1 + countNewlines(head);
             code = reader.open(source, TextEncoding::windows1252, ',');
             continue;
         }

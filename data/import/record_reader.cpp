@@ -49,15 +49,6 @@ const char* findEnd(const char* at, const char* last, const CellEnds& ends) {
     return at;
 }
 
-// Every newline but the "\n" of "\r\n" counts.
-Index newlinesIn(const char* first, const char* last) {
-    Index count = 0;
-    for (const char* at = first; at < last; ++at) {
-        count += *at == '\n' || (*at == '\r' && !(at + 1 < last && at[1] == '\n'));
-    }
-    return count;
-}
-
 // The place of the quote that closes a cell which `first` is in; null when there is none.
 const char* findClosing(const char* first, const char* last, bool& doubled) {
     for (const char* at = first;; at += 2) {
@@ -89,7 +80,7 @@ const char* cutCell(const char* at, const char* last, bool isEnd, const CellEnds
         return nullptr;
     }
     cell.text = trimmed(first + 1, closing);
-    record.lines += newlinesIn(first + 1, closing);
+    record.lines += countNewlines({first + 1, static_cast<std::size_t>(closing - first - 1)});
     const char* stop = closing + 1;
     while (stop < last && isBlank(*stop) && !ends.has(*stop)) ++stop;
     if (stop == last) return isEnd ? stop : nullptr;
@@ -101,6 +92,14 @@ const char* cutCell(const char* at, const char* last, bool isEnd, const CellEnds
 }
 
 } // namespace
+
+Index countNewlines(std::string_view text) {
+    Index count = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        count += text[at] == '\n' || (text[at] == '\r' && text.substr(at + 1, 1) != "\n");
+    }
+    return count;
+}
 
 const char* cutRecord(const char* first, const char* last, bool isEnd, const CellEnds& ends,
                       ImportRecord& record, RecordFault& fault) {

@@ -47,6 +47,9 @@ enum class RecordFault {
     noMemory
 };
 
+// How many newlines there are: LF, CRLF or CR.
+Index countNewlines(std::string_view text);
+
 // Cuts the record that begins at `first`; the first character behind it, null when [first, last) does not
 // hold all of it. A cell can stand in double quotes, with quotes written twice, delimiters and newlines in
 // them (RFC 4180). `isEnd`: nothing follows `last`. With a fault the record is not whole.
