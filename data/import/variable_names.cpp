@@ -1,5 +1,6 @@
 #include "data/import/variable_names.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -11,13 +12,19 @@ namespace {
 
 constexpr Index longestName = textSlotSize - 1;
 
-// Whether one of the first `count` names is that one.
-bool isTaken(const Block<std::uint64_t>& hashes, Index count, std::string_view name) {
+// A name that is given, and the number that the next variable of that name gets or one of those below it.
+struct GivenName {
+    std::uint64_t hash;
+    Index nextNumber;
+};
+
+// That of one of the first `count` variables; null where it is free.
+GivenName* findGiven(Block<GivenName>& given, Index count, std::string_view name) {
+    GivenName* const end = given.data() + count;
     const std::uint64_t hash = hashOf(name);
-    for (Index k = 0; k < count; ++k) {
-        if (hashes[k] == hash) return true;
-    }
-    return false;
+    GivenName* const found =
+        std::find_if(given.data(), end, [hash](const GivenName& each) { return each.hash == hash; });
+    return found != end ? found : nullptr;
 }
 
 // Whether the names would pass for a sample: all are numbers, and not whole ones that rise, as years do.
@@ -39,12 +46,11 @@ bool lookLikeSample(const ImportSurvey& survey, const ImportPlan& plan) {
 } // namespace
 
 ErrorCode nameVariables(const ImportSurvey& survey, ImportPlan& plan, ImportMessages& messages) {
-    Block<std::uint64_t> hashes;
-    if (plan.names.allocate(plan.variables) != success || hashes.allocate(plan.variables) != success) {
+    Block<GivenName> given;
+    if (plan.names.allocate(plan.variables) != success || given.allocate(plan.variables) != success) {
         return outOfMemory;
     }
-    // Of many alike the number goes on from the last one given; a table that is too wide is refused anyway.
-    Index variable = 0, suffix = 2, cut = 0, renamed = 0, lacking = 0;
+    Index variable = 0, cut = 0, renamed = 0, lacking = 0;
     const bool isPrefixed = lookLikeSample(survey, plan);
     if (isPrefixed) messages.note("names that are numbers have a V before them");
     for (Index j = 0; j < survey.form.width; ++j) {
@@ -61,17 +67,20 @@ ErrorCode nameVariables(const ImportSurvey& survey, ImportPlan& plan, ImportMess
         }
         cut += name.isCut;
         lacking += name.lacks;
-        bool taken = variable < 4096 && isTaken(hashes, variable, name.view());
-        renamed += taken;
-        for (suffix = 2; taken; ++suffix) {
+        // A table of more variables is refused for its width, whatever their names.
+        GivenName* const same =
+            variable < CategoryTexts::mostLists ? findGiven(given, variable, name.view()) : nullptr;
+        renamed += same != nullptr;
+        for (bool isFree = same == nullptr; !isFree;
+             isFree = findGiven(given, variable, name.view()) == nullptr) {
             char end[24];
-            const int length = std::snprintf(end, sizeof end, ".%lld", static_cast<long long>(suffix));
+            const int length =
+                std::snprintf(end, sizeof end, ".%lld", static_cast<long long>(same->nextNumber++));
             cleanText(source, plan.target, longestName - length, name);
             std::memcpy(name.text + name.length, end, static_cast<std::size_t>(length) + 1);
             name.length += length;
-            taken = isTaken(hashes, variable, name.view());
         }
-        hashes[variable] = hashOf(name.view());
+        given[variable] = {hashOf(name.view()), 2};
         plan.names.set(variable++, name.text);
     }
     if (cut > 0) messages.note("names shortened to 62 bytes: %lld", static_cast<long long>(cut));
