@@ -80,9 +80,8 @@ ErrorCode readMoments(char* bytes, Index length, bool divisorIsN, MomentTable& t
     if (code == success && isEngineHead(cells)) {
         code = readEngineMoments(cells, table, refusal);
     } else if (code == success) {
-        TypedMoments typed = {.divisorIsN = divisorIsN};
-        code = readTypedMoments(cells, typed, table, refusal);
-        rounding = std::max(0.5 * std::pow(10.0, -typed.decimals), engineRounding);
+        code = readTypedMoments(cells, divisorIsN, table, rounding, refusal);
+        rounding = std::max(rounding, engineRounding);
     }
     if (code == success) code = checkCounts(table, refusal);
     if (code == success) code = checkDefinite(table, rounding, refusal);

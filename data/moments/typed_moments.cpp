@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include "data/moments/moment_names.h"
 #include "data/number.h"
@@ -18,8 +19,8 @@ int decimalsOf(std::string_view number) {
 
 class TypedReader {
 public:
-    TypedReader(const DelimitedCells& cells, TypedMoments& typed, MomentTable& table, MomentsRefusal& refusal)
-        : cells_(cells), typed_(typed), table_(table), refusal_(refusal) {}
+    TypedReader(const DelimitedCells& cells, bool divisorIsN, MomentTable& table, MomentsRefusal& refusal)
+        : cells_(cells), divisorIsN_(divisorIsN), table_(table), refusal_(refusal) {}
 
     ErrorCode read() {
         refusal_.line = cells_.line(0);
@@ -29,9 +30,11 @@ public:
         for (Index row = 1; code == success && row < cells_.rows(); ++row) code = takeRow(row);
         refusal_.line = 0;
         if (code == success) code = completeTriangle();
+        if (code == success) rounding_ = findRounding();
         if (code == success) code = takeScale();
         return code;
     }
+    double rounding() const { return rounding_; }
 
 private:
     ErrorCode refuse(MomentsFault fault, const char* name = "", const char* other = "") {
@@ -84,7 +87,7 @@ private:
             double value = 0.0;
             const ErrorCode code = takeNumber(row, j, value);
             if (code != success) return code;
-            typed_.decimals = std::max(typed_.decimals, decimalsOf(cells_.cell(row, j + 1)));
+            decimals_ = std::max(decimals_, decimalsOf(cells_.cell(row, j + 1)));
             if (isGiven(j, i) && value != table_.covariance(0, j, i))
                 return refuse(MomentsFault::notSymmetric, table_.names[i], table_.names[j]);
             table_.covariance(0, i, j) = value;
@@ -127,21 +130,36 @@ private:
         return success;
     }
 
+    bool isCorrelation() const {
+        bool isOne = true;
+        for (Index i = 0; i < p_; ++i) isOne = isOne && table_.covariance(0, i, i) == 1.0;
+        return isOne;
+    }
+
+    // Half a unit of the last decimal; of a correlation that comes of large covariances, what this is of the
+    // least variance, twice, as the covariance and both its variances are rounded.
+    double findRounding() const {
+        const double half = 0.5 * std::pow(10.0, -decimals_);
+        if (isCorrelation()) return half;
+        double least = std::numeric_limits<double>::infinity();
+        for (Index i = 0; i < p_; ++i) least = std::min(least, table_.covariance(0, i, i));
+        return least > 2.0 ? 2.0 * half / least : half;
+    }
+
     // Correlations become covariances where deviations are known; both come to the divisor N.
     ErrorCode takeScale() {
-        bool isCorrelation = true;
-        for (Index i = 0; i < p_; ++i) isCorrelation = isCorrelation && table_.covariance(0, i, i) == 1.0;
-        table_.hasDeviations = hasDeviations_ || !isCorrelation;
+        const bool areCorrelations = isCorrelation();
+        table_.hasDeviations = hasDeviations_ || !areCorrelations;
         const double n = table_.counts[0];
-        const double scale = table_.hasCounts && !typed_.divisorIsN ? (n - 1.0) / n : 1.0;
-        for (Index i = 0; i < p_ && hasDeviations_ && !isCorrelation; ++i) {
+        const double scale = table_.hasCounts && !divisorIsN_ ? (n - 1.0) / n : 1.0;
+        for (Index i = 0; i < p_ && hasDeviations_ && !areCorrelations; ++i) {
             const double deviation = std::sqrt(table_.covariance(0, i, i));
             if (!(std::fabs(deviation - deviations_[i]) <= 0.01 * deviations_[i]))
                 return refuse(MomentsFault::deviationDiffers, table_.names[i]);
         }
         for (Index i = 0; i < p_ && table_.hasDeviations; ++i) {
             for (Index j = 0; j < p_; ++j) {
-                const double unit = isCorrelation ? deviations_[i] * deviations_[j] : 1.0;
+                const double unit = areCorrelations ? deviations_[i] * deviations_[j] : 1.0;
                 table_.covariance(0, i, j) *= unit * scale;
             }
         }
@@ -149,19 +167,24 @@ private:
     }
 
     const DelimitedCells& cells_;
-    TypedMoments& typed_;
+    bool divisorIsN_;
     MomentTable& table_;
     MomentsRefusal& refusal_;
     Index p_ = 0;
     bool matrixBegun_ = false;
     bool hasDeviations_ = false;
+    int decimals_ = 0; // the most of a number in the matrix
+    double rounding_ = 0.0;
     Block<char> isGiven_; // p x p
     Block<double> deviations_;
 };
 
 } // namespace
 
-ErrorCode readTypedMoments(const DelimitedCells& cells, TypedMoments& typed, MomentTable& table,
+ErrorCode readTypedMoments(const DelimitedCells& cells, bool divisorIsN, MomentTable& table, double& rounding,
                            MomentsRefusal& refusal) {
-    return TypedReader(cells, typed, table, refusal).read();
+    TypedReader reader(cells, divisorIsN, table, refusal);
+    const ErrorCode code = reader.read();
+    rounding = reader.rounding();
+    return code;
 }

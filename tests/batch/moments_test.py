@@ -171,13 +171,13 @@ wrong = [
     ("not symmetric in 'b' and 'a'", matrix.replace("\na,1", "\na,1,.8")), ("row of 'd'", matrix.replace("\nc,", "\nd,")),
     ("nothing of 'c' and 'a'", matrix.replace("-.9,.9", ",.9")), ("'x' of 'b'", matrix.replace(".9,1\nc", ".9,x\nc")),
     ("not the root", "sd,2,3\n".join(("h,a,b\n", "a,4\nb,1,16\n"))), ("'a' stands there twice", ",a,a\na,1\na,1,1\n"),
-    ("n, the number", ",a,b\na,1\nb,.5,1\n"), ("the moments of all samples", "g," + small.replace("\n9", "\n1,9"))]
+    ("n, the number", ",a,b\na,1\nb,.5,1\n"), ("more than their", ",a,b\na,50\nb,70,80\n"),
+    ("the moments of all samples", "g," + small.replace("\n9", "\n1,9"))]
 for words, text in wrong:
     status, report, notes = run(["pca", "--moments", "-"], text)
     check(status == 1 and words in notes and "illegal data nor data structure" in report, words, status, repr(notes))
 for words, arguments in (("a row sd", ["regression", "--purpose=b"]), ("a row mean", ["regression", "--purpose=a"])):
-    text = ",a,b\nn,9\na,%d\nb,.5,1\n" % (1 + (words == "a row mean"))
-    status, _, notes = run([*arguments, "--moments", "-"], text)
+    status, _, notes = run([*arguments, "--moments", "-"], ",a,b\nn,9\na,%d\nb,.5,1\n" % (1 + (words == "a row mean")))
     check(status == 1 and words in notes, words, notes)
 for arguments in (["cluster"], ["summary"], ["pca", "--save=s.csv"], ["pca", "--graph=p.svg"], ["pca", "--missing=omit"],
                   ["pca", "x.csv"]):
