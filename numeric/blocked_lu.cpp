@@ -1,11 +1,11 @@
 #include "numeric/blocked_lu.h"
 
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 #include "numeric/block_product.h"
-#include "numeric/householder.h"
 #include "numeric/row_exchange.h"
+#include "numeric/vector_loops.h"
 
 namespace {
 

@@ -3,7 +3,6 @@
 #include <cstdint>
 
 #include "numeric/block.h"
-#include "numeric/error_code.h"
 
 // LuDecompose and the inverse from its factors, for orders from blockedOrder on: most of the work is products
 // of blocks.

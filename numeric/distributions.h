@@ -2,9 +2,10 @@
 
 #include "numeric/block.h"
 
-// Tail probabilities and quantiles. Errors are absolute where nothing else is said, and measured against
-// exact values. Every function takes any double: what is not a number comes out as such, and nothing loops
-// for long.
+// Tail probabilities and quantiles of classic numerics; those of textbook numerics stand in
+// normal_distribution.h, chi_square_distribution.h and f_distribution.h. Errors are absolute where nothing
+// else is said, and measured against exact values. Every function takes any double: what is not a number
+// comes out as such, and nothing loops for long.
 
 // erfc(x) for any x, with a relative error up to 1.1e-7 for x >= 0 (Press et al. 1986, a rational fit).
 // erfc(|z| / sqrt 2) is the two-sided probability of a normal z.

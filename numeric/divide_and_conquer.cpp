@@ -113,13 +113,14 @@ Sorted deflate(const Part& part, double rho, double* d, DivideWork& work) {
     return sorted;
 }
 
-// Copies the rows in the order of their halves, the unchanged ones last, and fills work.places with the place
-// of each changed one. Returns how many are of the first half alone, and of it at all.
+// How many rows that a merge changes have something in the first half.
 struct HalfCounts {
-    Index firstAlone = 0;
+    Index firstAlone = 0; // and nothing in the second
     Index first = 0;
 };
 
+// Copies the rows in the order of their halves, the unchanged ones last, and fills work.places with the place
+// of each changed one.
 HalfCounts copyRows(const Part& part, const Sorted& sorted, const double* d, DivideWork& work) {
     HalfCounts counts;
     Index place = part.first;

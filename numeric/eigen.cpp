@@ -1,14 +1,13 @@
 #include "numeric/eigen.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
-#include "numeric/block.h"
 #include "numeric/block_product.h"
 #include "numeric/householder.h"
 #include "numeric/large_eigen.h"
 #include "numeric/tridiagonal_ql.h"
+#include "numeric/vector_loops.h"
 
 // Inside, vectors are held as rows, so that the inner loops run along contiguous memory; the matrix is
 // transposed where it crosses the interface, which costs next to nothing.

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "numeric/vector_loops.h"
+
 double makeReflection(Index count, double* u, double& offDiagonal) {
     offDiagonal = u[count - 1];
     if (count == 1) return 0.0;

@@ -4,18 +4,13 @@
 #include <limits>
 #include <numbers>
 
+#include "numeric/saddle_point.h"
+
 namespace {
 
 // Both expansions need some multiple of sqrt(a) terms; this is enough for a up to 1e8 and ends in any case.
 constexpr int mostTerms = 200000;
 constexpr double epsilon = std::numeric_limits<double>::epsilon();
-constexpr double stirlingFrom = 15.0;
-
-// ln Gamma(a + 1) less (a + 1/2) ln a - a + ln(2 pi) / 2, to 2e-16 from stirlingFrom on (Stirling's series).
-double stirlingError(double a) {
-    const double r = 1.0 / (a * a);
-    return (1.0 / 12.0 - r * (1.0 / 360.0 - r * (1.0 / 1260.0 - r * (1.0 / 1680.0 - r / 1188.0)))) / a;
-}
 
 // x^a e^-x / Gamma(a + 1). For large a by the distance from x to a, so that nothing large cancels in the
 // exponent (Loader 2000).
@@ -55,7 +50,7 @@ double upperGammaFraction(double a, double x) {
 }
 
 double UpperGammaRatio(double a, double x) {
-    if (std::isnan(a) || std::isnan(x) || !(a > 0.0)) return std::numeric_limits<double>::quiet_NaN();
+    if (std::isnan(x) || !(a > 0.0)) return std::numeric_limits<double>::quiet_NaN();
     if (x <= 0.0) return 1.0;
     if (std::isinf(x)) return 0.0;
     if (x < a + 1.0) return 1.0 - leadingFactor(a, x) * lowerGammaSeries(a, x);

@@ -5,27 +5,12 @@
 #include <limits>
 #include <utility>
 
+#include "numeric/vector_loops.h"
 #include "numeric/wide.h"
 
 namespace {
 
 constexpr double epsilon = std::numeric_limits<double>::epsilon();
-
-// Four sums are faster and more accurate than one.
-double dot(Index count, const double* a, const double* b) {
-    double sums[4] = {};
-    Index i = 0;
-    for (; i + 4 <= count; i += 4)
-        for (Index lane = 0; lane < 4; ++lane) sums[lane] += a[i + lane] * b[i + lane];
-    double sum = (sums[0] + sums[1]) + (sums[2] + sums[3]);
-    for (; i < count; ++i) sum += a[i] * b[i];
-    return sum;
-}
-
-// target += factor * a
-void addMultiple(Index count, double* __restrict target, double factor, const double* __restrict a) {
-    for (Index i = 0; i < count; ++i) target[i] += factor * a[i];
-}
 
 // X has the explanatory columns about their means, scaled to length 1, and Q R is X with its columns in
 // order.

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "numeric/block.h"
 #include "numeric/block_product.h"
 #include "numeric/blocked_lu.h"
 #include "numeric/row_exchange.h"

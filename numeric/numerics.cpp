@@ -4,7 +4,7 @@
 #include <numbers>
 
 #include "numeric/beta.h"
-#include "numeric/chi_square.h"
+#include "numeric/chi_square_distribution.h"
 #include "numeric/distributions.h"
 #include "numeric/f_distribution.h"
 #include "numeric/normal_distribution.h"

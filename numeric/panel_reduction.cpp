@@ -5,6 +5,7 @@
 #include "numeric/block_product.h"
 #include "numeric/householder.h"
 #include "numeric/pair.h"
+#include "numeric/vector_loops.h"
 
 namespace {
 

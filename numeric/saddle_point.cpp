@@ -2,12 +2,15 @@
 
 #include <numbers>
 
-double stirlingFactor(double a) {
-    if (a < 15.0)
-        return std::tgamma(a + 1.0) * std::exp(a) / (std::sqrt(2.0 * std::numbers::pi * a) * std::pow(a, a));
+double stirlingError(double a) {
     const double r = 1.0 / (a * a);
-    return std::exp((1.0 / 12.0 - r * (1.0 / 360.0 - r * (1.0 / 1260.0 - r * (1.0 / 1680.0 - r / 1188.0)))) /
-                    a);
+    return (1.0 / 12.0 - r * (1.0 / 360.0 - r * (1.0 / 1260.0 - r * (1.0 / 1680.0 - r / 1188.0)))) / a;
+}
+
+double stirlingFactor(double a) {
+    if (a < stirlingFrom)
+        return std::tgamma(a + 1.0) * std::exp(a) / (std::sqrt(2.0 * std::numbers::pi * a) * std::pow(a, a));
+    return std::exp(stirlingError(a));
 }
 
 double tailIntegral(double slope, double a, double d, double b, double r) {

@@ -16,6 +16,10 @@ template <class Real> Real deviance(Real t, Real onePlus) {
     return s * t - 2 * s * s2 * sum;
 }
 
+// Stirling's series: ln Gamma(a + 1) less (a + 1/2) ln a - a + ln(2 pi) / 2, to 2e-16 for a >= stirlingFrom.
+constexpr double stirlingFrom = 15.0;
+double stirlingError(double a);
+
 // Gamma(a + 1) over Stirling's sqrt(2 pi a) (a / e)^a, for a > 0.
 double stirlingFactor(double a);
 

@@ -1,11 +1,8 @@
 #include "numeric/sweep.h"
 
-namespace {
+#include "numeric/vector_loops.h"
 
-// target -= factor * row, the step that all sweeps are made of
-void subtractMultiple(Index count, double factor, const double* __restrict row, double* __restrict target) {
-    for (Index j = 0; j < count; ++j) target[j] -= factor * row[j];
-}
+namespace {
 
 void sweepSymmetric(Matrix& a, Index k, double sign, double* column) {
     const Index n = a.rows();
@@ -13,7 +10,7 @@ void sweepSymmetric(Matrix& a, Index k, double sign, double* column) {
     const double pivot = column[k];
     column[k] = 0.0; // row and column k get their elements below
     for (Index i = 0; i < n; ++i) {
-        if (i != k) subtractMultiple(i + 1, column[i] / pivot, column, a.row(i));
+        if (i != k) addMultiple(i + 1, a.row(i), -(column[i] / pivot), column);
     }
     for (Index i = 0; i < n; ++i) (i < k ? a(k, i) : a(i, k)) = sign * column[i] / pivot;
     a(k, k) = -1.0 / pivot;
@@ -26,7 +23,7 @@ void sweepOut(Matrix& a, Index k, Index first) {
     const double* const pivots = a.row(k);
     for (Index i = first; i < n; ++i) {
         double* const row = a.row(i);
-        subtractMultiple(n - first, row[k] / pivots[k], pivots + first, row + first);
+        addMultiple(n - first, row + first, -(row[k] / pivots[k]), pivots + first);
     }
 }
 

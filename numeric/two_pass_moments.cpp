@@ -23,8 +23,8 @@ ErrorCode twoPassMoments(const double* values, std::int32_t samples, std::int32_
     double* means = moments.means.data();
     double* row = moments.sds.data();  // scratch, of sums and of the deviations of a sample
     double* left = correlation.data(); // scratch, of what rounding leaves of the sums of deviations
-    moments.covariance.fill(0.0);
-    moments.correlation.fill(0.0);
+    covariance.fill(0.0);
+    correlation.fill(0.0);
     std::fill_n(means, p, 0.0);
     std::fill_n(row, p, 0.0);
     if (samples < 1) return success;

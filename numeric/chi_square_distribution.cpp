@@ -1,4 +1,4 @@
-#include "numeric/chi_square.h"
+#include "numeric/chi_square_distribution.h"
 
 #include <algorithm>
 #include <cmath>
