@@ -7,7 +7,7 @@
 #include "batch/file_system.h"
 #include "batch/terminal.h"
 #include "batch/threads.h"
-#include "data/import/byte_source.h"
+#include "data/byte_source.h"
 #include "data/moments/read_moments.h"
 
 namespace {

@@ -8,7 +8,7 @@
 #include "batch/file_system.h"
 #include "batch/terminal.h"
 #include "batch/usage_line.h"
-#include "data/import/byte_source.h"
+#include "data/byte_source.h"
 
 namespace {
 

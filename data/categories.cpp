@@ -30,7 +30,7 @@ std::int32_t countCategories(const DataMatrix& data, std::int32_t column) {
 
 ErrorCode CategoricalCheck(const DataMatrix& data, std::int32_t variables, CategoryLayout& layout) {
     layout.totalCategories = 0;
-    const Index count = (std::max(variables, 0));
+    const Index count = std::max(variables, 0);
     const ErrorCode code = layout.categoryCount.allocate(count) | layout.first.allocate(count);
     if (code != success) return code;
     for (std::int32_t v = 0; v < variables; ++v) {

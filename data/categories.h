@@ -2,7 +2,7 @@
 
 #include "data/data_set.h"
 
-// The largest number of categories of a variable and of groups.
+// The largest number of categories of a variable, and of groups.
 constexpr std::int32_t mostCategories = 64;
 
 // The categories of the first columns of a data matrix. Their global indices count from 0, those of variable

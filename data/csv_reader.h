@@ -2,8 +2,8 @@
 
 #include <cstdio>
 
+#include "data/byte_source.h"
 #include "data/cell_table.h"
-#include "data/import/byte_source.h"
 #include "data/reading_notes.h"
 
 // Characters that a line can have; with its newline it holds at most 4,095.

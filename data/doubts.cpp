@@ -2,16 +2,15 @@
 
 #include <algorithm>
 #include <bit>
-#include <cctype>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
 
+#include "data/byte_source.h"
+#include "data/letter_case.h"
 #include "data/number.h"
 
 namespace {
-
-constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
 
 bool isBlank(char c) {
     return c == ' ' || c == '\t';
@@ -109,14 +108,12 @@ void noteNames(Doubts& doubts, const CellTable& table, long long line) {
     if (numbers && !rise) note(doubts, Doubt::noHeader, line);
 }
 
-// Whether a column of this name holds numbers that are labels.
-bool isLabelName(std::string_view name) {
-    if (name.substr(0, byteOrderMark.size()) == byteOrderMark) name.remove_prefix(byteOrderMark.size());
+// Whether numbers below this name are labels.
+bool announcesLabels(std::string_view name) {
+    if (name.starts_with(byteOrderMark)) name.remove_prefix(byteOrderMark.size());
     while (!name.empty() && isPadding(name.front())) name.remove_prefix(1);
     for (const std::string_view known : {"", "label", "name", "id", "no", "n", "case", "year", "date"}) {
-        if (std::equal(name.begin(), name.end(), known.begin(), known.end(),
-                       [](char a, char b) { return std::tolower(static_cast<unsigned char>(a)) == b; }))
-            return true;
+        if (equalButCase(name, known)) return true;
     }
     return false;
 }
@@ -141,7 +138,7 @@ ErrorCode areDistinct(const Block<double>& values, bool& distinct) {
 // Labels that are numbers, but not all different whole ones, are most likely values.
 ErrorCode noteLabels(Doubts& doubts, const CellTable& table) {
     const std::int32_t count = table.rows - 1;
-    if (count < 1 || isLabelName(table.cell(0, 0)) || !isNumber(table.cell(1, 0))) return success;
+    if (count < 1 || announcesLabels(table.cell(0, 0)) || !isNumber(table.cell(1, 0))) return success;
     Block<double> values;
     if (values.allocate(count) != success) return outOfMemory;
     bool whole = true, rise = true, fall = true;
@@ -161,12 +158,12 @@ ErrorCode noteLabels(Doubts& doubts, const CellTable& table) {
 } // namespace
 
 bool isComment(std::string_view line) {
-    return line.substr(0, 1) == ";" || line.substr(0, 2) == "//";
+    return line.starts_with(';') || line.starts_with("//");
 }
 
 void noteHeader(Doubts& doubts, std::string_view line, long long number) {
     doubts.hasLines = true;
-    const bool marked = line.substr(0, byteOrderMark.size()) == byteOrderMark;
+    const bool marked = line.starts_with(byteOrderMark);
     if (marked && isComment(line.substr(byteOrderMark.size()))) {
         note(doubts, Doubt::markedComment, number);
         return;

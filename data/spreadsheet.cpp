@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "data/doubts.h"
+
 namespace {
 
 // No spreadsheet has more. A sheet that goes on and on is cut here, so that a scan always ends.
@@ -24,10 +26,6 @@ bool isEmpty(const CellReply& reply) {
     return reply.text[0] == '\0';
 }
 
-bool isComment(const CellReply& reply) {
-    return reply.text[0] == ';' || std::strncmp(reply.text, "//", 2) == 0;
-}
-
 LinkCode requireCells(Workbook& workbook) {
     CellReply reply;
     const LinkCode code = requestText(workbook, 1, 1, reply);
@@ -42,7 +40,7 @@ LinkCode countRows(Workbook& workbook, std::int32_t& rows) {
         const LinkCode code = requestText(workbook, row, 1, reply);
         if (code != LinkCode::done) return code;
         if (isEmpty(reply)) break;
-        if (!isComment(reply)) ++rows;
+        if (!isComment(reply.text)) ++rows;
     }
     return LinkCode::done;
 }
@@ -53,8 +51,8 @@ LinkCode countCells(Workbook& workbook, std::int32_t row, std::int32_t& cells) {
         CellReply reply;
         const LinkCode code = requestText(workbook, row, cells + 1, reply);
         if (code != LinkCode::done) return code;
-        if (isComment(reply)) cells = 0;
-        if (isComment(reply) || isEmpty(reply)) break;
+        if (isComment(reply.text)) cells = 0;
+        if (isComment(reply.text) || isEmpty(reply)) break;
     }
     return LinkCode::done;
 }
@@ -91,7 +89,7 @@ LinkCode fetchSheet(Workbook& workbook, const SheetSize& size, TextList& cells,
             if (++sheetRow > mostRows) return LinkCode::noData;
             const LinkCode code = requestText(workbook, sheetRow, 1, reply);
             if (code != LinkCode::done) return code;
-        } while (isComment(reply));
+        } while (isComment(reply.text));
         if (cell == 0) {
             cells.setReplaceable(cell++, reply.text);
         } else {

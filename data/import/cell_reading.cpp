@@ -5,6 +5,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "data/letter_case.h"
 #include "data/number.h"
 
 namespace {
@@ -102,31 +103,19 @@ CellShape numberShape(const char* at, const char* last, bool& hasExponent) {
     return groupedShape(first, at, last);
 }
 
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool isSameWord(std::string_view text, std::string_view word) {
-    if (text.size() != word.size()) return false;
-    for (std::size_t k = 0; k < text.size(); ++k) {
-        if (lower(text[k]) != word[k]) return false;
-    }
-    return true;
-}
-
 bool isNoValue(std::string_view cell) {
     for (const std::string_view error : {"#DIV/0!", "#VALUE!", "#REF!", "#NUM!", "#NAME?", "#NULL!"}) {
         if (cell == error) return true;
     }
     if (!cell.empty() && (cell[0] == '-' || cell[0] == '+')) cell.remove_prefix(1);
-    return isSameWord(cell, "inf") || isSameWord(cell, "infinity");
+    return equalButCase(cell, "inf") || equalButCase(cell, "infinity");
 }
 
 bool isMonth(std::string_view text) {
     if (text.size() < 3) return false;
     for (const std::string_view month :
          {"jan", "feb", "mar", "apr", "may", "jun", "jul", "aug", "sep", "oct", "nov", "dec"}) {
-        if (isSameWord(text.substr(0, 3), month)) return true;
+        if (equalButCase(text.substr(0, 3), month)) return true;
     }
     return false;
 }

@@ -74,7 +74,7 @@ Index CategoryTexts::find(std::int32_t list, std::string_view text) const {
     text = text.substr(0, longestText);
     const std::uint64_t hash = hashOf(text);
     const auto isIt = [&](Index k) { return of.hashes[k] == hash && stored(of, k) == text; };
-    const Index count = std::min(of.count, mostCategories);
+    const Index count = std::min(of.count, Index{mostCategories});
     if (of.last < count && isIt(of.last)) return of.last;
     for (Index k = 0; k < count; ++k) {
         if (isIt(k)) return of.last = k;

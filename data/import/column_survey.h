@@ -1,8 +1,7 @@
 #pragma once
 
+#include "data/categories.h"
 #include "data/import/cell_reading.h"
-
-constexpr Index mostCategories = 64;
 
 // What the cells of a column are. Lines count from 1.
 struct ColumnSurvey {

@@ -5,6 +5,7 @@
 
 #include "data/import/cell_reading.h"
 #include "data/import/text_hash.h"
+#include "data/letter_case.h"
 
 namespace {
 
@@ -254,10 +255,7 @@ ErrorCode findCells(std::string_view head, bool isWhole, const ImportOptions& op
 bool isLabelName(std::string_view name) {
     if (name.empty()) return true;
     for (const std::string_view word : {"label", "labels", "name", "id", "no", "no.", "n", "case"}) {
-        if (name.size() != word.size()) continue;
-        bool same = true;
-        for (std::size_t k = 0; k < word.size(); ++k) same = same && (name[k] | 0x20) == (word[k] | 0x20);
-        if (same) return true;
+        if (equalButCase(name, word)) return true;
     }
     return false;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "data/byte_source.h"
 #include "data/cell_table.h"
-#include "data/import/byte_source.h"
 #include "data/import/column_names.h"
 #include "data/import/import_choice.h"
 #include "data/import/import_messages.h"

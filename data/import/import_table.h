@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/import/byte_source.h"
+#include "data/byte_source.h"
 #include "data/import/import_messages.h"
 #include "data/import/import_options.h"
 #include "data/import/table_sink.h"

@@ -18,12 +18,13 @@ ErrorCode TextDecoder::start(ByteSource& source, TextEncoding encoding) {
     keptCount_ = 0;
     if (raw_.size() == 0 && raw_.allocate(rawSize) != success) return outOfMemory;
     if (!source.rewind()) return illegalData;
-    char mark[3] = {};
-    const Index length = source.read(mark, 3);
+    char bytes[3] = {};
+    const Index length = source.read(bytes, 3);
     if (length < 0) return illegalData;
-    const bool isUtf8 = length == 3 && std::memcmp(mark, "\xEF\xBB\xBF", 3) == 0;
-    const bool isLittle = length >= 2 && std::memcmp(mark, "\xFF\xFE", 2) == 0;
-    const bool isBig = length >= 2 && std::memcmp(mark, "\xFE\xFF", 2) == 0;
+    const std::string_view head(bytes, static_cast<std::size_t>(length));
+    const bool isUtf8 = head == byteOrderMark;
+    const bool isLittle = head.starts_with("\xFF\xFE");
+    const bool isBig = head.starts_with("\xFE\xFF");
     encoding_ = encoding;
     if (encoding == TextEncoding::found) {
         encoding_ = isLittle || isBig ? TextEncoding::utf16 : TextEncoding::utf8;
@@ -32,7 +33,7 @@ ErrorCode TextDecoder::start(ByteSource& source, TextEncoding encoding) {
     const bool isUtf16 = encoding_ == TextEncoding::utf16;
     const Index markLength = isUtf16 && (isLittle || isBig) ? 2 : !isUtf16 && isUtf8 ? 3 : 0;
     keptCount_ = length - markLength;
-    std::memcpy(kept_, mark + markLength, static_cast<std::size_t>(keptCount_));
+    std::memcpy(kept_, bytes + markLength, static_cast<std::size_t>(keptCount_));
     return success;
 }
 

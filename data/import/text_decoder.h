@@ -1,6 +1,6 @@
 #pragma once
 
-#include "data/import/byte_source.h"
+#include "data/byte_source.h"
 #include "data/import/import_options.h"
 
 // The text of a file in UTF-8, in pieces.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "data/byte_source.h"
 #include "data/doubts.h"
 
 namespace {
@@ -40,7 +41,6 @@ const char* takeCell(char*& at, const char* end, char& behind, long long& line) 
 } // namespace
 
 ErrorCode DelimitedCells::divide(char* bytes, Index length, MomentsRefusal& refusal) {
-    constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
     cells_.clear();
     rows_.clear();
     if (std::memchr(bytes, '\0', static_cast<std::size_t>(length)) != nullptr)

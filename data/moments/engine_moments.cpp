@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "data/letter_case.h"
 #include "data/moments/moment_names.h"
 #include "data/number.h"
 
@@ -26,14 +27,10 @@ const char* behind(const char* text, std::string_view prefix) {
                : nullptr;
 }
 
-bool isNamed(const char* cell, std::string_view name) {
-    return equalButCase(cell, name);
-}
-
 // Whether there is one row for each variable.
 bool hasRowForEach(const DelimitedCells& cells) {
     for (Index c = 0; c < cells.cells(0); ++c) {
-        if (isNamed(cells.cell(0, c), "mean")) return true;
+        if (equalButCase(cells.cell(0, c), "mean")) return true;
     }
     return false;
 }
@@ -67,7 +64,7 @@ private:
     }
 
     void takeGroupColumn() {
-        const bool isFirst = isNamed(cells_.cell(0, 0), "n") || isNamed(cells_.cell(0, 0), "i");
+        const bool isFirst = equalButCase(cells_.cell(0, 0), "n") || equalButCase(cells_.cell(0, 0), "i");
         table_.isGrouped = !isFirst;
         if (isFirst) return;
         role(0).column = Column::group;
@@ -78,13 +75,13 @@ private:
     // The columns that both forms have; false for any other.
     bool takeCommon(Index column, bool& hasCount) {
         const char* const head = cells_.cell(0, column);
-        if (isNamed(head, "n")) {
+        if (equalButCase(head, "n")) {
             role(column).column = Column::count;
             hasCount = true;
             return true;
         }
         role(column).column = Column::leftOut;
-        return isNamed(head, "left_out");
+        return equalButCase(head, "left_out");
     }
 
     ErrorCode takeWideHead() {
@@ -134,13 +131,13 @@ private:
         for (Index c = firstColumn_; c < cells_.cells(0); ++c) {
             const char* const head = cells_.cell(0, c);
             const char* const place = behind(head, "cov_");
-            if (isNamed(head, "i")) {
+            if (equalButCase(head, "i")) {
                 role(c).column = Column::place;
-            } else if (isNamed(head, "name")) {
+            } else if (equalButCase(head, "name")) {
                 role(c).column = Column::name;
-            } else if (isNamed(head, "mean")) {
+            } else if (equalButCase(head, "mean")) {
                 role(c).column = Column::mean;
-            } else if (isNamed(head, "max")) {
+            } else if (equalButCase(head, "max")) {
                 role(c).column = Column::greatest;
             } else if (place != nullptr && placeNumber(place) > 0) {
                 role(c) = {Column::covariance, 0, placeNumber(place) - 1};

@@ -1,20 +1,8 @@
 #include "data/moments/moment_names.h"
 
-#include <algorithm>
 #include <charconv>
 
-namespace {
-
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-} // namespace
-
-bool equalButCase(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char left, char right) { return lower(left) == lower(right); });
-}
+#include "data/letter_case.h"
 
 Index findNameButCase(const TextView& names, std::string_view name) {
     Index found = -1, count = 0;

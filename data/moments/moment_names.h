@@ -4,10 +4,8 @@
 
 #include "data/text_list.h"
 
-// Whether texts are alike but for the case of their letters A to Z, which engines change.
-bool equalButCase(std::string_view a, std::string_view b);
-
-// The place of a name: that of the same text, else of the only one that differs by case alone; -1 without.
+// The place of a name: that of the same text, else of the only one that differs by case alone, which engines
+// change; -1 without.
 Index findNameButCase(const TextView& names, std::string_view name);
 
 // A whole number from 1 on that is all of a text; 0 for any other text.

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "data/letter_case.h"
 #include "data/moments/moment_names.h"
 #include "data/number.h"
 

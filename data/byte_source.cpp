@@ -1,4 +1,4 @@
-#include "data/import/byte_source.h"
+#include "data/byte_source.h"
 
 #include <algorithm>
 

@@ -5,6 +5,9 @@
 
 #include "numeric/block.h"
 
+// What a file in UTF-8 can begin with.
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
 // The bytes of a file, read from the beginning as often as it is rewound.
 class ByteSource {
 public:
