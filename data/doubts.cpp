@@ -71,18 +71,14 @@ bool noteQuotes(Doubts& doubts, std::string_view line, long long number) {
 
 // Lines are found again by the comments above them.
 void countComment(Doubts& doubts, std::int32_t row) {
-    const std::int32_t groups = doubts.commentGroups;
-    if (groups > 0 && doubts.comments[groups - 1].row == row) {
-        ++doubts.comments[groups - 1].lines;
+    GrowingList<CommentsAbove>& comments = doubts.comments;
+    const bool isFirst = comments.size() == 0;
+    if (!isFirst && comments.last().row == row) {
+        ++comments.last().lines;
         return;
     }
-    if (groups == doubts.comments.size() && doubts.comments.grow(2 * Index{groups} + 8) != success) {
-        doubts.ranOutOfMemory = true;
-        return;
-    }
-    const long long above = groups > 0 ? doubts.comments[groups - 1].lines : 0;
-    doubts.comments[groups] = {row, above + 1};
-    ++doubts.commentGroups;
+    const long long above = isFirst ? 0 : comments.last().lines;
+    if (!comments.add({row, above + 1})) doubts.ranOutOfMemory = true;
 }
 
 bool isWhole(double value) {
@@ -211,9 +207,9 @@ ErrorCode noteTable(Doubts& doubts, const CellTable& table) {
 }
 
 long long lineOfRow(const Doubts& doubts, std::int32_t row) {
-    const CommentsAbove* const first = doubts.comments.begin();
-    const CommentsAbove* const after =
-        std::upper_bound(first, first + doubts.commentGroups, row,
+    const std::span<const CommentsAbove> comments = doubts.comments.all();
+    const auto after =
+        std::upper_bound(comments.begin(), comments.end(), row,
                          [](std::int32_t each, const CommentsAbove& group) { return each < group.row; });
-    return row + 1LL + (after == first ? 0 : after[-1].lines);
+    return row + 1LL + (after == comments.begin() ? 0 : after[-1].lines);
 }

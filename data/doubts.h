@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "data/cell_table.h"
+#include "numeric/growing_list.h"
 
 // What a plain reading of a file takes otherwise than its writer may have meant. The words stand in
 // report/doubt_messages.cpp.
@@ -38,12 +39,11 @@ struct CommentsAbove {
 // What is found while a file is read. Each line is looked at once by one of the functions below, in the order
 // of the file, and noteTable ends it.
 struct Doubts {
-    DoubtCount found[doubtKinds];   // the last two stay 0
-    long long longRows = 0;         // rows with one cell more than names
-    bool hasLines = false;          // read from a file
-    Block<CommentsAbove> comments;  // by rising row
-    std::int32_t commentGroups = 0; // in use
-    bool ranOutOfMemory = false;    // for comments; noteTable tells
+    DoubtCount found[doubtKinds];        // the last two stay 0
+    long long longRows = 0;              // rows with one cell more than names
+    bool hasLines = false;               // read from a file
+    GrowingList<CommentsAbove> comments; // by rising row
+    bool ranOutOfMemory = false;         // for comments; noteTable tells
 
     const DoubtCount& operator[](Doubt kind) const { return found[static_cast<int>(kind)]; }
     DoubtCount& operator[](Doubt kind) { return found[static_cast<int>(kind)]; }

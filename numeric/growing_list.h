@@ -18,6 +18,8 @@ public:
     void clear() { count_ = 0; }
 
     Index size() const { return count_; }
+    T& operator[](Index i) { return items_[i]; }
+    const T& operator[](Index i) const { return items_[i]; }
     T& last() { return items_[count_ - 1]; }
     std::span<const T> part(Index first, Index count) const {
         return {items_.data() + first, items_.data() + first + count};

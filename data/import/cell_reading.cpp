@@ -253,13 +253,17 @@ void writeNumber(std::string_view cell, const NumberForm& form, PlainNumber& num
     number.length = end - number.text;
 }
 
+void MissingTexts::clear() {
+    texts_.clear();
+    hasNumbers_ = false;
+    std::memset(mayBegin_, 0, sizeof mayBegin_);
+}
+
 ErrorCode MissingTexts::add(std::string_view text) {
     if (text.empty()) return success;
-    if (count_ == texts_.size() && texts_.grow(2 * count_ + 16) != success) return outOfMemory;
-    texts_[count_++] = text;
+    if (!texts_.add(text)) return outOfMemory;
     mayBegin_[static_cast<unsigned char>(text[0])] = true;
-    const CellShape shape = shapeOf(text);
-    if (isNumberShape(shape)) {
+    if (isNumberShape(shapeOf(text))) {
         hasNumbers_ = true;
         for (const char c : {'-', '+', '.', '0', '1', '2', '3', '4', '5', '6', '7', '8', '9'}) {
             mayBegin_[static_cast<unsigned char>(c)] = true;
@@ -269,9 +273,7 @@ ErrorCode MissingTexts::add(std::string_view text) {
 }
 
 ErrorCode MissingTexts::set(const ImportOptions& options) {
-    count_ = 0;
-    hasNumbers_ = false;
-    std::memset(mayBegin_, 0, sizeof mayBegin_);
+    clear();
     for (const std::string_view usual : usualMissing) {
         if (add(usual) != success) return outOfMemory;
     }
@@ -280,9 +282,7 @@ ErrorCode MissingTexts::set(const ImportOptions& options) {
             const std::size_t comma = list.find(',');
             const std::string_view text = list.substr(0, comma);
             if (text == "none") {
-                count_ = 0;
-                hasNumbers_ = false;
-                std::memset(mayBegin_, 0, sizeof mayBegin_);
+                clear();
             } else if (add(text) != success) {
                 return outOfMemory;
             }
@@ -294,8 +294,8 @@ ErrorCode MissingTexts::set(const ImportOptions& options) {
 }
 
 bool MissingTexts::find(std::string_view cell) const {
-    for (Index k = 0; k < count_; ++k) {
-        if (texts_[k] == cell) return true;
+    for (const std::string_view text : texts_.all()) {
+        if (text == cell) return true;
     }
     if (!hasNumbers_) return false;
     // A number means what it is worth: -999 is -999.0 and -999,00, too.
@@ -304,11 +304,11 @@ bool MissingTexts::find(std::string_view cell) const {
     PlainNumber number;
     writeNumber(cell, formOf(shape), number);
     const double value = parseNumber(number.text);
-    for (Index k = 0; k < count_; ++k) {
-        const CellShape namedShape = shapeOf(texts_[k]);
-        if (!isNumberShape(namedShape)) continue;
+    for (const std::string_view text : texts_.all()) {
+        const CellShape textShape = shapeOf(text);
+        if (!isNumberShape(textShape)) continue;
         PlainNumber named;
-        writeNumber(texts_[k], formOf(namedShape), named);
+        writeNumber(text, formOf(textShape), named);
         if (parseNumber(named.text) == value) return true;
     }
     return false;

@@ -4,6 +4,8 @@
 #include <string_view>
 
 #include "data/import/import_options.h"
+#include "data/text_slot.h"
+#include "numeric/growing_list.h"
 
 // What a cell can be. "1,171" has three digits behind its only mark: a thousand or a decimal.
 enum class CellShape : std::uint8_t {
@@ -42,9 +44,9 @@ struct NumberForm {
 // Whether a cell of that shape is a number in that form.
 bool isReadable(CellShape shape, const NumberForm& form);
 
-// A number as the program reads it: at most 62 characters with their end.
+// A number as the program reads it.
 struct PlainNumber {
-    char text[63];
+    char text[textSlotSize];
     Index length;
 };
 
@@ -63,11 +65,11 @@ public:
     }
 
 private:
+    void clear();
     [[nodiscard]] ErrorCode add(std::string_view text);
     bool find(std::string_view cell) const;
 
-    Block<std::string_view> texts_;
-    Index count_ = 0;
+    GrowingList<std::string_view> texts_;
     bool hasNumbers_ = false;
     bool mayBegin_[256] = {};
 };

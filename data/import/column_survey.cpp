@@ -27,19 +27,17 @@ Index ColumnSurvey::filled() const {
 }
 
 void CategoryTexts::clear() {
-    listCount_ = 0;
+    lists_.clear();
     used_ = 0;
 }
 
 std::int32_t CategoryTexts::addList(ErrorCode& code) {
-    if (listCount_ == mostLists) return -1;
-    if (listCount_ == lists_.size() && lists_.grow(2 * lists_.size() + 16) != success) {
+    if (lists_.size() == mostLists) return -1;
+    if (!lists_.add({})) {
         code = outOfMemory;
         return -1;
     }
-    lists_[listCount_].count = 0;
-    lists_[listCount_].last = 0;
-    return listCount_++;
+    return static_cast<std::int32_t>(lists_.size() - 1);
 }
 
 ErrorCode CategoryTexts::add(std::int32_t list, std::string_view text) {

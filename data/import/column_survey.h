@@ -50,8 +50,7 @@ private:
         return {characters_.data() + list.places[k], list.lengths[k]};
     }
 
-    Block<List> lists_;
-    std::int32_t listCount_ = 0;
+    GrowingList<List> lists_;
     Block<char> characters_;
     Index used_ = 0;
 };

@@ -15,9 +15,9 @@ public:
     [[nodiscard]] ErrorCode divide(char* bytes, Index length, MomentsRefusal& refusal);
 
     Index rows() const { return rows_.size(); }
-    Index cells(Index row) const { return rows_.all()[at(row)].count; }
-    const char* cell(Index row, Index cell) const { return cells_.all()[at(first(row) + cell)]; }
-    long long line(Index row) const { return rows_.all()[at(row)].line; }
+    Index cells(Index row) const { return rows_[row].count; }
+    const char* cell(Index row, Index cell) const { return cells_[rows_[row].first + cell]; }
+    long long line(Index row) const { return rows_[row].line; }
 
 private:
     struct Row {
@@ -25,9 +25,6 @@ private:
         Index count;
         long long line; // of the text, from 1
     };
-
-    static std::size_t at(Index index) { return static_cast<std::size_t>(index); }
-    Index first(Index row) const { return rows_.all()[at(row)].first; }
 
     GrowingList<const char*> cells_;
     GrowingList<Row> rows_;
