@@ -35,12 +35,12 @@ void TextList::setFormat(Index i, const char* format, ...) {
 }
 
 void TextList::setReplaceable(Index i, std::string_view text) {
-    const Index after = used_ + longest + 1;
+    const Index after = used_ + textSlotLength + 1;
     set(i, text);
     used_ = std::min(after, characters_.size() - spare);
 }
 
 void TextList::replace(Index i, std::string_view text) {
     char* const target = characters_.data() + groups_[i / TextPlaces::groupSize] + offsets_[i];
-    target[text.copy(target, static_cast<std::size_t>(longest))] = '\0';
+    target[text.copy(target, std::size_t{textSlotLength})] = '\0';
 }

@@ -60,7 +60,7 @@ public:
     // Room for so many texts of together so many characters, their ends not counted; 0 or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index count, Index characters);
     // The same for texts of any length.
-    [[nodiscard]] ErrorCode allocate(Index count) { return allocate(count, count * longest); }
+    [[nodiscard]] ErrorCode allocate(Index count) { return allocate(count, count * textSlotLength); }
     [[nodiscard]] ErrorCode copy(const TextView& from);
     void release() { *this = TextList(); }
 
@@ -73,7 +73,7 @@ public:
     Index room() const { return characters_.size() - spare - used_; }
 
     void set(Index i, std::string_view text) {
-        const Index length = std::min({std::ssize(text), longest, room() - 1});
+        const Index length = std::min({std::ssize(text), textSlotLength, room() - 1});
         if (length < 0) return;
         char* const target = begin(i);
         copyText(target, text.data(), static_cast<std::size_t>(length));
@@ -90,8 +90,6 @@ public:
     static constexpr Index spare = 8;
 
 private:
-    static constexpr Index longest = static_cast<Index>(textSlotSize) - 1;
-
     // Most texts have 8 to 16 characters: two copies of a known length, which overlap.
     static void copyText(char* target, const char* text, std::size_t length) {
         if (length < 8 || length > 16) {

@@ -200,6 +200,14 @@ CellShape shapeOf(std::string_view cell) {
     return isAmount(cell) ? CellShape::amount : CellShape::text;
 }
 
+ThousandsMark thousandsOf(const NumberForm& form) {
+    if (form.decimal == DecimalSign::found) return ThousandsMark::found;
+    if (form.thousandsMark) {
+        return form.decimal == DecimalSign::point ? ThousandsMark::comma : ThousandsMark::point;
+    }
+    return form.thousandsSpace ? ThousandsMark::space : ThousandsMark::none;
+}
+
 bool isReadable(CellShape shape, const NumberForm& form) {
     const bool point = form.decimal == DecimalSign::point;
     switch (shape) {

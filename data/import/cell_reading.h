@@ -41,6 +41,9 @@ struct NumberForm {
     bool thousandsSpace = false; // a blank, also a no-break one
 };
 
+// The thousands mark of a form; found where its decimal sign is not decided.
+ThousandsMark thousandsOf(const NumberForm& form);
+
 // Whether a cell of that shape is a number in that form.
 bool isReadable(CellShape shape, const NumberForm& form);
 

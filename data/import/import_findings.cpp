@@ -4,35 +4,6 @@
 
 namespace {
 
-const char* nameOf(TextEncoding encoding) {
-    switch (encoding) {
-    case TextEncoding::utf16:
-        return "utf-16";
-    case TextEncoding::windows1252:
-        return "windows-1252";
-    default:
-        return "utf-8";
-    }
-}
-
-const char* nameOf(char delimiter) {
-    switch (delimiter) {
-    case ';':
-        return "semicolon";
-    case '\t':
-        return "tab";
-    case '|':
-        return "bar";
-    default:
-        return "comma";
-    }
-}
-
-const char* thousandsOf(const NumberForm& form) {
-    if (form.thousandsMark) return form.decimal == DecimalSign::point ? "comma" : "point";
-    return form.thousandsSpace ? "space" : "none";
-}
-
 void tellForm(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {
     const ImportForm& form = survey.form;
     if (form.notUtf8Line > 0 && form.encoding == TextEncoding::windows1252) {
@@ -49,10 +20,17 @@ void tellForm(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages
                       static_cast<long long>(plan.labelColumn) + 1, isNamed ? " '" : "", name.length,
                       name.text, isNamed ? "'" : "");
     }
-    messages.note("read with --encoding %s --delimiter %s --decimal %s --thousands %s --header %s, %s",
-                  nameOf(form.encoding), nameOf(form.delimiter),
-                  plan.numbers.decimal == DecimalSign::point ? "point" : "comma", thousandsOf(plan.numbers),
-                  form.hasHeader ? "yes" : "no", labels);
+    const ImportOptions found = foundOptions(survey, plan);
+    const auto word = [&found](ImportChoice choice) {
+        return shown(wordOf(namesOf(choice).words, chosenWord(found, choice)));
+    };
+    const Shown encoding = word(ImportChoice::encoding), delimiter = word(ImportChoice::delimiter);
+    const Shown decimal = word(ImportChoice::decimal), thousands = word(ImportChoice::thousands);
+    const Shown header = word(ImportChoice::header);
+    messages.note(
+        "read with --encoding %.*s --delimiter %.*s --decimal %.*s --thousands %.*s --header %.*s, %s",
+        encoding.length, encoding.text, delimiter.length, delimiter.text, decimal.length, decimal.text,
+        thousands.length, thousands.text, header.length, header.text, labels);
 }
 
 void tellPassedOver(const PassedOver& passed, ImportMessages& messages) {
@@ -74,7 +52,7 @@ void tellPassedOver(const PassedOver& passed, ImportMessages& messages) {
 void tellCategories(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {
     Index variable = 0;
     for (Index j = 0; j < survey.form.width; ++j) {
-        if (plan.uses[j] != ColumnUse::number && plan.uses[j] != ColumnUse::category) continue;
+        if (!isVariable(plan.uses[j])) continue;
         const char* const name = plan.names[variable++];
         if (plan.uses[j] == ColumnUse::number) continue;
         char line[1800];
@@ -96,6 +74,21 @@ void tellCategories(const ImportSurvey& survey, const ImportPlan& plan, ImportMe
 }
 
 } // namespace
+
+ImportOptions foundOptions(const ImportSurvey& survey, const ImportPlan& plan) {
+    ImportOptions found;
+    found.encoding = survey.form.encoding;
+    found.delimiter = delimiterOf(survey.form.delimiter);
+    found.decimal = plan.numbers.decimal;
+    found.thousands = thousandsOf(plan.numbers);
+    found.header = survey.form.hasHeader ? HeaderRow::present : HeaderRow::absent;
+    if (plan.labelColumn != undecidedColumn) {
+        found.labels = plan.labelColumn < 0    ? LabelColumn::none
+                       : plan.labelColumn == 0 ? LabelColumn::first
+                                               : LabelColumn::named;
+    }
+    return found;
+}
 
 void tellFindings(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {
     tellForm(survey, plan, messages);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 
 #include "data/import/cell_reading.h"
 #include "data/import/text_hash.h"
@@ -12,6 +13,9 @@ namespace {
 // Records that the form is found out from.
 constexpr Index mostRecords = 200;
 constexpr Index fewestRecords = 20;
+
+// In the order of Delimiter, behind `found`.
+constexpr char delimiters[] = {',', ';', '\t', '|'};
 
 // What the head of a file looks like under one delimiter.
 struct Head {
@@ -85,7 +89,7 @@ ErrorCode findDelimiter(std::string_view head, bool isWhole, const MissingTexts&
                         ImportRecord& record, char& best) {
     best = ',';
     double merit = 0.0;
-    for (const char delimiter : {',', ';', '\t', '|'}) {
+    for (const char delimiter : delimiters) {
         Head found;
         if (measure(head, isWhole, delimiter, missing, record, found) != success) return outOfMemory;
         if (found.merit <= merit) continue;
@@ -93,19 +97,6 @@ ErrorCode findDelimiter(std::string_view head, bool isWhole, const MissingTexts&
         best = delimiter;
     }
     return success;
-}
-
-char delimiterOf(Delimiter delimiter) {
-    switch (delimiter) {
-    case Delimiter::semicolon:
-        return ';';
-    case Delimiter::tab:
-        return '\t';
-    case Delimiter::bar:
-        return '|';
-    default:
-        return ',';
-    }
 }
 
 // What a column of the head holds, the header apart.
@@ -242,7 +233,7 @@ ErrorCode findCells(std::string_view head, bool isWhole, const ImportOptions& op
     form.delimiter = named;
     ErrorCode code = success;
     if (options.delimiter != Delimiter::found) {
-        form.delimiter = delimiterOf(options.delimiter);
+        form.delimiter = characterOf(options.delimiter);
     } else if (!form.namesDelimiter) {
         code = findDelimiter(head, isWhole, missing, record, form.delimiter);
     }
@@ -251,6 +242,15 @@ ErrorCode findCells(std::string_view head, bool isWhole, const ImportOptions& op
 }
 
 } // namespace
+
+char characterOf(Delimiter delimiter) {
+    return delimiters[std::max(static_cast<int>(delimiter) - 1, 0)];
+}
+
+Delimiter delimiterOf(char character) {
+    const char* const place = std::find(std::begin(delimiters), std::end(delimiters), character);
+    return place != std::end(delimiters) ? static_cast<Delimiter>(place - delimiters + 1) : Delimiter::found;
+}
 
 bool isLabelName(std::string_view name) {
     if (name.empty()) return true;
@@ -292,7 +292,7 @@ bool isDelimiterLine(const ImportRecord& record, char& delimiter) {
     if (text.size() >= 2 && text.front() == '"' && text.back() == '"') text = text.substr(1, text.size() - 2);
     if (text.size() != 5 || !(text.starts_with("sep=") || text.starts_with("SEP="))) return false;
     delimiter = text[4];
-    return delimiter == ',' || delimiter == ';' || delimiter == '\t' || delimiter == '|';
+    return delimiterOf(delimiter) != Delimiter::found;
 }
 
 bool isFitting(const ImportRecord& record, Index width) {

@@ -17,6 +17,11 @@ struct ImportForm {
 // Finds out the form; success, outOfMemory, or illegalData when the source cannot be read.
 [[nodiscard]] ErrorCode findForm(ByteSource& source, const ImportOptions& options, ImportForm& form);
 
+// The character of a delimiter, a comma where it is not found, and the other way round: found for any other
+// character.
+char characterOf(Delimiter delimiter);
+Delimiter delimiterOf(char character);
+
 // Whether that is how the column of labels is called: not at all, or label, name, id, no, n, case.
 bool isLabelName(std::string_view name);
 

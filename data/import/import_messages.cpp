@@ -22,7 +22,7 @@ Shown shown(std::string_view text, std::size_t most) {
 
 // Options in the format become what they are called here. What a file holds comes by the arguments, and
 // stays.
-void ImportMessages::takeNames(const char* format, bool isRefusal, char* worded, std::size_t size) {
+void ImportMessages::wordFormat(const char* format, bool isRefusal, char* worded, std::size_t size) {
     std::size_t length = 0;
     while (*format != '\0' && length + 1 < size) {
         const char* name = nullptr;
@@ -53,7 +53,7 @@ const char* ImportMessages::ask(ImportChoice choice) {
 
 void ImportMessages::append(const char* kind, const char* format, std::va_list arguments) {
     char worded[longestFormat];
-    takeNames(format, refused_, worded, sizeof worded);
+    wordFormat(format, refused_, worded, sizeof worded);
     char line[longestLine];
     const int head = std::snprintf(line, sizeof line, "%s : ", kind);
     const std::size_t used = static_cast<std::size_t>(head);

@@ -42,7 +42,7 @@ public:
     bool ranOutOfMemory() const { return outOfMemory_; }
 
 private:
-    void takeNames(const char* format, bool isRefusal, char* worded, std::size_t size);
+    void wordFormat(const char* format, bool isRefusal, char* worded, std::size_t size);
     void append(const char* kind, const char* format, std::va_list arguments);
     [[gnu::format(PRINTF_KIND, 3, 4)]] void appendFormat(const char* kind, const char* format, ...);
 

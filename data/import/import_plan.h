@@ -7,6 +7,10 @@
 
 enum class ColumnUse : std::uint8_t { leftOut, labels, number, category };
 
+constexpr bool isVariable(ColumnUse use) {
+    return use == ColumnUse::number || use == ColumnUse::category;
+}
+
 constexpr Index undecidedColumn = -2;
 
 // What is done with a file.

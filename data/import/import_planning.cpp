@@ -59,14 +59,13 @@ bool checkNumbers(const ColumnSurvey& column, Shown name, const NumberForm& form
     for (int k = 0; k < cellShapeCount; ++k) {
         const CellShape shape = static_cast<CellShape>(k);
         if (!isNumberShape(shape) || column.counts[k] == 0 || isReadable(shape, form)) continue;
+        const Shown thousands =
+            shown(wordOf(namesOf(ImportChoice::thousands).words, static_cast<int>(thousandsOf(form))));
         messages.refuse(
             "line %lld, column '%.*s': a number is written with other marks than --decimal %s and "
-            "--thousands %s say",
+            "--thousands %.*s say",
             static_cast<long long>(column.firstLines[k]), name.length, name.text,
-            form.decimal == DecimalSign::point ? "point" : "comma",
-            form.thousandsMark    ? form.decimal == DecimalSign::point ? "comma" : "point"
-            : form.thousandsSpace ? "space"
-                                  : "none");
+            form.decimal == DecimalSign::point ? "point" : "comma", thousands.length, thousands.text);
         return false;
     }
     return true;
@@ -155,23 +154,22 @@ bool checkRows(const ImportSurvey& survey, const ImportOptions& options, ImportM
 Index widthOf(const ColumnSurvey& column, ColumnUse use) {
     if (use == ColumnUse::leftOut) return 0;
     if (use == ColumnUse::category) return 3;
-    return std::clamp(column.widest, Index{2}, Index{textSlotSize - 1}) + 1;
+    return std::clamp(column.widest, Index{2}, textSlotLength) + 1;
 }
 
 // A line of the table that would be too long is refused with the columns that fit.
 bool checkWidth(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {
-    constexpr Index label = textSlotSize - 1;
-    Index names = 5, cells = label;   // "label"
-    long long fitting = 0, first = 0; // columns from 1
+    Index names = 5, cells = textSlotLength; // "label"
+    long long fitting = 0, first = 0;        // columns from 1
     Index variable = 0;
     for (Index j = 0; j < survey.form.width; ++j) {
-        if (plan.uses[j] != ColumnUse::number && plan.uses[j] != ColumnUse::category) continue;
+        if (!isVariable(plan.uses[j])) continue;
         names += std::ssize(std::string_view(plan.names[variable++])) + 1;
         cells += widthOf(survey.columns[j], plan.uses[j]);
         if (first == 0) first = j + 1;
         if (std::max(names, cells) <= longestTableLine) fitting = j + 1;
     }
-    if (names <= longestTableLine && std::min(cells, survey.widestRow + label) <= longestTableLine)
+    if (names <= longestTableLine && std::min(cells, survey.widestRow + textSlotLength) <= longestTableLine)
         return true;
     messages.refuse(
         "the table is too wide: a line of it holds at most %lld characters; --keep #%lld-#%lld takes "

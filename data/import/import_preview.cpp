@@ -1,8 +1,9 @@
 #include "data/import/import_preview.h"
 
 #include <algorithm>
-#include <cstring>
+#include <utility>
 
+#include "data/import/import_findings.h"
 #include "data/import/import_planning.h"
 #include "data/import/table_writer.h"
 
@@ -42,46 +43,22 @@ ErrorCode allocateCells(CellTable& cells, Index rows, Index cols) {
     return success;
 }
 
-int wordOfDelimiter(char delimiter) {
-    constexpr char delimiters[] = {',', ';', '\t', '|'}; // in the order of their words
-    return static_cast<int>(std::find(delimiters, delimiters + 4, delimiter) - delimiters) + 1;
-}
-
-ThousandsMark thousandsOf(const NumberForm& numbers) {
-    if (numbers.decimal == DecimalSign::found) return ThousandsMark::found;
-    if (numbers.thousandsMark) {
-        return numbers.decimal == DecimalSign::point ? ThousandsMark::comma : ThousandsMark::point;
-    }
-    return numbers.thousandsSpace ? ThousandsMark::space : ThousandsMark::none;
-}
-
 // What is found, and where nothing is what is said.
 void takeWords(const ImportSurvey& survey, const ImportOptions& options, const ImportPlan& plan,
                ImportPreview& preview) {
-    ImportOptions known;
-    const ImportForm& form = survey.form;
-    known.encoding = form.encoding;
-    known.decimal = plan.numbers.decimal;
-    known.thousands = thousandsOf(plan.numbers);
-    known.header = form.hasHeader ? HeaderRow::present : HeaderRow::absent;
-    if (plan.labelColumn != undecidedColumn) {
-        known.labels = plan.labelColumn < 0    ? LabelColumn::none
-                       : plan.labelColumn == 0 ? LabelColumn::first
-                                               : LabelColumn::named;
-    }
+    const ImportOptions known = foundOptions(survey, plan);
     for (int k = 0; k < wordChoiceCount; ++k) {
         const ImportChoice choice = static_cast<ImportChoice>(k);
         preview.words[k] = chosenWord(known, choice);
         if (preview.words[k] == 0) preview.words[k] = chosenWord(options, choice);
     }
-    preview.words[static_cast<int>(ImportChoice::delimiter)] = wordOfDelimiter(form.delimiter);
     preview.words[static_cast<int>(ImportChoice::oddRows)] = chosenWord(options, ImportChoice::oddRows);
     preview.labelColumn = std::max(plan.labelColumn, Index{-1});
 }
 
 void putCell(std::string_view text, const TextTarget& target, CellTable& cells, Index cell) {
     TableText cleaned;
-    cleanText(text, target, textSlotSize - 1, cleaned);
+    cleanText(text, target, textSlotLength, cleaned);
     cells.texts.set(cell, cleaned.text);
 }
 

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "data/import/column_names.h"
-
 namespace {
 
 // Adds a cell to what is known of its column.
@@ -61,7 +59,7 @@ ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mos
             if (survey.wishes[j].isOut() && j > 0) continue;
             const std::string_view cell = record.cells[j].text;
             code = surveyCell(cell, record.line, missing, survey.wishes[j], survey.columns[j], survey.texts);
-            bytes += std::clamp(std::ssize(cell), Index{2}, Index{62}) + 1;
+            bytes += std::clamp(std::ssize(cell), Index{2}, textSlotLength) + 1;
         }
         survey.widestRow = std::max(survey.widestRow, bytes);
     }
@@ -74,8 +72,7 @@ ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mos
     return code;
 }
 
-} // namespace
-
+// Tells a fault of the reading and where it stands.
 void refuseFault(RecordFault fault, Index line, ImportMessages& messages) {
     const long long at = line;
     switch (fault) {
@@ -106,6 +103,8 @@ void refuseFault(RecordFault fault, Index line, ImportMessages& messages) {
         break;
     }
 }
+
+} // namespace
 
 ErrorCode surveyImport(ByteSource& source, const ImportOptions& options, Index mostRows, ImportSurvey& survey,
                        ImportMessages& messages) {

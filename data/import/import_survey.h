@@ -23,6 +23,3 @@ struct ImportSurvey {
 // Reads the first `mostRows` rows of the source. Success; outOfMemory; illegalData with a refusal.
 [[nodiscard]] ErrorCode surveyImport(ByteSource& source, const ImportOptions& options, Index mostRows,
                                      ImportSurvey& survey, ImportMessages& messages);
-
-// Tells a fault of the reading and where it stands.
-void refuseFault(RecordFault fault, Index line, ImportMessages& messages);

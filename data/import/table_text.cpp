@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr Index longestCell = textSlotSize - 1;
-
 bool isControl(char32_t character) {
     return character < 0x20 || (character >= 0x7F && character < 0xA0) || character == 0x2028 ||
            character == 0x2029;
@@ -80,7 +78,7 @@ void cleanLabel(std::string_view utf8, const TextTarget& target, Index sample, T
             std::memmove(cell.text, cell.text + 1, static_cast<std::size_t>(cell.length) + 1);
         }
     };
-    clean(longestCell);
+    clean(textSlotLength);
     if (cell.length > 0 && !cell.isCut) return;
     char number[24] = "~";
     const Index length = 1 + digitsOf(sample, number + 1);
@@ -90,7 +88,7 @@ void cleanLabel(std::string_view utf8, const TextTarget& target, Index sample, T
         std::memcpy(cell.text, number + 1, static_cast<std::size_t>(cell.length));
     } else {
         const bool lacks = cell.lacks;
-        clean(longestCell - length);
+        clean(textSlotLength - length);
         std::memcpy(cell.text + cell.length, number, static_cast<std::size_t>(length));
         cell.length += length;
         cell.lacks = lacks;

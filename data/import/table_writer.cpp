@@ -120,7 +120,7 @@ ErrorCode writeTable(ByteSource& source, const ImportOptions& options, const Imp
         writeLabel(record, plan, lines, written);
         for (Index j = 0; j < survey.form.width; ++j) {
             const ColumnUse use = plan.uses[j];
-            if (use != ColumnUse::number && use != ColumnUse::category) continue;
+            if (!isVariable(use)) continue;
             lines.put(",");
             const std::string_view cell = record.cells[j].text;
             if (missing.has(cell)) {
@@ -153,7 +153,7 @@ bool writeCodebook(const ImportSurvey& survey, const ImportPlan& plan, TableSink
     bool sinks = sink.write("variable,category,text\n");
     Index variable = 0;
     for (Index j = 0; j < survey.form.width; ++j) {
-        if (plan.uses[j] != ColumnUse::number && plan.uses[j] != ColumnUse::category) continue;
+        if (!isVariable(plan.uses[j])) continue;
         const char* const name = plan.names[variable++];
         if (plan.uses[j] == ColumnUse::number) continue;
         const std::int32_t list = survey.columns[j].texts;

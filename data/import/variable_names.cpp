@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr Index longestName = textSlotSize - 1;
-
 // A name that is given, and the number that the next variable of that name gets or one of those below it.
 struct GivenName {
     std::uint64_t hash;
@@ -32,9 +30,9 @@ bool lookLikeSample(const ImportSurvey& survey, const ImportPlan& plan) {
     double last = 0.0;
     bool rise = true;
     for (Index j = 0; j < survey.form.width; ++j) {
-        if (plan.uses[j] != ColumnUse::number && plan.uses[j] != ColumnUse::category) continue;
+        if (!isVariable(plan.uses[j])) continue;
         TableText name;
-        cleanText(survey.names[j], plan.target, longestName, name);
+        cleanText(survey.names[j], plan.target, textSlotLength, name);
         if (!isNumber(name.text)) return false;
         const double value = parseNumber(name.text);
         rise = rise && value > last && value < 1e9 && value == std::floor(value);
@@ -54,16 +52,16 @@ ErrorCode nameVariables(const ImportSurvey& survey, ImportPlan& plan, ImportMess
     const bool isPrefixed = lookLikeSample(survey, plan);
     if (isPrefixed) messages.note("names that are numbers have a V before them");
     for (Index j = 0; j < survey.form.width; ++j) {
-        if (plan.uses[j] != ColumnUse::number && plan.uses[j] != ColumnUse::category) continue;
+        if (!isVariable(plan.uses[j])) continue;
         char numbered[100];
         std::snprintf(numbered, sizeof numbered, "V%lld", static_cast<long long>(j) + 1);
         std::string_view source = survey.names[j];
         TableText name;
-        cleanText(source, plan.target, longestName, name);
+        cleanText(source, plan.target, textSlotLength, name);
         if (isPrefixed) std::snprintf(numbered, sizeof numbered, "V%s", name.text);
         if (name.length == 0 || isPrefixed) {
             source = numbered;
-            cleanText(source, plan.target, longestName, name);
+            cleanText(source, plan.target, textSlotLength, name);
         }
         cut += name.isCut;
         lacking += name.lacks;
@@ -76,7 +74,7 @@ ErrorCode nameVariables(const ImportSurvey& survey, ImportPlan& plan, ImportMess
             char end[24];
             const int length =
                 std::snprintf(end, sizeof end, ".%lld", static_cast<long long>(same->nextNumber++));
-            cleanText(source, plan.target, longestName - length, name);
+            cleanText(source, plan.target, textSlotLength - length, name);
             std::memcpy(name.text + name.length, end, static_cast<std::size_t>(length) + 1);
             name.length += length;
         }
