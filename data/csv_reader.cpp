@@ -8,6 +8,8 @@
 #include <limits>
 #include <string_view>
 
+#include "data/eight_bytes.h"
+
 namespace {
 
 enum class Line { complete, unterminated, tooLong, none };
@@ -102,17 +104,13 @@ private:
 
 enum class Cell { found, tooLong, none };
 
-// The first comma of [first, last), or last. Eight characters are looked at at a time: the lowest byte whose
-// highest bit is set in `found` is a comma, those above it may be wrong.
+// The first comma of [first, last), or last.
 inline const char* findComma(const char* first, const char* last) {
-    constexpr std::uint64_t ones = 0x0101010101010101U;
-    constexpr bool isLowestFirst = std::endian::native == std::endian::little;
-    for (; isLowestFirst && last - first >= 8; first += 8) {
-        std::uint64_t bytes = 0;
-        std::memcpy(&bytes, first, sizeof bytes);
-        bytes ^= ones * ',';
-        const std::uint64_t found = (bytes - ones) & ~bytes & (ones << 7);
-        if (found != 0) return first + std::countr_zero(found) / 8;
+    if constexpr (isLowestFirst) {
+        for (; last - first >= 8; first += 8) {
+            const std::uint64_t found = markZeroByte(eightBytes(first) ^ everyByte(','));
+            if (found != 0) return first + std::countr_zero(found) / 8;
+        }
     }
     while (first < last && *first != ',') ++first;
     return first;

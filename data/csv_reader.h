@@ -13,9 +13,9 @@ constexpr std::size_t longestCsvLine = 4094;
 // is the header and fixes the columns: those up to its last cell that is not empty, before any cell of more
 // than 62 characters. Every further line that ends in a newline is a row.
 //
-// Returns success; notOpened (no such file, no header in it, or a read that failed); malformed (a
+// Returns done; notOpened (no such file, no header in it, or a read that failed); malformed (a
 // line of more than 4,095 characters or with a NUL, a row with too few cells or an empty one, a cell of more
-// than 62 characters below the header); or outOfMemory. The table is empty unless the result is success.
+// than 62 characters below the header); or outOfMemory. The table is empty unless the result is done.
 // `notes` tells what may be meant otherwise, or why the file is refused.
 [[nodiscard]] FileCode readCsv(const char* path, CellTable& table, ReadingNotes& notes);
 

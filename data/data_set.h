@@ -56,8 +56,7 @@ struct FittedModel {
     // By working column, without the purpose variable.
     Block<double> degrees;     // the power that a variable is raised to
     Block<double> startValues; // what a prediction starts from
-    Block<std::int32_t>
-        terms; // coefficients in the model: 0 or 1; the number of categories in a quantification
+    Block<std::int32_t> terms; // coefficients in the model: 0 or 1; in a quantification its categories
 
     Block<char> title; // of the model in a report
 

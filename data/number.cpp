@@ -1,11 +1,11 @@
 #include "data/number.h"
 
-#include <bit>
 #include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <limits>
 
+#include "data/eight_bytes.h"
 #include "numeric/block.h"
 
 namespace {
@@ -37,14 +37,7 @@ bool isLarge(const char* first, const char* last) {
     return scale + (negative ? -exponent : exponent) > 0;
 }
 
-// Eight characters, the first one in the lowest byte.
-std::uint64_t eightBytes(const char* at) {
-    std::uint64_t bytes = 0;
-    std::memcpy(&bytes, at, sizeof bytes);
-    return bytes;
-}
-
-// Whether all of them are digits: the upper halves of the bytes are 3, and stay so when 6 is added.
+// Whether eight characters are digits: the upper halves of the bytes are 3, and stay so when 6 is added.
 bool areDigits(std::uint64_t bytes) {
     constexpr std::uint64_t upper = 0xF0F0F0F0F0F0F0F0U;
     return ((bytes & upper) | ((bytes + 0x0606060606060606U) & upper) >> 4) == 0x3333333333333333U;
@@ -60,21 +53,21 @@ std::uint64_t eightDigits(std::uint64_t bytes) {
            32;
 }
 
-// A number without exponent whose digits are a whole number below 2^53 and whose decimals are at most 22:
-// both that and the power of ten are doubles, so that their quotient is the nearest one to the number
-// (Clinger 1990). False for any other, with what follows its digits in `last`.
+// A number without exponent of at most 18 digits that are a whole number below 2^53: both that and the power
+// of ten of its decimals are doubles, so that their quotient is the nearest one to the number (Clinger 1990).
+// False for any other, with what follows its digits in `last`.
 template <bool hasBytesBehind> bool readShortNumber(const char* first, const char*& last, double& value) {
-    static constexpr double powers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
     constexpr Index mostDigits = 18; // which fit into 64 bits
+    static constexpr double powers[mostDigits + 1] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,
+                                                      1e7,  1e8,  1e9,  1e10, 1e11, 1e12, 1e13,
+                                                      1e14, 1e15, 1e16, 1e17, 1e18};
     std::uint64_t whole = 0;
     const char* at = first;
     for (; isDigit(*at); ++at) whole = 10 * whole + static_cast<std::uint64_t>(*at - '0');
     Index digits = at - first, decimals = 0;
     if (*at == '.') {
         const char* const point = at++;
-        if constexpr (hasBytesBehind && std::endian::native == std::endian::little) {
+        if constexpr (hasBytesBehind && isLowestFirst) {
             const std::uint64_t bytes = eightBytes(at);
             if (areDigits(bytes)) {
                 whole = 100'000'000 * whole + eightDigits(bytes);

@@ -40,7 +40,7 @@ class Workbook {
 public:
     virtual ~Workbook() = default;
 
-    // Begins the conversation about the workbook at `path`. Success does not promise that there is one: the
+    // Begins the conversation about the workbook at `path`. `done` does not promise that there is one: the
     // requests tell.
     virtual LinkCode connectWorkbook(const char* path) = 0;
     // Asks for the cell with a name like "R12C3". notInitiated without a conversation, noData when the
@@ -58,12 +58,12 @@ struct SheetSize {
 };
 
 // Finds the table in the sheet. Its columns end before the first empty cell of the header, its rows before
-// the first empty cell in column A; rows that begin ";" or "//" are comments. Returns success (both counts
+// the first empty cell in column A; rows that begin ";" or "//" are comments. Returns done (both counts
 // are then at least 1), emptySheet, or the code of a request that failed.
 [[nodiscard]] LinkCode measureSheet(Workbook& workbook, SheetSize& size);
 
 // Fills `cells`, which has room for size.rows x size.cols texts, from the sheet: texts up to their line end
-// and of at most 62 characters. Calls showPercent(context, percent) after each row. Returns success,
+// and of at most 62 characters. Calls showPercent(context, percent) after each row. Returns done,
 // emptySheet, noData when rows have become comments since they were counted, or the code of a
 // request that failed.
 [[nodiscard]] LinkCode fetchSheet(Workbook& workbook, const SheetSize& size, TextList& cells,

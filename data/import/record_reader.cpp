@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include "data/eight_bytes.h"
 #include "data/import/text_hash.h"
 
 namespace {
@@ -23,25 +24,16 @@ std::string_view trimmed(const char* first, const char* last) {
     return {first, static_cast<std::size_t>(last - first)};
 }
 
-constexpr std::uint64_t everyByte(char c) {
-    return std::uint64_t{0x0101010101010101} * static_cast<unsigned char>(c);
-}
-
-// Marks the first byte of a word that is zero by its high bit; bytes above that can be marked wrongly.
-constexpr std::uint64_t zeroByte(std::uint64_t word) {
-    return (word - everyByte('\x01')) & ~word & everyByte('\x80');
-}
-
 // The first character of [at, last) that ends a cell, or `last`. Eight at a time: lengths of cells are as
 // good as random, and a branch for each costs more than the look.
 const char* findEnd(const char* at, const char* last, const CellEnds& ends) {
-    if constexpr (std::endian::native == std::endian::little) {
+    if constexpr (isLowestFirst) {
         const std::uint64_t delimiters = everyByte(ends.delimiter);
         for (; last - at >= 8; at += 8) {
-            std::uint64_t word;
-            std::memcpy(&word, at, sizeof word);
-            const std::uint64_t found = zeroByte(word ^ delimiters) | zeroByte(word ^ everyByte('\n')) |
-                                        zeroByte(word ^ everyByte('\r'));
+            const std::uint64_t bytes = eightBytes(at);
+            const std::uint64_t found = markZeroByte(bytes ^ delimiters) |
+                                        markZeroByte(bytes ^ everyByte('\n')) |
+                                        markZeroByte(bytes ^ everyByte('\r'));
             if (found != 0) return at + std::countr_zero(found) / 8;
         }
     }

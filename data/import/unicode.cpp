@@ -1,7 +1,6 @@
 #include "data/import/unicode.h"
 
-#include <cstdint>
-#include <cstring>
+#include "data/eight_bytes.h"
 
 namespace {
 
@@ -41,10 +40,9 @@ Index rightBytes(const Sequence& sequence, const char* text, Index length) {
 
 // Whether all 8 bytes are ASCII without a NUL.
 bool isPlain(const char* text) {
-    std::uint64_t word;
-    std::memcpy(&word, text, sizeof word);
-    constexpr std::uint64_t high = 0x8080808080808080, ones = 0x0101010101010101;
-    return (word & high) == 0 && ((word - ones) & high) == 0;
+    const std::uint64_t bytes = eightBytes(text);
+    constexpr std::uint64_t high = everyByte('\x80');
+    return (bytes & high) == 0 && ((bytes - everyByte('\x01')) & high) == 0;
 }
 
 } // namespace
