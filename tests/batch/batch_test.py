@@ -16,20 +16,17 @@ import tempfile
 import time
 import xml.etree.ElementTree
 
+from checks import check, end
+
 runner = str(pathlib.Path(sys.argv[1]).resolve())
 tests = pathlib.Path(__file__).resolve().parent.parent
 iris = str(tests / "reference" / "data" / "iris.csv")
 small, bad = "small.csv", "bad.csv"
-answers = []  # what was checked, and whether it held
 
 
 def run(*arguments, **options):
     done = subprocess.run([runner, *arguments], capture_output=True, text=True, timeout=60, **options)
     return done.returncode, done.stdout, done.stderr
-
-
-def check(what, is_so):
-    answers.append((what, is_so))
 
 
 def check_wrong_command_lines():
@@ -410,10 +407,7 @@ def main():
         check_import()
         check_long_report()
         os.chdir("/")
-    failures = [what for what, is_so in answers if not is_so]
-    print("".join("failed: %s\n" % failure for failure in failures), end="")
-    print("%d passed, %d failed" % (len(answers) - len(failures), len(failures)))
-    return 1 if failures else 0
+    return end()
 
 
 if __name__ == "__main__":

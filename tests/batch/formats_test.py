@@ -12,6 +12,8 @@ import shlex
 import subprocess
 import sys
 
+from checks import check, end
+
 runner = str(pathlib.Path(sys.argv[1]).resolve())
 reference = pathlib.Path(__file__).resolve().parent.parent / "reference"
 
@@ -118,14 +120,10 @@ def check_case(kind, options, data):
 def main():
     cases = [line.split("\t")[:4] for line in (reference / "cases.tsv").read_text().splitlines()]
     kinds = re.findall(r"^  ([a-z][-\w]*) ", run("--help")[1], re.MULTILINE)
-    failed = 0
     for name, *case in cases + [["case of %s" % kind, kind, "-", ""] for kind in set(kinds) - {c[1] for c in cases}]:
         wrong = check_case(*case) if case[2] else ["there is none"]
-        failed += bool(wrong)
-        if wrong:
-            print("%s: %s" % (name, "\n    ".join(map(str, wrong[:5]))))
-    print("%d passed, %d failed" % (len(cases) - failed, failed))
-    return 1 if failed else 0
+        check("%s: %s" % (name, "\n    ".join(map(str, wrong[:5]))), not wrong)
+    return end()
 
 
 if __name__ == "__main__":

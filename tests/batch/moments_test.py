@@ -12,16 +12,10 @@ import re
 import subprocess
 import sys
 
+from checks import check, end
+
 runner = str(pathlib.Path(sys.argv[1]).resolve())
 samples = pathlib.Path(__file__).resolve().parent.parent.parent / "samples"
-passed = failed = 0
-
-
-def check(good, *said):
-    global passed, failed
-    passed, failed = passed + bool(good), failed + (not good)
-    if not good:
-        print("FAILED", *said)
 
 
 def run(arguments, text=""):
@@ -100,13 +94,13 @@ def hold(arguments, name, form, group=None, change=None):
     status, report, notes = run([*arguments, "--moments", "-"], form(names, moved, group))
     whole = run([*arguments, *(["--group", group] if group else []), str(samples / name)])[1]
     lines, tolerance = report.split("\n"), 2e-6 if form is typed else 1e-9
-    check(status == 0 and "-- moments of %d samples" % len(rows) in lines, arguments, name, notes, report[:300])
+    check((arguments, name, notes, report[:300]), status == 0 and "-- moments of %d samples" % len(rows) in lines)
     rest = iter(whole.split("\n"))
     for line in lines:
         if not line.startswith("-- moments") and not any(alike(line, other, tolerance) for other in rest):
-            return check(False, arguments, name, form.__name__, repr(line))
-    check(len(lines) > 10, arguments, name, "is short")
-    check(form is not wide or "3 samples left out" in notes or group, arguments, notes)
+            return check((arguments, name, form.__name__, line), False)
+    check((arguments, name, "is short"), len(lines) > 10)
+    check((arguments, notes), form is not wide or "3 samples left out" in notes or group)
 
 
 fits = ["--method", "all"], ["--method", "forward"], ["--method=backward", "--criterion=f"], ["--numerics=textbook"]
@@ -151,7 +145,7 @@ for kind, expected in published.items():
         good = all(abs(a - abs(b)) < 2e-6 for a, b in zip(found, loadings))
         # Unrotated maximum likelihood factors are determined up to a rotation: what each variable has of them is not.
         total = abs(sum(a * a for a in found) - sum(b * b for b in loadings)) < 5e-6
-        check(found and (good or (kind == "ml-factor" and total)), kind, name, found, loadings)
+        check((kind, name, found, loadings), found and (good or (kind == "ml-factor" and total)))
 
 small = "n,left_out,mean_a,mean_b,cov_1_1,cov_2_1,cov_2_2\n9,0,1,2,4,1,9\n"
 matrix = ",a,b,c\na,1\nb,.9,1\nc,-.9,.9,1\n"
@@ -175,13 +169,12 @@ wrong = [
     ("the moments of all samples", "g," + small.replace("\n9", "\n1,9"))]
 for words, text in wrong:
     status, report, notes = run(["pca", "--moments", "-"], text)
-    check(status == 1 and words in notes and "illegal data nor data structure" in report, words, status, repr(notes))
+    check((words, status, notes), status == 1 and words in notes and "illegal data nor data structure" in report)
 for words, arguments in (("a row sd", ["regression", "--purpose=b"]), ("a row mean", ["regression", "--purpose=a"])):
     status, _, notes = run([*arguments, "--moments", "-"], ",a,b\nn,9\na,%d\nb,.5,1\n" % (1 + (words == "a row mean")))
-    check(status == 1 and words in notes, words, notes)
+    check((words, notes), status == 1 and words in notes)
 for arguments in (["cluster"], ["summary"], ["pca", "--save=s.csv"], ["pca", "--graph=p.svg"], ["pca", "--missing=omit"],
                   ["pca", "x.csv"]):
-    check(run([*arguments, "--moments", "-"], small)[0] == 2, arguments)
+    check(arguments, run([*arguments, "--moments", "-"], small)[0] == 2)
 
-print("%d passed, %d failed" % (passed, failed))
-sys.exit(failed > 0)
+sys.exit(end())

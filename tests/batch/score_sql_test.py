@@ -12,9 +12,10 @@ import subprocess
 import sys
 import tempfile
 
+from checks import check, end
+
 runner = str(pathlib.Path(sys.argv[1]).resolve())
 samples = pathlib.Path(__file__).resolve().parent.parent.parent / "samples"
-answers = []  # what was checked, and whether it held
 
 # Arguments with the file last; "moments" in front of those of which the moments do, too.
 cases = """
@@ -46,10 +47,6 @@ functions = {"power": math.pow, "ln": math.log, "exp": math.exp, "sqrt": math.sq
 
 def run(*arguments):
     return subprocess.run([runner, *arguments], capture_output=True, text=True, timeout=60)
-
-
-def check(what, is_so):
-    answers.append((what, is_so))
 
 
 def read(file):
@@ -140,10 +137,7 @@ def main():
         done = run("pca", "--min-eigenvalue=99", "--score-sql", "iris.csv")
         check("no expressions", (done.returncode, done.stdout) == (1, "") and "no expressions" in done.stderr)
         os.chdir("/")
-    failures = [what for what, is_so in answers if not is_so]
-    print("".join("failed: %s\n" % failure for failure in failures), end="")
-    print("%d passed, %d failed" % (len(answers) - len(failures), len(failures)))
-    return 1 if failures else 0
+    return end()
 
 
 if __name__ == "__main__":

@@ -13,13 +13,10 @@ import subprocess
 import sys
 import tempfile
 
+from checks import check, end
+
 runner = str(pathlib.Path(sys.argv[1]).resolve())
 samples = pathlib.Path(__file__).resolve().parent.parent.parent / "samples"
-answers = []  # what was checked, and whether it held
-
-
-def check(what, is_so):
-    answers.append((what, is_so))
 
 
 def run(*arguments):
@@ -178,10 +175,7 @@ def main():
     check_groups_and_rows()
     check_tables()
     check_refusals()
-    failures = [what for what, is_so in answers if not is_so]
-    print("".join("failed: %s\n" % failure for failure in failures), end="")
-    print("%d passed, %d failed" % (len(answers) - len(failures), len(failures)))
-    return 1 if failures else 0
+    return end()
 
 
 if __name__ == "__main__":
