@@ -6,11 +6,14 @@
 
 // The option --score-sql and what belongs to it.
 
+// Also of the command sql.
+constexpr OptionText dialectOption = {"--dialect", "standard|duckdb|postgresql|spark|trino",
+                                      "what the engine understands (standard)"};
 constexpr OptionText scoreOptions[] = {
     {"--score-sql", nullptr,
      "print what is told of each sample as SQL expressions, which score the\n"
      "rows of a table where it is: select *, EXPRESSIONS from TABLE"},
-    {"--dialect", "standard|duckdb|postgresql|spark|trino", "what the engine understands (standard)"},
+    dialectOption,
 };
 
 // Whether a kind, which may be null, has them.

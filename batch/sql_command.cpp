@@ -52,7 +52,7 @@ int runSql(int count, char** arguments) {
     }
     TextBuffer text;
     const bool hasMemory = text.allocate(4000, TextBuffer::Growth::growing) == success;
-    SqlText sql(text, command.dialect);
+    SqlText sql(text, command.line.dialect);
     if (hasMemory && !writeStatement(command, sql, complaint)) return refuse(complaint);
     if (!hasMemory || text.ranOutOfMemory()) {
         std::fprintf(stderr, "error : failed to allocate memory for data.\n");

@@ -14,30 +14,12 @@ constexpr OptionText options[] = {
     {"--columns", "NAME[,NAME...]", "the columns to analyse, in this order; may be repeated"},
     {"--table", "TABLE", "the table that they stand in, as it is written behind FROM"},
     {"--where", "TEXT", "take the rows alone for which this condition holds"},
-    {"--dialect", "standard|duckdb|postgresql|spark|trino", "what the engine understands (standard)"},
+    dialectOption,
     {"--categories", "N", "of quant3: the second column holds the categories 1 to N"},
     {"--output", "FILE", "write the statement to FILE; -: standard output"},
 };
 
-Match takeDialect(Option option, Arguments& arguments, SqlCommand& command, Complaint& complaint) {
-    if (!arguments.takeValue(option, complaint)) return Match::wrong;
-    int place = 0;
-    NearestWord nearest(option.value);
-    for (const char* word : dialectWords) {
-        nearest.offer(word);
-        if (std::strcmp(word, option.value) == 0) {
-            command.dialect = static_cast<SqlDialect>(place);
-            return Match::taken;
-        }
-        ++place;
-    }
-    complaint.say("--dialect takes %s, not '%.200s'", options[3].value, option.value);
-    nearest.suggest(complaint);
-    return Match::wrong;
-}
-
 Match takeSqlOption(Option option, Arguments& arguments, SqlCommand& command, Complaint& complaint) {
-    if (option.name == "--dialect") return takeDialect(option, arguments, command, complaint);
     if (option.name == "--columns") {
         if (!arguments.takeValue(option, complaint)) return Match::wrong;
         if (command.columns.grow(command.columns.size() + 1) != success) {

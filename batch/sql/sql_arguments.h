@@ -11,12 +11,11 @@
 // What the user asked `sql` for. Texts point into the arguments.
 struct SqlCommand {
     bool help = false;
-    CommandLine line;           // the kind, the options that it takes itself, and the output
+    CommandLine line;           // the kind, the options that it takes itself, the dialect and the output
     Block<const char*> columns; // lists of names, comma-separated
     const char* table = nullptr;
     const char* where = nullptr;      // null: every row
     const char* categories = nullptr; // of the second column of a cross table; null: not given
-    SqlDialect dialect = SqlDialect::standard;
 };
 
 // Reads the arguments behind "sql"; false and a complaint when they are wrong.

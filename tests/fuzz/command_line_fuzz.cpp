@@ -42,7 +42,7 @@ void trySql(int count, char** words) {
     if (complaint.any() || command.help) return;
     TextBuffer text;
     require(text.allocate(4000, TextBuffer::Growth::growing) == success);
-    SqlText sql(text, command.dialect);
+    SqlText sql(text, command.line.dialect);
     Block<SqlColumn> columns;
     std::string_view group;
     if (!listColumns(command, columns, group, complaint)) return require(complaint.any());
