@@ -7,6 +7,7 @@
 #include "batch/nearest_word.h"
 #include "batch/usage_line.h"
 #include "data/import/import_choice.h"
+#include "data/word_list.h"
 
 namespace {
 

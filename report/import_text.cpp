@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "data/word_list.h"
+
 namespace {
 
 constexpr std::int32_t mostColumns = 60;

@@ -7,6 +7,7 @@
 
 #include "data/letter_case.h"
 #include "data/number.h"
+#include "data/word_list.h"
 
 namespace {
 
@@ -285,18 +286,13 @@ ErrorCode MissingTexts::set(const ImportOptions& options) {
     for (const std::string_view usual : usualMissing) {
         if (add(usual) != success) return outOfMemory;
     }
-    for (std::string_view list : options.missing) {
-        for (;;) {
-            const std::size_t comma = list.find(',');
-            const std::string_view text = list.substr(0, comma);
-            if (text == "none") {
-                clear();
-            } else if (add(text) != success) {
-                return outOfMemory;
-            }
-            if (comma == std::string_view::npos) break;
-            list.remove_prefix(comma + 1);
-        }
+    for (const char* list : options.missing) {
+        const bool added = forEachNamed(list, [&](std::string_view text) {
+            if (text != "none") return add(text) == success;
+            clear();
+            return true;
+        });
+        if (!added) return outOfMemory;
     }
     return success;
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "data/word_list.h"
+
 namespace {
 
 struct Range {
@@ -39,21 +41,19 @@ Range findRange(std::string_view text, const ColumnNames& names) {
 template <class Use>
 ErrorCode eachNamed(const Block<const char*>& lists, ImportChoice choice, const ColumnNames& names,
                     ImportMessages& messages, Use use) {
-    for (std::string_view list : lists) {
-        for (;;) {
-            const std::size_t comma = list.find(',');
-            const std::string_view text = list.substr(0, comma);
+    for (const char* list : lists) {
+        const bool known = forEachNamed(list, [&](std::string_view text) {
             const Range range = findRange(text, names);
             if (range.first > range.last) {
                 const Shown name = shown(text, 200);
                 messages.refuse("%s: there is no column '%.*s'", messages.ask(choice), name.length,
                                 name.text);
-                return illegalData;
+                return false;
             }
             for (Index j = range.first; j <= range.last; ++j) use(j);
-            if (comma == std::string_view::npos) break;
-            list.remove_prefix(comma + 1);
-        }
+            return true;
+        });
+        if (!known) return illegalData;
     }
     return success;
 }

@@ -1,6 +1,7 @@
 #include "data/import/import_choice.h"
 
 #include <cstdio>
+#include <type_traits>
 
 namespace {
 
@@ -18,6 +19,33 @@ constexpr ImportChoiceNames choiceNames[importChoiceCount] = {
     {"--drop", "drop", nullptr},
     {"--categories", "categories", nullptr},
 };
+
+// Calls `visit` with what the options hold of a choice of words.
+template <class Options, class Visit> void visitWords(Options& options, ImportChoice choice, Visit visit) {
+    switch (choice) {
+    case ImportChoice::encoding:
+        return visit(options.encoding);
+    case ImportChoice::delimiter:
+        return visit(options.delimiter);
+    case ImportChoice::decimal:
+        return visit(options.decimal);
+    case ImportChoice::thousands:
+        return visit(options.thousands);
+    case ImportChoice::header:
+        return visit(options.header);
+    case ImportChoice::labels:
+        return visit(options.labels);
+    case ImportChoice::oddRows:
+        return visit(options.oddRows);
+    default:
+        return;
+    }
+}
+
+// The number of the word that the value 0 stands for: no word where that is `found`.
+int wordOfZero(ImportChoice choice) {
+    return choice == ImportChoice::oddRows ? 1 : 0;
+}
 
 Block<const char*>& textsOf(ImportOptions& options, ImportChoice choice) {
     switch (choice) {
@@ -38,68 +66,16 @@ const ImportChoiceNames& namesOf(ImportChoice choice) {
     return choiceNames[static_cast<int>(choice)];
 }
 
-std::string_view wordOf(std::string_view words, int number) {
-    for (; number > 1 && !words.empty(); --number) {
-        const std::size_t bar = words.find('|');
-        words.remove_prefix(bar == std::string_view::npos ? words.size() : bar + 1);
-    }
-    return words.substr(0, words.find('|'));
-}
-
-int findWord(std::string_view words, std::string_view word) {
-    for (int number = 1;; ++number) {
-        const std::string_view each = wordOf(words, number);
-        if (each.empty() || each == word) return each.empty() ? 0 : number;
-    }
-}
-
 int chosenWord(const ImportOptions& options, ImportChoice choice) {
-    switch (choice) {
-    case ImportChoice::encoding:
-        return static_cast<int>(options.encoding);
-    case ImportChoice::delimiter:
-        return static_cast<int>(options.delimiter);
-    case ImportChoice::decimal:
-        return static_cast<int>(options.decimal);
-    case ImportChoice::thousands:
-        return static_cast<int>(options.thousands);
-    case ImportChoice::header:
-        return static_cast<int>(options.header);
-    case ImportChoice::labels:
-        return static_cast<int>(options.labels);
-    case ImportChoice::oddRows:
-        return static_cast<int>(options.oddRows) + 1;
-    default:
-        return 0;
-    }
+    int number = 0;
+    visitWords(options, choice, [&](const auto& value) { number = static_cast<int>(value); });
+    return number + wordOfZero(choice);
 }
 
 void chooseWord(ImportOptions& options, ImportChoice choice, int number) {
-    switch (choice) {
-    case ImportChoice::encoding:
-        options.encoding = static_cast<TextEncoding>(number);
-        break;
-    case ImportChoice::delimiter:
-        options.delimiter = static_cast<Delimiter>(number);
-        break;
-    case ImportChoice::decimal:
-        options.decimal = static_cast<DecimalSign>(number);
-        break;
-    case ImportChoice::thousands:
-        options.thousands = static_cast<ThousandsMark>(number);
-        break;
-    case ImportChoice::header:
-        options.header = static_cast<HeaderRow>(number);
-        break;
-    case ImportChoice::labels:
-        options.labels = static_cast<LabelColumn>(number);
-        break;
-    case ImportChoice::oddRows:
-        options.oddRows = static_cast<OddRows>(number - 1);
-        break;
-    default:
-        break;
-    }
+    visitWords(options, choice, [&](auto& value) {
+        value = static_cast<std::remove_reference_t<decltype(value)>>(number - wordOfZero(choice));
+    });
 }
 
 void chooseLabelColumn(ImportOptions& options, Index column, char (&name)[24]) {

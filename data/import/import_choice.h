@@ -24,14 +24,10 @@ constexpr int importChoiceCount = static_cast<int>(ImportChoice::categories) + 1
 struct ImportChoiceNames {
     const char* option; // on the command line
     const char* label;  // in the dialog
-    const char* words;  // of a list, in the order of its values; the first is that behind `found`
+    const char*
+        words; // of a list (data/word_list.h), in the order of its values; the first is that behind `found`
 };
 const ImportChoiceNames& namesOf(ImportChoice choice);
-
-// The number of a word in such a list, from 1; 0 when it is none of them.
-int findWord(std::string_view words, std::string_view word);
-// The word with a number from 1; empty behind the last.
-std::string_view wordOf(std::string_view words, int number);
 
 // What is said of a list: the number of a word, 0 where it is left to be found. Rows of another length are
 // never found.

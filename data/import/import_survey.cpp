@@ -72,36 +72,34 @@ ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mos
     return code;
 }
 
-// Tells a fault of the reading and where it stands.
-void refuseFault(RecordFault fault, Index line, ImportMessages& messages) {
-    const long long at = line;
+// What is wrong with a line, behind its number; null where no line is told.
+const char* wordsOf(RecordFault fault) {
     switch (fault) {
     case RecordFault::none:
     case RecordFault::noMemory:
-        break;
+        return nullptr;
     case RecordFault::unreadable:
-        messages.refuse("line %lld: the file cannot be read", at);
-        break;
+        return ": the file cannot be read";
     case RecordFault::notUtf8:
-        messages.refuse("line %lld is no UTF-8: --encoding windows-1252 takes it otherwise", at);
-        break;
+        return " is no UTF-8: --encoding windows-1252 takes it otherwise";
     case RecordFault::holdsNul:
-        messages.refuse("line %lld holds a NUL, which no text does: --encoding utf-16 takes it otherwise",
-                        at);
-        break;
+        return " holds a NUL, which no text does: --encoding utf-16 takes it otherwise";
     case RecordFault::openQuote:
-        messages.refuse("line %lld: a quote is opened and not closed", at);
-        break;
+        return ": a quote is opened and not closed";
     case RecordFault::afterQuote:
-        messages.refuse("line %lld: a text follows a closing quote (another --delimiter?)", at);
-        break;
+        return ": a text follows a closing quote (another --delimiter?)";
     case RecordFault::tooLong:
-        messages.refuse("line %lld is longer than 16,777,216 characters (a quote that is not closed?)", at);
-        break;
+        return " is longer than 16,777,216 characters (a quote that is not closed?)";
     case RecordFault::tooWide:
-        messages.refuse("line %lld has more than 131,072 cells", at);
-        break;
+        return " has more than 131,072 cells";
     }
+    return nullptr;
+}
+
+// Tells a fault of the reading and where it stands.
+void refuseFault(RecordFault fault, Index line, ImportMessages& messages) {
+    const char* const words = wordsOf(fault);
+    if (words != nullptr) messages.refuse("line %lld%s", static_cast<long long>(line), words);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "batch/import_arguments.h"
 #include "data/import/import_preview.h"
 #include "data/import/import_table.h"
+#include "data/word_list.h"
 #include "tests/support/cases.h"
 #include "tests/support/failing_allocations.h"
 
