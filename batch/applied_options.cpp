@@ -5,14 +5,13 @@
 #include "batch/assignments.h"
 #include "batch/field_values.h"
 #include "batch/nearest_word.h"
+#include "data/word_list.h"
 
 namespace {
 
 // Puts the columns of a list of names into the slots from `slot` on.
 bool exclude(std::string_view names, int& slot, DataSet& data, Complaint& complaint) {
-    for (;;) {
-        const std::size_t comma = names.find(',');
-        const std::string_view name = names.substr(0, comma);
+    return forEachNamed(names, [&](std::string_view name) {
         const std::int32_t column = findColumn(data.cells, name);
         if (column == 0) {
             complaint.say("--exclude: there is no variable '%.*s' in the file", static_cast<int>(name.size()),
@@ -27,9 +26,8 @@ bool exclude(std::string_view names, int& slot, DataSet& data, Complaint& compla
             return false;
         }
         data.exclusion.slots[slot++] = column;
-        if (comma == std::string_view::npos) return true;
-        names.remove_prefix(comma + 1);
-    }
+        return true;
+    });
 }
 
 } // namespace

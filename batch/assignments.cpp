@@ -21,17 +21,6 @@ const AssignmentOption repeatable[] = {
      &CommandLine::predictions},
 };
 
-// Calls `use` with each assignment of a text; false once one is malformed or `use` is false.
-template <class Use> bool forEach(const char* text, Use use) {
-    std::string_view rest = text;
-    for (;;) {
-        Assignment assignment;
-        if (!takeAssignment(rest, assignment) || !use(assignment)) return false;
-        if (rest.empty()) return true;
-        rest.remove_prefix(1);
-    }
-}
-
 // The slot of a variable: the one that it has, or the first free one; slotCount when there is none.
 int findSlot(const AnalysisOptions& options, std::int32_t variable) {
     int slot = 0;
@@ -64,13 +53,13 @@ std::span<const AssignmentOption> assignmentOptions() {
 }
 
 bool isAssignmentList(const char* text) {
-    return forEach(text, [](const Assignment&) { return true; });
+    return forEachAssignment(text, [](const Assignment&) { return true; });
 }
 
 bool applyDegrees(const CommandLine& line, const DataSet& data, AnalysisOptions& options,
                   Complaint& complaint) {
     for (const char* text : line.degrees) {
-        const bool applied = forEach(text, [&](const Assignment& degree) {
+        const bool applied = forEachAssignment(text, [&](const Assignment& degree) {
             const std::int32_t variable = requireVariable("degree", degree.name, data, complaint);
             if (variable == 0) return false;
             const int slot = findSlot(options, variable);
@@ -90,7 +79,7 @@ bool applyDegrees(const CommandLine& line, const DataSet& data, AnalysisOptions&
 bool checkPredictions(const CommandLine& line, const DataSet& data, const AnalysisOptions& options,
                       Complaint& complaint) {
     for (const char* text : line.predictions) {
-        const bool known = forEach(text, [&](const Assignment& value) {
+        const bool known = forEachAssignment(text, [&](const Assignment& value) {
             const std::int32_t variable = requireVariable("predict", value.name, data, complaint);
             if (variable != 0 && variable == options.purposes[0]) {
                 complaint.say("--predict: '%.*s' is the purpose variable",
@@ -105,7 +94,7 @@ bool checkPredictions(const CommandLine& line, const DataSet& data, const Analys
 
 void flagPredicted(const CommandLine& line, const DataSet& data, Block<std::int32_t>& flags) {
     for (const char* text : line.predictions) {
-        forEach(text, [&](const Assignment& value) {
+        forEachAssignment(text, [&](const Assignment& value) {
             flags[findColumn(data.cells, value.name)] = 1;
             return true;
         });
@@ -113,7 +102,7 @@ void flagPredicted(const CommandLine& line, const DataSet& data, Block<std::int3
 }
 
 void enterValues(const char* text, const DataSet& data, PredictionEntry& entry) {
-    forEach(text, [&](const Assignment& value) {
+    forEachAssignment(text, [&](const Assignment& value) {
         const std::int32_t column = otherColumnOf(data, findVariable(data, value.name));
         entry.values[column] = value.value;
         return true;

@@ -27,6 +27,17 @@ struct Assignment {
 // it is malformed.
 bool takeAssignment(std::string_view& rest, Assignment& assignment);
 
+// Calls `use` with each assignment of a text; false once one is malformed or `use` is false.
+template <class Use> bool forEachAssignment(const char* text, Use use) {
+    std::string_view rest = text;
+    for (;;) {
+        Assignment assignment;
+        if (!takeAssignment(rest, assignment) || !use(assignment)) return false;
+        if (rest.empty()) return true;
+        rest.remove_prefix(1);
+    }
+}
+
 // Whether a text has this form; names of variables are not looked up.
 bool isAssignmentList(const char* text);
 

@@ -9,6 +9,7 @@
 #include "batch/nearest_word.h"
 #include "data/moments/moment_names.h"
 #include "data/number.h"
+#include "data/word_list.h"
 
 namespace {
 
@@ -80,8 +81,7 @@ void describeRange(const OptionField& field, char* text, std::size_t size) {
 void appendVariables(const DataSet& data, Complaint& complaint) {
     const DataMatrix& loaded = data.loaded;
     for (std::int32_t v = 0; v < loaded.variables; ++v) {
-        append(complaint.text, sizeof complaint.text, v == 0 ? "; the variables are " : ", ");
-        append(complaint.text, sizeof complaint.text, loaded.name(v));
+        complaint.add("%s%s", v == 0 ? "; the variables are " : ", ", loaded.name(v));
     }
 }
 
@@ -123,6 +123,17 @@ void complainOfValue(OptionFields fields, std::string_view name, const char* tex
     nearest.suggest(complaint);
 }
 
+std::int32_t columnNumber(std::string_view name, std::int32_t most) {
+    if (!name.starts_with('#')) return 0;
+    std::int32_t number = 0;
+    for (const char digit : name.substr(1)) {
+        if (digit < '0' || digit > '9') return 0;
+        number = 10 * number + (digit - '0');
+        if (number > most) return 0;
+    }
+    return number;
+}
+
 std::int32_t findColumn(const CellTable& cells, std::string_view name) {
     std::int32_t column = findName(cells, name);
     if (column != 0) return column;
@@ -138,14 +149,7 @@ std::int32_t findColumn(const CellTable& cells, std::string_view name) {
         column = static_cast<std::int32_t>(findNameButCase(names, name)) + 1;
         if (column != 0) return column;
     }
-    if (name.size() < 2 || name[0] != '#') return 0;
-    std::int32_t number = 0;
-    for (const char digit : name.substr(1)) {
-        if (digit < '0' || digit > '9') return 0;
-        number = 10 * number + (digit - '0');
-        if (number >= cells.cols) return 0;
-    }
-    return number;
+    return columnNumber(name, cells.cols - 1);
 }
 
 std::int32_t findVariable(const DataSet& data, std::string_view name) {
@@ -190,20 +194,18 @@ bool setField(const OptionField& field, const char* text, const DataSet& data, A
         break;
     }
     for (int k = 0; k < field.count; ++k) wholeOption(options, field, k) = 0;
-    std::string_view rest = text;
-    for (int k = 0;; ++k) {
-        const std::size_t end = field.type == OptionType::variables ? rest.find(',') : std::string_view::npos;
-        const std::string_view name = rest.substr(0, end);
+    int used = 0;
+    const auto choose = [&](std::string_view name) {
         const std::int32_t variable = requireVariable(field.name, name, data, complaint);
         if (variable == 0) return false;
-        if (k == field.count) {
+        if (used == field.count) {
             complaint.say("--%s takes at most %d variables", field.name, field.count);
             return false;
         }
-        wholeOption(options, field, k) = variable;
-        if (end == std::string_view::npos) return true;
-        rest.remove_prefix(end + 1);
-    }
+        wholeOption(options, field, used++) = variable;
+        return true;
+    };
+    return field.type == OptionType::variables ? forEachNamed(text, choose) : choose(text);
 }
 
 bool isChosen(const OptionField& field, const DataSet& data, AnalysisOptions& options) {

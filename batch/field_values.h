@@ -16,6 +16,9 @@ bool isFieldValue(const OptionField& field, const char* text);
 // Says what the fields of this name take.
 void complainOfValue(OptionFields fields, std::string_view name, const char* text, Complaint& complaint);
 
+// The number of a column from 1 to `most` that is named as "#3"; 0 for any other name.
+std::int32_t columnNumber(std::string_view name, std::int32_t most);
+
 // The column of the cell table with this name, or of the number in "#3"; 0 when there is none.
 std::int32_t findColumn(const CellTable& cells, std::string_view name);
 

@@ -1,8 +1,6 @@
 #include "batch/nearest_word.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstring>
 
 namespace {
 
@@ -49,7 +47,6 @@ void NearestWord::offer(std::string_view word) {
 
 bool NearestWord::suggest(Complaint& complaint) const {
     if (nearest_[0] == '\0') return false;
-    const std::size_t used = std::strlen(complaint.text);
-    std::snprintf(complaint.text + used, sizeof complaint.text - used, "; did you mean '%s'?", nearest_);
+    complaint.add("; did you mean '%s'?", nearest_);
     return true;
 }

@@ -10,10 +10,6 @@
 
 namespace {
 
-const char* nameOf(const AnalysisKind* kind) {
-    return kind != nullptr ? kind->batchName : "summary";
-}
-
 // Whether the rows of its table are its columns again, so that no variable can be excluded alone.
 bool isSquare(const AnalysisKind& kind) {
     return kind.number == quantification4Kind || kind.number == principalCoordinatesKind;
@@ -36,16 +32,13 @@ void keepNamed(const CommandLine& line, const AnalysisRun& run, Block<std::int32
 }
 
 // By its name, or by its number where a shell or the option would take the name otherwise.
-void appendColumn(const CellTable& cells, std::int32_t column, Complaint& complaint) {
+void addColumn(const CellTable& cells, std::int32_t column, Complaint& complaint) {
     const char* const name = cells.cell(0, column);
-    const std::size_t used = std::strlen(complaint.text);
-    char* const end = complaint.text + used;
-    const std::size_t room = sizeof complaint.text - used;
     const bool isPlain = name[0] != '\0' && std::strpbrk(name, " #\t\"'`$&|;<>()*?[]{}~!\\") == nullptr;
     if (isPlain && findColumn(cells, name) == column) {
-        std::snprintf(end, room, "%s", name);
+        complaint.add("%s", name);
     } else {
-        std::snprintf(end, room, "#%d", column);
+        complaint.add("#%d", column);
     }
 }
 
@@ -53,14 +46,10 @@ void complainOfLines(const CommandLine& line, const AnalysisRun& run, const Reme
                      Complaint& complaint) {
     complaint.say("--save: a line would pass the %d characters that can be read again; ",
                   static_cast<int>(longestCsvLine));
-    const auto append = [&](const char* text) {
-        const std::size_t used = std::strlen(complaint.text);
-        std::snprintf(complaint.text + used, sizeof complaint.text - used, "%s", text);
-    };
-    if (!remedy.helps || isSquare(*line.kind)) return append("no --exclude would do");
+    if (!remedy.helps || isSquare(*line.kind)) return complaint.add("no --exclude would do");
     for (int k = 0; k < remedy.count; ++k) {
-        append(k == 0 ? "this would do: --exclude=" : ",");
-        appendColumn(run.data.cells, remedy.columns[k], complaint);
+        complaint.add("%s", k == 0 ? "this would do: --exclude=" : ",");
+        addColumn(run.data.cells, remedy.columns[k], complaint);
     }
 }
 
@@ -86,7 +75,7 @@ bool checkSaveOptions(const CommandLine& line, Complaint& complaint) {
         if (line.clusters > 0 && line.picture.file == nullptr)
             complaint.say("--clusters needs --save FILE.csv or --graph FILE.svg");
     } else if (line.kind == nullptr || !line.kind->hasSampleColumns) {
-        complaint.say("--save: '%s' has no columns for samples", nameOf(line.kind));
+        complaint.say("--save: '%s' has no columns for samples", kindWord(line));
     }
     return !complaint.any();
 }

@@ -25,6 +25,6 @@ bool checkSaving(const CommandLine& line, const DataSet& data, const AnalysisOpt
                  Complaint& complaint);
 
 // Fills an unallocated text with the table to save after a run. A complaint, with success, when it could not
-// be read again. Returns 0 or outOfMemory.
+// be read again. Returns success or outOfMemory.
 [[nodiscard]] ErrorCode composeSavedTable(const CommandLine& line, const AnalysisRun& run, TextBuffer& text,
                                           Complaint& complaint);

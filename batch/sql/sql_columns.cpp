@@ -3,9 +3,11 @@
 #include <algorithm>
 
 #include "batch/assignments.h"
+#include "batch/field_values.h"
 #include "batch/nearest_word.h"
 #include "batch/sql/sql_kind.h"
 #include "data/text_slot.h"
+#include "data/word_list.h"
 
 namespace {
 
@@ -29,28 +31,12 @@ bool add(std::string_view name, SqlColumn::Role role, Block<SqlColumn>& columns,
     return !complaint.any();
 }
 
-// Calls `use` with each name of a comma-separated list until it is false.
-template <class Use> bool forEachName(std::string_view names, Use use) {
-    for (;;) {
-        const std::size_t comma = names.find(',');
-        if (!use(names.substr(0, comma))) return false;
-        if (comma == std::string_view::npos) return true;
-        names.remove_prefix(comma + 1);
-    }
-}
-
 // The column of this name, or of the number in "#3"; null when there is none.
 SqlColumn* find(std::string_view name, Block<SqlColumn>& columns) {
     for (SqlColumn& column : columns) {
         if (column.name == name) return &column;
     }
-    if (name.size() < 2 || name[0] != '#') return nullptr;
-    Index number = 0;
-    for (const char digit : name.substr(1)) {
-        if (digit < '0' || digit > '9') return nullptr;
-        number = 10 * number + (digit - '0');
-        if (number > columns.size()) return nullptr;
-    }
+    const Index number = columnNumber(name, static_cast<std::int32_t>(columns.size()));
     return number > 0 ? &columns[number - 1] : nullptr;
 }
 
@@ -87,7 +73,7 @@ bool givePurposes(const CommandLine& line, Block<SqlColumn>& columns, Complaint&
         if (reductionOf(*line.kind) == Reduction::curveMoments) complaint.say("--purpose NAME is needed");
         return !complaint.any();
     }
-    return forEachName(names, [&](std::string_view name) {
+    return forEachNamed(names, [&](std::string_view name) {
         return giveRole("purpose", name, SqlColumn::purpose, columns, complaint);
     });
 }
@@ -101,9 +87,8 @@ bool giveGroup(const CommandLine& line, Block<SqlColumn>& columns, Complaint& co
 }
 
 bool giveDegrees(const CommandLine& line, Block<SqlColumn>& columns, Complaint& complaint) {
-    for (std::string_view rest : line.degrees) {
-        Assignment degree;
-        while (takeAssignment(rest, degree)) {
+    for (const char* text : line.degrees) {
+        const bool given = forEachAssignment(text, [&](const Assignment& degree) {
             SqlColumn* const column = require("degree", degree.name, columns, complaint);
             if (column == nullptr) return false;
             if (!(degree.value > 0.0)) {
@@ -112,16 +97,16 @@ bool giveDegrees(const CommandLine& line, Block<SqlColumn>& columns, Complaint& 
                 return false;
             }
             column->degree = degree.value;
-            if (rest.empty()) break;
-            rest.remove_prefix(1);
-        }
+            return true;
+        });
+        if (!given) return false;
     }
     return true;
 }
 
 bool exclude(const CommandLine& line, Block<SqlColumn>& columns, Complaint& complaint) {
     for (const char* names : line.excludes) {
-        const bool known = forEachName(names, [&](std::string_view name) {
+        const bool known = forEachNamed(names, [&](std::string_view name) {
             SqlColumn* const column = require("exclude", name, columns, complaint);
             if (column != nullptr) column->role = SqlColumn::leftOut;
             return column != nullptr;
@@ -136,7 +121,7 @@ bool exclude(const CommandLine& line, Block<SqlColumn>& columns, Complaint& comp
 bool listColumns(const SqlCommand& command, Block<SqlColumn>& columns, std::string_view& group,
                  Complaint& complaint) {
     for (const char* names : command.columns) {
-        const bool added = forEachName(
+        const bool added = forEachNamed(
             names, [&](std::string_view name) { return add(name, SqlColumn::variable, columns, complaint); });
         if (!added) return false;
     }
