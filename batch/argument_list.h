@@ -1,8 +1,11 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 
 #include "batch/complaint.h"
+#include "batch/nearest_word.h"
+#include "numeric/block.h"
 
 // An argument split into the name of an option and the value that follows its "=", if one does.
 struct Option {
@@ -43,3 +46,25 @@ private:
 
 // False and a complaint when the option has a value.
 bool refuseValue(const Option& option, Complaint& complaint);
+
+// Takes an option whose value is a text, one of these names.
+struct TextOption {
+    std::string_view name;
+    const char*& text;
+};
+Match takeText(Option option, std::span<const TextOption> known, Arguments& arguments, Complaint& complaint);
+
+// Takes --output; a path that stands for standard output becomes null.
+Match takeOutput(const Option& option, Arguments& arguments, const char*& path, Complaint& complaint);
+
+// Adds the value of an option that can be given again and again.
+Match takeRepeated(Option option, Arguments& arguments, Block<const char*>& texts, Complaint& complaint);
+
+// Finds the value of an option in a list of words (data/word_list.h); `number` counts from 1.
+Match takeWord(Option option, Arguments& arguments, const char* words, int& number, Complaint& complaint);
+
+// Takes what is no option for the only file; false and a complaint when there is one.
+bool takeFile(const char* path, const char*& file, Complaint& complaint);
+
+// Says that there is no such option, and which may be meant.
+void complainOfOption(const Option& option, const NearestWord& nearest, Complaint& complaint);

@@ -1,7 +1,5 @@
 #include "batch/arguments.h"
 
-#include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -14,6 +12,7 @@
 #include "batch/nearest_word.h"
 #include "batch/saved_columns.h"
 #include "batch/threads.h"
+#include "data/word_list.h"
 
 namespace {
 
@@ -32,86 +31,44 @@ bool parseCount(const Option& option, int greatest, int& count, Complaint& compl
     return true;
 }
 
-// Adds the value of an option that can be given again and again.
-Match takeRepeated(Option option, Arguments& arguments, Block<const char*>& texts, Complaint& complaint) {
-    if (!arguments.takeValue(option, complaint)) return Match::wrong;
-    if (texts.grow(texts.size() + 1) != success) {
-        complaint.say("no memory for %.*s", static_cast<int>(option.name.size()), option.name.data());
-        return Match::wrong;
-    }
-    texts[texts.size() - 1] = option.value;
-    return Match::taken;
-}
-
-Match parseNumerics(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
-    if (!arguments.takeValue(option, complaint)) return Match::wrong;
-    line.numerics = findNumerics(option.value);
-    if (line.numerics != nullptr) return Match::taken;
-    complaint.say("--numerics takes classic|textbook, not '%.200s'", option.value);
-    NearestWord nearest(option.value);
-    for (const char* word : {"classic", "textbook"}) nearest.offer(word);
-    nearest.suggest(complaint);
-    return Match::wrong;
-}
-
 // Of an option that takes one of some words: puts the place of the word into `choice`.
-template <class Choice, std::size_t count>
-Match parseWord(Option option, Arguments& arguments, const char* const (&words)[count], Choice& choice,
-                Complaint& complaint) {
+template <class Choice>
+Match takeChoice(const Option& option, Arguments& arguments, const char* words, Choice& choice,
+                 Complaint& complaint) {
+    int number = 0;
+    const Match match = takeWord(option, arguments, words, number, complaint);
+    if (match == Match::taken) choice = static_cast<Choice>(number - 1);
+    return match;
+}
+
+Match takeNumerics(const Option& option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+    int number = 0;
+    const Match match = takeWord(option, arguments, numericsWords, number, complaint);
+    if (match == Match::taken) line.numerics = findNumerics(wordOf(numericsWords, number));
+    return match;
+}
+
+Match takeMoments(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
     if (!arguments.takeValue(option, complaint)) return Match::wrong;
-    char known[80] = "";
-    for (std::size_t k = 0; k < count; ++k) {
-        if (std::strcmp(words[k], option.value) == 0) {
-            choice = static_cast<Choice>(k);
-            return Match::taken;
-        }
-        const std::size_t used = std::strlen(known);
-        std::snprintf(known + used, sizeof known - used, "%s%s", k > 0 ? "|" : "", words[k]);
-    }
-    complaint.say("%.*s takes %s, not '%.200s'", static_cast<int>(option.name.size()), option.name.data(),
-                  known, option.value);
-    NearestWord nearest(option.value);
-    for (const char* word : words) nearest.offer(word);
-    nearest.suggest(complaint);
-    return Match::wrong;
+    line.isMoments = true;
+    return takeFile(option.value, line.file, complaint) ? Match::taken : Match::wrong;
 }
 
-bool takeFile(const char* path, CommandLine& line, Complaint& complaint) {
-    if (line.file != nullptr) complaint.say("one file at a time: '%.150s' and '%.150s'", line.file, path);
-    line.file = path;
-    return !complaint.any();
-}
-
-Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+Match takeCommonOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+    if (option.name == "--output") return takeOutput(option, arguments, line.output, complaint);
     if (option.name == "--exclude") return takeRepeated(option, arguments, line.excludes, complaint);
-    if (option.name == "--numerics") return parseNumerics(option, arguments, line, complaint);
+    if (option.name == "--numerics") return takeNumerics(option, arguments, line, complaint);
+    if (option.name == "--moments") return takeMoments(option, arguments, line, complaint);
     if (option.name == "--missing")
-        return parseWord(option, arguments, missingWords, line.missing, complaint);
-    if (option.name == "--format") return parseWord(option, arguments, formatWords, line.format, complaint);
-    const struct {
-        const char* name;
-        const char*& target;
-    } texts[] = {{"--output", line.output}, {"--save", line.saved}, {"--path", line.shownPath}};
-    for (const auto& text : texts) {
-        if (option.name != text.name) continue;
-        if (!arguments.takeValue(option, complaint)) return Match::wrong;
-        text.target = isStandardStream(option.value) && option.name == "--output" ? nullptr : option.value;
-        return Match::taken;
-    }
-
-    if (option.name == "--moments") {
-        if (!arguments.takeValue(option, complaint)) return Match::wrong;
-        line.isMoments = true;
-        return takeFile(option.value, line, complaint) ? Match::taken : Match::wrong;
-    }
+        return takeChoice(option, arguments, missingWords, line.missing, complaint);
+    if (option.name == "--format") return takeChoice(option, arguments, formatWords, line.format, complaint);
     if (option.name == "--dialect") {
         line.hasDialect = true;
-        return parseWord(option, arguments, dialectWords, line.dialect, complaint);
+        return takeChoice(option, arguments, dialectWords, line.dialect, complaint);
     }
     if (option.name == "--divisor") {
-        const Match match = parseWord(option, arguments, divisorWords, line.divisorIsN, complaint);
         line.hasDivisor = true;
-        return match;
+        return takeChoice(option, arguments, divisorWords, line.divisorIsN, complaint);
     }
     const struct {
         const char* name;
@@ -134,11 +91,12 @@ Match parseCommonOption(Option option, Arguments& arguments, CommandLine& line, 
         flag.target = true;
         return refuseValue(option, complaint) ? Match::taken : Match::wrong;
     }
-    return Match::none;
+    const TextOption texts[] = {{"--save", line.saved}, {"--path", line.shownPath}};
+    return takeText(option, texts, arguments, complaint);
 }
 
 // Fields may share a name, each with its own words.
-Match parseFieldOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+Match takeFieldOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
     if (line.kind == nullptr) return Match::none;
     std::string_view name = option.name.substr(2);
     const bool negated = name.substr(0, 3) == "no-";
@@ -165,7 +123,7 @@ Match parseFieldOption(Option option, Arguments& arguments, CommandLine& line, C
     return Match::wrong;
 }
 
-Match parseAssignmentOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+Match takeAssignmentOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
     if (line.kind == nullptr) return Match::none;
     for (const AssignmentOption& each : assignmentOptions()) {
         if (option.name.substr(2) != each.name || !each.isTakenBy(*line.kind)) continue;
@@ -179,28 +137,20 @@ Match parseAssignmentOption(Option option, Arguments& arguments, CommandLine& li
     return Match::none;
 }
 
-Match parseClustersOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+Match takeClustersOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
     if (option.name != "--clusters" || !numbersClusters(line.kind)) return Match::none;
     const bool taken =
         arguments.takeValue(option, complaint) && parseClusters(option.value, line.clusters, complaint);
     return taken ? Match::taken : Match::wrong;
 }
 
-Match parsePictureOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
+Match takePictureOption(Option option, Arguments& arguments, CommandLine& line, Complaint& complaint) {
     const PictureOption known = findPictureOption(option.name);
     if (known == PictureOption::none) return Match::none;
     const bool taken = known == PictureOption::value ? arguments.takeValue(option, complaint)
                                                      : refuseValue(option, complaint);
     return taken && setPictureOption(option.name, option.value, line.picture, complaint) ? Match::taken
                                                                                          : Match::wrong;
-}
-
-void complainOfOption(const Option& option, const AnalysisKind* kind, Complaint& complaint) {
-    complaint.say("there is no option '%.*s'",
-                  static_cast<int>(std::min<std::size_t>(option.name.size(), 200)), option.name.data());
-    NearestWord nearest(option.name);
-    forEachOption(kind, [&](const KnownOption& known) { nearest.offer(known.name); });
-    nearest.suggest(complaint);
 }
 
 // The first argument: an analysis, or a question about the program.
@@ -214,26 +164,30 @@ bool parseKind(const char* word, CommandLine& line, Complaint& complaint) {
     } else if (isVersion(word)) {
         line.task = CommandLine::Task::version;
     } else if (std::strcmp(word, "summary") != 0) {
-        line.kind = findKind(word);
-        if (line.kind == nullptr || line.kind->analysis == nullptr) {
-            complaint.say("there is no analysis '%.200s'", word);
-            NearestWord nearest(word);
-            for (const char* command : commandWords()) nearest.offer(command);
-            for (const AnalysisKind& each : analysisKinds()) nearest.offer(each.batchName);
-            nearest.suggest(complaint);
-            return false;
-        }
+        line.kind = requireKind(word, commandWords(), complaint);
+        return line.kind != nullptr;
     }
     return true;
 }
 
 } // namespace
 
+const AnalysisKind* requireKind(const char* word, std::span<const char* const> others, Complaint& complaint) {
+    const AnalysisKind* const kind = findKind(word);
+    if (kind != nullptr && kind->analysis != nullptr) return kind;
+    complaint.say("there is no analysis '%.200s'", word);
+    NearestWord nearest(word);
+    for (const char* other : others) nearest.offer(other);
+    for (const AnalysisKind& each : analysisKinds()) nearest.offer(each.batchName);
+    nearest.suggest(complaint);
+    return nullptr;
+}
+
 Match takeAnalysisOption(const Option& option, Arguments& arguments, CommandLine& line,
                          Complaint& complaint) {
-    for (const auto parse : {parseCommonOption, parsePictureOption, parseFieldOption, parseAssignmentOption,
-                             parseClustersOption}) {
-        const Match match = parse(option, arguments, line, complaint);
+    for (const auto take :
+         {takeCommonOption, takePictureOption, takeFieldOption, takeAssignmentOption, takeClustersOption}) {
+        const Match match = take(option, arguments, line, complaint);
         if (match != Match::none) return match;
     }
     return Match::none;
@@ -248,7 +202,7 @@ bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Compla
     while (const char* argument = arguments.next()) {
         const bool isShort = isHelp(argument) || isVersion(argument);
         if (optionsEnded || (std::strncmp(argument, "--", 2) != 0 && !isShort)) {
-            if (!takeFile(argument, line, complaint)) return false;
+            if (!takeFile(argument, line.file, complaint)) return false;
             continue;
         }
         const Option option = splitOption(argument);
@@ -262,7 +216,11 @@ bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Compla
             return true;
         } else {
             const Match match = takeAnalysisOption(option, arguments, line, complaint);
-            if (match == Match::none) complainOfOption(option, line.kind, complaint);
+            if (match == Match::none) {
+                NearestWord nearest(option.name);
+                forEachOption(line.kind, [&](const KnownOption& known) { nearest.offer(known.name); });
+                complainOfOption(option, nearest, complaint);
+            }
             if (match != Match::taken) return false;
         }
     }

@@ -8,5 +8,9 @@
 // they mean nothing before the file is read.
 bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Complaint& complaint);
 
+// The kind of this name; null and a complaint when there is none, which looks among `others`, too, for what
+// may be meant.
+const AnalysisKind* requireKind(const char* word, std::span<const char* const> others, Complaint& complaint);
+
 // Takes an option of the line's kind, or of every kind, with its value.
 Match takeAnalysisOption(const Option& option, Arguments& arguments, CommandLine& line, Complaint& complaint);

@@ -2,17 +2,17 @@
 
 #include "analysis/run/analysis_kind.h"
 #include "batch/picture.h"
+#include "data/word_list.h"
 #include "report/sql_text.h"
 
-// What `--missing` takes, in the order of MissingPolicy.
-constexpr const char* missingWords[] = {"zero", "omit", "fail"};
-
-// What `--divisor` takes, N last.
-constexpr const char* divisorWords[] = {"n-1", "n"};
-
-// What `--format` takes, in the order of ReportFormat.
 enum class ReportFormat { text, json, markdown, html };
-constexpr const char* formatWords[] = {"text", "json", "markdown", "html"};
+
+// What options take that have words to choose from (data/word_list.h): those of `--missing` and `--format` in
+// the order of MissingPolicy and ReportFormat.
+constexpr const char* missingWords = "zero|omit|fail";
+constexpr const char* formatWords = "text|json|markdown|html";
+constexpr const char* divisorWords = "n-1|n";
+constexpr const char* numericsWords = "classic|textbook";
 
 // What the user asked for. Texts point into the arguments.
 struct CommandLine {
@@ -21,21 +21,21 @@ struct CommandLine {
     Task task = Task::run;
     const AnalysisKind* kind = nullptr; // null: the summary of the file
     const char* file = nullptr;
-    bool isMoments = false;      // the file holds moments
-    bool divisorIsN = false;     // of deviations and covariances in a typed matrix
-    bool hasDivisor = false;     // it was given
-    Block<const char*> excludes; // names, comma-separated, in the order given
-    const char* output = nullptr;
+    bool isMoments = false;       // the file holds moments
+    bool divisorIsN = false;      // of deviations and covariances in a typed matrix
+    bool hasDivisor = false;      // it was given
+    Block<const char*> excludes;  // names, comma-separated, in the order given
+    const char* output = nullptr; // null: standard output
     ReportFormat format = ReportFormat::text;
-    const char* shownPath = nullptr;
-    const char* saved = nullptr; // the file for the table with its sample columns
-    bool scoresBySql = false;    // expressions are printed in the place of the report
-    bool hasDialect = false;     // it was given
+    const char* shownPath = nullptr; // by the summary; null: that of the file
+    const char* saved = nullptr;     // the file for the table with its sample columns
+    bool scoresBySql = false;        // expressions are printed in the place of the report
     SqlDialect dialect = SqlDialect::standard;
-    int clusters = 0;      // in which samples are numbered there
-    int variableWidth = 0; // 0: not given
-    int labelWidth = 0;
-    int threads = 0; // 0: as many as the machine has
+    bool hasDialect = false; // it was given
+    int clusters = 0;        // that samples are numbered by, or a tree is cut into; 0: not given
+    int variableWidth = 0;   // 0: not given
+    int labelWidth = 0;      // likewise
+    int threads = 0;         // 0: as many as the machine has
     bool strict = false;
     MissingPolicy missing = MissingPolicy::zero;
     const Numerics* numerics = nullptr; // null: not given
@@ -55,9 +55,12 @@ struct CommandLine {
 inline const char* kindWord(const CommandLine& line) {
     return line.kind != nullptr ? line.kind->batchName : "summary";
 }
-inline const char* missingWord(MissingPolicy policy) {
-    return missingWords[static_cast<int>(policy)];
+inline std::string_view missingWord(MissingPolicy policy) {
+    return wordOf(missingWords, static_cast<int>(policy) + 1);
 }
-inline const char* numericsWord(const Numerics& numerics) {
-    return numerics.textbook ? "textbook" : "classic";
+inline std::string_view divisorWord(bool divisorIsN) {
+    return wordOf(divisorWords, divisorIsN ? 2 : 1);
+}
+inline std::string_view numericsWord(const Numerics& numerics) {
+    return wordOf(numericsWords, numerics.textbook ? 2 : 1);
 }

@@ -6,6 +6,7 @@
 #include "batch/argument_list.h"
 #include "batch/import_arguments.h"
 #include "batch/known_options.h"
+#include "batch/run_file.h"
 #include "batch/sql/sql_arguments.h"
 #include "batch/terminal.h"
 
@@ -41,18 +42,14 @@ template <class Use> void forEachCommand(Use use) {
         forEachOption(&kind, [&](const KnownOption& option) { options.add(option); });
         use(kind.batchName, kind.batchTitle, options);
     }
-    for (const OptionText& option : importOptions()) {
-        import.add(knownOption("", option.name, option.value, option.help));
-    }
+    for (const OptionText& option : importOptions()) import.add(knownOption(option));
     use("import", "make a data file of a table that another program saved", import);
-    for (const OptionText& option : sqlOptions()) {
-        sql.add(knownOption("", option.name, option.value, option.help));
-    }
+    for (const OptionText& option : sqlOptions()) sql.add(knownOption(option));
     for (const char* option : {"--purpose", "--group", "--degree"}) {
         sql.add(knownOption("", option, "NAME", "as that of the kind"));
     }
     use("sql", "the statement that reduces the table of a database", sql);
-    run.add(knownOption("", "--keep-going", nullptr, "go on after a command that fails"));
+    run.add(knownOption(keepGoingOption));
     use("run", "the commands of a file", run);
     use("help", "the options of a kind, with an example", none);
 }

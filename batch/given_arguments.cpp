@@ -9,12 +9,15 @@
 
 namespace {
 
-// An option whose value was given; none for null.
-void addOption(TextBuffer& texts, const char* name, const char* value) {
-    if (value == nullptr) return;
+void addOption(TextBuffer& texts, const char* name, std::string_view value) {
     texts.append("--");
     addToList(texts, name);
     addToList(texts, value);
+}
+
+// An option whose value was given; none for null.
+void addOption(TextBuffer& texts, const char* name, const char* value) {
+    if (value != nullptr) addOption(texts, name, std::string_view(value));
 }
 
 void addOption(TextBuffer& texts, const char* name, const Block<const char*>& values) {
@@ -53,7 +56,7 @@ void listArguments(const CommandLine& line, TextBuffer& texts) {
     addOption(texts, "path", line.shownPath);
     if (line.missing != MissingPolicy::zero) addOption(texts, "missing", missingWord(line.missing));
     if (line.strict) addToList(texts, "--strict");
-    if (line.hasDivisor) addOption(texts, "divisor", divisorWords[line.divisorIsN ? 1 : 0]);
+    if (line.hasDivisor) addOption(texts, "divisor", divisorWord(line.divisorIsN));
     if (line.isMoments) return addOption(texts, "moments", line.file);
     if (line.file[0] == '-') addToList(texts, "--");
     addToList(texts, line.file);

@@ -1,79 +1,38 @@
 #include "batch/import_arguments.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "batch/argument_list.h"
 #include "batch/nearest_word.h"
-#include "batch/usage_line.h"
 #include "data/import/import_choice.h"
 #include "data/word_list.h"
 
 namespace {
 
-void suggestWord(std::string_view words, std::string_view typed, Complaint& complaint) {
-    NearestWord nearest(typed);
-    for (int number = 1; !wordOf(words, number).empty(); ++number) nearest.offer(wordOf(words, number));
-    nearest.suggest(complaint);
-}
+constexpr OptionText writeOption = {"--write", "utf-8|ansi", "the encoding of the table (utf-8)"};
 
-Match takeChoice(Option option, Arguments& arguments, ImportOptions& options, Complaint& complaint) {
+Match takeChoice(const Option& option, Arguments& arguments, ImportOptions& options, Complaint& complaint) {
     for (int k = 0; k < wordChoiceCount; ++k) {
         const auto choice = static_cast<ImportChoice>(k);
         const ImportChoiceNames& names = namesOf(choice);
         if (choice == ImportChoice::labels || option.name != names.option) continue;
-        if (!arguments.takeValue(option, complaint)) return Match::wrong;
-        const int word = findWord(names.words, option.value);
-        if (word == 0) {
-            complaint.say("%s takes %s, not '%.200s'", names.option, names.words, option.value);
-            suggestWord(names.words, option.value, complaint);
-            return Match::wrong;
-        }
-        chooseWord(options, choice, word);
-        return Match::taken;
+        int number = 0;
+        const Match match = takeWord(option, arguments, names.words, number, complaint);
+        if (match == Match::taken) chooseWord(options, choice, number);
+        return match;
     }
     return Match::none;
 }
 
-constexpr const char* writeOption = "--write";
-constexpr const char* writeWords = "utf-8|ansi";
-
-Match takeWritten(Option option, Arguments& arguments, ImportOptions& options, Complaint& complaint) {
-    if (option.name != writeOption) return Match::none;
+Match takeLabels(Option option, Arguments& arguments, ImportOptions& options, Complaint& complaint) {
     if (!arguments.takeValue(option, complaint)) return Match::wrong;
-    const int word = findWord(writeWords, option.value);
-    if (word == 0) {
-        complaint.say("%s takes %s, not '%.200s'", writeOption, writeWords, option.value);
-        suggestWord(writeWords, option.value, complaint);
-        return Match::wrong;
-    }
-    options.written = static_cast<WrittenText>(word - 1);
+    const int number = findWord(namesOf(ImportChoice::labels).words, option.value);
+    options.labels = number > 0 ? static_cast<LabelColumn>(number) : LabelColumn::named;
+    options.labelName = option.value;
     return Match::taken;
 }
 
-Match takeText(Option option, Arguments& arguments, ImportCommand& command, Complaint& complaint) {
-    const struct {
-        const char* name;
-        const char*& target;
-    } texts[] = {{"--output", command.output},
-                 {"--codebook", command.codebook},
-                 {"--labels", command.options.labelName}};
-    for (const auto& text : texts) {
-        if (option.name != text.name) continue;
-        if (!arguments.takeValue(option, complaint)) return Match::wrong;
-        text.target = option.value;
-        if (option.name == "--output" && isStandardStream(option.value)) command.output = nullptr;
-        if (option.name != "--labels") return Match::taken;
-        const std::string_view value = option.value;
-        command.options.labels = value == "first"  ? LabelColumn::first
-                                 : value == "none" ? LabelColumn::none
-                                                   : LabelColumn::named;
-        return Match::taken;
-    }
-    return Match::none;
-}
-
-Match takeList(Option option, Arguments& arguments, ImportOptions& options, Complaint& complaint) {
+Match takeList(const Option& option, Arguments& arguments, ImportOptions& options, Complaint& complaint) {
     const struct {
         const char* name;
         Block<const char*>& target;
@@ -82,16 +41,26 @@ Match takeList(Option option, Arguments& arguments, ImportOptions& options, Comp
                  {namesOf(ImportChoice::drops).option, options.drops},
                  {namesOf(ImportChoice::categories).option, options.categories}};
     for (const auto& list : lists) {
-        if (option.name != list.name) continue;
-        if (!arguments.takeValue(option, complaint)) return Match::wrong;
-        if (list.target.grow(list.target.size() + 1) != success) {
-            complaint.say("no memory for %s", list.name);
-            return Match::wrong;
-        }
-        list.target[list.target.size() - 1] = option.value;
-        return Match::taken;
+        if (option.name == list.name) return takeRepeated(option, arguments, list.target, complaint);
     }
     return Match::none;
+}
+
+Match takeImportOption(const Option& option, Arguments& arguments, ImportCommand& command,
+                       Complaint& complaint) {
+    if (option.name == "--output") return takeOutput(option, arguments, command.output, complaint);
+    if (option.name == "--labels") return takeLabels(option, arguments, command.options, complaint);
+    if (option.name == writeOption.name) {
+        int number = 0;
+        const Match match = takeWord(option, arguments, writeOption.value, number, complaint);
+        if (match == Match::taken) command.options.written = static_cast<WrittenText>(number - 1);
+        return match;
+    }
+    const TextOption texts[] = {{"--codebook", command.codebook}};
+    Match match = takeText(option, texts, arguments, complaint);
+    if (match == Match::none) match = takeChoice(option, arguments, command.options, complaint);
+    if (match == Match::none) match = takeList(option, arguments, command.options, complaint);
+    return match;
 }
 
 } // namespace
@@ -101,11 +70,7 @@ bool parseImport(int count, char** argumentTexts, ImportCommand& command, Compla
     bool optionsEnded = false;
     while (const char* argument = arguments.next()) {
         if (optionsEnded || (std::strncmp(argument, "--", 2) != 0 && !isHelp(argument))) {
-            if (command.file != nullptr) {
-                complaint.say("one file at a time: '%.150s' and '%.150s'", command.file, argument);
-                return false;
-            }
-            command.file = argument;
+            if (!takeFile(argument, command.file, complaint)) return false;
             continue;
         }
         const Option option = splitOption(argument);
@@ -115,15 +80,11 @@ bool parseImport(int count, char** argumentTexts, ImportCommand& command, Compla
             command.help = true;
             return true;
         } else {
-            Match match = takeChoice(option, arguments, command.options, complaint);
-            if (match == Match::none) match = takeWritten(option, arguments, command.options, complaint);
-            if (match == Match::none) match = takeText(option, arguments, command, complaint);
-            if (match == Match::none) match = takeList(option, arguments, command.options, complaint);
+            const Match match = takeImportOption(option, arguments, command, complaint);
             if (match == Match::none) {
-                complaint.say("there is no option '%.200s'", argument);
                 NearestWord nearest(option.name);
                 for (const OptionText& known : importOptions()) nearest.offer(known.name);
-                nearest.suggest(complaint);
+                complainOfOption(option, nearest, complaint);
             }
             if (match != Match::taken) return false;
         }
@@ -153,7 +114,7 @@ std::span<const OptionText> importOptions() {
         {"--drop", "NAME[,NAME...]", "leave columns out"},
         {"--categories", "NAME[,NAME...]", "make categories of columns that hold numbers, too"},
         choice(ImportChoice::oddRows, "end at a row of another length, or leave it out (all)"),
-        {writeOption, writeWords, "the encoding of the table (utf-8)"},
+        writeOption,
         {"--output", "TABLE.csv", "write the table to TABLE.csv; -: standard output"},
         {"--codebook", "FILE", "write what categories mean to FILE"},
     };

@@ -23,6 +23,10 @@ inline KnownOption knownOption(const char* dashes, const char* name, const char*
     return option;
 }
 
+inline KnownOption knownOption(const OptionText& text) {
+    return knownOption("", text.name, text.value, text.help);
+}
+
 // Calls `use` with every option that a kind takes, null: the summary. A name can come twice, with other
 // words.
 template <class Use> void forEachOption(const AnalysisKind* kind, Use use) {
@@ -37,15 +41,14 @@ template <class Use> void forEachOption(const AnalysisKind* kind, Use use) {
         for (const AssignmentOption& each : assignmentOptions()) {
             if (each.isTakenBy(*kind)) use(knownOption("--", each.name, assignmentUsage, each.help));
         }
-        const auto useText = [&](const OptionText& text) {
-            use(knownOption("", text.name, text.value, text.help));
-        };
-        if (numbersClusters(kind)) useText(clustersOption);
-        if (kind->hasSampleColumns) useText(saveOption);
+        if (numbersClusters(kind)) use(knownOption(clustersOption));
+        if (kind->hasSampleColumns) use(knownOption(saveOption));
         if (hasExpressions(kind)) {
-            for (const OptionText& text : scoreOptions) useText(text);
+            for (const OptionText& text : scoreOptions) use(knownOption(text));
         }
-        for (std::size_t k = 0; pictureOption(*kind, k) != nullptr; ++k) useText(*pictureOption(*kind, k));
+        for (std::size_t k = 0; pictureOption(*kind, k) != nullptr; ++k) {
+            use(knownOption(*pictureOption(*kind, k)));
+        }
     }
-    for (const OptionText& text : commonOptions()) use(knownOption("", text.name, text.value, text.help));
+    for (const OptionText& text : commonOptions()) use(knownOption(text));
 }

@@ -7,7 +7,6 @@
 #include "batch/command_words.h"
 #include "batch/file_system.h"
 #include "batch/terminal.h"
-#include "batch/usage_line.h"
 #include "data/byte_source.h"
 
 namespace {
@@ -32,7 +31,7 @@ void printRunHelp() {
         "  pca --components 2 --graph arrests.svg USArrests.csv\n\n"
         "options of this command:\n",
         programName, programName);
-    printOption(stdout, {"--keep-going", nullptr, "go on after a command that fails"});
+    printOption(stdout, keepGoingOption);
     std::printf(
         "\nExit status: that of the first command that fails, else 0; 2 for a file with a line that is no\n"
         "command, of which nothing is run.\n");
@@ -42,21 +41,20 @@ bool parseRun(int count, char** texts, RunOptions& options, Complaint& complaint
     Arguments arguments(count, texts, 2);
     bool optionsEnded = false;
     while (const char* argument = arguments.next()) {
-        if (!optionsEnded && isHelp(argument)) {
-            return options.help = true;
-        }
-        if (!optionsEnded && std::strcmp(argument, "--") == 0) {
+        if (optionsEnded || (std::strncmp(argument, "--", 2) != 0 && !isHelp(argument))) {
+            if (!takeFile(argument, options.file, complaint)) return false;
+        } else if (std::strcmp(argument, "--") == 0) {
             optionsEnded = true;
-        } else if (!optionsEnded && std::strcmp(argument, "--keep-going") == 0) {
+        } else if (isHelp(argument)) {
+            return options.help = true;
+        } else if (std::strcmp(argument, keepGoingOption.name) == 0) {
             options.keepsGoing = true;
-        } else if (!optionsEnded && std::strncmp(argument, "--", 2) == 0) {
-            complaint.say("there is no option '%.200s'", argument);
-            return false;
-        } else if (options.file != nullptr) {
-            complaint.say("one file at a time: '%.150s' and '%.150s'", options.file, argument);
-            return false;
         } else {
-            options.file = argument;
+            const Option option = splitOption(argument);
+            NearestWord nearest(option.name);
+            nearest.offer(keepGoingOption.name);
+            complainOfOption(option, nearest, complaint);
+            return false;
         }
     }
     if (options.file != nullptr) return true;

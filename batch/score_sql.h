@@ -7,8 +7,7 @@
 // The option --score-sql and what belongs to it.
 
 // Also of the command sql.
-constexpr OptionText dialectOption = {"--dialect", "standard|duckdb|postgresql|spark|trino",
-                                      "what the engine understands (standard)"};
+constexpr OptionText dialectOption = {"--dialect", dialectWords, "what the engine understands (standard)"};
 constexpr OptionText scoreOptions[] = {
     {"--score-sql", nullptr,
      "print what is told of each sample as SQL expressions, which score the\n"

@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr const char* outerIndent = "  ";
+
 // Calls `write` with each item, commas between.
 template <class Items, class Write>
 void appendList(TextBuffer& document, const Items& items, const char* separator, Write write) {
@@ -26,15 +28,40 @@ void appendKey(TextBuffer& document, const char* indent, const char* key) {
     document.append("\": ");
 }
 
-void appendMember(TextBuffer& document, const char* key, std::string_view text) {
-    appendKey(document, "  ", key);
+// A member of an object that stands on a line of its own, behind this indent; others follow.
+void appendMember(TextBuffer& document, const char* indent, const char* key, std::string_view text) {
+    appendKey(document, indent, key);
     appendJsonText(document, text);
     document.append(",\n");
 }
 
+void appendMember(TextBuffer& document, const char* indent, const char* key,
+                  std::span<const StructureText> texts) {
+    appendKey(document, indent, key);
+    document.append("[");
+    appendList(document, texts, ", ",
+               [&](const StructureText& text) { appendJsonText(document, text.whole()); });
+    document.append("],\n");
+}
+
+// The last member: objects on lines of their own.
+template <class Items, class Write>
+void appendObjects(TextBuffer& document, const char* indent, const char* key, const Items& items,
+                   Write write) {
+    appendKey(document, indent, key);
+    document.append(items.empty() ? "[" : "[\n");
+    appendList(document, items, ",\n", write);
+    if (!items.empty()) {
+        document.append("\n");
+        document.append(indent);
+    }
+    document.append("]\n");
+}
+
+// A list of texts with a NUL behind each.
 void appendListMember(TextBuffer& document, const char* key, std::string_view texts) {
     const char* before = "[";
-    appendKey(document, "  ", key);
+    appendKey(document, outerIndent, key);
     if (texts.empty()) document.append(before);
     while (!texts.empty()) {
         const std::size_t end = texts.find('\0');
@@ -44,13 +71,6 @@ void appendListMember(TextBuffer& document, const char* key, std::string_view te
         before = ", ";
     }
     document.append("],\n");
-}
-
-void appendTexts(TextBuffer& document, std::span<const StructureText> texts) {
-    document.append("[");
-    appendList(document, texts, ", ",
-               [&](const StructureText& text) { appendJsonText(document, text.whole()); });
-    document.append("]");
 }
 
 // ISO 8601 in UTC.
@@ -67,7 +87,7 @@ void appendTime(TextBuffer& document, long long seconds) {
 }
 
 void appendFile(TextBuffer& document, const FileFacts& file) {
-    appendKey(document, "  ", "file");
+    appendKey(document, outerIndent, "file");
     document.append("{\"path\": ");
     appendJsonText(document, file.path);
     document.append(", \"size\": ");
@@ -82,19 +102,21 @@ void appendFile(TextBuffer& document, const FileFacts& file) {
 }
 
 void appendFacts(TextBuffer& document, const ReportFacts& facts) {
-    appendMember(document, "program", facts.program);
-    appendMember(document, "version", facts.version);
-    appendMember(document, "kind", facts.kind);
-    appendMember(document, "numerics", facts.numerics);
+    appendMember(document, outerIndent, "program", facts.program);
+    appendMember(document, outerIndent, "version", facts.version);
+    appendMember(document, outerIndent, "kind", facts.kind);
+    appendMember(document, outerIndent, "numerics", facts.numerics);
     appendFile(document, facts.file);
     document.appendFormat("  \"samples\": %lld,\n", facts.samples);
     appendListMember(document, "variables", facts.variables);
     appendListMember(document, "excluded", facts.excluded);
-    document.appendFormat(
-        "  \"missing\": {\"policy\": \"%s\", \"cells\": %lld, \"samples_left_out\": %lld},\n", facts.missing,
-        facts.missingCells, facts.samplesLeftOut);
+    appendKey(document, outerIndent, "missing");
+    document.append("{\"policy\": ");
+    appendJsonText(document, facts.missing);
+    document.appendFormat(", \"cells\": %lld, \"samples_left_out\": %lld},\n", facts.missingCells,
+                          facts.samplesLeftOut);
     appendListMember(document, "arguments", facts.arguments);
-    appendMember(document, "status", facts.status);
+    appendMember(document, outerIndent, "status", facts.status);
 }
 
 void appendCell(TextBuffer& document, const StructureCell& cell) {
@@ -124,49 +146,33 @@ void appendRow(TextBuffer& document, const ReportStructure& structure, const Str
     document.append("]}");
 }
 
-void appendHead(TextBuffer& document, const ReportStructure& structure, const StructureRow* head) {
-    appendKey(document, "          ", "label");
-    appendJsonText(document, head != nullptr ? head->label.whole() : "");
-    document.append(",\n");
-    appendKey(document, "          ", "columns");
+void appendTable(TextBuffer& document, const ReportStructure& structure, const StructureTable& table) {
+    constexpr const char* indent = "          ";
+    const StructureRow* const head = structure.head(table);
+    document.append("        {\n");
+    appendMember(document, indent, "caption", table.caption.whole());
+    appendMember(document, indent, "notes", structure.notes(table));
+    appendMember(document, indent, "label", head != nullptr ? head->label.whole() : "");
+    appendKey(document, indent, "columns");
     document.append("[");
     if (head != nullptr) {
         appendList(document, structure.cells(*head), ", ",
                    [&](const StructureCell& cell) { appendJsonText(document, cell.text.whole()); });
     }
     document.append("],\n");
-}
-
-void appendTable(TextBuffer& document, const ReportStructure& structure, const StructureTable& table) {
-    const std::span<const StructureRow> rows = structure.rows(table);
-    document.append("        {\n");
-    appendKey(document, "          ", "caption");
-    appendJsonText(document, table.caption.whole());
-    document.append(",\n");
-    appendKey(document, "          ", "notes");
-    appendTexts(document, structure.notes(table));
-    document.append(",\n");
-    appendHead(document, structure, structure.head(table));
-    appendKey(document, "          ", "rows");
-    document.append(rows.empty() ? "[" : "[\n");
-    appendList(document, rows, ",\n", [&](const StructureRow& row) { appendRow(document, structure, row); });
-    document.append(rows.empty() ? "]\n        }" : "\n          ]\n        }");
+    appendObjects(document, indent, "rows", structure.rows(table),
+                  [&](const StructureRow& row) { appendRow(document, structure, row); });
+    document.append("        }");
 }
 
 void appendPart(TextBuffer& document, const ReportStructure& structure, const StructurePart& part) {
-    const std::span<const StructureTable> tables = structure.tables(part);
+    constexpr const char* indent = "      ";
     document.append("    {\n");
-    appendKey(document, "      ", "title");
-    appendJsonText(document, part.title.whole());
-    document.append(",\n");
-    appendKey(document, "      ", "options");
-    appendTexts(document, structure.options(part));
-    document.append(",\n");
-    appendKey(document, "      ", "tables");
-    document.append(tables.empty() ? "[" : "[\n");
-    appendList(document, tables, ",\n",
-               [&](const StructureTable& table) { appendTable(document, structure, table); });
-    document.append(tables.empty() ? "]\n    }" : "\n      ]\n    }");
+    appendMember(document, indent, "title", part.title.whole());
+    appendMember(document, indent, "options", structure.options(part));
+    appendObjects(document, indent, "tables", structure.tables(part),
+                  [&](const StructureTable& table) { appendTable(document, structure, table); });
+    document.append("    }");
 }
 
 } // namespace
@@ -174,17 +180,15 @@ void appendPart(TextBuffer& document, const ReportStructure& structure, const St
 void writeJsonReport(const ReportFacts& facts, const ReportStructure& structure, TextBuffer& document) {
     document.append("{\n");
     appendFacts(document, facts);
-    appendKey(document, "  ", "reports");
-    document.append("[\n");
-    appendList(document, structure.parts(), ",\n",
-               [&](const StructurePart& part) { appendPart(document, structure, part); });
-    document.append("\n  ]\n}\n");
+    appendObjects(document, outerIndent, "reports", structure.parts(),
+                  [&](const StructurePart& part) { appendPart(document, structure, part); });
+    document.append("}\n");
 }
 
 void writeJsonFailure(std::string_view status, std::string_view failure, TextBuffer& document) {
     document.append("{\n");
-    appendMember(document, "status", status);
-    appendKey(document, "  ", "error");
+    appendMember(document, outerIndent, "status", status);
+    appendKey(document, outerIndent, "error");
     appendJsonText(document, failure);
     document.append("\n}\n");
 }

@@ -12,15 +12,15 @@ struct FileFacts {
 
 // What was run, beside what the report says. A list of texts has a NUL behind each.
 struct ReportFacts {
-    const char* program;
-    const char* version;
-    const char* kind;     // as a command line names it
-    const char* numerics; // likewise
+    std::string_view program;
+    std::string_view version;
+    std::string_view kind;     // as a command line names it
+    std::string_view numerics; // likewise
     FileFacts file;
     long long samples;
     std::string_view variables;
     std::string_view excluded;
-    const char* missing; // what is done about cells that are missing
+    std::string_view missing; // what is done about cells that are missing, likewise
     long long missingCells;
     long long samplesLeftOut;   // because of them
     std::string_view arguments; // of a command line that prints the report

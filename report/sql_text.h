@@ -7,8 +7,8 @@
 // What engines write each in a way of its own; the standard is that of SQL:2003.
 enum class SqlDialect { standard, duckdb, postgresql, spark, trino };
 
-// What `--dialect` takes, in this order.
-constexpr const char* dialectWords[] = {"standard", "duckdb", "postgresql", "spark", "trino"};
+// What `--dialect` takes (data/word_list.h), in this order.
+constexpr const char* dialectWords = "standard|duckdb|postgresql|spark|trino";
 
 // A column as it stands in an expression: by its name, or as a number of double precision made of it.
 struct SqlColumnValue {

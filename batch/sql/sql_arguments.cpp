@@ -1,6 +1,5 @@
 #include "batch/sql/sql_arguments.h"
 
-#include <algorithm>
 #include <cstring>
 
 #include "batch/arguments.h"
@@ -19,37 +18,11 @@ constexpr OptionText options[] = {
     {"--output", "FILE", "write the statement to FILE; -: standard output"},
 };
 
-Match takeSqlOption(Option option, Arguments& arguments, SqlCommand& command, Complaint& complaint) {
-    if (option.name == "--columns") {
-        if (!arguments.takeValue(option, complaint)) return Match::wrong;
-        if (command.columns.grow(command.columns.size() + 1) != success) {
-            complaint.say("no memory for --columns");
-            return Match::wrong;
-        }
-        command.columns[command.columns.size() - 1] = option.value;
-        return Match::taken;
-    }
-    const struct {
-        const char* name;
-        const char*& target;
-    } texts[] = {
+Match takeSqlOption(const Option& option, Arguments& arguments, SqlCommand& command, Complaint& complaint) {
+    if (option.name == "--columns") return takeRepeated(option, arguments, command.columns, complaint);
+    const TextOption texts[] = {
         {"--table", command.table}, {"--where", command.where}, {"--categories", command.categories}};
-    for (const auto& text : texts) {
-        if (option.name != text.name) continue;
-        if (!arguments.takeValue(option, complaint)) return Match::wrong;
-        text.target = option.value;
-        return Match::taken;
-    }
-    return Match::none;
-}
-
-void complainOfOption(const Option& option, const AnalysisKind* kind, Complaint& complaint) {
-    complaint.say("there is no option '%.*s'",
-                  static_cast<int>(std::min<std::size_t>(option.name.size(), 200)), option.name.data());
-    NearestWord nearest(option.name);
-    for (const OptionText& known : options) nearest.offer(known.name);
-    forEachOption(kind, [&](const KnownOption& known) { nearest.offer(known.name); });
-    nearest.suggest(complaint);
+    return takeText(option, texts, arguments, complaint);
 }
 
 bool parseKind(const char* word, CommandLine& line, Complaint& complaint) {
@@ -57,15 +30,9 @@ bool parseKind(const char* word, CommandLine& line, Complaint& complaint) {
         complaint.say("sql: for which analysis?");
         return false;
     }
-    line.kind = findKind(word);
-    if (line.kind == nullptr || line.kind->analysis == nullptr) {
-        complaint.say("there is no analysis '%.200s'", word);
-        NearestWord nearest(word);
-        for (const AnalysisKind& each : analysisKinds()) nearest.offer(each.batchName);
-        nearest.suggest(complaint);
-    } else if (reductionOf(*line.kind) == Reduction::none) {
+    line.kind = requireKind(word, {}, complaint);
+    if (line.kind != nullptr && reductionOf(*line.kind) == Reduction::none)
         complaint.say("sql: %s needs the samples themselves", line.kind->batchName);
-    }
     return !complaint.any();
 }
 
@@ -85,7 +52,12 @@ bool parseSql(int count, char** argumentTexts, SqlCommand& command, Complaint& c
         const Option option = splitOption(argument);
         Match match = takeSqlOption(option, arguments, command, complaint);
         if (match == Match::none) match = takeAnalysisOption(option, arguments, command.line, complaint);
-        if (match == Match::none) complainOfOption(option, command.line.kind, complaint);
+        if (match == Match::none) {
+            NearestWord nearest(option.name);
+            for (const OptionText& known : options) nearest.offer(known.name);
+            forEachOption(command.line.kind, [&](const KnownOption& known) { nearest.offer(known.name); });
+            complainOfOption(option, nearest, complaint);
+        }
         if (match != Match::taken) return false;
     }
     if (command.columns.size() == 0) {

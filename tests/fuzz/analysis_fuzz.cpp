@@ -120,9 +120,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     require(document.allocate(4000, TextBuffer::Growth::growing) == success);
     if (run.columns.count > 0) require(writeSavedTable(run, table) == success);
     if (run.data.model.kind != FittedModel::none) static_cast<void>(runPrediction(frontend, run));
-    ReportFacts facts = {};
-    facts.program = facts.version = facts.kind = facts.numerics = facts.missing = "";
-    writeJsonReport(facts, structure, document);
+    writeJsonReport(ReportFacts(), structure, document);
     writeHtmlReport(structure, document);
     return 0;
 }
