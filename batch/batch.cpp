@@ -12,6 +12,7 @@
 #include "batch/assignments.h"
 #include "batch/batch_frontend.h"
 #include "batch/completion.h"
+#include "batch/exit_status.h"
 #include "batch/given_moments.h"
 #include "batch/help.h"
 #include "batch/import_command.h"
@@ -31,12 +32,8 @@
 
 namespace {
 
-enum ExitStatus { exitSuccess = 0, exitFailure = 1, exitWrongCommandLine = 2 };
-
 int refuse(const Complaint& complaint, const AnalysisKind* kind) {
-    std::fprintf(stderr, "%s: %s\ntry: %s%s%s --help\n", programName, complaint.text, programName,
-                 kind != nullptr ? " " : "", kind != nullptr ? kind->batchName : "");
-    return exitWrongCommandLine;
+    return refuse(complaint, kind != nullptr ? kind->batchName : nullptr);
 }
 
 void setUp(const CommandLine& line, AnalysisRun& run) {
@@ -180,23 +177,12 @@ struct Outputs {
     OutputFile saved;
 };
 
-// No file that a run reads or writes may be another one of them.
 bool checkFiles(const CommandLine& line, Complaint& complaint) {
-    const struct {
-        const char* name;
-        const char* path;
-    } files[] = {{"the data file", isStandardStream(line.file) ? nullptr : line.file},
-                 {"--output", line.output},
-                 {"--save", line.saved},
-                 {"--graph", line.picture.file}};
-    for (const auto& a : files) {
-        for (const auto& b : files) {
-            if (&a >= &b || a.path == nullptr || b.path == nullptr || !isSameFile(a.path, b.path)) continue;
-            complaint.say("%s and %s are one file: '%.300s'", b.name, a.name, b.path);
-            return false;
-        }
-    }
-    return true;
+    const NamedFile files[] = {{"the data file", isStandardStream(line.file) ? nullptr : line.file},
+                               {"--output", line.output},
+                               {"--save", line.saved},
+                               {"--graph", line.picture.file}};
+    return checkDifferent(files, complaint);
 }
 
 bool openOutputs(BatchFrontend& frontend, const CommandLine& line, AnalysisRun& run, Outputs& outputs) {
@@ -308,9 +294,7 @@ int runBatch(int count, char** arguments) {
     useBinaryOutput();
     if (line.task == CommandLine::Task::help) printHelp(stdout, line.kind);
     if (line.task == CommandLine::Task::version) std::printf("%s %s\n", programName, OMBRIVANTEL_VERSION);
-    if (line.task != CommandLine::Task::run) {
-        return std::fflush(stdout) == 0 && std::ferror(stdout) == 0 ? exitSuccess : exitFailure;
-    }
+    if (line.task != CommandLine::Task::run) return endPrinting();
 
     if (!checkFiles(line, complaint)) return refuse(complaint, line.kind);
 
@@ -321,8 +305,7 @@ int runBatch(int count, char** arguments) {
     if (line.format != ReportFormat::text) run.report.structure = &structure;
     if (allocateReport(run.report, TextBuffer::Growth::growing) != success ||
         structure.allocate() != success) {
-        std::fprintf(stderr, "error : failed to allocate memory for data.\n");
-        return exitFailure;
+        return failWithoutMemory();
     }
     Outputs outputs;
     bool succeeded = openOutputs(frontend, line, run, outputs);

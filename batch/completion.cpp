@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "batch/argument_list.h"
+#include "batch/exit_status.h"
 #include "batch/import_arguments.h"
 #include "batch/known_options.h"
 #include "batch/run_file.h"
@@ -200,7 +201,7 @@ int runCompletion(int count, char** arguments) {
         printZsh();
     } else {
         std::fprintf(stderr, "%s: completion takes bash|zsh\n", programName);
-        return 2;
+        return exitWrongCommandLine;
     }
-    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0 ? 0 : 1;
+    return endPrinting();
 }

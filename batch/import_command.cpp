@@ -1,8 +1,9 @@
 #include "batch/import_command.h"
 
 #include <cstdio>
-#include <cstring>
 
+#include "batch/argument_list.h"
+#include "batch/exit_status.h"
 #include "batch/file_system.h"
 #include "batch/import_arguments.h"
 #include "batch/output_file.h"
@@ -10,8 +11,6 @@
 #include "data/import/import_table.h"
 
 namespace {
-
-enum ExitStatus { exitSuccess = 0, exitFailure = 1, exitWrongCommandLine = 2 };
 
 class StreamSink : public TableSink {
 public:
@@ -29,37 +28,15 @@ private:
     OutputFile& file_;
 };
 
-int refuse(const Complaint& complaint) {
-    std::fprintf(stderr, "%s: %s\ntry: %s import --help\n", programName, complaint.text, programName);
-    return exitWrongCommandLine;
-}
-
-int fail(const char* what, const char* path) {
-    std::fprintf(stderr, "error : %s '%s'\n", what, path);
-    return exitFailure;
-}
-
 bool checkFiles(const ImportCommand& command, Complaint& complaint) {
-    const struct {
-        const char* name;
-        const char* path;
-    } files[] = {
-        {"the data file", command.file}, {"--output", command.output}, {"--codebook", command.codebook}};
-    const bool isPipe = std::strcmp(command.file, "-") == 0;
-    for (const auto& a : files) {
-        for (const auto& b : files) {
-            if (&a >= &b || a.path == nullptr || b.path == nullptr || (isPipe && a.path == command.file))
-                continue;
-            if (!isSameFile(a.path, b.path)) continue;
-            complaint.say("%s and %s are one file: '%.300s'", b.name, a.name, b.path);
-            return false;
-        }
-    }
-    return true;
+    const NamedFile files[] = {{"the data file", isStandardStream(command.file) ? nullptr : command.file},
+                               {"--output", command.output},
+                               {"--codebook", command.codebook}};
+    return checkDifferent(files, complaint);
 }
 
 // Imports from an open source into the outputs that are asked for.
-int import(const ImportCommand& command, ByteSource& source) {
+int importFrom(const ImportCommand& command, ByteSource& source) {
     OutputFile table, codebook;
     if (command.output != nullptr && !table.open(command.output)) return fail("cannot write", command.output);
     if (command.codebook != nullptr && !codebook.open(command.codebook)) {
@@ -73,10 +50,10 @@ int import(const ImportCommand& command, ByteSource& source) {
     const ErrorCode code = importTable(source, command.options, *sink, messages,
                                        command.codebook != nullptr ? &meanings : nullptr);
     std::fputs(messages.text(), stderr);
-    if (code == outOfMemory) std::fprintf(stderr, "error : failed to allocate memory for data.\n");
+    if (code == outOfMemory) return failWithoutMemory();
     if (code != success) return exitFailure;
     if (command.output != nullptr && !table.finish()) return fail("cannot write", command.output);
-    if (command.output == nullptr && std::fflush(stdout) != 0) return fail("cannot write", "standard output");
+    if (command.output == nullptr && std::fflush(stdout) != 0) return fail("cannot write", nullptr);
     if (command.codebook != nullptr && !codebook.finish()) return fail("cannot write", command.codebook);
     return exitSuccess;
 }
@@ -86,13 +63,10 @@ int importPipe(const ImportCommand& command, std::FILE* file) {
     Block<char> bytes;
     Index length = 0;
     const ErrorCode code = readPipe(file, bytes, length);
-    if (code == outOfMemory) {
-        std::fprintf(stderr, "error : failed to allocate memory for data.\n");
-        return exitFailure;
-    }
+    if (code == outOfMemory) return failWithoutMemory();
     if (code != success) return fail("cannot read", command.file);
     MemorySource source({bytes.data(), static_cast<std::size_t>(length)});
-    return import(command, source);
+    return importFrom(command, source);
 }
 
 } // namespace
@@ -100,15 +74,15 @@ int importPipe(const ImportCommand& command, std::FILE* file) {
 int runImport(int count, char** arguments) {
     ImportCommand command;
     Complaint complaint;
-    if (!parseImport(count, arguments, command, complaint)) return refuse(complaint);
+    if (!parseImport(count, arguments, command, complaint)) return refuse(complaint, "import");
     useBinaryOutput();
     if (command.help) {
         printImportHelp(stdout);
-        return std::fflush(stdout) == 0 && std::ferror(stdout) == 0 ? exitSuccess : exitFailure;
+        return endPrinting();
     }
-    if (!checkFiles(command, complaint)) return refuse(complaint);
+    if (!checkFiles(command, complaint)) return refuse(complaint, "import");
     if (hasCodePage()) command.options.codePage = writeInCodePage;
-    if (std::strcmp(command.file, "-") == 0) {
+    if (isStandardStream(command.file)) {
         useBinaryInput();
         return importPipe(command, stdin);
     }
@@ -119,7 +93,7 @@ int runImport(int count, char** arguments) {
         status = importPipe(command, file);
     } else {
         FileSource source(file);
-        status = import(command, source);
+        status = importFrom(command, source);
     }
     std::fclose(file);
     return status;

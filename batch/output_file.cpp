@@ -41,3 +41,14 @@ bool OutputFile::finish() {
     const bool failed = std::ferror(file) != 0;
     return std::fclose(file) == 0 && !failed;
 }
+
+bool checkDifferent(std::span<const NamedFile> files, Complaint& complaint) {
+    for (const NamedFile& a : files) {
+        for (const NamedFile& b : files) {
+            if (&a >= &b || a.path == nullptr || b.path == nullptr || !isSameFile(a.path, b.path)) continue;
+            complaint.say("%s and %s are one file: '%.300s'", b.name, a.name, b.path);
+            return false;
+        }
+    }
+    return true;
+}

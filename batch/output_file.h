@@ -1,5 +1,8 @@
 #pragma once
 
+#include <span>
+
+#include "batch/complaint.h"
 #include "batch/file_system.h"
 #include "report/text_buffer.h"
 
@@ -29,3 +32,12 @@ private:
     FilePath target_;
     FilePath neighbour_;
 };
+
+// A file that a run reads or writes, by what the command line calls it; null: there is none.
+struct NamedFile {
+    const char* name;
+    const char* path;
+};
+
+// False and a complaint when two of them are one file.
+bool checkDifferent(std::span<const NamedFile> files, Complaint& complaint);

@@ -5,13 +5,12 @@
 
 #include "batch/argument_list.h"
 #include "batch/command_words.h"
+#include "batch/exit_status.h"
 #include "batch/file_system.h"
 #include "batch/terminal.h"
 #include "data/byte_source.h"
 
 namespace {
-
-enum ExitStatus { exitSuccess = 0, exitFailure = 1, exitWrongCommandLine = 2 };
 
 struct RunOptions {
     const char* file = nullptr;
@@ -93,14 +92,11 @@ int runAll(const RunOptions& options, CommandWords& split, int (*runCommand)(int
 int runFile(int count, char** arguments, int (*runCommand)(int count, char** arguments)) {
     RunOptions options;
     Complaint complaint;
-    if (!parseRun(count, arguments, options, complaint)) {
-        std::fprintf(stderr, "%s: %s\ntry: %s run --help\n", programName, complaint.text, programName);
-        return exitWrongCommandLine;
-    }
+    if (!parseRun(count, arguments, options, complaint)) return refuse(complaint, "run");
     useBinaryOutput();
     if (options.help) {
         printRunHelp();
-        return std::fflush(stdout) == 0 && std::ferror(stdout) == 0 ? exitSuccess : exitFailure;
+        return endPrinting();
     }
     Block<char> text;
     Index length = 0;
@@ -112,15 +108,10 @@ int runFile(int count, char** arguments, int (*runCommand)(int count, char** arg
         !enterFolderOf(options.file)) {
         code = illegalData;
     }
-    if (code != success) {
-        std::fprintf(stderr, "error : %s '%s'\n", code == outOfMemory ? "no memory for" : "cannot read",
-                     options.file);
-        return exitFailure;
-    }
+    if (code != success) return fail(code == outOfMemory ? "no memory for" : "cannot read", options.file);
     if (split.fault != nullptr) {
-        std::fprintf(stderr, "%s: line %lld of '%s': %s\ntry: %s run --help\n", programName,
-                     static_cast<long long>(split.faultLine), options.file, split.fault, programName);
-        return exitWrongCommandLine;
+        complaint.say("line %td of '%s': %s", split.faultLine, options.file, split.fault);
+        return refuse(complaint, "run");
     }
     return runAll(options, split, runCommand);
 }

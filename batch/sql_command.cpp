@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "batch/exit_status.h"
 #include "batch/output_file.h"
 #include "batch/sql/count_statement.h"
 #include "batch/sql/moment_statement.h"
@@ -10,13 +11,6 @@
 #include "batch/terminal.h"
 
 namespace {
-
-enum ExitStatus { exitSuccess = 0, exitFailure = 1, exitWrongCommandLine = 2 };
-
-int refuse(const Complaint& complaint) {
-    std::fprintf(stderr, "%s: %s\ntry: %s sql --help\n", programName, complaint.text, programName);
-    return exitWrongCommandLine;
-}
 
 bool writeStatement(const SqlCommand& command, SqlText& sql, Complaint& complaint) {
     Block<SqlColumn> columns;
@@ -44,22 +38,17 @@ bool write(const TextBuffer& text, const char* path) {
 int runSql(int count, char** arguments) {
     SqlCommand command;
     Complaint complaint;
-    if (!parseSql(count, arguments, command, complaint)) return refuse(complaint);
+    if (!parseSql(count, arguments, command, complaint)) return refuse(complaint, "sql");
     useBinaryOutput();
     if (command.help) {
         printSqlHelp(stdout);
-        return std::fflush(stdout) == 0 && std::ferror(stdout) == 0 ? exitSuccess : exitFailure;
+        return endPrinting();
     }
     TextBuffer text;
     const bool hasMemory = text.allocate(4000, TextBuffer::Growth::growing) == success;
     SqlText sql(text, command.line.dialect);
-    if (hasMemory && !writeStatement(command, sql, complaint)) return refuse(complaint);
-    if (!hasMemory || text.ranOutOfMemory()) {
-        std::fprintf(stderr, "error : failed to allocate memory for data.\n");
-        return exitFailure;
-    }
-    if (write(text, command.line.output)) return exitSuccess;
-    std::fprintf(stderr, "error : cannot write '%s'\n",
-                 command.line.output != nullptr ? command.line.output : "standard output");
-    return exitFailure;
+    if (hasMemory && !writeStatement(command, sql, complaint)) return refuse(complaint, "sql");
+    if (!hasMemory || text.ranOutOfMemory()) return failWithoutMemory();
+    const char* const path = command.line.output;
+    return write(text, path) ? exitSuccess : fail("cannot write", path);
 }
