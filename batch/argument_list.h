@@ -31,7 +31,7 @@ inline bool isStandardStream(const char* path) {
 class Arguments {
 public:
     // From `first` on; that of number 0 is the program.
-    Arguments(int count, char** arguments, int first = 1)
+    Arguments(int count, char* const* arguments, int first = 1)
         : count_(count), arguments_(arguments), at_(first) {}
 
     const char* next() { return at_ < count_ ? arguments_[at_++] : nullptr; }
@@ -40,7 +40,7 @@ public:
 
 private:
     int count_;
-    char** arguments_;
+    char* const* arguments_;
     int at_;
 };
 

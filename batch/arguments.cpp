@@ -193,7 +193,7 @@ Match takeAnalysisOption(const Option& option, Arguments& arguments, CommandLine
     return Match::none;
 }
 
-bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Complaint& complaint) {
+bool parseCommandLine(int count, char* const* argumentTexts, CommandLine& line, Complaint& complaint) {
     Arguments arguments(count, argumentTexts);
     if (!parseKind(arguments.next(), line, complaint)) return false;
     if (line.task != CommandLine::Task::run) return true;

@@ -6,7 +6,7 @@
 
 // Reads the arguments; false and a complaint when they are wrong. Names of variables are left as they are:
 // they mean nothing before the file is read.
-bool parseCommandLine(int count, char** argumentTexts, CommandLine& line, Complaint& complaint);
+bool parseCommandLine(int count, char* const* argumentTexts, CommandLine& line, Complaint& complaint);
 
 // The kind of this name; null and a complaint when there is none, which looks among `others`, too, for what
 // may be meant.

@@ -277,7 +277,7 @@ bool writeSaved(const CommandLine& line, const AnalysisRun& run, TextBuffer& tab
 
 } // namespace
 
-int runBatch(int count, char** arguments) {
+int runBatch(int count, char* const* arguments) {
     const char* const word = count > 1 ? arguments[1] : "";
     if (std::strcmp(word, "import") == 0) return runImport(count, arguments);
     if (std::strcmp(word, "sql") == 0) return runSql(count, arguments);

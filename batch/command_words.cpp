@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string_view>
 
 #include "batch/complaint.h"
 
@@ -46,13 +47,6 @@ bool isProgramName(std::string_view word) {
     return word == programName;
 }
 
-template <class T> ErrorCode add(Block<T>& block, Index& count, const T& item) {
-    constexpr Index first = 64;
-    if (count == block.size() && block.grow(std::max(first, 2 * count)) != success) return outOfMemory;
-    block[count++] = item;
-    return success;
-}
-
 } // namespace
 
 ErrorCode splitCommands(char* program, char* text, Index length, CommandWords& result) {
@@ -67,28 +61,24 @@ ErrorCode splitCommands(char* program, char* text, Index length, CommandWords& r
             return success;
         };
         if (std::find(at, lineEnd, '\0') != lineEnd) return refuse("there is a NUL in it");
-        CommandWords::Command command = {line, result.wordCount, 0};
-        ErrorCode code = success;
+        CommandWords::Command command = {line, result.words.size(), 0};
         for (;;) {
             while (at < lineEnd && isBlank(*at)) ++at;
             if (at == lineEnd || *at == '#') break;
             char* const word = at;
             if (!takeWord(at, lineEnd)) return refuse("its quotes stay open");
             if (command.count == 0) {
-                code = code | add(result.words, result.wordCount, program);
+                if (!result.words.add(program)) return outOfMemory;
                 command.count = 1;
                 if (isProgramName(word)) continue;
             }
             if (command.count == 1 && std::strcmp(word, "run") == 0) return refuse("run cannot run itself");
-            code = code | add(result.words, result.wordCount, word);
-            if (code != success) return code;
+            if (!result.words.add(word)) return outOfMemory;
             ++command.count;
         }
-        if (command.count > 0) {
-            code = code | add<char*>(result.words, result.wordCount, nullptr) |
-                   add(result.commands, result.commandCount, command);
+        if (command.count > 0 && (!result.words.add(nullptr) || !result.commands.add(command))) {
+            return outOfMemory;
         }
-        if (code != success) return code;
         at = std::min(lineEnd + 1, end);
     }
     return success;

@@ -1,8 +1,6 @@
 #pragma once
 
-#include <string_view>
-
-#include "numeric/block.h"
+#include "numeric/growing_list.h"
 
 // The commands of a file, one a line, split into words: by blanks, except between quotes. '...' is taken as
 // it stands; in "..." and outside of quotes a backslash is one, unless it stands before a double quote, which
@@ -16,13 +14,15 @@ struct CommandWords {
         int count = 0;
     };
 
-    Block<Command> commands;
-    Index commandCount = 0;
-    Block<char*> words;
-    Index wordCount = 0;
+    GrowingList<Command> commands;
+    GrowingList<char*> words; // of all commands
     // Why the commands of a file cannot be run, and in which line; null when they can.
     const char* fault = nullptr;
     Index faultLine = 0;
+
+    char* const* wordsOf(const Command& command) const {
+        return words.part(command.first, command.count).data();
+    }
 };
 
 // Splits a text of `length` characters, of which words point into; room for one more is used behind it.

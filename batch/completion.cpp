@@ -192,7 +192,7 @@ void printZsh() {
 
 } // namespace
 
-int runCompletion(int count, char** arguments) {
+int runCompletion(int count, char* const* arguments) {
     const char* const shell = count == 3 ? arguments[2] : "";
     useBinaryOutput();
     if (std::strcmp(shell, "bash") == 0) {

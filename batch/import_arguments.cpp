@@ -65,7 +65,7 @@ Match takeImportOption(const Option& option, Arguments& arguments, ImportCommand
 
 } // namespace
 
-bool parseImport(int count, char** argumentTexts, ImportCommand& command, Complaint& complaint) {
+bool parseImport(int count, char* const* argumentTexts, ImportCommand& command, Complaint& complaint) {
     Arguments arguments(count, argumentTexts, 2);
     bool optionsEnded = false;
     while (const char* argument = arguments.next()) {

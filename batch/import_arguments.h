@@ -17,7 +17,7 @@ struct ImportCommand {
 };
 
 // Reads the arguments behind "import"; false and a complaint when they are wrong.
-bool parseImport(int count, char** argumentTexts, ImportCommand& command, Complaint& complaint);
+bool parseImport(int count, char* const* argumentTexts, ImportCommand& command, Complaint& complaint);
 
 // What it takes, in the order of the help.
 std::span<const OptionText> importOptions();

@@ -71,7 +71,7 @@ int importPipe(const ImportCommand& command, std::FILE* file) {
 
 } // namespace
 
-int runImport(int count, char** arguments) {
+int runImport(int count, char* const* arguments) {
     ImportCommand command;
     Complaint complaint;
     if (!parseImport(count, arguments, command, complaint)) return refuse(complaint, "import");

@@ -36,7 +36,7 @@ void printRunHelp() {
         "command, of which nothing is run.\n");
 }
 
-bool parseRun(int count, char** texts, RunOptions& options, Complaint& complaint) {
+bool parseRun(int count, char* const* texts, RunOptions& options, Complaint& complaint) {
     Arguments arguments(count, texts, 2);
     bool optionsEnded = false;
     while (const char* argument = arguments.next()) {
@@ -73,11 +73,10 @@ ErrorCode readCommands(const char* path, Block<char>& text, Index& length) {
     return code;
 }
 
-int runAll(const RunOptions& options, CommandWords& split, int (*runCommand)(int, char**)) {
+int runAll(const RunOptions& options, const CommandWords& split, RunCommand* runCommand) {
     int status = exitSuccess;
-    for (Index k = 0; k < split.commandCount; ++k) {
-        const CommandWords::Command& command = split.commands[k];
-        const int ended = runCommand(command.count, &split.words[command.first]);
+    for (const CommandWords::Command& command : split.commands.all()) {
+        const int ended = runCommand(command.count, split.wordsOf(command));
         if (ended == exitSuccess) continue;
         std::fprintf(stderr, "%s: line %lld of '%s' ended with status %d\n", programName,
                      static_cast<long long>(command.line), options.file, ended);
@@ -89,7 +88,7 @@ int runAll(const RunOptions& options, CommandWords& split, int (*runCommand)(int
 
 } // namespace
 
-int runFile(int count, char** arguments, int (*runCommand)(int count, char** arguments)) {
+int runFile(int count, char* const* arguments, RunCommand* runCommand) {
     RunOptions options;
     Complaint complaint;
     if (!parseRun(count, arguments, options, complaint)) return refuse(complaint, "run");

@@ -35,7 +35,7 @@ bool write(const TextBuffer& text, const char* path) {
 
 } // namespace
 
-int runSql(int count, char** arguments) {
+int runSql(int count, char* const* arguments) {
     SqlCommand command;
     Complaint complaint;
     if (!parseSql(count, arguments, command, complaint)) return refuse(complaint, "sql");

@@ -38,7 +38,7 @@ bool parseKind(const char* word, CommandLine& line, Complaint& complaint) {
 
 } // namespace
 
-bool parseSql(int count, char** argumentTexts, SqlCommand& command, Complaint& complaint) {
+bool parseSql(int count, char* const* argumentTexts, SqlCommand& command, Complaint& complaint) {
     Arguments arguments(count, argumentTexts, 2);
     const char* const word = arguments.next();
     if (word != nullptr && isHelp(word)) return command.help = true;

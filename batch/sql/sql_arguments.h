@@ -19,7 +19,7 @@ struct SqlCommand {
 };
 
 // Reads the arguments behind "sql"; false and a complaint when they are wrong.
-bool parseSql(int count, char** argumentTexts, SqlCommand& command, Complaint& complaint);
+bool parseSql(int count, char* const* argumentTexts, SqlCommand& command, Complaint& complaint);
 
 // Appends the table and the condition of the rows, each behind `indent`, as the user wrote them.
 void writeFrom(const SqlCommand& command, std::string_view indent, SqlText& sql);

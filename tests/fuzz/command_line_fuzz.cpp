@@ -14,7 +14,7 @@
 
 namespace {
 
-void tryAnalysis(int count, char** words) {
+void tryAnalysis(int count, char* const* words) {
     CommandLine line;
     Complaint complaint;
     require(parseCommandLine(count, words, line, complaint) != complaint.any());
@@ -35,7 +35,7 @@ void tryAnalysis(int count, char** words) {
     if (!complaint.any()) require(wishForPicture(line.picture, run, complaint) != complaint.any());
 }
 
-void trySql(int count, char** words) {
+void trySql(int count, char* const* words) {
     SqlCommand command;
     Complaint complaint;
     require(parseSql(count, words, command, complaint) != complaint.any());
@@ -62,9 +62,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     CommandWords commands;
     require(splitCommands(program, text.data(), static_cast<Index>(size), commands) == success);
     if (commands.fault != nullptr) return 0;
-    for (Index k = 0; k < commands.commandCount; ++k) {
-        const CommandWords::Command& command = commands.commands[k];
-        char** const words = &commands.words[command.first];
+    for (const CommandWords::Command& command : commands.commands.all()) {
+        char* const* const words = commands.wordsOf(command);
         const char* const first = command.count > 1 ? words[1] : "";
         if (std::strcmp(first, "sql") == 0) {
             trySql(command.count, words);
