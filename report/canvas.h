@@ -62,3 +62,8 @@ public:
     virtual void drawUpright(Point topLeft, const char* text, const TextStyle& style) = 0;
     virtual Extent measure(const char* text, const TextStyle& style) = 0;
 };
+
+inline void drawSegment(Canvas& canvas, Point from, Point to, const Pen& pen) {
+    const Point points[] = {from, to};
+    canvas.drawLine(points, pen);
+}

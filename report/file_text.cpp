@@ -26,9 +26,13 @@ std::size_t wholeCharacters(std::string_view text, std::size_t most) {
     return kept;
 }
 
+bool isControl(char32_t character) {
+    return character < ' ' || (character >= 0x7F && character < 0xA0);
+}
+
 char32_t withoutControls(char32_t character) {
     if (character == '\t' || character == '\n' || character == '\r') return ' ';
-    return character < ' ' || (character >= 0x7F && character < 0xA0) ? replacementCharacter : character;
+    return isControl(character) ? replacementCharacter : character;
 }
 
 void appendCharacter(TextBuffer& document, char32_t character) {

@@ -12,6 +12,9 @@ char32_t takeFileCharacter(std::string_view& text);
 // The length of the longest beginning of `text` that has at most `most` bytes and cuts no character.
 std::size_t wholeCharacters(std::string_view text, std::size_t most);
 
+// C0, DEL and C1.
+bool isControl(char32_t character);
+
 // What stands for a character in documents without controls: a blank for a tab or a line end, the replacement
 // character for any other.
 char32_t withoutControls(char32_t character);

@@ -16,11 +16,6 @@ constexpr int mostDecimals = 9;
 constexpr double leastPlainStep = 1e-2;
 constexpr double firstLongNumber = 1e5;
 
-void line(Canvas& canvas, Point from, Point to, const Pen& pen) {
-    const Point points[] = {from, to};
-    canvas.drawLine(points, pen);
-}
-
 // Decimals of the shortest number that is the step, for a step between 0.01 and 99999.
 int stepDecimals(double step) {
     for (int decimals = 0; decimals < mostDecimals; ++decimals) {
@@ -74,21 +69,21 @@ public:
     void drawZeroLines() {
         const Pen pen = {zeroLineGrey, 1};
         const Point origin = layout_.origin;
-        line(canvas_, {plot_.left, origin.y}, {plot_.right, origin.y}, pen);
+        drawSegment(canvas_, {plot_.left, origin.y}, {plot_.right, origin.y}, pen);
         if (layout_.horizontal.series < 0) return;
-        line(canvas_, {origin.x, plot_.top}, {origin.x, plot_.bottom}, pen);
+        drawSegment(canvas_, {origin.x, plot_.top}, {origin.x, plot_.bottom}, pen);
     }
 
     void drawHorizontal() {
         const Axis& axis = layout_.horizontal;
-        line(canvas_, {plot_.left, plot_.bottom}, {plot_.right, plot_.bottom}, pen_);
+        drawSegment(canvas_, {plot_.left, plot_.bottom}, {plot_.right, plot_.bottom}, pen_);
         if (axis.series < 0) return;
         const int stride = numberStride(axis, widestNumber(canvas_, axis, 1, style_) + numberAir);
         const int numberTop = plot_.bottom + layout_.tickLength + numberGap;
         const TickRange ticks = tickRange(axis);
         for (int k = ticks.first; k <= ticks.last; ++k) {
             const int x = layout_.origin.x + pixelOffset(k * axis.step, axis);
-            line(canvas_, {x, plot_.bottom}, {x, plot_.bottom + layout_.tickLength}, pen_);
+            drawSegment(canvas_, {x, plot_.bottom}, {x, plot_.bottom + layout_.tickLength}, pen_);
             if (k % stride != 0) continue;
             char text[tickTextSize];
             writeTickNumber(axis, k, text);
@@ -104,7 +99,7 @@ public:
         const int edge = onRight ? plot_.right : plot_.left;
         const int outside = onRight ? 1 : -1;
         const Pen pen = {color, layout_.penWidth};
-        line(canvas_, {edge, plot_.top}, {edge, plot_.bottom}, pen);
+        drawSegment(canvas_, {edge, plot_.top}, {edge, plot_.bottom}, pen);
 
         // Numbers that have no room outside, even half as many of them, go to the other side of the axis.
         const int room =
@@ -123,7 +118,7 @@ public:
         const TickRange ticks = tickRange(axis);
         for (int k = ticks.first; k <= ticks.last; ++k) {
             const int y = layout_.origin.y - pixelOffset(k * axis.step, axis);
-            line(canvas_, {edge, y}, {edge + outside * layout_.tickLength, y}, pen);
+            drawSegment(canvas_, {edge, y}, {edge + outside * layout_.tickLength, y}, pen);
             if (k % stride != 0) continue;
             char text[tickTextSize];
             writeTickNumber(axis, k, text);

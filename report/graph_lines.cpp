@@ -55,15 +55,14 @@ void drawLabels(Canvas& canvas, const Graph& graph, const GraphLayout& layout, d
 void drawItemLine(Canvas& canvas, const Graph& graph, const GraphView& view, const GraphLayout& layout,
                   const Axis& vertical, Color color) {
     const Pen pen = {color, layout.penWidth};
-    Point ends[2];
+    Point before, at;
     bool joined = false;
     for (Index i = 0; i < graph.spec.itemCount; ++i) {
-        const bool placed = placeItem(graph, layout, vertical, i, ends[1]);
-        if (placed && joined) canvas.drawLine(ends, pen);
-        if (placed) ends[0] = ends[1];
+        const bool placed = placeItem(graph, layout, vertical, i, at);
+        if (placed && joined) drawSegment(canvas, before, at, pen);
+        if (placed) before = at;
         joined = placed;
     }
-    Point at;
     if (view.highlighted == 0 || view.highlighted > graph.spec.itemCount) return;
     if (!placeItem(graph, layout, vertical, view.highlighted - 1, at)) return;
     drawMarker(canvas, at, layout.penWidth, {highlightRed, 2 * layout.penWidth});
@@ -80,8 +79,8 @@ void drawBars(Canvas& canvas, const Graph& graph, const GraphView& view, const G
         const Color color = i + 1 == view.highlighted ? highlightRed : barGreen;
         drawBar(canvas, layout, slotCentre(layout, slot, i), slot, value, color);
     }
-    const Point zeroLine[] = {{layout.plot.left, layout.origin.y}, {layout.plot.right, layout.origin.y}};
-    canvas.drawLine(zeroLine, {black, 1});
+    drawSegment(canvas, {layout.plot.left, layout.origin.y}, {layout.plot.right, layout.origin.y},
+                {black, 1});
     drawLabels(canvas, graph, layout, slot);
 }
 

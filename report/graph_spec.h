@@ -54,7 +54,7 @@ struct Graph {
 enum class GraphCode : std::int32_t { built = 0, seriesWrong = 1, seriesTooFew = 2, kindUnknown = 4 };
 
 // Copies and validates a description. Every range contains 0; values that are not finite take no part in it.
-// Returns success or one of the codes above; kindUnknown when memory runs out, too.
+// Returns built, with the graph, or why there is none; kindUnknown when memory runs out, too.
 [[nodiscard]] GraphCode initGraph(const GraphSpec& spec, Graph& graph);
 
 void releaseGraph(Graph& graph);

@@ -76,8 +76,7 @@ public:
         for (std::int32_t v = 0; v < spec_.vectorCount; ++v) {
             Segment segment;
             if (!place(v, segment)) continue;
-            const Point points[] = {segment.from, segment.to};
-            canvas_.drawLine(points, pen_);
+            drawSegment(canvas_, segment.from, segment.to, pen_);
             drawHead(segment);
             if (segmentCount_ < mostKept) segments_[segmentCount_++] = segment;
         }

@@ -1,5 +1,7 @@
 #include "report/messages.h"
 
+#include "data/categories.h"
+
 namespace {
 
 template <class Code> struct Message {
@@ -7,9 +9,6 @@ template <class Code> struct Message {
     const char* text; // of the screen, null leaves it; "%d" is filled in
     const char* status;
 };
-
-// The largest number of groups and of categories.
-constexpr int mostCategories = 64;
 
 // A code without a status text of its own keeps this one.
 constexpr const char* defaultStatus = "error : detected singular matrix.";

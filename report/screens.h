@@ -18,9 +18,8 @@ public:
     [[nodiscard]] virtual ErrorCode setProgress(int percent) = 0;
     // The same inside a stage from one percentage to the next, `part` of it done. The bar of the window stays
     // at the first until the second is reached.
-    [[nodiscard]] virtual ErrorCode setProgressWithin(int from, int to, double part) {
-        static_cast<void>(to);
-        static_cast<void>(part);
+    [[nodiscard]] virtual ErrorCode setProgressWithin(int from, [[maybe_unused]] int to,
+                                                      [[maybe_unused]] double part) {
         return setProgress(from);
     }
     virtual void hideProgress() = 0;

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "data/import/unicode.h"
+#include "report/file_text.h"
 
 namespace {
 
@@ -23,8 +24,7 @@ static_assert(sizeof advances / sizeof advances[0] == '~' - firstAdvance + 1);
 // XML has no control characters, and some bytes of Windows-1252 are no others.
 int characterOf(unsigned char byte) {
     const char32_t character = fromWindows1252(byte);
-    const bool isControl = character < ' ' || (character >= 0x7F && character < 0xA0);
-    return static_cast<int>(isControl ? replacementCharacter : character);
+    return static_cast<int>(isControl(character) ? replacementCharacter : character);
 }
 
 void appendEscaped(TextBuffer& document, const char* text) {

@@ -45,7 +45,6 @@ enum class LayerKind {
     line,      // through the points
     steps,     // y holds from its x on
     band,      // between lower and upper over x
-    bars,      // from 0 up to y
     intervals, // across, from lower to upper with a mark at x, at the height y
 };
 

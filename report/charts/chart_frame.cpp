@@ -83,7 +83,6 @@ void drawKey(Canvas& canvas, const Chart& chart, const ChartLayer& layer, const 
     switch (layer.kind) {
     case LayerKind::points:
         return drawMark(canvas, groupStyle(chart.styleOf(layer)), middle, frame.markRadius(1));
-    case LayerKind::bars:
     case LayerKind::band:
         return canvas.fillBox({left.x, middle.y - half / 2, right.x, middle.y + half / 2}, chartShade);
     default:
@@ -98,6 +97,10 @@ int ChartFrame::markRadius(Index marks) const {
     return marks > 3000 ? std::max(radius - 2, 2) : marks > 300 ? std::max(radius - 1, 2) : radius;
 }
 
+int ChartFrame::lineWidth() const {
+    return std::max(text.height / 8, 1);
+}
+
 FittedText fitTo(Canvas& canvas, const char* text, const TextStyle& style, int width) {
     FittedText fitted;
     fitText(canvas, text, style, width, fitted.text);
@@ -105,15 +108,9 @@ FittedText fitTo(Canvas& canvas, const char* text, const TextStyle& style, int w
     return fitted.width <= width ? fitted : FittedText{};
 }
 
-void drawSegment(Canvas& canvas, Point from, Point to, const Pen& pen) {
-    const Point points[] = {from, to};
-    canvas.drawLine(points, pen);
-}
-
 Pen layerPen(const ChartLayer& layer, const ChartFrame& frame) {
-    const int width = std::max(frame.text.height / 8, 1);
     if (layer.style == ChartLayer::guide) return {.color = chartGrey, .width = 1, .dashed = true};
-    return {.color = groupStyle(layer.style).color, .width = width, .dashed = layer.isDashed};
+    return {.color = groupStyle(layer.style).color, .width = frame.lineWidth(), .dashed = layer.isDashed};
 }
 
 ChartFrame layOutFrame(Canvas& canvas, const Chart& chart, const ChartView& view, const ChartRange& across,

@@ -19,7 +19,8 @@ struct ChartFrame {
     ChartTicks acrossTicks, upTicks;
 
     bool hasRoom() const { return plot.right - plot.left >= 20 && plot.bottom - plot.top >= 20; }
-    int markRadius(Index marks) const;
+    int markRadius(Index marks) const; // where so many stand
+    int lineWidth() const;
 };
 
 // Places all of it around the ranges; `left` is kept free on the left besides what the axis needs.
@@ -31,8 +32,6 @@ void drawAcrossAxis(Canvas& canvas, const ChartAxis& axis, const ChartFrame& fra
 void drawUpAxis(Canvas& canvas, const ChartAxis& axis, const ChartFrame& frame);
 void drawLegend(Canvas& canvas, const Chart& chart, const ChartFrame& frame);
 
-// From one point to the other.
-void drawSegment(Canvas& canvas, Point from, Point to, const Pen& pen);
 Pen layerPen(const ChartLayer& layer, const ChartFrame& frame);
 
 // A text that is shortened to so many pixels, with its width; empty where these are too few for any of it.

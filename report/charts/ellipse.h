@@ -1,18 +1,16 @@
 #pragma once
 
-#include <span>
-
 #include "numeric/block.h"
 
 // The ellipse that holds 0.95 of a normal distribution of the points' means and covariances.
 struct ChartEllipse {
     double meanX = 0.0;
     double meanY = 0.0;
-    // Of the point at an angle t: the mean + cos t * (x of long, y of long) + sin t * those of the short
-    // axis.
+    // From the mean to the ends of the long and of the short axis.
     double longX = 0.0, longY = 0.0;
     double shortX = 0.0, shortY = 0.0;
 
+    // The mean + cos(angle) * long + sin(angle) * short.
     void point(double angle, double& x, double& y) const;
 };
 

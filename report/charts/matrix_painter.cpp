@@ -100,7 +100,7 @@ struct MatrixPainter {
 void drawScatterMatrix(Canvas& canvas, const Chart& chart, const ChartView& view) {
     const Index columns = std::min(chart.values.columns(), mostColumns);
     if (columns == 0) return;
-    ChartFrame frame = layOutFrame(canvas, chart, view, {}, {}, 0);
+    ChartFrame frame = layOutFrame(canvas, chart, view, {}, {});
     const int margin = view.fontHeight / 2;
     frame.plot.left = margin + 3 * view.fontHeight;
     frame.plot.bottom = view.size.height - margin - view.fontHeight + gap;

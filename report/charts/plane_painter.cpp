@@ -63,8 +63,10 @@ ErrorCode findRanges(const Chart& chart, const ChartView& view, PlaneRanges& ran
         for (const Block<double>* limits : {&layer.lower, &layer.upper}) {
             for (const double limit : *limits) isAcross ? across(limit) : ranges.up.hold(limit);
         }
-        if (layer.kind == LayerKind::arrows) across(0.0);
-        if (layer.kind == LayerKind::arrows || layer.kind == LayerKind::bars) ranges.up.hold(0.0);
+        if (layer.kind == LayerKind::arrows) {
+            across(0.0);
+            ranges.up.hold(0.0);
+        }
     }
     return visitEllipses(chart, view, [&](const ChartEllipse& ellipse, int) {
         const double halfWidth = std::hypot(ellipse.longX, ellipse.shortX);
@@ -115,21 +117,6 @@ ErrorCode drawBand(const Plane& plane, const ChartLayer& layer) {
     if (count > 2)
         plane.canvas.fillPolygon(std::span(corners.data(), static_cast<std::size_t>(count)), chartShade);
     return success;
-}
-
-void drawBars(const Plane& plane, const ChartLayer& layer) {
-    const Box& plot = plane.frame.plot;
-    const int slots =
-        std::max((plot.right - plot.left) / static_cast<int>(std::max<Index>(layer.size(), 1)), 1);
-    const int half = std::clamp(slots * 3 / 10, 1, 40);
-    const int zero = plane.frame.up.place(0.0);
-    for (Index i = 0; i < layer.size(); ++i) {
-        if (!plane.isFinite(layer.x[i], layer.y[i])) continue;
-        const Point at = plane.place(layer.x[i], layer.y[i]);
-        const Box bar = {std::max(at.x - half, plot.left), std::min(at.y, zero),
-                         std::min(at.x + half, plot.right), std::max(at.y, zero) + 1};
-        plane.canvas.fillBox(bar, groupStyle(layer.style).color);
-    }
 }
 
 void drawIntervals(const Plane& plane, const ChartLayer& layer) {
@@ -193,9 +180,6 @@ ErrorCode drawLayer(const Plane& plane, const ChartLayer& layer) {
         return drawPolyline(plane, layer);
     case LayerKind::band:
         return drawBand(plane, layer);
-    case LayerKind::bars:
-        drawBars(plane, layer);
-        return success;
     case LayerKind::intervals:
         drawIntervals(plane, layer);
         return success;
@@ -277,8 +261,7 @@ ErrorCode drawEllipses(const Plane& plane, const ChartView& view) {
             ellipse.point(2.0 * std::numbers::pi * k / ellipseSides, x, y);
             points[k] = plane.place(x, y);
         }
-        plane.canvas.drawLine(
-            points, {.color = groupStyle(group).color, .width = std::max(plane.frame.text.height / 8, 1)});
+        plane.canvas.drawLine(points, {.color = groupStyle(group).color, .width = plane.frame.lineWidth()});
     });
 }
 

@@ -55,9 +55,8 @@ void drawLabels(Canvas& canvas, const ChartTree& tree, const TreeLayout& layout,
 }
 
 Pen penOf(Index cluster, const ChartFrame& frame) {
-    const int width = std::max(frame.text.height / 8, 1);
-    if (cluster < 0) return {.color = chartGrey, .width = width};
-    return {.color = groupStyle(static_cast<int>(cluster)).color, .width = width};
+    if (cluster < 0) return {.color = chartGrey, .width = frame.lineWidth()};
+    return {.color = groupStyle(static_cast<int>(cluster)).color, .width = frame.lineWidth()};
 }
 
 // From each part of a merge across to its level, and between the two.

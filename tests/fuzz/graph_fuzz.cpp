@@ -68,7 +68,7 @@ void setTree(Choices& choices, ChartTree& tree) {
 
 void setLayers(Choices& choices, Chart& chart, int samples) {
     for (int layers = choices.below(6); layers > 0; --layers) {
-        ChartLayer& layer = *chart.addLayer(static_cast<LayerKind>(choices.below(7)), samples);
+        ChartLayer& layer = *chart.addLayer(static_cast<LayerKind>(choices.below(6)), samples);
         require((layer.lower.allocate(samples) | layer.upper.allocate(samples)) == success);
         for (Block<double>* const each : {&layer.x, &layer.y, &layer.lower, &layer.upper})
             setNumbers(choices, {each->data(), static_cast<std::size_t>(samples)});

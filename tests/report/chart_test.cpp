@@ -107,9 +107,8 @@ TEST(Chart, StaysInsideThePicture) {
                 SCOPED_TRACE(testing::Message()
                              << name << ' ' << font << ' ' << size.width << 'x' << size.height);
                 Chart chart;
-                for (const LayerKind kind :
-                     {LayerKind::band, LayerKind::bars, LayerKind::line, LayerKind::steps, LayerKind::arrows,
-                      LayerKind::points, LayerKind::intervals}) {
+                for (const LayerKind kind : {LayerKind::band, LayerKind::line, LayerKind::steps,
+                                             LayerKind::arrows, LayerKind::points, LayerKind::intervals}) {
                     ChartLayer& layer = *chart.addLayer(kind, 9);
                     ASSERT_EQ(layer.lower.allocate(9) | layer.upper.allocate(9), success);
                     for (Block<double>* block : {&layer.x, &layer.y, &layer.lower, &layer.upper})
