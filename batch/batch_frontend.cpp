@@ -15,9 +15,9 @@ namespace {
 constexpr std::chrono::milliseconds patience(500);
 
 // A file that is read twice and tells how far it is.
-class ToldSource : public FileSource {
+class ProgressSource : public FileSource {
 public:
-    ToldSource(std::FILE* file, Screens& screens) : FileSource(file), screens_(screens) {
+    ProgressSource(std::FILE* file, Screens& screens) : FileSource(file), screens_(screens) {
         if (std::fseek(file, 0, SEEK_END) == 0) size_ = std::ftell(file);
         std::rewind(file);
     }
@@ -38,7 +38,7 @@ private:
 FileCode readHeld(std::FILE* file, CellTable& cells, ReadingNotes& notes) {
     Block<char> bytes;
     Index length = 0;
-    const ErrorCode code = readPipe(file, bytes, length);
+    const ErrorCode code = readToEnd(file, bytes, length);
     if (code == outOfMemory) return FileCode::noMemory;
     if (code != success) {
         notes.refusal.cause = RefusalCause::unreadable;
@@ -108,7 +108,7 @@ FileCode BatchFrontend::readTable(const char* path, CellTable& cells, ReadingNot
     if (typeOf(path) == FileType::device) {
         code = readHeld(file, cells, notes);
     } else {
-        ToldSource source(file, *this);
+        ProgressSource source(file, *this);
         showProgress();
         code = readCsvSource(source, cells, notes);
         hideProgress();
@@ -122,7 +122,7 @@ FileCode BatchFrontend::readMoments(const char* path, MomentTable& moments, Read
     if (file == nullptr) return FileCode::notOpened;
     Block<char> bytes;
     Index length = 0;
-    ErrorCode code = readPipe(file, bytes, length);
+    ErrorCode code = readToEnd(file, bytes, length);
     if (file != stdin) std::fclose(file);
     if (code == illegalData) {
         notes.refusal.cause = RefusalCause::unreadable;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 
 #include "analysis/run/frontend.h"
 #include "batch/command_line.h"
@@ -32,10 +33,9 @@ public:
     void openGraphWindow(const Graph&) override {}
     void closeGraph() override {}
     FileCode readTable(const char* path, CellTable& cells, ReadingNotes& notes) override;
+    FileCode readMoments(const char* path, MomentTable& moments, ReadingNotes& notes) override;
     Index workers() const override;
     ErrorCode computeParts(PartedWork& work, Index workers) override;
-
-    FileCode readMoments(const char* path, MomentTable& moments, ReadingNotes& notes) override;
 
     // The text that was shown last.
     const TextBuffer* shown() const { return shown_; }

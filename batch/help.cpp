@@ -39,44 +39,42 @@ void printCommonOptions(std::FILE* file) {
     for (const OptionText& option : commonOptions()) printOption(file, option);
 }
 
-} // namespace
-
-void printHelp(std::FILE* file, const AnalysisKind* kind) {
-    if (kind != nullptr) {
-        Settings settings;
-        setDefaultSettings(settings);
-        AnalysisOptions options;
-        startOptions(options, settings);
-        std::fprintf(file,
-                     "usage: %s %s [options] FILE.csv\n\n%s: %s\n\nexample:\n  %s %s %s\n\n"
-                     "options of this analysis:\n",
-                     programName, kind->batchName, kind->batchName, kind->batchTitle, programName,
-                     kind->batchName, kind->example);
-        for (const OptionField& field : kind->analysis->fields) printField(file, field, options);
-        if (numbersClusters(kind)) printOption(file, clustersOption);
-        for (const AssignmentOption& option : assignmentOptions()) {
-            if (!option.isTakenBy(*kind)) continue;
-            char usage[80];
-            std::snprintf(usage, sizeof usage, "--%s %s", option.name, assignmentUsage);
-            printUsageLine(file, usage, option.help);
-            std::fprintf(file, "; may be repeated\n");
-        }
-        if (kind->hasSampleColumns) {
-            std::fprintf(file, "\noptions of saved columns:\n");
-            printOption(file, saveOption);
-        }
-        if (hasExpressions(kind)) {
-            std::fprintf(file, "\noptions of scoring in a database:\n");
-            for (const OptionText& option : scoreOptions) printOption(file, option);
-        }
-        if (kind->graph != GraphRule::never || !picturesOf(*kind).empty()) {
-            std::fprintf(file, "\noptions of its picture:\n");
-            printPictureHelp(file, *kind);
-        }
-        std::fprintf(file, "\noptions of every analysis:\n");
-        printCommonOptions(file);
-        return;
+void printKindHelp(std::FILE* file, const AnalysisKind& kind) {
+    Settings settings;
+    setDefaultSettings(settings);
+    AnalysisOptions options;
+    startOptions(options, settings);
+    std::fprintf(file,
+                 "usage: %s %s [options] FILE.csv\n\n%s: %s\n\nexample:\n  %s %s %s\n\n"
+                 "options of this analysis:\n",
+                 programName, kind.batchName, kind.batchName, kind.batchTitle, programName, kind.batchName,
+                 kind.example);
+    for (const OptionField& field : kind.analysis->fields) printField(file, field, options);
+    if (numbersClusters(&kind)) printOption(file, clustersOption);
+    for (const AssignmentOption& option : assignmentOptions()) {
+        if (!option.isTakenBy(kind)) continue;
+        char usage[80];
+        std::snprintf(usage, sizeof usage, "--%s %s", option.name, assignmentUsage);
+        printUsageLine(file, usage, option.help);
+        std::fprintf(file, "; may be repeated\n");
     }
+    if (kind.hasSampleColumns) {
+        std::fprintf(file, "\noptions of saved columns:\n");
+        printOption(file, saveOption);
+    }
+    if (hasExpressions(&kind)) {
+        std::fprintf(file, "\noptions of scoring in a database:\n");
+        for (const OptionText& option : scoreOptions) printOption(file, option);
+    }
+    if (kind.graph != GraphRule::never || !picturesOf(kind).empty()) {
+        std::fprintf(file, "\noptions of its picture:\n");
+        printPictureHelp(file, kind);
+    }
+    std::fprintf(file, "\noptions of every analysis:\n");
+    printCommonOptions(file);
+}
+
+void printProgramHelp(std::FILE* file) {
     std::fprintf(
         file,
         "usage: %s KIND [options] FILE.csv\n"
@@ -102,4 +100,14 @@ void printHelp(std::FILE* file, const AnalysisKind* kind) {
         "The status line goes to standard error. Exit status: 0 success, 1 the file or the analysis\n"
         "failed (the report says why), 2 wrong command line.\n",
         programName);
+}
+
+} // namespace
+
+void printHelp(std::FILE* file, const AnalysisKind* kind) {
+    if (kind != nullptr) {
+        printKindHelp(file, *kind);
+    } else {
+        printProgramHelp(file);
+    }
 }

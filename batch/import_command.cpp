@@ -62,7 +62,7 @@ int importFrom(const ImportCommand& command, ByteSource& source) {
 int importPipe(const ImportCommand& command, std::FILE* file) {
     Block<char> bytes;
     Index length = 0;
-    const ErrorCode code = readPipe(file, bytes, length);
+    const ErrorCode code = readToEnd(file, bytes, length);
     if (code == outOfMemory) return failWithoutMemory();
     if (code != success) return fail("cannot read", command.file);
     MemorySource source({bytes.data(), static_cast<std::size_t>(length)});

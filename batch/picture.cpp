@@ -1,5 +1,6 @@
 #include "batch/picture.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -15,7 +16,7 @@
 namespace {
 
 constexpr const char* windowName = "window";
-constexpr std::size_t firstCapacity = 65'536;
+constexpr Index firstCapacity = 65'536;
 
 // The whole numbers of a text, with this character between two of them; false for anything else.
 bool parseNumbers(const char* text, char separator, int least, int most, std::span<int> numbers) {
@@ -225,6 +226,22 @@ bool wishForGroups(const char* variable, AnalysisRun& run, Complaint& complaint)
     return !complaint.any();
 }
 
+ErrorCode drawWantedChart(const PictureOptions& options, const Chart& chart, TextBuffer& document) {
+    ChartChoices choices = {
+        .fontHeight = options.fontHeight, .labels = options.labels, .ellipses = options.ellipses};
+    if (options.isSized) choices.size = {options.view.width, options.view.height};
+    const ChartView view = viewOf(chart, choices);
+    SvgCanvas canvas(document, view.size);
+    ChartShortage shortage;
+    const ErrorCode code = drawChart(canvas, chart, view, shortage);
+    if (shortage.labels > 0) {
+        std::fprintf(stderr, "note : the picture has no room for %td of %td labels\n", shortage.labels,
+                     shortage.ofLabels);
+    }
+    canvas.finish();
+    return code;
+}
+
 } // namespace
 
 PictureOption findPictureOption(std::string_view name) {
@@ -321,26 +338,6 @@ const char* refusePicture(const PictureOptions& options, const AnalysisKind& kin
     }
     return view.highlighted > graph.spec.itemCount ? "--highlight: the picture has fewer items" : nullptr;
 }
-
-namespace {
-
-ErrorCode drawWantedChart(const PictureOptions& options, const Chart& chart, TextBuffer& document) {
-    ChartChoices choices = {
-        .fontHeight = options.fontHeight, .labels = options.labels, .ellipses = options.ellipses};
-    if (options.isSized) choices.size = {options.view.width, options.view.height};
-    const ChartView view = viewOf(chart, choices);
-    SvgCanvas canvas(document, view.size);
-    ChartShortage shortage;
-    const ErrorCode code = drawChart(canvas, chart, view, shortage);
-    if (shortage.labels > 0) {
-        std::fprintf(stderr, "note : the picture has no room for %td of %td labels\n", shortage.labels,
-                     shortage.ofLabels);
-    }
-    canvas.finish();
-    return code;
-}
-
-} // namespace
 
 ErrorCode drawPicture(const PictureOptions& options, const AnalysisRun& run, TextBuffer& document) {
     ErrorCode code = document.allocate(firstCapacity, TextBuffer::Growth::growing);

@@ -64,11 +64,11 @@ bool parseRun(int count, char* const* texts, RunOptions& options, Complaint& com
 ErrorCode readCommands(const char* path, Block<char>& text, Index& length) {
     if (isStandardStream(path)) {
         useBinaryInput();
-        return readPipe(stdin, text, length);
+        return readToEnd(stdin, text, length);
     }
     std::FILE* const file = openToRead(path);
     if (file == nullptr) return illegalData;
-    const ErrorCode code = readPipe(file, text, length);
+    const ErrorCode code = readToEnd(file, text, length);
     std::fclose(file);
     return code;
 }

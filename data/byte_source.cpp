@@ -24,7 +24,7 @@ bool MemorySource::rewind() {
     return true;
 }
 
-ErrorCode readPipe(std::FILE* file, Block<char>& bytes, Index& length) {
+ErrorCode readToEnd(std::FILE* file, Block<char>& bytes, Index& length) {
     length = 0;
     for (;;) {
         constexpr Index first = 1 << 16;

@@ -40,5 +40,6 @@ private:
     std::size_t at_ = 0;
 };
 
-// Everything that comes through a pipe; success, outOfMemory, or illegalData when reading fails.
-[[nodiscard]] ErrorCode readPipe(std::FILE* file, Block<char>& bytes, Index& length);
+// Everything that comes from an open file, which may be a pipe; success, outOfMemory, or illegalData when
+// reading fails.
+[[nodiscard]] ErrorCode readToEnd(std::FILE* file, Block<char>& bytes, Index& length);
