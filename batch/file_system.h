@@ -8,7 +8,8 @@ struct FilePath {
     char text[4096] = "";
 };
 
-enum class FileType { missing, regular, folder, device }; // pipes are devices
+// Pipes are devices; what may not be looked at is unknown.
+enum class FileType { missing, unknown, regular, folder, device };
 
 // The type of what stands at a path, links followed.
 FileType typeOf(const char* path);

@@ -90,7 +90,8 @@ bool mayWrite(const char* path, const struct stat& found) {
 
 FileType typeOf(const char* path) {
     struct stat found = {};
-    if (stat(path, &found) != 0) return FileType::missing;
+    if (stat(path, &found) != 0)
+        return errno == ENOENT || errno == ENOTDIR ? FileType::missing : FileType::unknown;
     if (S_ISDIR(found.st_mode)) return FileType::folder;
     return S_ISREG(found.st_mode) ? FileType::regular : FileType::device;
 }

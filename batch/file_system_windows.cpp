@@ -80,8 +80,9 @@ FileType typeOf(const char* path) {
     WidePath wide;
     if (!widen(path, wide)) return FileType::missing;
     const DWORD attributes = GetFileAttributesW(wide.text);
-    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
-        return FileType::folder;
+    const bool isFound = attributes != INVALID_FILE_ATTRIBUTES;
+    const bool isDenied = !isFound && GetLastError() == ERROR_ACCESS_DENIED;
+    if (isFound && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return FileType::folder;
     // NUL, CON and the like have no attributes, or those of a file.
     const HANDLE file =
         CreateFileW(wide.text, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -91,7 +92,8 @@ FileType typeOf(const char* path) {
         CloseHandle(file);
         if (type == FILE_TYPE_CHAR || type == FILE_TYPE_PIPE) return FileType::device;
     }
-    return attributes != INVALID_FILE_ATTRIBUTES ? FileType::regular : FileType::missing;
+    if (isDenied) return FileType::unknown;
+    return isFound ? FileType::regular : FileType::missing;
 }
 
 bool followLinks(const char* path, FilePath& file) {
