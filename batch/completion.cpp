@@ -61,19 +61,9 @@ bool isWords(const char* value) {
            std::strchr(value, '|') != nullptr;
 }
 
-// A text with some of its characters written otherwise.
-void print(const char* text, char from, const char* to) {
-    for (; *text != '\0'; ++text) {
-        if (*text == from) {
-            std::fputs(to, stdout);
-        } else {
-            std::putchar(*text);
-        }
-    }
-}
-
+// "a|b" as "a b".
 void printWords(const char* value) {
-    print(value, '|', " ");
+    for (; *value != '\0'; ++value) std::putchar(*value == '|' ? ' ' : *value);
 }
 
 void printBash() {
