@@ -1,16 +1,11 @@
 #include "analysis/run/sample_groups.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 
-namespace {
+#include "data/number.h"
 
-bool isNumber(const char* text) {
-    char* end = nullptr;
-    std::strtod(text, &end);
-    return end != text && *end == '\0';
-}
+namespace {
 
 // The number of a text among those found so far, which it may become one of; -1 when there are too many.
 std::int32_t numberOf(const char* text, const char* (&found)[SampleGroups::most], Index& count) {
@@ -44,7 +39,7 @@ GroupSearch findGroups(const DataSet& data, std::int32_t column, SampleGroups& g
     for (std::int32_t k = 0; k < count; ++k) order[k] = k;
     if (std::all_of(found, found + count, isNumber)) {
         std::stable_sort(order, order + count, [&](std::int32_t a, std::int32_t b) {
-            return std::strtod(found[a], nullptr) < std::strtod(found[b], nullptr);
+            return parseNumber(found[a]) < parseNumber(found[b]);
         });
     }
     for (std::int32_t k = 0; k < count; ++k) {
