@@ -19,8 +19,8 @@ EventOption eventOption(const DataMatrix& data, const EventColumns& columns, con
 
 void writeCoefficients(Report& report, const DataMatrix& data, const EventData& events,
                        const EventCoefficients& coefficients, const char* ratio) {
-    const char* names[] = {"coefficient", "s.error", "wald.chi", "chi.prob", ratio};
-    WriteNamedHeader(report, std::span(names, ratio != nullptr ? 5 : 4), wideCell.width);
+    const char* headings[] = {"coefficient", "s.error", "wald.chi", "chi.prob", ratio};
+    WriteNamedHeader(report, std::span(headings, ratio != nullptr ? 5 : 4), wideCell.width);
     for (Index j = 0; j < coefficients.values.size(); ++j) {
         const bool constant = j == events.covariates;
         const double value = coefficients.values[j];
@@ -37,8 +37,8 @@ void writeCoefficients(Report& report, const DataMatrix& data, const EventData& 
 }
 
 void writeLikelihoodHeader(Report& report) {
-    constexpr const char* names[] = {"log.likelihood", "AIC"};
-    WriteNamedHeader(report, names, wideCell.width);
+    constexpr const char* headings[] = {"log.likelihood", "AIC"};
+    WriteNamedHeader(report, headings, wideCell.width);
 }
 
 void writeLikelihoodRow(Report& report, Index number, const char* label, double likelihood,
@@ -49,9 +49,9 @@ void writeLikelihoodRow(Report& report, Index number, const char* label, double 
 
 void writeLikelihoodRatio(Report& report, double null, double fitted, Index covariates) {
     const double chiSquare = 2.0 * (fitted - null);
-    constexpr const char* names[] = {"chi.square", "deg.free", "chi.prob"};
+    constexpr const char* headings[] = {"chi.square", "deg.free", "chi.prob"};
     writeCaption(report, "likelihood ratio chi square, degree of freedom, chi prob");
-    WriteNamedHeader(report, names, wideCell.width);
+    WriteNamedHeader(report, headings, wideCell.width);
     startRow(report, 1, "model");
     writeCell(report, chiSquare, wideCell);
     writeInteger(report, covariates, wideCount.width);

@@ -236,9 +236,9 @@ void writeFit(Report& report, const NewtonRaphsonFit& fit) {
 }
 
 void writeBaseline(Report& report, const HazardWork& work) {
-    constexpr const char* names[] = {"time", "at.risk", "events", "cum.hazard", "survival"};
+    constexpr const char* headings[] = {"time", "at.risk", "events", "cum.hazard", "survival"};
     writeCaption(report, "baseline survival");
-    WriteNamedHeader(report, names, wideCell.width);
+    WriteNamedHeader(report, headings, wideCell.width);
     for (Index e = 0; e < work.timeCount; ++e) {
         const EventTime& at = work.eventTimes[e];
         startRow(report, e + 1, numberedName("event", e).text);
@@ -257,9 +257,9 @@ double predictorOfSample(const EventData& events, const HazardWork& work, Index 
 }
 
 void writeSamples(Report& report, const DataMatrix& data, const EventData& events, const HazardWork& work) {
-    constexpr const char* names[] = {"time", "state", "risk.score", "m.residual"};
+    constexpr const char* headings[] = {"time", "state", "risk.score", "m.residual"};
     writeCaption(report, "time, state, risk score, martingale residual");
-    WriteNamedHeader(report, names, wideCell.width);
+    WriteNamedHeader(report, headings, wideCell.width);
     for (Index s = 0; s < events.samples; ++s) {
         const double score = std::exp(predictorOfSample(events, work, s));
         startRow(report, s + 1, data.label(s));
@@ -289,11 +289,11 @@ void writeReport(AnalysisRun& run, const EventData& events, const HazardWork& wo
 // The event times in three series, with one empty vector.
 ErrorCode buildSurvivalGraph(Screens& screens, AnalysisRun& run, const HazardWork& work) {
     if (run.options.settings.expressGraph == 0) return success;
-    constexpr const char* names[] = {"time", "survival", "cumulative hazard"};
+    constexpr const char* series[] = {"time", "survival", "cumulative hazard"};
     GraphSpec spec;
-    const ErrorCode code = spec.allocate(std::size(names), work.timeCount, 1);
+    const ErrorCode code = spec.allocate(std::size(series), work.timeCount, 1);
     if (code != success) return code;
-    for (Index k = 0; k < std::ssize(names); ++k) spec.seriesNames.set(k, names[k]);
+    for (Index k = 0; k < std::ssize(series); ++k) spec.seriesNames.set(k, series[k]);
     double* value = spec.values.data();
     for (Index e = 0; e < work.timeCount; ++e) {
         const EventTime& at = work.eventTimes[e];

@@ -128,9 +128,9 @@ void writeDevianceRow(Report& report, Index number, const char* label, double li
 }
 
 void writeFit(Report& report, const EventData& events, const NewtonRaphsonFit& fit) {
-    constexpr const char* names[] = {"log.likelihood", "deviance", "AIC"};
+    constexpr const char* headings[] = {"log.likelihood", "deviance", "AIC"};
     writeCaption(report, "log likelihood, deviance, AIC");
-    WriteNamedHeader(report, names, wideCell.width);
+    WriteNamedHeader(report, headings, wideCell.width);
     writeDevianceRow(report, 1, "null model", fit.startLikelihood, 1);
     writeDevianceRow(report, 2, "fitted model", fit.likelihood, events.covariates + 1);
     endTable(report);
@@ -138,10 +138,10 @@ void writeFit(Report& report, const EventData& events, const NewtonRaphsonFit& f
 }
 
 void writeClassification(Report& report, const LogisticWork& work) {
-    constexpr const char* names[] = {"estimated 0", "estimated 1"};
+    constexpr const char* headings[] = {"estimated 0", "estimated 1"};
     constexpr const char* labels[] = {"state 0", "state 1"};
     writeCaption(report, "classification of samples");
-    WriteNamedHeader(report, names, report.formats.nameLength);
+    WriteNamedHeader(report, headings, report.formats.nameLength);
     for (Index state = 0; state < 2; ++state) {
         startRow(report, state + 1, labels[state]);
         for (const Index count : work.classified[state]) writeInteger(report, count, report.formats.width);
@@ -152,9 +152,9 @@ void writeClassification(Report& report, const LogisticWork& work) {
 
 // Pearson's residual (y - p) / sqrt(p (1 - p)) is the root of the odds against what happened.
 void writeSamples(Report& report, const DataMatrix& data, const EventData& events, const LogisticWork& work) {
-    constexpr const char* names[] = {"state", "probability", "s.residual"};
+    constexpr const char* headings[] = {"state", "probability", "s.residual"};
     writeCaption(report, "state, probability, standardized residual");
-    WriteNamedHeader(report, names, wideCell.width);
+    WriteNamedHeader(report, headings, wideCell.width);
     for (Index s = 0; s < events.samples; ++s) {
         const double predictor = work.likelihood.predictor(work.fit.parameters.data(), s);
         const bool event = events.states[s] != 0;

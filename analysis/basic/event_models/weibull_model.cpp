@@ -161,14 +161,14 @@ ErrorCode compute(Screens& screens, EventData& events, Index limit, WeibullWork&
 }
 
 void writeShape(Report& report, const WeibullWork& work) {
-    constexpr const char* names[] = {"shape", "s.error", "chi.square", "chi.prob"};
+    constexpr const char* headings[] = {"shape", "s.error", "chi.square", "chi.prob"};
     const NewtonRaphsonFit& fitted = work.weibull.fit;
     const Index last = fitted.parameters.size() - 1;
     const double chiSquare = 2.0 * (fitted.likelihood - work.exponential.fit.likelihood);
     const double values[] = {work.weibull.shape, std::sqrt(fitted.covariance(last, last)), chiSquare,
                              ChiSquareUpperTail(chiSquare, 1.0)};
     writeCaption(report, "shape of weibull model, standard error, likelihood ratio chi square, chi prob");
-    WriteNamedHeader(report, names, wideCell.width);
+    WriteNamedHeader(report, headings, wideCell.width);
     writeCells(report, 1, "shape", values, wideCell);
     endTable(report);
 }
@@ -197,10 +197,10 @@ void writeSurvival(Report& report, const SurvivalFit& model, double time, Index 
 }
 
 void writeSamples(Report& report, const DataMatrix& data, const EventData& events, const WeibullWork& work) {
-    constexpr const char* names[] = {"time", "state", "e.median", "e.survival", "w.median", "w.survival"};
+    constexpr const char* headings[] = {"time", "state", "e.median", "e.survival", "w.median", "w.survival"};
     writeCaption(report, "time, state, median survival time and survival probability of exponential and "
                          "weibull model");
-    WriteNamedHeader(report, names, wideCell.width);
+    WriteNamedHeader(report, headings, wideCell.width);
     for (Index s = 0; s < events.samples; ++s) {
         startRow(report, s + 1, data.label(s));
         writeCell(report, events.times[s], wideCell);

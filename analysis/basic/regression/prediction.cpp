@@ -87,11 +87,11 @@ ErrorCode predictFromRegression(AnalysisRun& run, const PredictionEntry& entry, 
 
 // Of the model's variables, in model order.
 void writeValues(Report& report, const DataSet& data, const Settings& settings, const Block<double>& values) {
-    constexpr const char* heads[] = {"value"};
+    constexpr const char* headings[] = {"value"};
     SetFormatsFromValues(report, values.data(), values.size(), settings.variableStringLength,
                          settings.sampleStringLength);
     writeCaption(report, "value of explanatory variables");
-    WriteNamedHeader(report, heads, report.formats.nameLength);
+    WriteNamedHeader(report, headings, report.formats.nameLength);
     for (Index j = 0; j < values.size(); ++j) {
         WriteValueRow(report, &values[j], 1, 6, data.working.name(data.model.variables[j]), j + 1);
     }
@@ -99,13 +99,13 @@ void writeValues(Report& report, const DataSet& data, const Settings& settings, 
 }
 
 void writeResponse(Report& report, const FittedModel& model, double alpha, const Prediction& prediction) {
-    constexpr const char* heads[] = {"prediction"};
+    constexpr const char* headings[] = {"prediction"};
     constexpr const char* labels[] = {"median", "infimum", "supremum"};
     const double values[] = {prediction.median, prediction.infimum, prediction.supremum};
     SetFormatsFromValues(report, values, prediction.hasLimits ? 3 : 1);
     writeCaption(report, "prediction, infimum and supremum as effective coverage");
     if (!isQuantification(model)) writeCoverage(report, alpha);
-    WriteNamedHeader(report, heads, report.formats.nameLength);
+    WriteNamedHeader(report, headings, report.formats.nameLength);
     for (int k = 0; k < 3; ++k) {
         startRow(report, k + 1, labels[k]);
         if (k == 0 || prediction.hasLimits) {

@@ -168,7 +168,7 @@ ErrorCode compute(Screens& screens, const AnalysisRun& run, const RegressionOpti
 
 ErrorCode buildRegressionGraph(Screens& screens, AnalysisRun& run, const RegressionResult& result) {
     constexpr Index seriesCount = 3;
-    constexpr const char* names[seriesCount] = {"theoretic score", "standard resudial", "measure value"};
+    constexpr const char* series[seriesCount] = {"theoretic score", "standard resudial", "measure value"};
     if (run.options.settings.expressGraph == 0) return success;
     const DataMatrix& data = run.data.working;
     Matrix scores;
@@ -181,7 +181,7 @@ ErrorCode buildRegressionGraph(Screens& screens, AnalysisRun& run, const Regress
         row[2] = data.at(i, data.variables - 1);
     }
     return buildScoreGraph(screens, run,
-                           {.seriesNames = names,
+                           {.seriesNames = series,
                             .seriesCount = seriesCount,
                             .scores = scores.data(),
                             .scoreStride = scores.columns()});

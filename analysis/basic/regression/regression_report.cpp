@@ -21,11 +21,11 @@ constexpr const char* criterionNames[] = {"AIC value", "f value"};
 constexpr const char* markNames[] = {"none", "in", "out"};
 
 void writeDegrees(Report& report, const DataMatrix& data, const RegressionResult& result) {
-    constexpr const char* heads[] = {"degree"};
+    constexpr const char* headings[] = {"degree"};
     const TableFormats ofData = report.formats;
     SetFormatsFromValues(report, result.degrees.data(), data.variables - 1);
     writeCaption(report, "degree of terms");
-    WriteNamedHeader(report, heads, report.formats.nameLength);
+    WriteNamedHeader(report, headings, report.formats.nameLength);
     for (Index v = 0; v < data.variables - 1; ++v) {
         WriteValueRow(report, &result.degrees[v], 1, 6, data.name(v), v + 1);
     }
@@ -35,10 +35,10 @@ void writeDegrees(Report& report, const DataMatrix& data, const RegressionResult
 
 void writeProcess(Report& report, const DataMatrix& data, const RegressionOptions& options,
                   const StepwiseSelection& selection) {
-    constexpr const char* heads[] = {"variable", "in/out", "m.c.det", "f.value", "AIC"};
+    constexpr const char* headings[] = {"variable", "in/out", "m.c.det", "f.value", "AIC"};
     writeCaptionFormat(report, "process of %s due to %s", methodNames[options.method],
                        criterionNames[options.criterion == 1 ? 1 : 0]);
-    WriteNamedHeader(report, heads, processCell.width);
+    WriteNamedHeader(report, headings, processCell.width);
     report.formats.width = processCell.width; // names are cut to their own length
     for (Index k = 0; k < selection.stepCount; ++k) {
         const SelectionStep& step = selection.steps[k];
@@ -56,9 +56,9 @@ void writeProcess(Report& report, const DataMatrix& data, const RegressionOption
 }
 
 void writeCoefficients(Report& report, const DataMatrix& data, const RegressionFit& fit) {
-    constexpr const char* heads[] = {"p.r.coefficient", "s.error", "f.value", "f.probability"};
+    constexpr const char* headings[] = {"p.r.coefficient", "s.error", "f.value", "f.probability"};
     writeCaption(report, "partial regression coefficient, standard error, f value, f prob");
-    WriteNamedHeader(report, heads, wideCell.width);
+    WriteNamedHeader(report, headings, wideCell.width);
     for (Index j = 0; j < fit.count; ++j) {
         const double values[] = {fit.coefficients[j], fit.errors[j], fit.fValues[j], fit.fProbabilities[j]};
         writeCells(report, j + 1, data.name(fit.variables[j]), values, wideCell);
@@ -69,9 +69,9 @@ void writeCoefficients(Report& report, const DataMatrix& data, const RegressionF
 
 // The table of the determinations follows without an empty line.
 void writeStandardized(Report& report, const DataMatrix& data, const RegressionFit& fit) {
-    constexpr const char* heads[] = {"s.p.r.coefficient", "p.c.coefficient"};
+    constexpr const char* headings[] = {"s.p.r.coefficient", "p.c.coefficient"};
     writeCaption(report, "standard partial regression coefficient, partial correlation coefficient");
-    WriteNamedHeader(report, heads, wideCell.width);
+    WriteNamedHeader(report, headings, wideCell.width);
     for (Index j = 0; j < fit.count; ++j) {
         const double values[] = {fit.standardized[j], fit.partial[j]};
         writeCells(report, j + 1, data.name(fit.variables[j]), values, wideCell);
@@ -84,12 +84,12 @@ double correlationOf(double determination, bool isAdjusted) {
 }
 
 void writeDeterminations(Report& report, const RegressionFit& fit) {
-    constexpr const char* heads[] = {"m.c.determination", "m.c.coefficient", "f.value", "f.probability"};
+    constexpr const char* headings[] = {"m.c.determination", "m.c.coefficient", "f.value", "f.probability"};
     constexpr const char* labels[RegressionFit::determinationCount] = {"model value", "adjusted",
                                                                        "re-adjusted"};
     writeCaption(report, "multiple coefficient of determination, multiple correlation coefficient, f value, "
                          "f probability");
-    WriteNamedHeader(report, heads, wideCell.width);
+    WriteNamedHeader(report, headings, wideCell.width);
     for (int k = 0; k < RegressionFit::determinationCount; ++k) {
         startRow(report, k + 1, labels[k]);
         writeCell(report, fit.determinations[k], wideCell);
@@ -114,14 +114,14 @@ void writeLimits(Report& report, const RegressionResult& result, Index sample) {
 }
 
 void writeSamples(Report& report, const DataMatrix& data, const RegressionResult& result) {
-    constexpr const char* heads[] = {"measure",  "prediction", "infimum",
-                                     "supremum", "residual",   "s.residual"};
+    constexpr const char* headings[] = {"measure",  "prediction", "infimum",
+                                        "supremum", "residual",   "s.residual"};
     const Block<double>& residuals = result.fit.standardizedResiduals;
     const int labelWidth = report.formats.labelWidth;
     writeCaption(report,
                  "mesure, prediction, infimum and supremum as effective coverage, standardized residual");
     writeCoverage(report, result.fit.alpha);
-    WriteNamedHeader(report, heads, sampleWidth);
+    WriteNamedHeader(report, headings, sampleWidth);
 
     const TableFormats residualFormats =
         formatsForMagnitude(largestMagnitude(residuals.data(), residuals.size()), sampleWidth, labelWidth);

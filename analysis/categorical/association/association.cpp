@@ -132,7 +132,7 @@ void writeAccordance(Report& report, const DataSet& data, const AssociationWork&
     writeCaption(report, "chi square, accordance coefficients -- root mean square contingency phi, "
                          "coefficient of contingency c");
     writeCaption(report, "association measures -- cramer's v, tschuprow's t, goodman-kruskul's lamda");
-    const char* const headings[] = {"chi.s", "r.m.c.phi", "c.c.c", "cr.v", "ts.t", "g.k.lamda"};
+    constexpr const char* headings[] = {"chi.s", "r.m.c.phi", "c.c.c", "cr.v", "ts.t", "g.k.lamda"};
     writePairs(report, data.working.variables, headings, [&](Index pair) {
         const ChiSquareFamily& family = work.chiSquares[pair];
         return std::array{family.chiSquare, family.phi,       family.contingency,
@@ -143,7 +143,7 @@ void writeAccordance(Report& report, const DataSet& data, const AssociationWork&
 void writeOrder(Report& report, const DataSet& data, const AssociationWork& work) {
     writeCaption(report,
                  "association measures -- goodman-kruskul's gamma, kendall's tau, -- in case of order scale");
-    const char* const headings[] = {"g.k.gamma", "k.tau"};
+    constexpr const char* headings[] = {"g.k.gamma", "k.tau"};
     writePairs(report, data.working.variables, headings, [&](Index pair) {
         return std::array{work.gamma[pair], work.tau[pair]};
     });

@@ -302,7 +302,7 @@ void writeCorrelations(Report& report, const DataSet& data, const Quantification
 }
 
 void writeQuantities(Report& report, const DataSet& data, const Quantification1Work& work) {
-    const char* const headings[] = {"quantity", "s.quantity", "s.c.coef", "p.c.coef"};
+    constexpr const char* headings[] = {"quantity", "s.quantity", "s.c.coef", "p.c.coef"};
     writeCaption(
         report,
         "quantity, standardized quantity, single correlation coefficient, partial correlation coefficient");
@@ -332,7 +332,7 @@ void writeFit(Report& report, const Quantification1Work& work) {
 }
 
 void writeSamples(Report& report, const DataSet& data, const Quantification1Work& work) {
-    const char* const headings[] = {"measure", "prediction", "residual", "s.residual"};
+    constexpr const char* headings[] = {"measure", "prediction", "residual", "s.residual"};
     writeCaption(report, "mesure, prediction, standardized residual");
     WriteNamedHeader(report, headings, report.formats.nameLength);
     for (Index s = 0; s < data.working.samples; ++s) {
@@ -356,7 +356,7 @@ void writeReport(AnalysisRun& run, const Quantification1Work& work) {
 
 // A graph that cannot be shown has told so and leaves the result as it is.
 ErrorCode buildQuantification1Graph(Screens& screens, AnalysisRun& run, const Quantification1Work& work) {
-    const char* const series[] = {"theoretic score", "standard resudial", "measure value"};
+    constexpr const char* series[] = {"theoretic score", "standard resudial", "measure value"};
     const ErrorCode code = buildScoreGraph(screens, run,
                                            {.seriesNames = series,
                                             .seriesCount = 3,

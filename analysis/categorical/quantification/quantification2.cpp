@@ -281,7 +281,7 @@ void writeVectors(Report& report, const char* caption, const Matrix& matrix, con
 
 // The space at the end of the status is kept so that it stays comparable.
 void writeReport(AnalysisRun& run, const Quantification2Work& work) {
-    const char* const coefficients[] = {"coef.square", "c.c.coef"};
+    constexpr const char* coefficients[] = {"coef.square", "c.c.coef"};
     Report& report = run.report;
     openReport(run, {.title = "quantification 2 discriminant analysis statistics",
                      .status = "quantification 2 discriminant analysis statistics "});

@@ -15,9 +15,9 @@
 
 namespace {
 
-const char* const divisions[] = {"sample", "variable"};
-const char* const distances[] = {"mahalanobis", "standardized", "raw"};
-const char* const criteria[] = {"nearest", "furthest", "median", "group-average", "centroid", "ward"};
+constexpr const char* divisions[] = {"sample", "variable"};
+constexpr const char* distances[] = {"mahalanobis", "standardized", "raw"};
+constexpr const char* criteria[] = {"nearest", "furthest", "median", "group-average", "centroid", "ward"};
 
 const OptionField fields[] = {
     {.type = OptionType::choice,
@@ -41,9 +41,9 @@ const OptionField fields[] = {
 };
 
 constexpr const char* title = "cluster analysis statistics";
-const char* const distanceTitles[] = {"mahalanobis", "standardized value", "raw data value"};
-const char* const criterionTitles[] = {"nearest neighbour", "furtherest neighbour", "median method",
-                                       "group average",     "centroid method",      "Ward's method"};
+constexpr const char* distanceTitles[] = {"mahalanobis", "standardized value", "raw data value"};
+constexpr const char* criterionTitles[] = {"nearest neighbour", "furtherest neighbour", "median method",
+                                           "group average",     "centroid method",      "Ward's method"};
 
 constexpr int median = 2;
 constexpr int groupAverage = 3;

@@ -17,7 +17,7 @@
 
 namespace {
 
-const char* const baseNames[] = {"correlation", "covariance"};
+constexpr const char* baseNames[] = {"correlation", "covariance"};
 
 const OptionField fields[] = {
     {.type = OptionType::wholeNumber,

@@ -89,9 +89,9 @@ void writeGroupCovariances(Report& report, const GroupStatistics& statistics) {
 }
 
 void writeBox(Report& report, const BoxTest& box) {
-    const char* const heading[] = {"determinant"};
+    constexpr const char* headings[] = {"determinant"};
     writeCaption(report, "box M test : determinant of covariance matrix of each group");
-    WriteNamedHeader(report, heading, wideCell.width);
+    WriteNamedHeader(report, headings, wideCell.width);
     writeCellRow(report, 1, "pooled", box.determinants[0], wideCell);
     for (Index g = 1; g < box.determinants.size(); ++g) {
         writeCellRow(report, g + 1, numberedName("group", g - 1).text, box.determinants[g], wideCell);
@@ -105,7 +105,7 @@ void writeBox(Report& report, const BoxTest& box) {
 }
 
 void writeSelection(Report& report, const DataMatrix& data, const VariableSelection& selection) {
-    const char* const headings[] = {"f.value", "f.prob", "1st.free", "2nd.free"};
+    constexpr const char* headings[] = {"f.value", "f.prob", "1st.free", "2nd.free"};
     writeCaption(report,
                  "variables selected due to stepwise of forward selection due to f stats equal wilks-lamda");
     WriteNamedHeader(report, headings, wideCell.width);
@@ -136,9 +136,9 @@ void writeFisher(Report& report, const DataMatrix& data, const DiscriminantResul
     writeCellRow(report, 3, "1st.free", functions.hotellingDegrees[0], wideCount);
     writeCellRow(report, 4, "2nd.free", functions.hotellingDegrees[1], wideCount);
     endTable(report);
-    const char* const heading[] = {"b.centre"};
+    constexpr const char* headings[] = {"b.centre"};
     writeCaption(report, "bary-centre of group in discrimiinant space");
-    WriteNamedHeader(report, heading, wideCell.width);
+    WriteNamedHeader(report, headings, wideCell.width);
     writeGroupRows(report, functions.centroids, 1);
     endTable(report);
 }
