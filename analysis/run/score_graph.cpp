@@ -18,16 +18,16 @@ void placeItems(const ScoreGraph& scores, GraphSpec& spec) {
     const Index series = spec.seriesNames.size();
     for (Index i = 0; i < spec.itemCount; ++i) {
         spec.numberLabels.setFormat(i, "%td", scores.numbers != nullptr ? Index{scores.numbers[i]} : i + 1);
-        std::copy_n(scores.scores + i * scores.scoreStride, series, spec.values.data() + i * series);
+        std::copy_n(scores.scores->row(i), series, spec.values.data() + i * series);
     }
 }
 
 void placeVectors(const ScoreGraph& scores, GraphSpec& spec) {
-    if (scores.vectorNames.size() == 0) return;
+    if (scores.vectors == nullptr) return;
     const Index series = spec.seriesNames.size();
     for (Index v = 0; v < spec.vectorNames.size(); ++v) {
         spec.vectorNames.set(v, scores.vectorNames[v]);
-        std::copy_n(scores.vectors + v * scores.vectorStride, series, spec.vectorValues.data() + v * series);
+        std::copy_n(scores.vectors->row(v), series, spec.vectorValues.data() + v * series);
     }
 }
 
@@ -42,7 +42,7 @@ ErrorCode buildScoreGraph(Screens& screens, AnalysisRun& run, const ScoreGraph& 
     const Settings& settings = run.options.settings;
     if (settings.expressGraph == 0) return success;
     const DataMatrix& data = run.data.working;
-    const Index vectors = scores.vectorNames.size() > 0 ? scores.vectorCount : 1;
+    const Index vectors = scores.vectors != nullptr ? scores.vectors->rows() : 1;
     GraphSpec spec;
     const ErrorCode code = spec.allocate(std::max<Index>(scores.seriesCount, 0), data.samples, vectors) |
                            spec.itemLabels.copy(data.labels);

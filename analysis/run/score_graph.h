@@ -10,15 +10,12 @@ struct ScoreGraph {
     const char* const* seriesNames = nullptr;
     const char* seriesPrefix = "";
     Index seriesCount = 0;
-    const double* scores = nullptr; // sample i begins at scores[i * scoreStride]
-    Index scoreStride = 0;
+    const Matrix* scores = nullptr; // samples x at least seriesCount
     // Written beside the items; null: the running numbers from 1.
     const std::int32_t* numbers = nullptr;
-    // No names: one empty vector with zero values.
+    // vectors x at least seriesCount; null: one empty vector with zero values.
+    const Matrix* vectors = nullptr;
     TextView vectorNames = {};
-    Index vectorCount = 0;
-    const double* vectors = nullptr; // vector i begins at vectors[i * vectorStride]
-    Index vectorStride = 0;
     // The preferences "scatter numbering" and "vector sizing" count for components and factors only.
     bool takesPreferences = false;
 };

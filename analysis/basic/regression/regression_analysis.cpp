@@ -181,10 +181,7 @@ ErrorCode buildRegressionGraph(Screens& screens, AnalysisRun& run, const Regress
         row[2] = data.at(i, data.variables - 1);
     }
     return buildScoreGraph(screens, run,
-                           {.seriesNames = series,
-                            .seriesCount = seriesCount,
-                            .scores = scores.data(),
-                            .scoreStride = scores.columns()});
+                           {.seriesNames = series, .seriesCount = seriesCount, .scores = &scores});
 }
 
 // Without an interval there are no limits.

@@ -357,11 +357,8 @@ void writeReport(AnalysisRun& run, const Quantification1Work& work) {
 // A graph that cannot be shown has told so and leaves the result as it is.
 ErrorCode buildQuantification1Graph(Screens& screens, AnalysisRun& run, const Quantification1Work& work) {
     constexpr const char* series[] = {"theoretic score", "standard resudial", "measure value"};
-    const ErrorCode code = buildScoreGraph(screens, run,
-                                           {.seriesNames = series,
-                                            .seriesCount = 3,
-                                            .scores = work.scores.data(),
-                                            .scoreStride = work.scores.columns()});
+    const ErrorCode code =
+        buildScoreGraph(screens, run, {.seriesNames = series, .seriesCount = 3, .scores = &work.scores});
     return code == graphNotBuilt ? success : code;
 }
 

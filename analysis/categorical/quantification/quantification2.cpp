@@ -300,8 +300,7 @@ ErrorCode buildQuantification2Graph(Screens& screens, AnalysisRun& run, const Qu
     return buildScoreGraph(screens, run,
                            {.seriesPrefix = "vector",
                             .seriesCount = work.vectors,
-                            .scores = work.scores.data(),
-                            .scoreStride = work.scores.columns(),
+                            .scores = &work.scores,
                             .numbers = work.groupOf.data()});
 }
 

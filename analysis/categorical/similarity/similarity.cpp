@@ -254,11 +254,9 @@ void writeReport(AnalysisRun& run, SimilarityModel model, const SimilarityWork& 
 
 ErrorCode buildSimilarityGraph(Screens& screens, AnalysisRun& run, const SimilarityWork& work) {
     if (work.coordinates.rows() < leastGraphObjects) return success;
-    return buildScoreGraph(screens, run,
-                           {.seriesPrefix = "dimention",
-                            .seriesCount = work.dimensions,
-                            .scores = work.coordinates.data(),
-                            .scoreStride = work.coordinates.columns()});
+    return buildScoreGraph(
+        screens, run,
+        {.seriesPrefix = "dimention", .seriesCount = work.dimensions, .scores = &work.coordinates});
 }
 
 ErrorCode buildSimilarityPicture(AnalysisRun& run, SimilarityModel model, const SimilarityWork& work) {

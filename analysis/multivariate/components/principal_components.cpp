@@ -328,12 +328,9 @@ ErrorCode buildComponentGraph(Screens& screens, AnalysisRun& run, const Componen
     return buildScoreGraph(screens, run,
                            {.seriesPrefix = "factor",
                             .seriesCount = work.kept,
-                            .scores = work.scores.data(),
-                            .scoreStride = work.scores.columns(),
+                            .scores = &work.scores,
+                            .vectors = &work.loadings,
                             .vectorNames = run.data.working.names,
-                            .vectorCount = work.loadings.rows(),
-                            .vectors = work.loadings.data(),
-                            .vectorStride = work.loadings.columns(),
                             .takesPreferences = true});
 }
 

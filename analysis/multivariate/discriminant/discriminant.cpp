@@ -134,8 +134,7 @@ ErrorCode buildDiscriminantGraph(Screens& screens, AnalysisRun& run, const Discr
     return buildScoreGraph(screens, run,
                            {.seriesPrefix = "vector",
                             .seriesCount = result.functions.vectors,
-                            .scores = result.functions.scores.data(),
-                            .scoreStride = result.functions.scores.columns()});
+                            .scores = &result.functions.scores});
 }
 
 ErrorCode keepDiscriminantColumns(AnalysisRun& run, const DiscriminantResult& result) {

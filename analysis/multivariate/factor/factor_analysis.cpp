@@ -284,12 +284,9 @@ ErrorCode buildFactorGraph(Screens& screens, AnalysisRun& run, const FactorResul
     return buildScoreGraph(screens, run,
                            {.seriesPrefix = "factor",
                             .seriesCount = result.scores.columns(),
-                            .scores = result.scores.data(),
-                            .scoreStride = result.scores.columns(),
+                            .scores = &result.scores,
+                            .vectors = &loadings,
                             .vectorNames = run.data.working.names,
-                            .vectorCount = loadings.rows(),
-                            .vectors = loadings.data(),
-                            .vectorStride = loadings.columns(),
                             .takesPreferences = true});
 }
 
