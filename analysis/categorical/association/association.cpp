@@ -101,6 +101,27 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, double (*tau)(const 
     return screens.setProgress(100);
 }
 
+// Where nothing wraps, either width of counts gives the same bits; without untied pairs there is no gamma.
+void noteDeviations(AnalysisRun& run, const AssociationWork& work) {
+    if (run.numerics->textbook) return;
+    const bool isOrder = work.scale == orderScale;
+    bool chiSquareDiffers = false, gammaDiffers = false, tauDiffers = false;
+    std::int32_t below[mostCategories];
+    forEachPair(run.data.working, work, [&](Index pair, const ContingencyTable& table) {
+        const ChiSquareFamily family = chiSquareFamily<std::int64_t>(table);
+        chiSquareDiffers = chiSquareDiffers || work.chiSquares[pair].chiSquare != family.chiSquare ||
+                           work.chiSquares[pair].cramer != family.cramer;
+        if (!isOrder) return;
+        const OrderedPairs<std::int64_t> pairs = countOrderedPairs<std::int64_t>(table, below);
+        if (pairs.concordant + pairs.discordant == 0) return;
+        gammaDiffers = gammaDiffers || work.gamma[pair] != goodmanKruskalGamma(pairs);
+        tauDiffers = tauDiffers || work.tau[pair] != kendallTauB(pairs);
+    });
+    if (chiSquareDiffers) noteDeviation(run, "chi.s, r.m.c.phi, c.c.c, cr.v, ts.t");
+    if (gammaDiffers) noteDeviation(run, "g.k.gamma");
+    if (tauDiffers) noteDeviation(run, "k.tau");
+}
+
 constexpr int countWidth = 5;
 constexpr CellFormat measureCell = {12, 6};
 
@@ -165,27 +186,6 @@ void writeReport(AnalysisRun& run, const AssociationWork& work) {
     if (work.scale == orderScale) writeOrder(report, run.data, work);
 }
 
-// Where nothing wraps, either width of counts gives the same bits; without untied pairs there is no gamma.
-void noteDeviations(AnalysisRun& run, const AssociationWork& work) {
-    if (run.numerics->textbook) return;
-    const bool isOrder = work.scale == orderScale;
-    bool chiSquareDiffers = false, gammaDiffers = false, tauDiffers = false;
-    std::int32_t below[mostCategories];
-    forEachPair(run.data.working, work, [&](Index pair, const ContingencyTable& table) {
-        const ChiSquareFamily family = chiSquareFamily<std::int64_t>(table);
-        chiSquareDiffers = chiSquareDiffers || work.chiSquares[pair].chiSquare != family.chiSquare ||
-                           work.chiSquares[pair].cramer != family.cramer;
-        if (!isOrder) return;
-        const OrderedPairs<std::int64_t> pairs = countOrderedPairs<std::int64_t>(table, below);
-        if (pairs.concordant + pairs.discordant == 0) return;
-        gammaDiffers = gammaDiffers || work.gamma[pair] != goodmanKruskalGamma(pairs);
-        tauDiffers = tauDiffers || work.tau[pair] != kendallTauB(pairs);
-    });
-    if (chiSquareDiffers) noteDeviation(run, "chi.s, r.m.c.phi, c.c.c, cr.v, ts.t");
-    if (gammaDiffers) noteDeviation(run, "g.k.gamma");
-    if (tauDiffers) noteDeviation(run, "k.tau");
-}
-
 ErrorCode runAssociationAnalysis(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
     AssociationWork work;
@@ -202,8 +202,8 @@ ErrorCode runAssociationAnalysis(Screens& screens, AnalysisRun& run) {
     screens.hideProgress();
     if (code != success) return code;
 
-    writeReport(run, work);
     noteDeviations(run, work);
+    writeReport(run, work);
     closeReport(screens, run.report);
     return success;
 }

@@ -249,6 +249,12 @@ ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& 
     return screens.setProgress(100);
 }
 
+// The classic fitting ends early, and the classic errors are those of a table as if it were observed.
+void noteDeviations(AnalysisRun& run, const LogLinearResult& result) {
+    if (!hasClosedForm(result.selected[1].model)) noteDeviation(run, "exp and res of LLM( 1)");
+    noteDeviation(run, "std.e. of selected models");
+}
+
 void writeReport(AnalysisRun& run, const LogLinearWork& work) {
     constexpr const char* title = "three way log linear analysis statistics";
     const bool table = isTable(run.options.settings.logLinear);
@@ -258,12 +264,6 @@ void writeReport(AnalysisRun& run, const LogLinearWork& work) {
     std::snprintf(status, sizeof status, "%s %s", title, option);
     openReport(run, {.title = title, .option = option, .status = status});
     writeLogLinearTables(run.report, work.result);
-}
-
-// The classic fitting ends early, and the classic errors are those of a table as if it were observed.
-void noteDeviations(AnalysisRun& run, const LogLinearResult& result) {
-    if (!hasClosedForm(result.selected[1].model)) noteDeviation(run, "exp and res of LLM( 1)");
-    noteDeviation(run, "std.e. of selected models");
 }
 
 ErrorCode runLogLinearAnalysis(Screens& screens, AnalysisRun& run) {
@@ -282,8 +282,8 @@ ErrorCode runLogLinearAnalysis(Screens& screens, AnalysisRun& run) {
     screens.hideProgress();
     if (code != success) return code;
 
-    writeReport(run, work);
     noteDeviations(run, work.result);
+    writeReport(run, work);
     closeReport(screens, run.report);
     return success;
 }

@@ -420,11 +420,11 @@ ErrorCode runQuantification1(Screens& screens, AnalysisRun& run) {
     if (code == success) code = keepModel(run, work);
     if (code != success) return code;
 
+    noteDeviation(run, "s.residual"); // one category at least is kept, so the divisors differ
     writeReport(run, work);
     code = keepQuantification1Columns(run, work);
     if (code == success) code = buildQuantification1Picture(run, work);
     if (code != success) return code;
-    noteDeviation(run, "s.residual"); // one category at least is kept, so the divisors differ
     closeReport(screens, run.report);
     return buildQuantification1Graph(screens, run, work);
 }

@@ -37,6 +37,10 @@ const OptionField fields[] = {
      .mostOfData = variableCount},
 };
 
+bool isTable(const AnalysisOptions& options) {
+    return options.quantification3Data != categoricalVariables;
+}
+
 // The table, N x K. Every row of it has as many cells that can differ from 0 as the data has variables: 1 in
 // the column of the sample's category, or the values themselves.
 struct ResponseTable {
@@ -301,6 +305,18 @@ ErrorCode compute(Screens& screens, const ResponseTable& table, const Numerics& 
     return code == success ? screens.setProgress(100) : code;
 }
 
+void noteDeviations(AnalysisRun& run, const ResponseTable& table, const Quantification3Work& work) {
+    if (run.numerics->textbook) return;
+    const TableAssociation textbook = textbookAssociation(table, work);
+    if (deviates(work.association.rows, textbook.rows)) noteDeviation(run, "Re(X/Y)");
+    if (deviates(work.association.columns, textbook.columns)) noteDeviation(run, "Re(Y/X)");
+    if (deviates(work.association.cramer, textbook.cramer)) noteDeviation(run, "cramer r.c.");
+    if (chiSquareTailsDeviate(work.factors + 1, work.chiSquare.data(), work.freedom.data(),
+                              work.probability.data())) {
+        noteDeviation(run, "chi.prob");
+    }
+}
+
 constexpr ReportOpening ofCategories = {
     .title = "quantification 3 canonical correlation analysis statistics",
     .option = "-- due to categorical variable data",
@@ -386,21 +402,6 @@ void writeReport(AnalysisRun& run, const ResponseTable& table, const Quantificat
     writeTests(report, work);
 }
 
-void noteDeviations(AnalysisRun& run, const ResponseTable& table, const Quantification3Work& work) {
-    const TableAssociation textbook = textbookAssociation(table, work);
-    if (deviates(work.association.rows, textbook.rows)) noteDeviation(run, "Re(X/Y)");
-    if (deviates(work.association.columns, textbook.columns)) noteDeviation(run, "Re(Y/X)");
-    if (deviates(work.association.cramer, textbook.cramer)) noteDeviation(run, "cramer r.c.");
-    if (chiSquareTailsDeviate(work.factors + 1, work.chiSquare.data(), work.freedom.data(),
-                              work.probability.data())) {
-        noteDeviation(run, "chi.prob");
-    }
-}
-
-bool isTable(const AnalysisOptions& options) {
-    return options.quantification3Data != categoricalVariables;
-}
-
 // Eigenvalues that are not negligible; they descend.
 Index countWeights(const Block<double>& eigenvalues) {
     return std::count_if(eigenvalues.begin(), eigenvalues.end(), [](double e) { return e > negligible; });
@@ -447,11 +448,11 @@ ErrorCode runQuantification3(Screens& screens, AnalysisRun& run) {
     screens.hideProgress();
     if (code != success) return code;
 
+    noteDeviations(run, table, work);
     writeReport(run, table, work);
     code = keepNumbered(run.columns, "score ", work.rowWeights, work.factors);
     if (code == success) code = buildQuantification3Picture(run, table, work);
     if (code != success) return code;
-    if (!run.numerics->textbook) noteDeviations(run, table, work);
     closeReport(screens, run.report);
     return success;
 }

@@ -22,14 +22,33 @@ const OptionField fields[] = {
      .count = AnalysisOptions::purposeCount},
 };
 
-unsigned momentNeeds(const AnalysisOptions&) {
-    return needsCount;
-}
-
 const char* refuse(const AnalysisOptions& options, std::uint32_t) {
     const auto isChosen = [](std::int32_t variable) { return variable != 0; };
     const bool any = std::any_of(std::begin(options.purposes), std::end(options.purposes), isChosen);
     return any ? nullptr : "please select at least one purpose variable";
+}
+
+unsigned momentNeeds(const AnalysisOptions&) {
+    return needsCount;
+}
+
+// Success, or outOfMemory.
+ErrorCode noteDeviations(AnalysisRun& run, const CanonicalVariates& variates) {
+    if (run.numerics->textbook) return success;
+    const Index m = variates.pairs;
+    const CanonicalTests& tests = variates.tests;
+    CanonicalTests textbook;
+    const ErrorCode code = textbook.allocate(m);
+    if (code != success) return code;
+
+    findCanonicalTests(textbookNumerics, {run.data.working.samples, variates.q1, variates.q2},
+                       variates.squares, textbook);
+    if (anyDeviates(tests.chiSquare, textbook.chiSquare, m)) noteDeviation(run, "chi.square");
+    if (anyDeviates(tests.chiProbability, textbook.chiProbability, m)) noteDeviation(run, "chi.prob");
+    if (deviates(tests.raoF, textbook.raoF)) noteDeviation(run, "f.value");
+    if (deviates(tests.raoProbability, textbook.raoProbability)) noteDeviation(run, "f.probability");
+    if (deviates(tests.raoFreedom2, textbook.raoFreedom2)) noteDeviation(run, "deg.free.2");
+    return success;
 }
 
 void writeStatistics(Report& report, const CanonicalVariates& variates) {
@@ -104,25 +123,6 @@ void writeReport(AnalysisRun& run, const CanonicalVariates& variates) {
                 explanatory);
     writeMatrix(report, "structure matrix of purpose variables", variates.purposeStructure, purpose);
     endTable(report);
-}
-
-// Success, or outOfMemory.
-ErrorCode noteDeviations(AnalysisRun& run, const CanonicalVariates& variates) {
-    if (run.numerics->textbook) return success;
-    const Index m = variates.pairs;
-    const CanonicalTests& tests = variates.tests;
-    CanonicalTests textbook;
-    const ErrorCode code = textbook.allocate(m);
-    if (code != success) return code;
-
-    findCanonicalTests(textbookNumerics, {run.data.working.samples, variates.q1, variates.q2},
-                       variates.squares, textbook);
-    if (anyDeviates(tests.chiSquare, textbook.chiSquare, m)) noteDeviation(run, "chi.square");
-    if (anyDeviates(tests.chiProbability, textbook.chiProbability, m)) noteDeviation(run, "chi.prob");
-    if (deviates(tests.raoF, textbook.raoF)) noteDeviation(run, "f.value");
-    if (deviates(tests.raoProbability, textbook.raoProbability)) noteDeviation(run, "f.probability");
-    if (deviates(tests.raoFreedom2, textbook.raoFreedom2)) noteDeviation(run, "deg.free.2");
-    return success;
 }
 
 // The variates of a group whose first variable is column `first` of the data, by weights for standardized

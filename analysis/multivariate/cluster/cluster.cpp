@@ -234,6 +234,12 @@ ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& 
     return screens.setProgress(100); // the dendrogram is worked out while it is written
 }
 
+// The first merge is the textbook's, but for variables.
+void noteDeviations(AnalysisRun& run, const ClusterWork& work) {
+    const Index exact = work.choice.ofVariables ? 0 : 1;
+    if (work.merging.merges.size() > exact) noteDeviation(run, "unit cluster, distance, dendrogram");
+}
+
 // The rows of both tables have their number a second time, in a cell that has room for all of them.
 constexpr int placeWidth = 7;
 constexpr int pairWidth = 2 * placeWidth + 5; // two places and "   + "
@@ -304,12 +310,6 @@ void writeReport(AnalysisRun& run, ClusterWork& work) {
     writeDendrogram(report, choice.ofVariables ? data.names : data.labels, work);
 }
 
-// The first merge is the textbook's, but for variables.
-void noteDeviations(AnalysisRun& run, const ClusterWork& work) {
-    const Index exact = work.choice.ofVariables ? 0 : 1;
-    if (work.merging.merges.size() > exact) noteDeviation(run, "unit cluster, distance, dendrogram");
-}
-
 // The cluster of each sample, of as many as the options ask for. 0 or outOfMemory.
 ErrorCode keepClusters(AnalysisRun& run, const ClusterWork& work) {
     const ClusterMerging& merging = work.merging;
@@ -358,11 +358,11 @@ ErrorCode runClusterAnalysis(Screens& screens, AnalysisRun& run) {
     screens.hideProgress();
     if (code != success) return code;
 
+    noteDeviations(run, work);
     writeReport(run, work);
     code = keepClusters(run, work);
     if (code == success) code = buildPicture(run, work);
     if (code != success) return code;
-    noteDeviations(run, work);
     closeReport(screens, run.report);
     return success;
 }

@@ -334,20 +334,6 @@ ErrorCode buildComponentGraph(Screens& screens, AnalysisRun& run, const Componen
                             .takesPreferences = true});
 }
 
-ErrorCode buildComponentPicture(AnalysisRun& run, const ComponentWork& work) {
-    return buildPicture<ScoreCharts>(run, {.title = "principal components",
-                                           .axisName = "score",
-                                           .scores = &work.scores,
-                                           .count = work.kept,
-                                           .shares = work.ratio.data(),
-                                           .arrows = &work.loadings,
-                                           .arrowNames = run.data.working.names,
-                                           .weights = work.eigenvalues.data(),
-                                           .weightCount = work.eigenvalues.size(),
-                                           .weightName = "eigenvalue",
-                                           .weightLevel = usesCovariance(run.options.settings) ? 0.0 : 1.0});
-}
-
 // The standard deviation of a sum of standardized variables by the weights of a column.
 double deviationOfSum(const Matrix& correlation, const Matrix& weights, Index k) {
     double variance = 0.0;
@@ -376,6 +362,20 @@ ErrorCode keepScoreExpressions(AnalysisRun& run, const ComponentWork& work) {
     return keepExpressions(run.expressions, run.data, [&](ExpressionWriter& writer) {
         writer.addScores("score ", work.moments, 0, weights);
     });
+}
+
+ErrorCode buildComponentPicture(AnalysisRun& run, const ComponentWork& work) {
+    return buildPicture<ScoreCharts>(run, {.title = "principal components",
+                                           .axisName = "score",
+                                           .scores = &work.scores,
+                                           .count = work.kept,
+                                           .shares = work.ratio.data(),
+                                           .arrows = &work.loadings,
+                                           .arrowNames = run.data.working.names,
+                                           .weights = work.eigenvalues.data(),
+                                           .weightCount = work.eigenvalues.size(),
+                                           .weightName = "eigenvalue",
+                                           .weightLevel = usesCovariance(run.options.settings) ? 0.0 : 1.0});
 }
 
 ErrorCode runPrincipalComponents(Screens& screens, AnalysisRun& run) {

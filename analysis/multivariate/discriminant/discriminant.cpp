@@ -99,7 +99,9 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, const Numerics& nume
     return screens.setProgress(100);
 }
 
-void noteDeviations(AnalysisRun& run, const DiscriminantOptions& options, const DiscriminantResult& result) {
+void noteDeviations(AnalysisRun& run, const DiscriminantResult& result) {
+    if (run.numerics->textbook) return;
+    const DiscriminantOptions& options = run.options.settings.discriminant;
     const BoxTest& box = result.box;
     const VariableSelection& selection = result.selection;
     const DiscriminantFunctions& functions = result.functions;
@@ -191,12 +193,12 @@ ErrorCode runDiscriminantAnalysis(Screens& screens, AnalysisRun& run) {
     screens.hideProgress();
     if (code != success) return code;
 
+    noteDeviations(run, result);
     writeDiscriminantReport(run, result);
     code = keepDiscriminantColumns(run, result);
     if (code == success) code = keepDiscriminantExpressions(run, result);
     if (code == success) code = buildDiscriminantPicture(run, result);
     if (code != success) return code;
-    if (!run.numerics->textbook) noteDeviations(run, run.options.settings.discriminant, result);
     closeReport(screens, run.report);
     return buildDiscriminantGraph(screens, run, result);
 }

@@ -8,6 +8,7 @@
 #include "analysis/run/run_report.h"
 #include "analysis/run/score_charts.h"
 #include "analysis/run/score_graph.h"
+#include "analysis/run/textbook_deviation.h"
 #include "data/moments/working_moments.h"
 #include "numeric/eigen.h"
 #include "numeric/lu.h"
@@ -85,10 +86,6 @@ bool isEnabled(const AnalysisOptions& options, const OptionField& field) {
     return true;
 }
 
-unsigned momentNeeds(const AnalysisOptions&) {
-    return correlationsDo;
-}
-
 const char* refuse(const AnalysisOptions& options, std::uint32_t given) {
     switch (rotationOf(options.settings.factor)) {
     case Rotation::none:
@@ -101,6 +98,14 @@ const char* refuse(const AnalysisOptions& options, std::uint32_t given) {
         return "--criterion of an orthogonal rotation is varimax, biquartimax or quartimax";
     }
     return nullptr;
+}
+
+unsigned momentNeeds(const AnalysisOptions&) {
+    return correlationsDo;
+}
+
+bool extractsByLikelihood(const AnalysisRun& run) {
+    return run.kind == maximumLikelihoodFactorKind;
 }
 
 struct FactorWork {
@@ -257,23 +262,20 @@ ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& 
     return screens.setProgress(100);
 }
 
-// What differs from a textbook by more than this is told.
-constexpr double leastDifference = 1e-6;
-
 bool areAxesOblique(const Matrix& correlations) {
     for (Index k = 0; k < correlations.rows(); ++k) {
         for (Index l = 0; l < k; ++l) {
-            if (std::fabs(correlations(k, l)) > leastDifference) return true;
+            if (std::fabs(correlations(k, l)) > shownDeviation) return true;
         }
     }
     return false;
 }
 
 void noteDeviations(AnalysisRun& run, const FactorResult& result) {
-    if (result.model.settling.remaining() > leastDifference)
+    if (result.model.settling.remaining() > shownDeviation)
         noteDeviation(run,
                       "communality, loading, score of factors that are not at the end of the repetition");
-    if (result.rotation == Rotation::orthogonal && result.turnLeft > leastDifference)
+    if (result.rotation == Rotation::orthogonal && result.turnLeft > shownDeviation)
         noteDeviation(run, "loading, score of the rotation");
     if (result.rotation == Rotation::oblique && areAxesOblique(result.oblique.correlations))
         noteDeviation(run, "loading, structure, correlation, score of the oblique rotation");
@@ -290,9 +292,15 @@ ErrorCode buildFactorGraph(Screens& screens, AnalysisRun& run, const FactorResul
                             .takesPreferences = true});
 }
 
+ErrorCode keepScoreExpressions(AnalysisRun& run, const FactorWork& work) {
+    return keepExpressions(run.expressions, run.data, [&](ExpressionWriter& writer) {
+        writer.addScores("score ", work.moments, 0, work.coefficients);
+    });
+}
+
 // The share of each factor in the variance of the standardized variables, and the eigenvalues of their
 // correlations. Returns success, outOfMemory or eigenNotConvergent.
-ErrorCode buildFactorPicture(AnalysisRun& run, const FactorWork& work, const char* title) {
+ErrorCode buildFactorPicture(AnalysisRun& run, const FactorWork& work) {
     if (run.pictureWish.pictures.empty()) return success;
     const FactorResult& result = work.result;
     const bool isRotated = result.rotation != Rotation::none;
@@ -308,23 +316,24 @@ ErrorCode buildFactorPicture(AnalysisRun& run, const FactorWork& work, const cha
     code = symmetricEigenvalues(correlation, eigenvalues);
     if (code != success) return code;
     for (Index k = 0; k < shares.size(); ++k) shares[k] = sums[k] / static_cast<double>(variables);
-    return buildPicture<ScoreCharts>(run, {.title = title,
-                                           .axisName = "score",
-                                           .scores = &result.scores,
-                                           .count = result.scores.columns(),
-                                           .shares = shares.data(),
-                                           .arrows = &loadings,
-                                           .arrowNames = run.data.working.names,
-                                           .weights = eigenvalues.data(),
-                                           .weightCount = variables,
-                                           .weightName = "eigenvalue of the correlations",
-                                           .weightLevel = 1.0});
+    return buildPicture<ScoreCharts>(
+        run, {.title = extractsByLikelihood(run) ? "maximum likelihood factors" : "principal factors",
+              .axisName = "score",
+              .scores = &result.scores,
+              .count = result.scores.columns(),
+              .shares = shares.data(),
+              .arrows = &loadings,
+              .arrowNames = run.data.working.names,
+              .weights = eigenvalues.data(),
+              .weightCount = variables,
+              .weightName = "eigenvalue of the correlations",
+              .weightLevel = 1.0});
 }
 
 ErrorCode runFactorAnalysis(Screens& screens, AnalysisRun& run) {
     const DataMatrix& data = run.data.working;
     const FactorOptions& options = run.options.settings.factor;
-    const bool byLikelihood = run.kind == maximumLikelihoodFactorKind;
+    const bool byLikelihood = extractsByLikelihood(run);
     FactorWork work;
     ErrorCode code = work.allocate(data, options.factorNumber, byLikelihood);
     if (code != success) return code;
@@ -334,21 +343,15 @@ ErrorCode runFactorAnalysis(Screens& screens, AnalysisRun& run) {
     screens.hideProgress();
     if (code != success) return code;
 
+    noteDeviations(run, work.result);
     writeFactorReport(
         run, byLikelihood ? "maximum likelihood analysis statistics" : "principal factor analysis statistics",
         work.result);
     const Matrix& scores = work.result.scores;
     code = keepNumbered(run.columns, "score ", scores, scores.columns());
-    if (code == success) {
-        code = keepExpressions(run.expressions, run.data, [&](ExpressionWriter& writer) {
-            writer.addScores("score ", work.moments, 0, work.coefficients);
-        });
-    }
-    if (code == success)
-        code =
-            buildFactorPicture(run, work, byLikelihood ? "maximum likelihood factors" : "principal factors");
+    if (code == success) code = keepScoreExpressions(run, work);
+    if (code == success) code = buildFactorPicture(run, work);
     if (code != success) return code;
-    noteDeviations(run, work.result);
     closeReport(screens, run.report);
     return buildFactorGraph(screens, run, work.result);
 }
