@@ -5,10 +5,6 @@
 
 namespace {
 
-double freedomOf(const RegressionData& data, const RegressionFit& fit) {
-    return static_cast<double>(data.samples - fit.count - 1);
-}
-
 // Stand-ins have means of 0.
 double constantOf(const RegressionData& data, const LeastSquares& least, const RegressionFit& fit) {
     if (data.standIns == 0) return least.constant;
@@ -19,7 +15,7 @@ double constantOf(const RegressionData& data, const LeastSquares& least, const R
 }
 
 void takeCoefficients(const RegressionData& data, const LeastSquares& least, RegressionFit& fit) {
-    const double freedom = freedomOf(data, fit);
+    const double freedom = data.freedom(fit.count);
     const Block<double>& sds = data.moments.sds;
     fit.constant = constantOf(data, least, fit);
     fit.residualVariance = least.residualSum / freedom;
@@ -34,7 +30,7 @@ void takeCoefficients(const RegressionData& data, const LeastSquares& least, Reg
 }
 
 void computeDeterminations(const RegressionData& data, const LeastSquares& least, RegressionFit& fit) {
-    const double n = data.samples, k = static_cast<double>(fit.count), freedom = freedomOf(data, fit);
+    const double n = data.samples, k = static_cast<double>(fit.count), freedom = data.freedom(fit.count);
     const double rest = least.residualSum / least.totalSum;
     fit.determinations[0] = std::max(0.0, 1.0 - rest); // rounding may leave more than there was
     fit.determinations[1] = 1.0 - rest * (n - 1.0) / freedom;
@@ -53,7 +49,7 @@ void computeTests(const Numerics& numerics, const RegressionData& data, const Le
     const double explained = std::max(0.0, least.totalSum - least.residualSum);
     fit.fValues[k] = explained / modelFreedom / fit.residualVariance;
     fit.freedoms[0][k] = modelFreedom;
-    std::fill_n(fit.freedoms[1].data(), k + 1, freedomOf(data, fit));
+    std::fill_n(fit.freedoms[1].data(), k + 1, data.freedom(fit.count));
     numerics.fTails(k + 1, fit.fValues.data(), fit.freedoms[0].data(), fit.freedoms[1].data(),
                     fit.fProbabilities.data());
 }
@@ -61,7 +57,7 @@ void computeTests(const Numerics& numerics, const RegressionData& data, const Le
 void computeSamples(const Numerics& numerics, const RegressionData& data, const LeastSquares& least,
                     RegressionFit& fit) {
     const double deviation = std::sqrt(fit.residualVariance);
-    const double t = numerics.tTwoSidedQuantile(freedomOf(data, fit), fit.alpha);
+    const double t = numerics.tTwoSidedQuantile(data.freedom(fit.count), fit.alpha);
     for (Index i = 0; i < data.predicted(); ++i) {
         const double* row = data.row(i);
         for (Index j = 0; j < fit.count; ++j) {

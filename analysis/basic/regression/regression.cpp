@@ -8,11 +8,6 @@
 
 namespace {
 
-// Degrees of freedom of the residuals.
-double residualFreedom(const RegressionData& data, const RegressionFit& fit) {
-    return static_cast<double>(data.samples - fit.count - 1);
-}
-
 ErrorCode invertCorrelation(const RegressionData& data, DeterminantTest test, RegressionFit& fit) {
     fit.variables[fit.count] = data.purpose();
     copyMinor(data.moments.correlation, fit.variables.data(), fit.count + 1, 1.0, fit.correlation.data(),
@@ -55,7 +50,7 @@ void computeDeterminations(const RegressionData& data, RegressionFit& fit) {
 void computeTests(const RegressionData& data, RegressionFit& fit) {
     const Index k = fit.count;
     const double modelFreedom = static_cast<double>(k);
-    const double freedom = residualFreedom(data, fit);
+    const double freedom = data.freedom(fit.count);
     const double last = fit.inverse(k, k);
     const double determination = fit.determinations[0];
     for (Index j = 0; j < k; ++j) {
@@ -87,7 +82,7 @@ ErrorCode makeIntervalMatrix(const RegressionData& data, double alpha, Regressio
 
 void computeSamples(const RegressionData& data, RegressionFit& fit) {
     const MomentMatrices& moments = data.moments;
-    const double freedom = residualFreedom(data, fit);
+    const double freedom = data.freedom(fit.count);
     const double deviation =
         moments.sds[data.purpose()] * std::sqrt(data.samples * (1.0 - fit.determinations[0]) / freedom);
     fit.residualVariance = deviation * deviation;

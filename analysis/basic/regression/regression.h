@@ -15,6 +15,8 @@ struct RegressionData {
 
     Index purpose() const { return variables - 1; }
     Index rows() const { return standIns > 0 ? standIns : samples; }
+    // Degrees of freedom of the residuals of a model with so many variables.
+    double freedom(Index modelVariables) const { return static_cast<double>(samples - modelVariables - 1); }
     // Samples that have a prediction.
     Index predicted() const { return standIns > 0 ? 0 : samples; }
     const double* row(Index sample) const { return values + sample * variables; }

@@ -5,14 +5,13 @@
 #include <limits>
 
 #include "analysis/run/run_report.h"
+#include "analysis/run/textbook_deviation.h"
 
 namespace {
 
-// A share of the value, and of a probability itself, from which on a difference is told.
-constexpr double tolerance = 1e-6;
-
+// By a share of the value itself, however small that is.
 bool differ(double value, double exact) {
-    return !(std::fabs(value - exact) <= tolerance * std::fabs(exact));
+    return !(std::fabs(value - exact) <= shownDeviation * std::fabs(exact));
 }
 
 // What rounding may do to the results, as a share of them. The diagonal of the inverse holds the variance
@@ -34,7 +33,7 @@ double roundingOf(const RegressionData& data, const RegressionFit& fit) {
 // Standard errors from the inverse instead of from F, which is a small difference where it is near 0.
 bool errorsDiffer(const RegressionData& data, const RegressionFit& fit) {
     const Index k = fit.count;
-    const double last = fit.inverse(k, k), freedom = static_cast<double>(data.samples - k - 1);
+    const double last = fit.inverse(k, k), freedom = data.freedom(k);
     for (Index j = 0; j < k; ++j) {
         const double beside = fit.inverse(j, k);
         const double others = fit.inverse(j, j) - beside * beside / last; // without the purpose variable
@@ -45,20 +44,11 @@ bool errorsDiffer(const RegressionData& data, const RegressionFit& fit) {
     return false;
 }
 
-bool probabilitiesDiffer(const RegressionFit& fit) {
-    for (Index j = 0; j <= fit.count; ++j) {
-        double exact = 0.0;
-        textbookNumerics.fTails(1, &fit.fValues[j], &fit.freedoms[0][j], &fit.freedoms[1][j], &exact);
-        if (std::fabs(fit.fProbabilities[j] - exact) > tolerance) return true;
-    }
-    return false;
-}
-
 } // namespace
 
 void noteRegressionDeviations(AnalysisRun& run, const RegressionData& data, const RegressionFit& fit) {
     if (run.numerics->textbook) return;
-    if (!(roundingOf(data, fit) <= tolerance)) {
+    if (!(roundingOf(data, fit) <= shownDeviation)) {
         noteDeviation(run, "coefficients, s.error and f.value of a nearly singular regression");
     } else if (errorsDiffer(data, fit)) {
         noteDeviation(run, "s.error");
@@ -68,5 +58,8 @@ void noteRegressionDeviations(AnalysisRun& run, const RegressionData& data, cons
     if (fit.determinations[0] * (n - 1.0) * (n + k + 1.0) < 2.0 * k * n) {
         noteDeviation(run, "adjusted m.c.determination");
     }
-    if (probabilitiesDiffer(fit)) noteDeviation(run, "f.probability");
+    if (fTailsDeviate(fit.count + 1, fit.fValues.data(), fit.freedoms[0].data(), fit.freedoms[1].data(),
+                      fit.fProbabilities.data())) {
+        noteDeviation(run, "f.probability");
+    }
 }

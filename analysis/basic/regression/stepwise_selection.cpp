@@ -67,8 +67,6 @@ private:
     bool isOver() const {
         return code_ != success || isLost_ || selection_.stepCount == selection_.steps.size();
     }
-    // Degrees of freedom of the residuals of a model with so many variables.
-    double freedomOf(Index variables) const { return static_cast<double>(data_.samples - variables - 1); }
 
     double aicOf(double determination, Index variables) const;
     double score(Index candidate) const;
@@ -199,7 +197,7 @@ bool Selector::isUpdated() {
 SelectionTest Selector::judge(StepMark mark, const SelectionGain& found, double determination) const {
     const bool enters = mark == StepMark::in;
     const Index smaller = selection_.count - (enters ? 0 : 1);
-    const double freedom = freedomOf(smaller + 1);
+    const double freedom = data_.freedom(smaller + 1);
     const double more = enters ? determination : determination_;
     const double less = enters ? determination_ : determination;
     const double f = freedom * (more - less) / (1.0 - more);
