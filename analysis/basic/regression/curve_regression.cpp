@@ -1,8 +1,6 @@
 #include "analysis/basic/regression/curve_regression.h"
 
 #include "analysis/basic/regression/regression_analysis.h"
-#include "analysis/basic/regression/regression_options.h"
-#include "analysis/run/fit_charts.h"
 
 namespace {
 
@@ -39,35 +37,16 @@ std::array<OptionField, firstFieldCount> degreeFields() {
 
 const std::array firstFields = degreeFields();
 
-bool isEnabled(const AnalysisOptions& options, const OptionField& field) {
-    return isRegressionFieldEnabled(options.settings.curve, field);
-}
-
-const char* refuse(const AnalysisOptions& options, std::uint32_t) {
-    return refuseRegression(options, options.settings.curve);
-}
-
-ErrorCode runCurveRegression(Screens& screens, AnalysisRun& run) {
-    return runRegression(screens, run, run.options.settings.curve);
+// The same analysis, with the dialog of the degrees before its own.
+Analysis askingDegrees(Analysis analysis) {
+    analysis.firstFields = firstFields;
+    analysis.firstDialog = degreesDialog;
+    analysis.firstTitle = "convert degrees of polynomial terms";
+    return analysis;
 }
 
 } // namespace
 
-const Analysis curveRegression = {.fields = fields,
-                                  .driver = runCurveRegression,
-                                  .isEnabled = isEnabled,
-                                  .refuse = refuse,
-                                  .momentNeeds = regressionMomentNeeds,
-                                  .hasExpressions = true,
-                                  .pictures = fitPictures};
+const Analysis curveRegression = regressionAnalysis<&Settings::curve>(fields);
 
-const Analysis polynomialRegression = {.fields = fields,
-                                       .driver = runCurveRegression,
-                                       .isEnabled = isEnabled,
-                                       .refuse = refuse,
-                                       .momentNeeds = regressionMomentNeeds,
-                                       .firstFields = firstFields,
-                                       .firstDialog = degreesDialog,
-                                       .firstTitle = "convert degrees of polynomial terms",
-                                       .hasExpressions = true,
-                                       .pictures = fitPictures};
+const Analysis polynomialRegression = askingDegrees(curveRegression);
