@@ -2,19 +2,25 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 
+#include "analysis/run/run_report.h"
 #include "numeric/incomplete_gamma.h"
 #include "report/tables.h"
 
-EventOption eventOption(const DataMatrix& data, const EventColumns& columns, const char* iterations) {
-    char time[100] = "";
+void openEventReport(AnalysisRun& run, const char* title, const EventColumns& columns,
+                     std::initializer_list<Index> iterations) {
+    const DataMatrix& data = run.data.working;
+    char time[100] = "", counts[64] = "", option[720];
     if (columns.time != 0)
         std::snprintf(time, sizeof time, "time variable is %s, ", data.name(columns.time - 1));
-    EventOption option;
-    std::snprintf(option.text, sizeof option.text,
-                  "-- state variable is %s, %sdivisional value is %s, %s iterations",
-                  data.name(columns.state - 1), time, numberText(columns.division, 0, 6).text, iterations);
-    return option;
+    for (const Index count : iterations) {
+        const std::size_t used = std::strlen(counts);
+        std::snprintf(counts + used, sizeof counts - used, "%s%td", used > 0 ? " and " : "", count);
+    }
+    std::snprintf(option, sizeof option, "-- state variable is %s, %sdivisional value is %s, %s iterations",
+                  data.name(columns.state - 1), time, numberText(columns.division, 0, 6).text, counts);
+    openReport(run, {.title = title, .option = option});
 }
 
 void writeCoefficients(Report& report, const DataMatrix& data, const EventData& events,

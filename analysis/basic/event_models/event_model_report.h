@@ -1,7 +1,9 @@
 #pragma once
 
+#include <initializer_list>
+
 #include "analysis/basic/event_models/event_data.h"
-#include "report/report.h"
+#include "analysis/run/analysis_run.h"
 
 // What the reports of the logistic and the survival models have in common.
 
@@ -13,12 +15,10 @@ struct EventCoefficients {
     [[nodiscard]] ErrorCode allocate(Index count) { return values.allocate(count) | errors.allocate(count); }
 };
 
-// The option line: the columns and the divisional value, then how many iterations the fits took, in words of
-// the model.
-struct EventOption {
-    char text[720];
-};
-EventOption eventOption(const DataMatrix& data, const EventColumns& columns, const char* iterations);
+// Opens the report. Its option line names the columns and the divisional value, and tells how many iterations
+// each fit took.
+void openEventReport(AnalysisRun& run, const char* title, const EventColumns& columns,
+                     std::initializer_list<Index> iterations);
 
 // A row for each covariate, then one numbered 0 for the constant. Wald's test; with `ratio` also
 // exp(coefficient) under that name.

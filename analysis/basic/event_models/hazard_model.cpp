@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 #include "analysis/basic/event_models/event_charts.h"
@@ -275,10 +274,7 @@ void writeSamples(Report& report, const DataMatrix& data, const EventData& event
 void writeReport(AnalysisRun& run, const EventData& events, const HazardWork& work) {
     const DataMatrix& data = run.data.working;
     Report& report = run.report;
-    char iterations[24];
-    std::snprintf(iterations, sizeof iterations, "%td", work.fit.iterations);
-    const EventOption option = eventOption(data, events.columns, iterations);
-    openReport(run, {.title = "propotional hazard model statistics", .option = option.text});
+    openEventReport(run, "propotional hazard model statistics", events.columns, {work.fit.iterations});
     writeCaption(report, "coefficient, standard error, wald chi square, chi prob, hazard ratio");
     writeCoefficients(report, data, events, work.coefficients, "hazard.ratio");
     writeFit(report, work.fit);

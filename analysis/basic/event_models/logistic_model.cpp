@@ -1,7 +1,6 @@
 #include "analysis/basic/event_models/logistic_model.h"
 
 #include <cmath>
-#include <cstdio>
 
 #include "analysis/basic/event_models/event_charts.h"
 #include "analysis/basic/event_models/event_data.h"
@@ -170,10 +169,7 @@ void writeSamples(Report& report, const DataMatrix& data, const EventData& event
 void writeReport(AnalysisRun& run, const EventData& events, const LogisticWork& work) {
     const DataMatrix& data = run.data.working;
     Report& report = run.report;
-    char iterations[24];
-    std::snprintf(iterations, sizeof iterations, "%td", work.fit.iterations);
-    const EventOption option = eventOption(data, events.columns, iterations);
-    openReport(run, {.title = "multiple logistic model statistics", .option = option.text});
+    openEventReport(run, "multiple logistic model statistics", events.columns, {work.fit.iterations});
     writeCaption(report, "coefficient, standard error, wald chi square, chi prob, odds ratio");
     writeCoefficients(report, data, events, work.coefficients, "odds.ratio");
     writeFit(report, events, work.fit);

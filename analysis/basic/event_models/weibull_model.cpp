@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <numbers>
 
 #include "analysis/basic/event_models/event_charts.h"
@@ -215,11 +214,8 @@ void writeSamples(Report& report, const DataMatrix& data, const EventData& event
 void writeReport(AnalysisRun& run, const EventData& events, const WeibullWork& work) {
     const DataMatrix& data = run.data.working;
     Report& report = run.report;
-    char iterations[64];
-    std::snprintf(iterations, sizeof iterations, "%td and %td", work.exponential.fit.iterations,
-                  work.weibull.fit.iterations);
-    const EventOption option = eventOption(data, events.columns, iterations);
-    openReport(run, {.title = "exponential weibull model statistics", .option = option.text});
+    openEventReport(run, "exponential weibull model statistics", events.columns,
+                    {work.exponential.fit.iterations, work.weibull.fit.iterations});
     writeCaption(report, "exponential model : coefficient, standard error, wald chi square, chi prob");
     writeCoefficients(report, data, events, work.exponential.coefficients, nullptr);
     writeCaption(report, "weibull model : coefficient, standard error, wald chi square, chi prob");
