@@ -29,14 +29,6 @@ double quotient(double numerator, double denominator) {
     return denominator == 0.0 ? 0.0 : numerator / denominator;
 }
 
-template <class Visit> void visitCells(const ThreeWaySizes& sizes, Visit visit) {
-    for (Index i = 0; i < sizes.levels[0]; ++i) {
-        for (Index j = 0; j < sizes.levels[1]; ++j) {
-            for (Index k = 0; k < sizes.levels[2]; ++k) visit(i, j, k);
-        }
-    }
-}
-
 // A decomposable model: the product of the generators' margins over that of what each shares with those
 // before it, spread evenly over the factors that have no effect (Goodman 1971).
 void fitClosedForm(const Margins& observed, const Generators& generators, double* expected) {
@@ -49,7 +41,7 @@ void fitClosedForm(const Margins& observed, const Generators& generators, double
     }
     const double spread = static_cast<double>(observed.sizes.cells(allFactors & ~seen));
     const double total = observed.sums[0][0];
-    visitCells(observed.sizes, [&](Index i, Index j, Index k) {
+    visitCells(observed.sizes, allFactors, [&](Index i, Index j, Index k) {
         double numerator = generators.count == 0 ? total : numerators[0].at(i, j, k);
         double denominator = spread;
         for (Index g = 1; g < generators.count; ++g) {
@@ -66,9 +58,11 @@ void scaleToMargin(const Margins& observed, FactorSet factors, double* table, do
     std::fill_n(fitted, count, 0.0);
     const MarginView at = observed.view(factors);
     const double* value = table;
-    visitCells(observed.sizes, [&](Index i, Index j, Index k) { fitted[at.place(i, j, k)] += *value++; });
+    visitCells(observed.sizes, allFactors,
+               [&](Index i, Index j, Index k) { fitted[at.place(i, j, k)] += *value++; });
     for (Index m = 0; m < count; ++m) fitted[m] = quotient(at.values[m], fitted[m]);
-    visitCells(observed.sizes, [&](Index i, Index j, Index k) { *table++ *= fitted[at.place(i, j, k)]; });
+    visitCells(observed.sizes, allFactors,
+               [&](Index i, Index j, Index k) { *table++ *= fitted[at.place(i, j, k)]; });
 }
 
 // Whether a cell changed by more than the goal allows; a change that is not a number ends the fitting.
@@ -244,10 +238,8 @@ ErrorCode UTermEstimates::allocate(const ThreeWaySizes& sizes, bool interaction)
 void estimateUTerm(const Margins& logarithms, const Margins& variances, FactorSet term,
                    UTermEstimates& result) {
     const ThreeWaySizes& sizes = logarithms.sizes;
-    const auto levelsOf = [&](Index f) { return hasFactor(term, f) ? sizes.levels[f] : 1; };
-    const ThreeWaySizes levels = {{levelsOf(0), levelsOf(1), levelsOf(2)}};
     Index at = 0;
-    visitCells(levels, [&](Index i, Index j, Index k) {
+    visitCells(sizes, term, [&](Index i, Index j, Index k) {
         double estimate = meanOf(logarithms, term, i, j, k);
         for (Index t = 0; uTerms[t] != term; ++t) { // less the terms that are part of it
             if ((uTerms[t] & ~term) != 0) continue;

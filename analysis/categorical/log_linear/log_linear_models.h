@@ -33,6 +33,18 @@ struct ThreeWaySizes {
     Index cells(FactorSet factors = allFactors) const;
 };
 
+// Calls visit(i, j, k) for the cells of the margin of some factors, in its order, with 0 for a factor that is
+// summed over.
+template <class Visit> void visitCells(const ThreeWaySizes& sizes, FactorSet factors, Visit visit) {
+    const auto levels = [&](Index f) { return hasFactor(factors, f) ? sizes.levels[f] : 1; };
+    const Index a = levels(0), b = levels(1), c = levels(2);
+    for (Index i = 0; i < a; ++i) {
+        for (Index j = 0; j < b; ++j) {
+            for (Index k = 0; k < c; ++k) visit(i, j, k);
+        }
+    }
+}
+
 // The cells of a margin of a table by the indices of all three factors.
 struct MarginView {
     const double* values;

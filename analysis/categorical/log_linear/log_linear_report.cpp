@@ -85,20 +85,14 @@ void startTerm(Report& report, Index term) {
 // its cell.
 template <class Write>
 void writeTermLines(Report& report, const ThreeWaySizes& sizes, FactorSet term, Write write) {
-    Index counts[3];
-    for (Index f = 0; f < 3; ++f) counts[f] = hasFactor(term, f) ? sizes.levels[f] : 1;
     Index cell = 0;
-    for (Index i = 0; i < counts[0]; ++i) {
-        for (Index j = 0; j < counts[1]; ++j) {
-            for (Index k = 0; k < counts[2]; ++k) {
-                startUnnumberedRow(report, levelIn(term, 0, i).text, levelWidth);
-                writeLevel(report, levelIn(term, 1, j).text);
-                writeLevel(report, levelIn(term, 2, k).text);
-                write(cell++);
-                endRow(report);
-            }
-        }
-    }
+    visitCells(sizes, term, [&](Index i, Index j, Index k) {
+        startUnnumberedRow(report, levelIn(term, 0, i).text, levelWidth);
+        writeLevel(report, levelIn(term, 1, j).text);
+        writeLevel(report, levelIn(term, 2, k).text);
+        write(cell++);
+        endRow(report);
+    });
 }
 
 void writeSaturatedTerm(Report& report, const LogLinearResult& result, Index term) {

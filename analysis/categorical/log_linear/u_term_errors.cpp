@@ -38,21 +38,11 @@ double dot(const double* a, const double* b, Index count) {
     return (sums[0] + sums[1]) + (sums[2] + sums[3]);
 }
 
-// Calls visit(i, j, k) for the cells of a margin, with 0 for a factor that is summed over.
-template <class Visit> void visitMargin(const ThreeWaySizes& sizes, FactorSet factors, Visit visit) {
-    const auto count = [&](Index f) { return hasFactor(factors, f) ? sizes.levels[f] : 1; };
-    for (Index i = 0; i < count(0); ++i) {
-        for (Index j = 0; j < count(1); ++j) {
-            for (Index k = 0; k < count(2); ++k) visit(i, j, k);
-        }
-    }
-}
-
-// Calls visit(term, level) with the indices of every cell of every term.
+// Calls visit(term, levels, cell) for every cell of every term but the interaction of three.
 template <class Visit> void visitTermCells(const ThreeWaySizes& sizes, Visit visit) {
     for (Index t = 0; t < uTermCount - 1; ++t) {
         Index cell = 0;
-        visitMargin(sizes, uTerms[t], [&](Index i, Index j, Index k) {
+        visitCells(sizes, uTerms[t], [&](Index i, Index j, Index k) {
             const Index levels[3] = {i, j, k};
             visit(uTerms[t], levels, cell++);
         });
@@ -64,7 +54,7 @@ double marginVariance(const Margins& observed, FactorSet margin, FactorSet term,
     const ThreeWaySizes& sizes = observed.sizes;
     const MarginView counts = observed.view(margin);
     double sum = 0.0;
-    visitMargin(sizes, margin, [&](Index i, Index j, Index k) {
+    visitCells(sizes, margin, [&](Index i, Index j, Index k) {
         const Index levels[3] = {i, j, k};
         double weight = 1.0;
         for (Index f = 0; f < 3; ++f) {

@@ -25,8 +25,7 @@ struct UTermErrors {
 
     // Into result.errors of all terms but the interaction of three: 0 for a term that is not in the model,
     // infinite where an empty margin leaves it without an estimate. `observed` are the margins of the
-    // observed table. Returns success, outOfMemory, or a
-    // code of setProgress.
+    // observed table. Returns success, outOfMemory, or a code of setProgress.
     [[nodiscard]] ErrorCode estimate(Screens& screens, const Margins& observed, Index model,
                                      const double* expected, UTermEstimates& result);
 };
