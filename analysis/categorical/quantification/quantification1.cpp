@@ -234,7 +234,7 @@ void correlatePartially(Quantification1Work& work) {
 
 // What the squares of the residuals are divided by: their number, or their degrees of freedom, samples less
 // constant and kept categories.
-double residualDivisor(const DataMatrix& data, const Numerics& numerics, const Quantification1Work& work) {
+double residualDivisor(const Numerics& numerics, const DataMatrix& data, const Quantification1Work& work) {
     const Index fitted = numerics.textbook ? work.categories() - work.items() + 1 : 0;
     return static_cast<double>(data.samples - fitted);
 }
@@ -259,7 +259,7 @@ void predictSamples(const DataMatrix& data, Quantification1Work& work) {
     }
 }
 
-ErrorCode compute(Screens& screens, const DataMatrix& data, const Numerics& numerics,
+ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& data,
                   Quantification1Work& work) {
     ErrorCode code = screens.setProgress(5);
     if (code != success) return code;
@@ -286,7 +286,7 @@ ErrorCode compute(Screens& screens, const DataMatrix& data, const Numerics& nume
     correlatePartially(work);
     code = screens.setProgress(80);
     if (code != success) return code;
-    measureFit(residualDivisor(data, numerics, work), work);
+    measureFit(residualDivisor(numerics, data, work), work);
     code = screens.setProgress(90);
     if (code != success) return code;
     predictSamples(data, work);
@@ -415,7 +415,7 @@ ErrorCode runQuantification1(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     code = startProgress(screens, run.report);
-    if (code == success) code = compute(screens, data, *run.numerics, work);
+    if (code == success) code = compute(screens, *run.numerics, data, work);
     screens.hideProgress();
     if (code == success) code = keepModel(run, work);
     if (code != success) return code;

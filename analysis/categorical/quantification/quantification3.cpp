@@ -182,7 +182,7 @@ void weighRows(const ResponseTable& table, Quantification3Work& work) {
 }
 
 // Bartlett's chi-square of each factor; that of the whole table is T times the sum of the eigenvalues.
-void testFactors(const ResponseTable& table, const Numerics& numerics, Quantification3Work& work) {
+void testFactors(const Numerics& numerics, const ResponseTable& table, Quantification3Work& work) {
     const double rows = static_cast<double>(table.rows());
     const double columns = static_cast<double>(table.columns());
     const double scale = work.total - 1.0 - (rows + columns - 1.0) * 0.5;
@@ -284,7 +284,7 @@ TableAssociation textbookAssociation(const ResponseTable& table, const Quantific
     return association;
 }
 
-ErrorCode compute(Screens& screens, const ResponseTable& table, const Numerics& numerics,
+ErrorCode compute(Screens& screens, const Numerics& numerics, const ResponseTable& table,
                   Quantification3Work& work) {
     ErrorCode code = screens.setProgress(10);
     if (code != success) return code;
@@ -297,7 +297,7 @@ ErrorCode compute(Screens& screens, const ResponseTable& table, const Numerics& 
     weighRows(table, work);
     code = screens.setProgress(55);
     if (code != success) return code;
-    testFactors(table, numerics, work);
+    testFactors(numerics, table, work);
     code = screens.setProgress(70);
     if (code != success) return code;
     work.association = numerics.textbook ? textbookAssociation(table, work) : redundancies(table, work);
@@ -444,7 +444,7 @@ ErrorCode runQuantification3(Screens& screens, AnalysisRun& run) {
     if (code != success) return code;
 
     code = startProgress(screens, run.report);
-    if (code == success) code = compute(screens, table, *run.numerics, work);
+    if (code == success) code = compute(screens, *run.numerics, table, work);
     screens.hideProgress();
     if (code != success) return code;
 

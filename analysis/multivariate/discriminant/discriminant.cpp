@@ -74,23 +74,23 @@ unsigned momentNeeds(const AnalysisOptions&) {
     return needsGroups | needsCount | needsMeans | needsDeviations;
 }
 
-ErrorCode compute(Screens& screens, const DataMatrix& data, const Numerics& numerics,
+ErrorCode compute(Screens& screens, const Numerics& numerics, const DataMatrix& data,
                   const DiscriminantOptions& options, DiscriminantResult& result) {
     const GroupStatistics& statistics = result.statistics;
     const auto gather = numerics.textbook ? gatherGroupsInPasses : gatherGroups;
     (data.moments != nullptr ? takeGroupMoments : gather)(data, result.statistics);
     ErrorCode code = screens.setProgress(15);
-    if (code == success && options.testBoxM != 0) code = testBoxM(statistics, numerics, result.box);
+    if (code == success && options.testBoxM != 0) code = testBoxM(numerics, statistics, result.box);
     if (code == success) code = screens.setProgress(30);
     if (code == success && options.forwardSelection != 0) {
-        code = selectForward(statistics, numerics, options.fIn, options.fInProbability, result.selection,
+        code = selectForward(numerics, statistics, options.fIn, options.fInProbability, result.selection,
                              {&screens, 30, 50});
     }
     if (code == success) code = screens.setProgress(50);
     if (code == success) code = result.functions.allocate(statistics, result.selection);
     if (code == success) {
-        code = statistics.groups == 2 ? findFisher(statistics, result.selection, numerics, result.functions)
-                                      : findCanonical(statistics, result.selection, numerics,
+        code = statistics.groups == 2 ? findFisher(numerics, statistics, result.selection, result.functions)
+                                      : findCanonical(numerics, statistics, result.selection,
                                                       options.canonAlpha, result.functions);
     }
     if (code == success) code = screens.setProgress(80);
@@ -124,7 +124,7 @@ void noteDeviations(AnalysisRun& run, const DiscriminantResult& result) {
                               functions.probability.data())) {
         noteDeviation(run, "chi prob of Bartlett");
     }
-    if (significantRoots(functions, textbookNumerics, options.canonAlpha) != functions.vectors) {
+    if (significantRoots(textbookNumerics, functions, options.canonAlpha) != functions.vectors) {
         noteDeviation(run, "vector number");
     }
     if (doAllClassifyElsewhere(functions)) noteDeviation(run, "d.group");
@@ -188,7 +188,7 @@ ErrorCode runDiscriminantAnalysis(Screens& screens, AnalysisRun& run) {
 
     code = startProgress(screens, run.report);
     if (code == success) {
-        code = compute(screens, data, *run.numerics, run.options.settings.discriminant, result);
+        code = compute(screens, *run.numerics, data, run.options.settings.discriminant, result);
     }
     screens.hideProgress();
     if (code != success) return code;

@@ -23,7 +23,7 @@ double groupMean(const GroupStatistics& statistics, const VariableSelection& sel
     return statistics.groupMeans(g, selection.order[i]);
 }
 
-void findHotelling(const GroupStatistics& statistics, Index variables, const Numerics& numerics,
+void findHotelling(const Numerics& numerics, const GroupStatistics& statistics, Index variables,
                    DiscriminantFunctions& functions) {
     const double n1 = statistics.counts[0];
     const double n2 = statistics.counts[1];
@@ -87,7 +87,7 @@ ErrorCode decompose(const GroupStatistics& statistics, const VariableSelection& 
 }
 
 // Bartlett's tests of the roots (Bartlett 1947).
-void testRoots(const GroupStatistics& statistics, Index variables, const Numerics& numerics,
+void testRoots(const Numerics& numerics, const GroupStatistics& statistics, Index variables,
                DiscriminantFunctions& functions) {
     const Index dimensions = functions.dimensions;
     const double k = static_cast<double>(variables);
@@ -160,8 +160,8 @@ ErrorCode DiscriminantFunctions::allocate(const GroupStatistics& statistics,
            chiSquare.allocate(dimensions) | probability.allocate(dimensions) | degrees.allocate(dimensions);
 }
 
-ErrorCode findFisher(const GroupStatistics& statistics, const VariableSelection& selection,
-                     const Numerics& numerics, DiscriminantFunctions& functions) {
+ErrorCode findFisher(const Numerics& numerics, const GroupStatistics& statistics,
+                     const VariableSelection& selection, DiscriminantFunctions& functions) {
     const Index k = selection.selected;
     Matrix pooled, scratch, inverse, differences;
     ErrorCode code =
@@ -186,20 +186,20 @@ ErrorCode findFisher(const GroupStatistics& statistics, const VariableSelection&
     functions.centroids(0, 0) = functions.mahalanobis / 2.0;
     functions.centroids(1, 0) = -functions.mahalanobis / 2.0;
     functions.vectors = functions.classifying = 1;
-    findHotelling(statistics, k, numerics, functions);
+    findHotelling(numerics, statistics, k, functions);
     return success;
 }
 
-ErrorCode findCanonical(const GroupStatistics& statistics, const VariableSelection& selection,
-                        const Numerics& numerics, double alpha, DiscriminantFunctions& functions) {
+ErrorCode findCanonical(const Numerics& numerics, const GroupStatistics& statistics,
+                        const VariableSelection& selection, double alpha, DiscriminantFunctions& functions) {
     const Index k = selection.selected;
     CanonicalWork work;
     ErrorCode code = work.allocate(k);
     if (code != success) return code;
     code = decompose(statistics, selection, work, functions.eigenvalues);
     if (code != success) return code;
-    testRoots(statistics, k, numerics, functions);
-    functions.vectors = significantRoots(functions, numerics, alpha);
+    testRoots(numerics, statistics, k, functions);
+    functions.vectors = significantRoots(numerics, functions, alpha);
     functions.classifying = numerics.textbook ? functions.dimensions : functions.vectors;
 
     // A variable in its unit has a pooled variance of 1 / degrees; that of the scores is to be 1.
@@ -236,7 +236,7 @@ void classifySamples(const DataMatrix& data, const GroupStatistics& statistics,
     }
 }
 
-Index significantRoots(const DiscriminantFunctions& functions, const Numerics& numerics, double alpha) {
+Index significantRoots(const Numerics& numerics, const DiscriminantFunctions& functions, double alpha) {
     Index roots = 0;
     for (; roots < functions.dimensions; ++roots) {
         double tail = 0.0;

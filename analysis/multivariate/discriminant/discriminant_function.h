@@ -34,19 +34,19 @@ struct DiscriminantFunctions {
 
 // Two groups: coefficients S^-1 (m1 - m2) with the pooled covariance matrix S (Fisher 1936), the constant so
 // that 0 is in the middle between the groups. Returns 0, outOfMemory or singularMatrix.
-[[nodiscard]] ErrorCode findFisher(const GroupStatistics& statistics, const VariableSelection& selection,
-                                   const Numerics& numerics, DiscriminantFunctions& functions);
+[[nodiscard]] ErrorCode findFisher(const Numerics& numerics, const GroupStatistics& statistics,
+                                   const VariableSelection& selection, DiscriminantFunctions& functions);
 
 // Three or more groups: the eigenvectors of W^-1/2 (T - W) W^-1/2 (Rao 1952), the number of shown ones by
 // Bartlett's tests at the level alpha, one at least. Those classify, or all of them in textbook numerics.
 // Returns 0, outOfMemory or singularMatrix.
-[[nodiscard]] ErrorCode findCanonical(const GroupStatistics& statistics, const VariableSelection& selection,
-                                      const Numerics& numerics, double alpha,
+[[nodiscard]] ErrorCode findCanonical(const Numerics& numerics, const GroupStatistics& statistics,
+                                      const VariableSelection& selection, double alpha,
                                       DiscriminantFunctions& functions);
 
 // How many of the first roots Bartlett's tests call significant at the level alpha; one at least where there
 // is any.
-Index significantRoots(const DiscriminantFunctions& functions, const Numerics& numerics, double alpha);
+Index significantRoots(const Numerics& numerics, const DiscriminantFunctions& functions, double alpha);
 
 // Scores every sample and puts it into a group: of two by the sign of the score, 0 counting for the first; of
 // more by the nearest centroid, the first of equals.

@@ -51,7 +51,7 @@ ErrorCode VariableSelection::allocate(Index variables) {
     return code;
 }
 
-ErrorCode selectForward(const GroupStatistics& statistics, const Numerics& numerics, double fIn,
+ErrorCode selectForward(const Numerics& numerics, const GroupStatistics& statistics, double fIn,
                         double fInProbability, VariableSelection& selection, const Stage& stage) {
     const Index q = statistics.variables;
     Matrix total, within;

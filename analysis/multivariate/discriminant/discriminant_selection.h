@@ -18,6 +18,6 @@ struct VariableSelection {
 // Forward selection by the partial F of Wilks' lambda (Rao 1965): the variable with the largest F enters
 // until that is below fIn or its upper tail above fInProbability. A variable whose F is not a number is
 // passed over. Returns 0 or outOfMemory.
-[[nodiscard]] ErrorCode selectForward(const GroupStatistics& statistics, const Numerics& numerics, double fIn,
+[[nodiscard]] ErrorCode selectForward(const Numerics& numerics, const GroupStatistics& statistics, double fIn,
                                       double fInProbability, VariableSelection& selection,
                                       const Stage& stage = {});

@@ -194,7 +194,7 @@ ErrorCode BoxTest::allocate(Index groups) {
     return determinants.allocate(groups + 1);
 }
 
-ErrorCode testBoxM(const GroupStatistics& statistics, const Numerics& numerics, BoxTest& test) {
+ErrorCode testBoxM(const Numerics& numerics, const GroupStatistics& statistics, BoxTest& test) {
     DeterminantWork work;
     if (work.allocate(statistics.variables) != success) return outOfMemory;
     const double within = statistics.withinDegrees();

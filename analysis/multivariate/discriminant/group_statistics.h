@@ -49,4 +49,4 @@ struct BoxTest {
 };
 
 // Tests the groups. Returns 0, outOfMemory, or singularMatrix when a covariance matrix is singular.
-[[nodiscard]] ErrorCode testBoxM(const GroupStatistics& statistics, const Numerics& numerics, BoxTest& test);
+[[nodiscard]] ErrorCode testBoxM(const Numerics& numerics, const GroupStatistics& statistics, BoxTest& test);
