@@ -105,22 +105,22 @@ void noteDeviations(AnalysisRun& run, const DiscriminantResult& result) {
     const BoxTest& box = result.box;
     const VariableSelection& selection = result.selection;
     const DiscriminantFunctions& functions = result.functions;
-    if (options.testBoxM != 0 && chiSquareTailsDeviate(1, &box.chiSquare, &box.degrees, &box.probability)) {
+    if (options.testBoxM != 0 && chiSquareTailsDeviate(1, &box.chiSquare, &box.freedom, &box.probability)) {
         noteDeviation(run, "chi.prob of box M");
     }
-    if (fTailsDeviate(selection.tested, selection.f.data(), selection.firstDegrees.data(),
-                      selection.secondDegrees.data(), selection.probability.data())) {
+    if (fTailsDeviate(selection.tested, selection.f.data(), selection.firstFreedom.data(),
+                      selection.secondFreedom.data(), selection.probability.data())) {
         noteDeviation(run, "f.prob of stepwise");
     }
     if (result.statistics.groups == 2) {
-        const double* degrees = functions.hotellingDegrees;
-        if (fTailsDeviate(1, &functions.hotellingF, &degrees[0], &degrees[1],
+        const double* freedom = functions.hotellingFreedom;
+        if (fTailsDeviate(1, &functions.hotellingF, &freedom[0], &freedom[1],
                           &functions.hotellingProbability)) {
             noteDeviation(run, "f.prob of Hotelling T2");
         }
         return;
     }
-    if (chiSquareTailsDeviate(functions.dimensions, functions.chiSquare.data(), functions.degrees.data(),
+    if (chiSquareTailsDeviate(functions.dimensions, functions.chiSquare.data(), functions.freedom.data(),
                               functions.probability.data())) {
         noteDeviation(run, "chi prob of Bartlett");
     }
@@ -166,7 +166,7 @@ ErrorCode buildDiscriminantPicture(AnalysisRun& run, const DiscriminantResult& r
     return buildPicture<ScoreCharts>(run, {.title = "discriminant analysis",
                                            .axisName = "score",
                                            .scores = &functions.scores,
-                                           .count = isCanonical ? functions.dimensions : 1,
+                                           .count = functions.dimensions,
                                            .shares = isCanonical ? shares.data() : nullptr,
                                            .weights = isCanonical ? functions.eigenvalues.data() : nullptr,
                                            .weightCount = functions.dimensions,

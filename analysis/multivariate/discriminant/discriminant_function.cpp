@@ -29,11 +29,11 @@ void findHotelling(const Numerics& numerics, const GroupStatistics& statistics, 
     const double n2 = statistics.counts[1];
     const double n = static_cast<double>(statistics.samples);
     const double k = static_cast<double>(variables);
-    functions.hotellingDegrees[0] = k;
-    functions.hotellingDegrees[1] = n - k - 1.0;
+    functions.hotellingFreedom[0] = k;
+    functions.hotellingFreedom[1] = n - k - 1.0;
     const double t2 = n1 * n2 / (n1 + n2) * functions.mahalanobis;
     functions.hotellingF = variables == 0 ? 0.0 : (n - k - 1.0) / ((n - 2.0) * k) * t2;
-    numerics.fTails(1, &functions.hotellingF, &functions.hotellingDegrees[0], &functions.hotellingDegrees[1],
+    numerics.fTails(1, &functions.hotellingF, &functions.hotellingFreedom[0], &functions.hotellingFreedom[1],
                     &functions.hotellingProbability);
 }
 
@@ -99,9 +99,9 @@ void testRoots(const Numerics& numerics, const GroupStatistics& statistics, Inde
         const double before = static_cast<double>(i);
         sum += std::log(1.0 + functions.eigenvalues[i]);
         functions.chiSquare[i] = factor * sum;
-        functions.degrees[i] = (k - before) * (groups - 1.0 - before);
+        functions.freedom[i] = (k - before) * (groups - 1.0 - before);
     }
-    numerics.chiSquareTails(dimensions, functions.chiSquare.data(), functions.degrees.data(),
+    numerics.chiSquareTails(dimensions, functions.chiSquare.data(), functions.freedom.data(),
                             functions.probability.data());
 }
 
@@ -157,7 +157,7 @@ ErrorCode DiscriminantFunctions::allocate(const GroupStatistics& statistics,
     return coefficients.allocate(k, dimensions) | constants.allocate(dimensions) |
            centroids.allocate(g, dimensions) | scores.allocate(n, dimensions) | assigned.allocate(n) |
            crossed.allocate(g * g) | standardized.allocate(k, dimensions) | eigenvalues.allocate(k) |
-           chiSquare.allocate(dimensions) | probability.allocate(dimensions) | degrees.allocate(dimensions);
+           chiSquare.allocate(dimensions) | probability.allocate(dimensions) | freedom.allocate(dimensions);
 }
 
 ErrorCode findFisher(const Numerics& numerics, const GroupStatistics& statistics,
@@ -167,7 +167,7 @@ ErrorCode findFisher(const Numerics& numerics, const GroupStatistics& statistics
     ErrorCode code =
         pooled.allocate(k, k) | scratch.allocate(k, k) | inverse.allocate(k, k) | differences.allocate(k, 1);
     if (code != success) return code;
-    takeSelected(selection, statistics.within, 1.0 / statistics.withinDegrees(), pooled);
+    takeSelected(selection, statistics.within, 1.0 / statistics.withinFreedom(), pooled);
     code = invertRegular(pooled, scratch, inverse);
     if (code != success) return code;
 
@@ -202,8 +202,8 @@ ErrorCode findCanonical(const Numerics& numerics, const GroupStatistics& statist
     functions.vectors = significantRoots(numerics, functions, alpha);
     functions.classifying = numerics.textbook ? functions.dimensions : functions.vectors;
 
-    // A variable in its unit has a pooled variance of 1 / degrees; that of the scores is to be 1.
-    const double scale = std::sqrt(statistics.withinDegrees());
+    // A variable in its unit has a pooled variance of 1 / freedom; that of the scores is to be 1.
+    const double scale = std::sqrt(statistics.withinFreedom());
     multiply(work.root, work.vectors, work.product);
     for (Index i = 0; i < k; ++i) {
         for (Index v = 0; v < functions.dimensions; ++v) {
@@ -240,7 +240,7 @@ Index significantRoots(const Numerics& numerics, const DiscriminantFunctions& fu
     Index roots = 0;
     for (; roots < functions.dimensions; ++roots) {
         double tail = 0.0;
-        numerics.chiSquareTails(1, &functions.chiSquare[roots], &functions.degrees[roots], &tail);
+        numerics.chiSquareTails(1, &functions.chiSquare[roots], &functions.freedom[roots], &tail);
         if (!(tail < alpha)) break;
     }
     return std::max(roots, std::min(Index{1}, functions.dimensions));

@@ -21,12 +21,12 @@ struct DiscriminantFunctions {
     double errorRate = 0.0;   // of the normal groups with that distance
     double hotellingF = 0.0;
     double hotellingProbability = 0.0;
-    double hotellingDegrees[2] = {};
+    double hotellingFreedom[2] = {};
 
     // Canonical functions.
     Matrix standardized;                           // k x D, for variables with a pooled variance of 1
     Block<double> eigenvalues;                     // k, of W^-1 (T - W); the first D count
-    Block<double> chiSquare, probability, degrees; // D: Bartlett's tests that this root and all behind are 0
+    Block<double> chiSquare, probability, freedom; // D: Bartlett's tests that this root and all behind are 0
 
     // For functions of the selected variables. Returns 0 or outOfMemory.
     [[nodiscard]] ErrorCode allocate(const GroupStatistics& statistics, const VariableSelection& selection);

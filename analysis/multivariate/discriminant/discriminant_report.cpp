@@ -59,7 +59,7 @@ void writePooledCovariance(Report& report, const DataMatrix& data, const GroupSt
     for (Index i = 0; i < statistics.variables; ++i) {
         startRow(report, i + 1, data.name(i));
         for (Index j = 0; j <= i; ++j) {
-            writeCell(report, statistics.within(i, j) / statistics.withinDegrees(), wideCell);
+            writeCell(report, statistics.within(i, j) / statistics.withinFreedom(), wideCell);
         }
         endRow(report);
     }
@@ -100,7 +100,7 @@ void writeBox(Report& report, const BoxTest& box) {
     writeCaption(report, "box M test : chi square probabilities");
     writeCellRow(report, 1, "chi.square", box.chiSquare, wideCell);
     writeCellRow(report, 2, "chi.prob", box.probability, wideCell);
-    writeCellRow(report, 3, "chi.free", box.degrees, wideCount);
+    writeCellRow(report, 3, "chi.free", box.freedom, wideCount);
     endTable(report);
 }
 
@@ -113,8 +113,8 @@ void writeSelection(Report& report, const DataMatrix& data, const VariableSelect
         startRow(report, i + 1, data.name(selection.order[i]));
         writeCell(report, selection.f[i], wideCell);
         writeCell(report, selection.probability[i], wideCell);
-        writeCell(report, selection.firstDegrees[i], wideCount);
-        writeCell(report, selection.secondDegrees[i], wideCount);
+        writeCell(report, selection.firstFreedom[i], wideCount);
+        writeCell(report, selection.secondFreedom[i], wideCount);
         endRow(report);
     }
     endTable(report);
@@ -133,8 +133,8 @@ void writeFisher(Report& report, const DataMatrix& data, const DiscriminantResul
     writeCaption(report, "f stats equal Hotelling T2 of canonical vector");
     writeCellRow(report, 1, "f.value", functions.hotellingF, wideCell);
     writeCellRow(report, 2, "f.prob", functions.hotellingProbability, wideCell);
-    writeCellRow(report, 3, "1st.free", functions.hotellingDegrees[0], wideCount);
-    writeCellRow(report, 4, "2nd.free", functions.hotellingDegrees[1], wideCount);
+    writeCellRow(report, 3, "1st.free", functions.hotellingFreedom[0], wideCount);
+    writeCellRow(report, 4, "2nd.free", functions.hotellingFreedom[1], wideCount);
     endTable(report);
     constexpr const char* headings[] = {"b.centre"};
     writeCaption(report, "bary-centre of group in discrimiinant space");
@@ -150,7 +150,7 @@ void writeRoots(Report& report, const DiscriminantFunctions& functions) {
     writeCells(report, 1, "eigen", firstOf(functions.eigenvalues.begin(), dimensions), wideCell);
     writeCells(report, 2, "chi square", functions.chiSquare, wideCell);
     writeCells(report, 3, "chi prob", functions.probability, wideCell);
-    writeCells(report, 4, "chi free", functions.degrees, wideCount);
+    writeCells(report, 4, "chi free", functions.freedom, wideCount);
     endTable(report);
 }
 

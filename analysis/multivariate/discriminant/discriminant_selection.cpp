@@ -45,8 +45,8 @@ void exchange(Matrix& sums, Index a, Index b) {
 ErrorCode VariableSelection::allocate(Index variables) {
     selected = variables;
     const ErrorCode code = order.allocate(variables) | f.allocate(variables) |
-                           probability.allocate(variables) | firstDegrees.allocate(variables) |
-                           secondDegrees.allocate(variables);
+                           probability.allocate(variables) | firstFreedom.allocate(variables) |
+                           secondFreedom.allocate(variables);
     if (code == success) std::iota(order.begin(), order.end(), 0);
     return code;
 }
@@ -65,7 +65,7 @@ ErrorCode selectForward(const Numerics& numerics, const GroupStatistics& statist
     while (entered < q) {
         code = stage.advance(entered, q);
         if (code != success) return code;
-        const double second = statistics.withinDegrees() - static_cast<double>(entered);
+        const double second = statistics.withinFreedom() - static_cast<double>(entered);
         const Candidate best =
             findLargestF(entered, second / first, total, within, statistics.within, selection.order);
         if (best.position == q) break;
@@ -73,8 +73,8 @@ ErrorCode selectForward(const Numerics& numerics, const GroupStatistics& statist
         numerics.fTails(1, &best.f, &first, &second, &probability);
         selection.f[entered] = best.f;
         selection.probability[entered] = probability;
-        selection.firstDegrees[entered] = first;
-        selection.secondDegrees[entered] = second;
+        selection.firstFreedom[entered] = first;
+        selection.secondFreedom[entered] = second;
         selection.tested = entered + 1;
         if (best.f < fIn || probability > fInProbability) break;
 

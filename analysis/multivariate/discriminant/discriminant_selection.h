@@ -9,7 +9,7 @@ struct VariableSelection {
     Index selected = 0;
     Index tested = 0; // those and the one that was turned away, if any
     // Of each tested variable; q rooms.
-    Block<double> f, probability, firstDegrees, secondDegrees;
+    Block<double> f, probability, firstFreedom, secondFreedom;
 
     // All variables selected, in their own order. Returns 0 or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index variables);

@@ -197,7 +197,7 @@ ErrorCode BoxTest::allocate(Index groups) {
 ErrorCode testBoxM(const Numerics& numerics, const GroupStatistics& statistics, BoxTest& test) {
     DeterminantWork work;
     if (work.allocate(statistics.variables) != success) return outOfMemory;
-    const double within = statistics.withinDegrees();
+    const double within = statistics.withinFreedom();
     std::copy(statistics.within.begin(), statistics.within.end(), work.covariance.begin());
     Determinant determinant;
     ErrorCode code = covarianceDeterminant(within, work, determinant);
@@ -207,18 +207,18 @@ ErrorCode testBoxM(const Numerics& numerics, const GroupStatistics& statistics, 
     double m = within * determinant.logarithm;
     double reciprocals = -1.0 / within;
     for (Index g = 0; g < statistics.groups; ++g) {
-        const double degrees = statistics.counts[g] - 1;
+        const double freedom = statistics.counts[g] - 1;
         work.covariance.fill(0.0);
         addPacked(statistics.groupSums.row(g), work.covariance);
-        code = covarianceDeterminant(degrees, work, determinant);
+        code = covarianceDeterminant(freedom, work, determinant);
         if (code != success) return code;
         test.determinants[g + 1] = determinant.value;
-        m -= degrees * determinant.logarithm;
-        reciprocals += 1.0 / degrees;
+        m -= freedom * determinant.logarithm;
+        reciprocals += 1.0 / freedom;
     }
     const double q = static_cast<double>(statistics.variables);
     const double others = static_cast<double>(statistics.groups - 1);
     test.chiSquare = m * (1.0 - reciprocals * (2.0 * q * q + 3.0 * q - 1.0) / (6.0 * (q + 1.0) * others));
-    test.degrees = q * (q + 1.0) * others / 2.0;
-    return numerics.chiSquareTails(1, &test.chiSquare, &test.degrees, &test.probability);
+    test.freedom = q * (q + 1.0) * others / 2.0;
+    return numerics.chiSquareTails(1, &test.chiSquare, &test.freedom, &test.probability);
 }

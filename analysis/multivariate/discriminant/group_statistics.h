@@ -21,7 +21,7 @@ struct GroupStatistics {
     Matrix within;              // q x q, W: the sum of the groups' sums
 
     // Degrees of freedom within the groups.
-    double withinDegrees() const { return static_cast<double>(samples - groups); }
+    double withinFreedom() const { return static_cast<double>(samples - groups); }
     // For the data whose last column was checked to number `groupCount` groups. Returns 0 or outOfMemory.
     [[nodiscard]] ErrorCode allocate(const DataMatrix& data, Index groupCount);
 };
@@ -42,7 +42,7 @@ struct BoxTest {
     Block<double> determinants;
     double chiSquare = 0.0;
     double probability = 0.0;
-    double degrees = 0.0;
+    double freedom = 0.0;
 
     // Zero determinants for so many groups; 0 or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index groups);
