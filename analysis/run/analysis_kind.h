@@ -4,7 +4,8 @@
 #include "analysis/run/option_field.h"
 #include "report/screens.h"
 
-enum class GraphRule { never, always, threeGroups, threeVariables };
+// When an analysis has a picture of the window.
+enum class GraphRule { never, always, threeGroups, threeVariables }; // of so many and more
 
 // What an analysis needs where moments stand in the place of samples, besides correlations.
 enum MomentNeeds : unsigned {
@@ -65,7 +66,7 @@ struct AnalysisKind {
     int saveBox = 0;
     const Analysis* analysis = nullptr; // null: there is no such model
     bool onMenu = true;                 // false: its item is always greyed
-    bool sizeCheck = true;              // needs at least three samples more than variables
+    bool sizeCheck = true;              // needs leastExcess samples more than variables
     GraphRule graph = GraphRule::never;
     bool hasSampleColumns = false; // keeps something about each sample (analysis/run/sample_columns.h)
     bool hasPictures = true;       // those of its analysis
@@ -74,6 +75,8 @@ struct AnalysisKind {
     int headingControl = 0;
     const char* heading = nullptr;
 };
+
+constexpr int leastExcess = 3; // of samples over variables
 
 constexpr int firstAnalysisCommand = 710;
 

@@ -18,7 +18,8 @@ struct AnalysisOptions {
     Settings settings;
     // Variables of the loaded part from 1, 0 for none; taken from and put into the selection flags.
     std::int32_t purposes[purposeCount];
-    // Reset to 0 and 1.0 by every load: the columns whose degree is not 1 in the first curve model.
+    // The variables that the first curve model raises to a degree, as purposes, and the degrees. Every load
+    // resets them.
     std::int32_t slotColumns[slotCount];
     double slotDegrees[slotCount];
     std::int32_t similarityModel;      // added to kind 20
@@ -60,6 +61,7 @@ struct AnalysisRun {
 // Takes the settings over and gives the other options their first values.
 void startOptions(AnalysisOptions& options, const Settings& settings);
 
+// Gives every slot of the dialog of degrees its first values: no column, degree 1.
 void resetSlots(AnalysisOptions& options);
 
 using OwnPurposes = PurposeList AnalysisRun::*;

@@ -1,6 +1,6 @@
 #include "analysis/run/build_picture.h"
 
-#include <algorithm>
+#include <iterator>
 
 namespace {
 

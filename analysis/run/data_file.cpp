@@ -137,16 +137,6 @@ void forceExtension(char (&path)[260], std::int32_t fileType) {
     std::snprintf(path + last + 1, sizeof path - last - 1, "%s", fileType == csvFile ? "csv" : "xls");
 }
 
-bool namedDataFile(const char* name, bool isThere, char (&path)[260]) {
-    const std::string_view given(name);
-    const std::size_t file = given.find_last_of("\\/:") + 1; // 0 when nothing is found
-    const bool hasExtension = given.find('.', file) != std::string_view::npos;
-    const char* const extension = isThere || hasExtension ? "" : ".csv";
-    if (given.size() + std::strlen(extension) >= sizeof path) return false;
-    std::snprintf(path, sizeof path, "%s%s", name, extension);
-    return true;
-}
-
 bool proposeTablePath(const char* path, const char* end, char (&proposed)[260]) {
     std::string_view name(path);
     const std::size_t file = name.find_last_of("\\/:") + 1; // 0 when nothing is found
@@ -157,5 +147,15 @@ bool proposeTablePath(const char* path, const char* end, char (&proposed)[260]) 
     if (name.size() + endSize > sizeof proposed) return false;
     std::memcpy(proposed, name.data(), name.size());
     std::memcpy(proposed + name.size(), end, endSize);
+    return true;
+}
+
+bool namedDataFile(const char* name, bool isThere, char (&path)[260]) {
+    const std::string_view given(name);
+    const std::size_t file = given.find_last_of("\\/:") + 1; // 0 when nothing is found
+    const bool hasExtension = given.find('.', file) != std::string_view::npos;
+    const char* const extension = isThere || hasExtension ? "" : ".csv";
+    if (given.size() + std::strlen(extension) >= sizeof path) return false;
+    std::snprintf(path, sizeof path, "%s%s", name, extension);
     return true;
 }

@@ -29,8 +29,8 @@ void closeDataFile(Frontend& frontend, AnalysisRun& run);
 // follows the last "." of a path by "csv" or "xls"; a path without one keeps its first character only.
 void forceExtension(char (&path)[260], std::int32_t fileType);
 
-// The path that is proposed for the table that comes of importing a file: "NAME-import.csv" beside it. False
-// when it is too long; `proposed` is then empty.
+// The path that is proposed for what comes of a file: its own with `end`, such as "-import.csv", in the place
+// of the extension. False when it is too long; `proposed` is then empty.
 [[nodiscard]] bool proposeTablePath(const char* path, const char* end, char (&proposed)[260]);
 
 // The path of a file that was named without a dialog: as it is named, or with ".csv" when it has no extension

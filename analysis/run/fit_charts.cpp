@@ -9,7 +9,7 @@ constexpr Index curvePoints = 64;
 constexpr double residualLevel = 2.0; // that few residuals of a good fit are beyond
 
 // Smallest and greatest of the finite ones.
-struct Extent1 {
+struct ValueRange {
     double least = INFINITY;
     double most = -INFINITY;
     void take(double value) {
@@ -33,18 +33,18 @@ ChartLayer* addSamples(const AnalysisRun& run, const double* x, Index xStride, c
     return layer;
 }
 
-Extent1 extentOf(const double* values, Index stride, Index count) {
-    Extent1 extent;
-    for (Index i = 0; i < count; ++i) extent.take(values[i * stride]);
-    return extent;
+ValueRange rangeOf(const double* values, Index stride, Index count) {
+    ValueRange range;
+    for (Index i = 0; i < count; ++i) range.take(values[i * stride]);
+    return range;
 }
 
 ErrorCode describeSingle(const AnalysisRun& run, const FitCharts& fit, Chart& chart) {
     const Index samples = run.data.working.samples;
-    const Extent1 extent = extentOf(fit.explanatory, fit.explanatoryStride, samples);
+    const ValueRange range = rangeOf(fit.explanatory, fit.explanatoryStride, samples);
     chart.across.title.set("%s", fit.explanatoryName);
     chart.up.title.set("%s", fit.purpose);
-    if (extent.isEmpty()) {
+    if (range.isEmpty()) {
         chart.refusal = "there is nothing to draw";
         return success;
     }
@@ -53,7 +53,7 @@ ErrorCode describeSingle(const AnalysisRun& run, const FitCharts& fit, Chart& ch
     if (curve == nullptr || (fit.alpha != 0.0 && band == nullptr)) return outOfMemory;
     for (Index k = 0; k < curvePoints; ++k) {
         const double share = static_cast<double>(k) / (curvePoints - 1);
-        curve->x[k] = extent.least + (extent.most - extent.least) * share;
+        curve->x[k] = range.least + (range.most - range.least) * share;
     }
     curve->name.set("prediction");
     curve->style = 3;
@@ -78,8 +78,8 @@ ErrorCode describeFit(const AnalysisRun& run, const FitCharts& fit, Chart& chart
     const Index samples = run.data.working.samples;
     chart.across.title.set("predicted %s", fit.purpose);
     chart.up.title.set("measured %s", fit.purpose);
-    const Extent1 predicted = extentOf(fit.predicted, fit.predictedStride, samples);
-    const Extent1 measured = extentOf(fit.measured, fit.measuredStride, samples);
+    const ValueRange predicted = rangeOf(fit.predicted, fit.predictedStride, samples);
+    const ValueRange measured = rangeOf(fit.measured, fit.measuredStride, samples);
     const double from = std::max(predicted.least, measured.least);
     const double to = std::min(predicted.most, measured.most);
     const ErrorCode code = from < to ? chart.addGuide(from, from, to, to) : success;
@@ -94,7 +94,7 @@ ErrorCode describeResiduals(const AnalysisRun& run, const FitCharts& fit, Chart&
     chart.title.set("%s: residuals", fit.title);
     chart.across.title.set("predicted %s", fit.purpose);
     chart.up.title.set("standardized residual");
-    const Extent1 predicted = extentOf(fit.predicted, fit.predictedStride, samples);
+    const ValueRange predicted = rangeOf(fit.predicted, fit.predictedStride, samples);
     ErrorCode code = success;
     for (const double level : {0.0, residualLevel, -residualLevel}) {
         if (!predicted.isEmpty()) code |= chart.addGuide(predicted.least, level, predicted.most, level);

@@ -25,6 +25,7 @@ struct FitCharts {
     double alpha = 0.0; // of the band; 0: there is none
 };
 
+// Both describe a chart, or say in its refusal why there is none. Return success or outOfMemory.
 ErrorCode describeFit(const AnalysisRun& run, const FitCharts& fit, Chart& chart);
 ErrorCode describeResiduals(const AnalysisRun& run, const FitCharts& fit, Chart& chart);
 

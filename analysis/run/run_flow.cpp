@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr int leastExcess = 3; // of samples over variables
-
 bool asksFactorNumber(OptionFields fields) {
     return std::any_of(fields.begin(), fields.end(), [](const OptionField& field) {
         return field.offset == offsetof(AnalysisOptions, settings.factor.factorNumber);

@@ -31,6 +31,7 @@ struct ScoreCharts {
     Index groupColumn = -1;
 };
 
+// Both describe a chart, or say in its refusal why there is none. Return success or outOfMemory.
 ErrorCode describeMap(const AnalysisRun& run, const ScoreCharts& scores, Chart& chart);
 ErrorCode describeScree(const AnalysisRun& run, const ScoreCharts& scores, Chart& chart);
 

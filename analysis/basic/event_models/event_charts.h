@@ -24,4 +24,5 @@ struct RatioChart {
     const char* title;
     const char* ratioName;
 };
+// Returns success or outOfMemory.
 ErrorCode describeRatios(const AnalysisRun& run, const RatioChart& ratios, Chart& chart);

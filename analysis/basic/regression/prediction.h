@@ -18,7 +18,7 @@ struct Prediction {
 // Computes a prediction from the model, without which it may not be called. Values of variables outside the
 // model do not matter. Makes the model's interval matrix when the entry is the first to need it. Returns
 // success; illegalCategoricalData for a value that is no category; notFinite for a transformed value that is
-// not finite; outOfMemory.
+// not finite; outOfMemory; singularMatrix where the interval matrix cannot be made.
 [[nodiscard]] ErrorCode computePrediction(AnalysisRun& run, const PredictionEntry& entry,
                                           Prediction& prediction);
 

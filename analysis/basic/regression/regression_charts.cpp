@@ -1,7 +1,5 @@
 #include "analysis/basic/regression/regression_charts.h"
 
-#include <algorithm>
-
 #include "analysis/run/fit_charts.h"
 
 namespace {

@@ -13,8 +13,8 @@ public:
 
     bool changes() const { return form_ != none; }
 
-    // When the transformation takes the number `value`, and its value is finite: a condition
-    // that holds neither for a null nor for what is not finite.
+    // When the transformation takes the number `value`, and what it makes of it is finite: a condition that
+    // holds neither for a null nor for what is not finite.
     void writeCondition(SqlText& sql, const SqlColumnValue& value) const;
     // The transformed number.
     void writeValue(SqlText& sql, const SqlColumnValue& value) const;

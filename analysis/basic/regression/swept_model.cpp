@@ -28,6 +28,12 @@ bool isGreater(double greater, double less) {
 
 } // namespace
 
+ErrorCode SelectedModel::allocate(Index allVariables) {
+    const Index p = allVariables;
+    return variables.allocate(p) | inModel.allocate(p) | matrix.allocate(p, p) | inverse.allocate(p, p) |
+           weights.allocate(p) | column.allocate(p);
+}
+
 // Some four times the largest differences from new inverses that were seen among the square roots of gains,
 // and a half of that among what is left of a candidate, on up to 400 variables with inflations of up to
 // 1e6.
@@ -40,12 +46,6 @@ void SweptModel::noteInflations() {
         const Index v = model_.variables[i];
         inflation_ = std::max(inflation_, -element(v, v));
     }
-}
-
-ErrorCode SelectedModel::allocate(Index allVariables) {
-    const Index p = allVariables;
-    return variables.allocate(p) | inModel.allocate(p) | matrix.allocate(p, p) | inverse.allocate(p, p) |
-           weights.allocate(p) | column.allocate(p);
 }
 
 // Whether the inverse of the model is one: the product of two wrong pivots can look like a right one.

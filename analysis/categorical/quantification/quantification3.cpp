@@ -15,8 +15,7 @@
 namespace {
 
 constexpr std::int32_t categoricalVariables = 0;
-constexpr std::int32_t leastExcess = 3; // of samples over categorical variables
-constexpr double negligible = 1e-10;    // of an eigenvalue, and of its distance to 1
+constexpr double negligible = 1e-10; // of an eigenvalue, and of its distance to 1
 
 constexpr const char* dataModes[] = {"variable", "cross"};
 

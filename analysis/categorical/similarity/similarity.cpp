@@ -24,8 +24,6 @@ double mostDimensions(const DataSet& data) {
 const OptionField fields[] = {
     // The batch runner has a name for each kind instead.
     {.type = OptionType::choice,
-     .name = nullptr,
-     .help = "",
      .offset = offsetof(AnalysisOptions, similarityModel),
      .control = 4001,
      .choices = modelWords},
