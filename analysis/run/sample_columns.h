@@ -12,7 +12,7 @@ struct SampleColumns {
     TextList names;         // without commas
     Matrix values;          // samples x columns
 
-    // Room for so many columns; none is there yet. 0 or outOfMemory.
+    // Room for so many columns; none is there yet. Success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index samples, Index columns);
     // Leaves nothing but the wish.
     void release();
@@ -27,7 +27,7 @@ struct SampleColumns {
 };
 
 // What a driver does once its report is written: keeps so many columns, which add(columns) appends, if they
-// are wanted. Returns 0 or outOfMemory.
+// are wanted. Returns success or outOfMemory.
 template <class Add>
 [[nodiscard]] ErrorCode keepColumns(SampleColumns& columns, Index samples, Index count, Add add) {
     if (!columns.areWanted) return success;

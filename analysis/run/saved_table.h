@@ -8,7 +8,7 @@
 // stand in the file, and the columns in full precision. Samples that were left out, and values that are not
 // finite, have NA in the columns. A column whose name is taken becomes "NAME.2", ...
 
-// Fills an unallocated text. Returns 0 or outOfMemory.
+// Fills an unallocated text. Returns success or outOfMemory.
 [[nodiscard]] ErrorCode writeSavedTable(const AnalysisRun& run, TextBuffer& text);
 
 // Whether no line of it is too long for the reader.
@@ -22,5 +22,5 @@ struct Remedy {
 };
 
 // Chooses among the variables in use that need not be kept (flags by column of the cell table), those with
-// long cells first. Returns 0 or outOfMemory.
+// long cells first. Returns success or outOfMemory.
 [[nodiscard]] ErrorCode findRemedy(const AnalysisRun& run, const Block<std::int32_t>& isKept, Remedy& remedy);

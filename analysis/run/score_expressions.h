@@ -84,7 +84,7 @@ private:
 };
 
 // What a driver does once its report is written: keeps the expressions that write(writer) adds, if they are
-// wanted. Returns 0 or outOfMemory.
+// wanted. Returns success or outOfMemory.
 template <class Write>
 [[nodiscard]] ErrorCode keepExpressions(ScoreExpressions& expressions, const DataSet& data, Write write) {
     constexpr Index firstCapacity = 4096;

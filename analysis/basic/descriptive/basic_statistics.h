@@ -19,7 +19,7 @@ struct BasicStatistics {
     Block<double> meanError; // by rounding; under classic numerics
     Block<double> column;    // scratch of each worker: one variable's samples
 
-    // Zero-filled arrays; 0 or outOfMemory.
+    // Zero-filled arrays; success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index variables, Index samples, Index workers);
 };
 

@@ -37,7 +37,7 @@ struct RankCorrelations {
     // IncompleteBeta.
     ErrorCode fault = success;
 
-    // Zero-filled tables; 0 or outOfMemory.
+    // Zero-filled tables; success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index pairs);
 };
 

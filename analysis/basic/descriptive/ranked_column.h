@@ -29,7 +29,7 @@ struct RankedColumns {
     Block<double> values;
     Block<SortItem> items;
 
-    // Success, or outOfMemory.
+    // Success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(const DataMatrix& data, Index workers = 1);
     // Ranks column j. Several workers, numbered from 0, can rank a column each at once.
     void rank(const DataMatrix& data, Index j, Index worker = 0);

@@ -54,7 +54,7 @@ struct RegressionFit {
     Block<double> freedoms[2];
     Block<double> deviations;
 
-    // Zero-filled arrays for a model of modelCount variables; 0 or outOfMemory.
+    // Zero-filled arrays for a model of modelCount variables; success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index samples, Index modelCount);
 };
 

@@ -25,7 +25,7 @@ struct RegressionResult {
     bool transforms() const { return model.name != nullptr; }
     const MomentMatrices& regressedMoments() const { return transforms() ? moments : ownMoments; }
 
-    // Zero-filled arrays but the fit's; 0 or outOfMemory.
+    // Zero-filled arrays but the fit's; success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(const DataMatrix& data);
 };
 

@@ -22,7 +22,7 @@ struct StepwiseSelection : SelectedModel {
     Block<SelectionStep> steps;
     Index stepCount = 0;
 
-    // Zero-filled arrays for P variables, the purpose variable included; 0 or outOfMemory.
+    // Zero-filled arrays for P variables, the purpose variable included; success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index allVariables);
 };
 

@@ -17,7 +17,7 @@ struct SelectedModel {
     Block<double> weights; // their standardized coefficients
     Block<double> column;  // P; scratch
 
-    // Zero-filled arrays; 0 or outOfMemory.
+    // Zero-filled arrays; success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index allVariables);
 };
 

@@ -36,7 +36,7 @@ struct AssociationWork {
     Block<double> gamma;
     Block<double> tau;
 
-    // For the layout that is there. Returns 0 or outOfMemory.
+    // For the layout that is there. Returns success or outOfMemory.
     [[nodiscard]] ErrorCode allocate() {
         const Index variables = layout.first.size();
         const Index pairs = variables * (variables - 1) / 2;

@@ -52,7 +52,7 @@ struct Quantification1Work {
     Index items() const { return layout.first.size(); }
     Index categories() const { return layout.totalCategories; }
 
-    // For the layout that is there. Returns 0 or outOfMemory.
+    // For the layout that is there. Returns success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index samples) {
         const Index positions = categories() + 2;
         const Index r = positions - items();

@@ -49,7 +49,7 @@ struct Quantification2Work {
     Matrix centroids;            // G x D
     Matrix correlations;         // 2 x D: squares and roots
 
-    // For the layout and the groups that are there. Returns 0 or outOfMemory.
+    // For the layout and the groups that are there. Returns success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index samples) {
         const Index categories = layout.totalCategories;
         const Index r = categories - layout.first.size();

@@ -83,7 +83,7 @@ struct Quantification3Work {
     Block<double> columnSquares; // K: squares of the cells, each divided by the sum of its row
     TableAssociation association;
 
-    // F is `asked`, but at least 1 and at most K. Returns 0 or outOfMemory.
+    // F is `asked`, but at least 1 and at most K. Returns success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(const ResponseTable& table, Index asked) {
         const Index rows = table.rows();
         const Index columns = table.columns();

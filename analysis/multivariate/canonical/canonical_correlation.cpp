@@ -32,7 +32,7 @@ unsigned momentNeeds(const AnalysisOptions&) {
     return needsCount;
 }
 
-// Success, or outOfMemory.
+// Success or outOfMemory.
 ErrorCode noteDeviations(AnalysisRun& run, const CanonicalVariates& variates) {
     if (run.numerics->textbook) return success;
     const Index m = variates.pairs;
@@ -169,7 +169,7 @@ constexpr Picture pictures[] = {
      describeResult<CanonicalCharts, describeVariates>},
 };
 
-// Keeps the variates as columns and draws them, whichever is wanted. 0 or outOfMemory.
+// Keeps the variates as columns and draws them, whichever is wanted. Success or outOfMemory.
 ErrorCode useVariates(AnalysisRun& run, const CanonicalVariates& found) {
     if (!run.columns.areWanted && run.pictureWish.pictures.empty()) return success;
     const DataMatrix& data = run.data.working;

@@ -310,7 +310,7 @@ void writeReport(AnalysisRun& run, ClusterWork& work) {
     writeDendrogram(report, choice.ofVariables ? data.names : data.labels, work);
 }
 
-// The cluster of each sample, of as many as the options ask for. 0 or outOfMemory.
+// The cluster of each sample, of as many as the options ask for. Success or outOfMemory.
 ErrorCode keepClusters(AnalysisRun& run, const ClusterWork& work) {
     const ClusterMerging& merging = work.merging;
     const Index clusters = std::min<Index>(run.options.clusterCount, merging.count);

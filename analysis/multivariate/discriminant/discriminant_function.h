@@ -28,18 +28,18 @@ struct DiscriminantFunctions {
     Block<double> eigenvalues;                     // k, of W^-1 (T - W); the first D count
     Block<double> chiSquare, probability, freedom; // D: Bartlett's tests that this root and all behind are 0
 
-    // For functions of the selected variables. Returns 0 or outOfMemory.
+    // For functions of the selected variables. Returns success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(const GroupStatistics& statistics, const VariableSelection& selection);
 };
 
 // Two groups: coefficients S^-1 (m1 - m2) with the pooled covariance matrix S (Fisher 1936), the constant so
-// that 0 is in the middle between the groups. Returns 0, outOfMemory or singularMatrix.
+// that 0 is in the middle between the groups. Returns success, outOfMemory or singularMatrix.
 [[nodiscard]] ErrorCode findFisher(const Numerics& numerics, const GroupStatistics& statistics,
                                    const VariableSelection& selection, DiscriminantFunctions& functions);
 
 // Three or more groups: the eigenvectors of W^-1/2 (T - W) W^-1/2 (Rao 1952), the number of shown ones by
 // Bartlett's tests at the level alpha, one at least. Those classify, or all of them in textbook numerics.
-// Returns 0, outOfMemory or singularMatrix.
+// Returns success, outOfMemory or singularMatrix.
 [[nodiscard]] ErrorCode findCanonical(const Numerics& numerics, const GroupStatistics& statistics,
                                       const VariableSelection& selection, double alpha,
                                       DiscriminantFunctions& functions);

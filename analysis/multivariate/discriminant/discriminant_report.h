@@ -10,7 +10,7 @@ struct DiscriminantResult {
     VariableSelection selection;
     DiscriminantFunctions functions; // allocated for the selected variables
 
-    // For all but the functions, with all variables selected. Returns 0 or outOfMemory.
+    // For all but the functions, with all variables selected. Returns success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(const DataMatrix& data, Index groups);
 };
 

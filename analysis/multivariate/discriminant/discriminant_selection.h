@@ -11,13 +11,13 @@ struct VariableSelection {
     // Of each tested variable; q rooms.
     Block<double> f, probability, firstFreedom, secondFreedom;
 
-    // All variables selected, in their own order. Returns 0 or outOfMemory.
+    // All variables selected, in their own order. Returns success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index variables);
 };
 
 // Forward selection by the partial F of Wilks' lambda (Rao 1965): the variable with the largest F enters
 // until that is below fIn or its upper tail above fInProbability. A variable whose F is not a number is
-// passed over. Returns 0 or outOfMemory.
+// passed over. Returns success or outOfMemory.
 [[nodiscard]] ErrorCode selectForward(const Numerics& numerics, const GroupStatistics& statistics, double fIn,
                                       double fInProbability, VariableSelection& selection,
                                       const Stage& stage = {});

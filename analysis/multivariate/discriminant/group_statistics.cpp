@@ -87,7 +87,7 @@ struct Determinant {
 };
 
 // The determinant of the covariance matrix, whose sums of products stand in its place and are destroyed.
-// Returns 0, outOfMemory or singularMatrix.
+// Returns success, outOfMemory or singularMatrix.
 ErrorCode covarianceDeterminant(double divisor, DeterminantWork& work, Determinant& determinant) {
     Matrix& covariance = work.covariance;
     for (double& value : covariance) value /= divisor;

@@ -22,7 +22,8 @@ struct GroupStatistics {
 
     // Degrees of freedom within the groups.
     double withinFreedom() const { return static_cast<double>(samples - groups); }
-    // For the data whose last column was checked to number `groupCount` groups. Returns 0 or outOfMemory.
+    // For the data whose last column was checked to number `groupCount` groups. Returns success or
+    // outOfMemory.
     [[nodiscard]] ErrorCode allocate(const DataMatrix& data, Index groupCount);
 };
 
@@ -44,9 +45,9 @@ struct BoxTest {
     double probability = 0.0;
     double freedom = 0.0;
 
-    // Zero determinants for so many groups; 0 or outOfMemory.
+    // Zero determinants for so many groups; success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index groups);
 };
 
-// Tests the groups. Returns 0, outOfMemory, or singularMatrix when a covariance matrix is singular.
+// Tests the groups. Returns success, outOfMemory, or singularMatrix when a covariance matrix is singular.
 [[nodiscard]] ErrorCode testBoxM(const Numerics& numerics, const GroupStatistics& statistics, BoxTest& test);

@@ -15,9 +15,9 @@ struct FactorModel {
 
     Index kept() const { return loadings.columns(); }
 
-    // Room for all requested factors, with communalities of 1. Returns 0 or outOfMemory.
+    // Room for all requested factors, with communalities of 1. Returns success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index p, int requestedFactors);
-    // Leaves zeros for so many factors; the communalities stay. Returns 0 or outOfMemory.
+    // Leaves zeros for so many factors; the communalities stay. Returns success or outOfMemory.
     [[nodiscard]] ErrorCode keep(Index factors);
 };
 
@@ -28,7 +28,7 @@ Index factorRoom(int requested);
 // root of its eigenvalue, of the matrix with the communalities on its diagonal. With `repeat` the
 // communalities are replaced by the sums of squares of the loadings until they move by less than 1e-5, 70
 // times at most, or by less than the tolerance of the numerics, 10,000 times at most; once otherwise. Only
-// positive eigenvalues count, which can lower the number of factors. Returns 0, outOfMemory or a code of
-// setProgress, which long repetitions ask now and then.
+// positive eigenvalues count, which can lower the number of factors. Returns success, outOfMemory or a code
+// of setProgress, which long repetitions ask now and then.
 [[nodiscard]] ErrorCode extractPrincipalFactors(Screens& screens, const Numerics& numerics,
                                                 const Matrix& correlation, bool repeat, FactorModel& model);

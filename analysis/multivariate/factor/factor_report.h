@@ -23,7 +23,7 @@ struct FactorResult {
     double turnLeft = 0.0;              // the sine by which an orthogonal rotation would go on
     Matrix scores;                      // samples x factors
 
-    // Zero-filled arrays for so many factors; the model keeps its own. Returns 0 or outOfMemory.
+    // Zero-filled arrays for so many factors; the model keeps its own. Returns success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index p, Index samples, Index factors);
 
     const Matrix& finalLoadings() const { return rotation == Rotation::none ? model.loadings : rotated; }

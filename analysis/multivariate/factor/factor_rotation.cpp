@@ -168,8 +168,8 @@ double replaceAxis(Index k, AxisWork& work) {
     return change;
 }
 
-// Finds axis k anew with the others as they are; raises `change` to the largest one of an element. Returns 0
-// or outOfMemory.
+// Finds axis k anew with the others as they are; raises `change` to the largest one of an element. Returns
+// success or outOfMemory.
 ErrorCode improveAxis(Index k, double gamma, const Matrix& loadings, AxisWork& work, Matrix& structure,
                       double& change) {
     findWeights(k, gamma, structure, work.weights);
@@ -186,7 +186,7 @@ ErrorCode improveAxis(Index k, double gamma, const Matrix& loadings, AxisWork& w
     return success;
 }
 
-// Fills the inner products of the axes. Returns 0, or singularMatrix when two fell together.
+// Fills the inner products of the axes. Returns success, or singularMatrix when two fell together.
 ErrorCode correlateAxes(const Matrix& axes, Matrix& correlations) {
     ErrorCode code = success;
     for (Index k = 0; k < axes.columns(); ++k) {
@@ -206,7 +206,7 @@ int percentAfter(double change, double leastChange) {
     return firstPercent + static_cast<int>(done * (lastPercent - firstPercent));
 }
 
-// The inverse of the inner products of the axes. Returns 0, outOfMemory, or singularMatrix.
+// The inverse of the inner products of the axes. Returns success, outOfMemory, or singularMatrix.
 ErrorCode invertInnerProducts(const Matrix& products, Matrix& inverse) {
     const Index factors = products.rows();
     Matrix copy;

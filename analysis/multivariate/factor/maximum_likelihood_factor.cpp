@@ -109,7 +109,7 @@ void approximateHessian(LikelihoodWork& work) {
     }
 }
 
-// step = -inverse gradient, no longer than longestStep. Returns 0 or singularFactorMatrix.
+// step = -inverse gradient, no longer than longestStep. Returns success or singularFactorMatrix.
 ErrorCode makeStep(LikelihoodWork& work) {
     double longest = 0.0;
     for (Index i = 0; i < work.step.size(); ++i) {
@@ -125,7 +125,8 @@ ErrorCode makeStep(LikelihoodWork& work) {
     return success;
 }
 
-// The Newton step of ln s, with the gradient that is there. Returns 0, outOfMemory or singularFactorMatrix.
+// The Newton step of ln s, with the gradient that is there. Returns success, outOfMemory or
+// singularFactorMatrix.
 ErrorCode findStep(LikelihoodWork& work) {
     findHessian(work);
     std::copy(work.hessian.begin(), work.hessian.end(), work.matrix.begin());
@@ -222,7 +223,7 @@ ErrorCode findExactLoadings(const Matrix& correlation, LikelihoodWork& work, Fac
     return success;
 }
 
-// Takes the next step. Returns 0, outOfMemory or singularFactorMatrix.
+// Takes the next step. Returns success, outOfMemory or singularFactorMatrix.
 ErrorCode advance(LikelihoodWork& work, Settling& settling) {
     ErrorCode code = findStep(work);
     if (code == success) code = takeStep(work);

@@ -33,13 +33,13 @@ struct LikelihoodWork {
 };
 
 // Chooses the first uniquenesses, (1 - m / 2p) (1 - communality), or half of the factor's place where no
-// communality was estimated, and takes the inverse root of R. Returns 0, outOfMemory, or singularFactorMatrix
-// when m factors leave no degree of freedom or a first uniqueness is not above 0.
+// communality was estimated, and takes the inverse root of R. Returns success, outOfMemory, or
+// singularFactorMatrix when m factors leave no degree of freedom or a first uniqueness is not above 0.
 [[nodiscard]] ErrorCode startLikelihood(const Matrix& correlation, bool estimated, const FactorModel& model,
                                         LikelihoodWork& work);
 
 // Newton's method on ln s from there, 50 rounds at most, until no uniqueness moves by 1e-5, or by textbook
-// numerics 500 at most until no derivative is 1e-12; then the communalities and loadings. Returns 0,
+// numerics 500 at most until no derivative is 1e-12; then the communalities and loadings. Returns success,
 // outOfMemory, or singularFactorMatrix when the iteration diverges.
 [[nodiscard]] ErrorCode fitLikelihood(const Numerics& numerics, const Matrix& correlation,
                                       LikelihoodWork& work, FactorModel& model, const Stage& stage = {});

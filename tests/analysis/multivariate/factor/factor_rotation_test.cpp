@@ -62,7 +62,7 @@ TEST(FactorRotation, ReachesTheBestCriterionAndKeepsTheProducts) {
     for (const auto& one : cases) {
         Matrix rotated = matrixFrom(p, m, loadings);
         EXPECT_GT(largestTurnLeft(one.gamma, rotated), 0.1);
-        rotateOrthogonal(classicNumerics, one.gamma, rotated);
+        ASSERT_EQ(rotateOrthogonal(classicNumerics, one.gamma, rotated), success);
         EXPECT_NEAR(criterion(rotated.data(), one.gamma, false), one.orthogonal, 1e-8) << one.gamma;
         expectProducts(rotated.data(), rotated.data(), given, given, p);
 
@@ -98,7 +98,7 @@ TEST(FactorRotation, TextbookRotationsGoToTheEnd) {
     const double* const given = unrotated.data();
     for (const auto& one : cases) {
         Matrix rotated = matrixFrom(p, m, loadings);
-        rotateOrthogonal(textbookNumerics, one.gamma, rotated);
+        ASSERT_EQ(rotateOrthogonal(textbookNumerics, one.gamma, rotated), success);
         EXPECT_LT(largestTurnLeft(one.gamma, rotated), 1e-12);
         expectProducts(rotated.data(), rotated.data(), given, given, p);
 
