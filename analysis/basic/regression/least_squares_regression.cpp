@@ -58,16 +58,16 @@ void computeSamples(const Numerics& numerics, const RegressionData& data, const 
                     RegressionFit& fit) {
     const double deviation = std::sqrt(fit.residualVariance);
     const double t = numerics.tTwoSidedQuantile(data.freedom(fit.count), fit.alpha);
-    for (Index i = 0; i < data.predicted(); ++i) {
-        const double* row = data.row(i);
+    for (Index s = 0; s < data.predicted(); ++s) {
+        const double* row = data.row(s);
         for (Index j = 0; j < fit.count; ++j) {
             fit.deviations[j] = row[fit.variables[j]] - data.moments.means[fit.variables[j]];
         }
         const double distance = distanceByRoot(fit.deviations.data(), fit.count, least.root.data());
         // The residual has digits that a sum of large terms would lose.
-        fit.predictions[i] = row[data.purpose()] - least.residuals[i];
-        fit.standardizedResiduals[i] = least.residuals[i] / deviation;
-        fit.halfWidths[i] = intervalHalfWidth(distance, t, data.samples, fit.residualVariance);
+        fit.predictions[s] = row[data.purpose()] - least.residuals[s];
+        fit.standardizedResiduals[s] = least.residuals[s] / deviation;
+        fit.halfWidths[s] = intervalHalfWidth(distance, t, data.samples, fit.residualVariance);
     }
 }
 

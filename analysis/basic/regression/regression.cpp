@@ -88,20 +88,20 @@ void computeSamples(const RegressionData& data, RegressionFit& fit) {
     fit.residualVariance = deviation * deviation;
     const double t = fit.alpha == 0.0 ? 0.0 : TInverse(freedom, fit.alpha);
 
-    for (Index i = 0; i < data.predicted(); ++i) {
-        const double* row = data.row(i);
+    for (Index s = 0; s < data.predicted(); ++s) {
+        const double* row = data.row(s);
         double prediction = fit.constant;
         for (Index j = 0; j < fit.count; ++j) {
             const Index column = fit.variables[j];
             prediction += fit.coefficients[j] * row[column];
             fit.deviations[j] = row[column] - moments.means[column];
         }
-        fit.predictions[i] = prediction;
-        fit.standardizedResiduals[i] = (row[data.purpose()] - prediction) / deviation;
+        fit.predictions[s] = prediction;
+        fit.standardizedResiduals[s] = (row[data.purpose()] - prediction) / deviation;
         if (fit.alpha != 0.0) {
             const double distance =
                 distanceByInverse(fit.deviations.data(), fit.count, fit.intervalMatrix.data());
-            fit.halfWidths[i] = intervalHalfWidth(distance, t, data.samples, fit.residualVariance);
+            fit.halfWidths[s] = intervalHalfWidth(distance, t, data.samples, fit.residualVariance);
         }
     }
 }

@@ -35,12 +35,12 @@ bool degreesArePositive(const AnalysisRun& run) {
 // Whether the model takes every value of the explanatory variables, then of the purpose variable.
 ErrorCode checkValues(const CurveModel& model, const DataMatrix& data) {
     const Index purpose = data.variables - 1;
-    for (Index i = 0; i < data.rows(); ++i) {
-        const double* row = data.row(i);
+    for (Index s = 0; s < data.rows(); ++s) {
+        const double* row = data.row(s);
         if (!std::all_of(row, row + purpose, model.takesExplanatory)) return invalidInvolutionVariable;
     }
-    for (Index i = 0; i < data.rows(); ++i) {
-        if (!model.takesPurpose(data.at(i, purpose))) return invalidPurposeVariable;
+    for (Index s = 0; s < data.rows(); ++s) {
+        if (!model.takesPurpose(data.at(s, purpose))) return invalidPurposeVariable;
     }
     return success;
 }
@@ -56,9 +56,9 @@ void fillDegrees(const AnalysisRun& run, Block<double>& degrees) {
 
 void transform(const DataMatrix& data, RegressionResult& result) {
     const Index purpose = data.variables - 1;
-    for (Index i = 0; i < data.samples; ++i) {
-        const double* row = data.row(i);
-        double* transformed = result.transformed.row(i);
+    for (Index s = 0; s < data.samples; ++s) {
+        const double* row = data.row(s);
+        double* transformed = result.transformed.row(s);
         for (Index v = 0; v < purpose; ++v) {
             transformed[v] = result.model.explanatory(row[v], result.degrees[v]);
         }
@@ -142,11 +142,11 @@ ErrorCode fitSelected(Screens& screens, const Numerics& numerics, const Regressi
 // Predictions and their limits on the scale of the purpose variable.
 void computeResponses(RegressionResult& result) {
     const RegressionFit& fit = result.fit;
-    for (Index i = 0; i < result.predictions.size(); ++i) {
-        result.predictions[i] = result.model.response(fit.predictions[i]);
-        result.infima[i] = result.model.response(fit.predictions[i] - fit.halfWidths[i]);
-        result.suprema[i] = result.model.response(fit.predictions[i] + fit.halfWidths[i]);
-        if (result.infima[i] > result.suprema[i]) std::swap(result.infima[i], result.suprema[i]);
+    for (Index s = 0; s < result.predictions.size(); ++s) {
+        result.predictions[s] = result.model.response(fit.predictions[s]);
+        result.infima[s] = result.model.response(fit.predictions[s] - fit.halfWidths[s]);
+        result.suprema[s] = result.model.response(fit.predictions[s] + fit.halfWidths[s]);
+        if (result.infima[s] > result.suprema[s]) std::swap(result.infima[s], result.suprema[s]);
     }
 }
 
@@ -174,11 +174,11 @@ ErrorCode buildRegressionGraph(Screens& screens, AnalysisRun& run, const Regress
     Matrix scores;
     const ErrorCode code = scores.allocate(data.samples, seriesCount);
     if (code != success) return code;
-    for (Index i = 0; i < data.samples; ++i) {
-        double* row = scores.row(i);
-        row[0] = result.predictions[i];
-        row[1] = result.fit.standardizedResiduals[i];
-        row[2] = data.at(i, data.variables - 1);
+    for (Index s = 0; s < data.samples; ++s) {
+        double* row = scores.row(s);
+        row[0] = result.predictions[s];
+        row[1] = result.fit.standardizedResiduals[s];
+        row[2] = data.at(s, data.variables - 1);
     }
     return buildScoreGraph(screens, run,
                            {.seriesNames = series, .seriesCount = seriesCount, .scores = &scores});

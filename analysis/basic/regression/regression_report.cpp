@@ -128,14 +128,14 @@ void writeSamples(Report& report, const DataMatrix& data, const RegressionResult
     const CellFormat residualCell = {residualFormats.width, residualFormats.decimals[sampleSlot]};
     SetFormatsFromValues(report, result.predictions.data(), result.predictions.size(), sampleWidth,
                          labelWidth);
-    for (Index i = 0; i < data.samples; ++i) {
-        const double measure = data.at(i, data.variables - 1);
-        startRow(report, i + 1, data.label(i));
+    for (Index s = 0; s < data.samples; ++s) {
+        const double measure = data.at(s, data.variables - 1);
+        startRow(report, s + 1, data.label(s));
         writeValue(report, measure, sampleSlot);
-        writeValue(report, result.predictions[i], sampleSlot);
-        writeLimits(report, result, i);
-        writeValue(report, measure - result.predictions[i], sampleSlot);
-        writeCell(report, residuals[i], residualCell);
+        writeValue(report, result.predictions[s], sampleSlot);
+        writeLimits(report, result, s);
+        writeValue(report, measure - result.predictions[s], sampleSlot);
+        writeCell(report, residuals[s], residualCell);
         endRow(report);
     }
     endTable(report);

@@ -105,9 +105,9 @@ ErrorCode standardize(const Numerics& numerics, const DataMatrix& data, ClusterW
     if (code != success) return code;
     const double* means = work.moments.means.data();
     const double* sds = work.moments.sds.data();
-    for (Index i = 0; i < work.standardized.rows(); ++i) {
-        const double* values = data.row(i);
-        double* row = work.standardized.row(i);
+    for (Index s = 0; s < work.standardized.rows(); ++s) {
+        const double* values = data.row(s);
+        double* row = work.standardized.row(s);
         for (Index j = 0; j < work.standardized.columns(); ++j) row[j] = (values[j] - means[j]) / sds[j];
     }
     return success;

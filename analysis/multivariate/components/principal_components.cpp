@@ -180,9 +180,9 @@ void findLoadings(ComponentWork& work) {
 void findScores(const DataMatrix& data, ComponentWork& work) {
     const Index p = data.variables;
     const Index kept = work.kept;
-    for (Index i = 0; i < data.rows(); ++i) {
-        const double* x = data.row(i);
-        double* score = work.scores.row(i);
+    for (Index s = 0; s < data.rows(); ++s) {
+        const double* x = data.row(s);
+        double* score = work.scores.row(s);
         for (Index j = 0; j < p; ++j) {
             const double z = (x[j] - work.moments.means[j]) / work.moments.sds[j];
             const double* loading = work.loadings.row(j);
@@ -194,9 +194,9 @@ void findScores(const DataMatrix& data, ComponentWork& work) {
 
 // Those of the covariance base: deviations times eigenvectors.
 void findCovarianceScores(const DataMatrix& data, ComponentWork& work) {
-    for (Index i = 0; i < data.rows(); ++i) {
-        const double* x = data.row(i);
-        double* score = work.scores.row(i);
+    for (Index s = 0; s < data.rows(); ++s) {
+        const double* x = data.row(s);
+        double* score = work.scores.row(s);
         for (Index j = 0; j < data.variables; ++j) {
             const double deviation = x[j] - work.moments.means[j];
             const double* weight = work.eigenvectors.row(j);
@@ -210,8 +210,8 @@ void standardizeScores(ComponentWork& work) {
     const Index samples = work.scores.rows();
     const Index kept = work.kept;
     const double n = static_cast<double>(samples);
-    for (Index i = 0; i < samples; ++i) {
-        const double* score = work.scores.row(i);
+    for (Index s = 0; s < samples; ++s) {
+        const double* score = work.scores.row(s);
         for (Index k = 0; k < kept; ++k) {
             work.scoreMeans[k] += score[k];
             work.scoreDeviations[k] += score[k] * score[k];
@@ -222,8 +222,8 @@ void standardizeScores(ComponentWork& work) {
         work.scoreMeans[k] = mean;
         work.scoreDeviations[k] = std::sqrt(work.scoreDeviations[k] / n - mean * mean);
     }
-    for (Index i = 0; i < samples; ++i) {
-        double* score = work.scores.row(i);
+    for (Index s = 0; s < samples; ++s) {
+        double* score = work.scores.row(s);
         for (Index k = 0; k < kept; ++k) score[k] = (score[k] - work.scoreMeans[k]) / work.scoreDeviations[k];
     }
 }

@@ -226,9 +226,9 @@ const Matrix& scoredLoadings(const Numerics& numerics, const FactorResult& resul
 
 // Regression scores (Thomson 1939) of the standardized samples.
 void findScores(const DataMatrix& data, FactorWork& work) {
-    for (Index i = 0; i < work.standardized.rows(); ++i) {
-        const double* values = data.row(i);
-        double* row = work.standardized.row(i);
+    for (Index s = 0; s < work.standardized.rows(); ++s) {
+        const double* values = data.row(s);
+        double* row = work.standardized.row(s);
         for (Index j = 0; j < work.standardized.columns(); ++j) {
             row[j] = (values[j] - work.moments.means[j]) / work.moments.sds[j];
         }
