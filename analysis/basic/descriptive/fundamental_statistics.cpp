@@ -37,6 +37,10 @@ const OptionField fields[] = {
      .control = 2004},
 };
 
+unsigned momentNeeds(const AnalysisOptions&) {
+    return needsCount | needsMeans | needsDeviations;
+}
+
 // Everything that the engine fills and the report shows.
 struct FundamentalWork {
     MomentMatrices moments;
@@ -50,10 +54,6 @@ struct FundamentalWork {
                ranks.allocate(variables * (variables - 1) / 2);
     }
 };
-
-unsigned momentNeeds(const AnalysisOptions&) {
-    return needsCount | needsMeans | needsDeviations;
-}
 
 // The statistics that moments tell.
 void takeBasicStatistics(const DataMatrix& data, const MomentMatrices& moments, BasicStatistics& basic) {

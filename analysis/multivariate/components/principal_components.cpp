@@ -45,6 +45,14 @@ const OptionField fields[] = {
      .choices = baseNames},
 };
 
+bool usesCovariance(const Settings& settings) {
+    return settings.componentBase != 0;
+}
+
+unsigned momentNeeds(const AnalysisOptions& options) {
+    return needsCount | (usesCovariance(options.settings) ? needsDeviations : correlationsDo);
+}
+
 // Arrays of p items and matrices of p columns; behind the eigenvalues and eigenvectors, the first `kept`
 // items and columns are filled.
 struct ComponentWork {
@@ -70,14 +78,6 @@ struct ComponentWork {
                scoreMeans.allocate(p) | scoreDeviations.allocate(p);
     }
 };
-
-bool usesCovariance(const Settings& settings) {
-    return settings.componentBase != 0;
-}
-
-unsigned momentNeeds(const AnalysisOptions& options) {
-    return needsCount | (usesCovariance(options.settings) ? needsDeviations : correlationsDo);
-}
 
 const Matrix& baseMatrix(const Settings& settings, const MomentMatrices& moments) {
     return usesCovariance(settings) ? moments.covariance : moments.correlation;
