@@ -70,14 +70,14 @@ ErrorCode spearmanOfPair(const Numerics& numerics, double d, double n, const Ran
     const double e = n * n * n - n;
     const double ties = first.tieSum + second.tieSum;
     const double meanOfD = e / 6.0 - ties / 12.0;
-    const double fac = (1.0 - first.tieSum / e) * (1.0 - second.tieSum / e);
-    const double zd = (d - meanOfD) / std::sqrt((n - 1.0) * n * n * (n + 1.0) * (n + 1.0) / 36.0 * fac);
-    const double rs = (1.0 - 6.0 / e * (d + ties / 12.0)) / std::sqrt(fac);
+    const double tieFactor = (1.0 - first.tieSum / e) * (1.0 - second.tieSum / e);
+    const double zd = (d - meanOfD) / std::sqrt((n - 1.0) * n * n * (n + 1.0) * (n + 1.0) / 36.0 * tieFactor);
+    const double rs = (1.0 - 6.0 / e * (d + ties / 12.0)) / std::sqrt(tieFactor);
     table.d[pair] = d;
     table.zd[pair] = zd;
     table.pd[pair] = numerics.normalTwoSidedTail(zd);
     table.rs[pair] = rs;
-    return numerics.rankCorrelationTail(rs, n - 2.0, fac, table.pr[pair]);
+    return numerics.rankCorrelationTail(rs, n - 2.0, tieFactor, table.pr[pair]);
 }
 
 // The pairs of columns in the order of the tables. A front end's workers rank the columns and sum the pairs;
