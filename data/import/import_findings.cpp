@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "data/word_list.h"
+
 namespace {
 
 void tellForm(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {

@@ -5,6 +5,7 @@
 #include "data/import/import_findings.h"
 #include "data/import/number_form.h"
 #include "data/import/variable_names.h"
+#include "data/word_list.h"
 
 namespace {
 
