@@ -14,8 +14,10 @@ namespace {
 // Longer ones are texts: no table has them, and every double is written in fewer.
 constexpr std::size_t longestNumber = 400;
 
-constexpr std::string_view usualMissing[] = {"NA",  "N/A",  "#N/A", "n/a", "NaN", "nan",
-                                             "NAN", "null", "NULL", ".",   "?",   "-"};
+// Those of databases, of spreadsheets in other languages, and the dashes U+2013 and U+2014 among them.
+constexpr std::string_view usualMissing[] = {
+    "NA", "N/A", "#N/A", "n/a",  "NaN", "nan",  "NAN",    "null",   "NULL",         ".",
+    "?",  "-",   "\\N",  "<NA>", "#NV", "#N/D", "(null)", "[NULL]", "\xE2\x80\x93", "\xE2\x80\x94"};
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
@@ -26,45 +28,58 @@ const char* skipDigits(const char* at, const char* last) {
     return at;
 }
 
-// A blank, a no-break one (U+00A0) or a narrow one (U+202F): its length, 0 when there is none.
+// A blank, a no-break one (U+00A0) or a narrow one (U+202F), or an apostrophe (also U+2019): its length, 0
+// when there is none.
 Index blankLength(const char* at, const char* last) {
     const std::string_view rest(at, static_cast<std::size_t>(last - at));
-    if (rest.starts_with(' ')) return 1;
+    if (rest.starts_with(' ') || rest.starts_with('\'')) return 1;
     if (rest.starts_with("\xC2\xA0")) return 2;
-    return rest.starts_with("\xE2\x80\xAF") ? 3 : 0;
+    return rest.starts_with("\xE2\x80\xAF") || rest.starts_with("\xE2\x80\x99") ? 3 : 0;
 }
 
-// The length of a sign, which can be U+2212.
+// The minus U+2212, or the dash U+2013 in its place.
+bool beginsWithMinus(std::string_view text) {
+    return text.starts_with("\xE2\x88\x92") || text.starts_with("\xE2\x80\x93");
+}
+
+// The length of a sign.
 Index signLength(const char* at, const char* last) {
     if (at == last) return 0;
     if (*at == '-' || *at == '+') return 1;
-    return *at == '\xE2' &&
-                   std::string_view(at, static_cast<std::size_t>(last - at)).starts_with("\xE2\x88\x92")
-               ? 3
-               : 0;
+    return *at == '\xE2' && beginsWithMinus({at, static_cast<std::size_t>(last - at)}) ? 3 : 0;
 }
 
-bool endsAsExponent(const char* at, const char* last) {
-    if (at == last || (*at != 'e' && *at != 'E')) return false;
+bool isDoubleMark(char c) {
+    return c == 'd' || c == 'D';
+}
+
+// Fortran's D, for an exponent of double precision, stands behind a decimal sign.
+bool endsAsExponent(const char* at, const char* last, bool behindSign) {
+    if (at == last || (*at != 'e' && *at != 'E' && !(behindSign && isDoubleMark(*at)))) return false;
     ++at;
     if (at < last && (*at == '-' || *at == '+')) ++at;
     return at < last && skipDigits(at, last) == last;
 }
 
-// Digits in groups of three from `at` on, where the first group ends.
+// Digits in groups of three from `at` on, where the first group ends; of two before the last one where commas
+// stand between, as in India.
 CellShape groupedShape(const char* first, const char* at, const char* last) {
     if (at - first < 1 || at - first > 3 || *first == '0') return CellShape::text;
     const Index blank = blankLength(at, last);
     const char mark = blank > 0 ? ' ' : *at;
     if (mark != ' ' && mark != ',' && mark != '.') return CellShape::text;
-    Index groups = 0;
+    Index groups = 0, pairs = 0;
     while (at < last) {
         const Index width = mark == ' ' ? blankLength(at, last) : *at == mark ? 1 : 0;
         if (width == 0) break;
-        if (skipDigits(at + width, last) - (at + width) != 3) return CellShape::text;
-        at += width + 3;
+        const Index digits = skipDigits(at + width, last) - (at + width);
+        const bool isPair = digits == 2 && mark == ',' && pairs == groups;
+        if (digits != 3 && !isPair) return CellShape::text;
+        if (isPair) ++pairs;
+        at += width + digits;
         ++groups;
     }
+    if (pairs > 0 && pairs != groups - 1) return CellShape::text;
     if (at == last && mark == ' ') return CellShape::spaced;
     if (at == last && groups > 1) return mark == ',' ? CellShape::thousandsComma : CellShape::thousandsPoint;
     if (at == last || (*at != '.' && *at != ',') || *at == mark) return CellShape::text;
@@ -92,12 +107,12 @@ CellShape numberShape(const char* at, const char* last, bool& hasExponent) {
             if (either) return isPoint ? CellShape::eitherPoint : CellShape::eitherComma;
             return isPoint ? CellShape::decimalPoint : CellShape::decimalComma;
         }
-        if (isNumber && endsAsExponent(behind, last)) {
+        if (isNumber && endsAsExponent(behind, last, true)) {
             hasExponent = true;
             return isPoint ? CellShape::decimalPoint : CellShape::decimalComma;
         }
     }
-    if (whole > 0 && endsAsExponent(at, last)) {
+    if (whole > 0 && endsAsExponent(at, last, false)) {
         hasExponent = true;
         return CellShape::whole;
     }
@@ -105,8 +120,10 @@ CellShape numberShape(const char* at, const char* last, bool& hasExponent) {
 }
 
 bool isNoValue(std::string_view cell) {
-    for (const std::string_view error : {"#DIV/0!", "#VALUE!", "#REF!", "#NUM!", "#NAME?", "#NULL!"}) {
-        if (cell == error) return true;
+    // A spreadsheet's error, in any language, or a number that a column is too narrow to show.
+    if (cell.starts_with('#') && cell.size() > 2 && cell.size() < 20) {
+        if (cell.ends_with('!') || cell.ends_with('?')) return true;
+        if (cell.find_first_not_of('#') == std::string_view::npos) return true;
     }
     if (!cell.empty() && (cell[0] == '-' || cell[0] == '+')) cell.remove_prefix(1);
     return equalButCase(cell, "inf") || equalButCase(cell, "infinity");
@@ -158,37 +175,90 @@ NumberForm formOf(CellShape shape) {
     return {comma ? DecimalSign::comma : DecimalSign::point};
 }
 
-// A number beside a percent sign or the sign of a currency.
-bool isAmount(std::string_view cell) {
-    constexpr std::string_view signs[] = {"%", "$", "\xE2\x82\xAC", "\xC2\xA3", "\xC2\xA5"};
-    for (const std::string_view sign : signs) {
-        std::string_view rest = cell;
-        if (rest.starts_with("-") && rest.substr(1).starts_with(sign)) rest.remove_prefix(1);
-        if (rest.starts_with(sign)) {
-            rest.remove_prefix(sign.size());
-        } else if (rest.ends_with(sign)) {
-            rest.remove_suffix(sign.size());
+constexpr struct {
+    std::string_view sign;
+    NumberUnit unit;
+} unitSigns[] = {{"%", NumberUnit::percent},
+                 {"$", NumberUnit::dollar},
+                 {"\xE2\x82\xAC", NumberUnit::euro},
+                 {"\xC2\xA3", NumberUnit::pound},
+                 {"\xC2\xA5", NumberUnit::yen}};
+
+void trimBlanks(std::string_view& text) {
+    for (const std::string_view blank : {" ", "\xC2\xA0", "\xE2\x80\xAF"}) {
+        while (text.starts_with(blank)) text.remove_prefix(blank.size());
+        while (text.ends_with(blank)) text.remove_suffix(blank.size());
+    }
+}
+
+// Takes off the first sign of a unit before or behind a number.
+void takeUnit(std::string_view& number, NumberUnit& unit) {
+    for (const auto& each : unitSigns) {
+        if (number.starts_with(each.sign)) {
+            number.remove_prefix(each.sign.size());
+        } else if (number.ends_with(each.sign)) {
+            number.remove_suffix(each.sign.size());
         } else {
             continue;
         }
-        const char* first = rest.data();
-        const char* last = first + rest.size();
-        while (first < last && *first == ' ') ++first;
-        while (last > first && last[-1] == ' ') --last;
-        if (last - first >= 2 && last[-1] == '\xA0' && last[-2] == '\xC2') last -= 2;
-        bool hasExponent = false;
-        if (first < last && numberShape(first, last, hasExponent) != CellShape::text) return true;
+        unit = each.unit;
+        trimBlanks(number);
+        return;
     }
-    return false;
+}
+
+// Whether a cell that is no number by itself begins or ends as a dressed one.
+bool mayBeDressed(std::string_view cell) {
+    const char last = cell.back();
+    if (last == '%' || last == ')' || last == '-' || last == '$') return true;
+    if (std::strchr("$%(+-", cell[0]) != nullptr) return true;
+    return cell[0] == '\xE2' || cell[0] == '\xC2' || last == '\xAC' || last == '\xA3' || last == '\xA5';
+}
+
+// A number without what it is dressed in: a unit, and a minus that stands before or behind that, or is
+// written as parentheses.
+std::string_view undress(std::string_view cell, NumberDress& dress) {
+    std::string_view number = cell;
+    bool isMinus = false;
+    takeUnit(number, dress.unit);
+    if (number.size() > 2 && number.front() == '(' && number.back() == ')') {
+        number = number.substr(1, number.size() - 2);
+        dress.isNegated = true;
+    } else if (const Index sign = signLength(number.data(), number.data() + number.size()); sign > 0) {
+        isMinus = number.front() != '+';
+        number.remove_prefix(static_cast<std::size_t>(sign));
+    } else if (number.ends_with('-')) {
+        number.remove_suffix(1);
+        dress.isNegated = true;
+    }
+    trimBlanks(number);
+    if (dress.unit == NumberUnit::none) takeUnit(number, dress.unit);
+    dress.isPlain = false;
+    // A minus that the rest begins with is a second one.
+    const bool isNumber = !number.empty() && (isDigit(number[0]) || number[0] == '.' || number[0] == ',');
+    if (!isNumber) return {};
+    dress.isMinus = isMinus || dress.isNegated;
+    return number;
 }
 
 } // namespace
 
-CellShape shapeOf(std::string_view cell) {
+CellShape shapeOf(std::string_view cell, NumberDress& dress) {
     bool hasExponent = false;
-    const CellShape shape = cell.size() <= longestNumber
-                                ? numberShape(cell.data(), cell.data() + cell.size(), hasExponent)
-                                : CellShape::text;
+    CellShape shape = CellShape::text;
+    dress = {};
+    if (cell.size() <= longestNumber && !cell.empty()) {
+        shape = numberShape(cell.data(), cell.data() + cell.size(), hasExponent);
+        dress.isPlain = cell[0] != '+' && cell[0] != '\xE2' &&
+                        !(hasExponent && cell.find_first_of("dD") != std::string_view::npos);
+        if (shape == CellShape::text && mayBeDressed(cell)) {
+            const std::string_view number = undress(cell, dress);
+            if (!number.empty()) {
+                shape = numberShape(number.data(), number.data() + number.size(), hasExponent);
+            }
+        }
+        if (shape == CellShape::text) dress = {};
+    }
     if (shape != CellShape::text) {
         // Only a long number or one with an exponent can be beyond the range.
         if (cell.size() < 300 && !hasExponent) return shape;
@@ -197,8 +267,7 @@ CellShape shapeOf(std::string_view cell) {
         return number.length > 0 && std::isfinite(parseNumber(number.text)) ? shape : CellShape::noValue;
     }
     if (isNoValue(cell)) return CellShape::noValue;
-    if (isDate(cell)) return CellShape::date;
-    return isAmount(cell) ? CellShape::amount : CellShape::text;
+    return isDate(cell) ? CellShape::date : CellShape::text;
 }
 
 ThousandsMark thousandsOf(const NumberForm& form) {
@@ -241,14 +310,13 @@ void writeNumber(std::string_view cell, const NumberForm& form, PlainNumber& num
     const char sign = form.decimal == DecimalSign::comma ? ',' : '.';
     char digits[longestNumber + 2];
     std::size_t length = 0;
-    if (cell.starts_with("\xE2\x88\x92")) {
-        digits[length++] = '-';
-        cell.remove_prefix(3);
-    }
-    if (cell.starts_with('+')) cell.remove_prefix(1);
+    NumberDress dress;
+    cell = undress(cell, dress);
+    if (dress.isMinus) digits[length++] = '-';
     for (const char c : cell) {
         if (length == longestNumber) break;
         if (isDigit(c) || c == '-' || c == '+' || c == 'e' || c == 'E') digits[length++] = c;
+        if (isDoubleMark(c)) digits[length++] = 'e';
         if (c == sign) digits[length++] = '.';
     }
     digits[length] = '\0';

@@ -17,28 +17,44 @@ enum class CellShape : std::uint8_t {
     eitherComma,    // 1,171
     thousandsPoint, // 1.171.000 and 1.171,5
     thousandsComma, // 1,171,000 and 1,171.5
-    spaced,         // 1 171
+    spaced,         // 1 171, 1'171
     spacedPoint,    // 1 171.5
     spacedComma,    // 1 171,5
     noValue,        // inf, #DIV/0!, a number beyond the range of a double
     date,           // 2026-11-21, 21.11.2026 10:30, 10:30
-    amount,         // 12 %, $5
     text,
 };
-constexpr int cellShapeCount = 15;
+constexpr int cellShapeCount = 14;
 
 constexpr bool isNumberShape(CellShape shape) {
     return shape >= CellShape::whole && shape <= CellShape::spacedComma;
 }
 
-// What a cell is, missing aside. Blanks around it are gone already.
-CellShape shapeOf(std::string_view cell);
+// What a number stands beside.
+enum class NumberUnit : std::uint8_t { none, percent, dollar, euro, pound, yen };
+constexpr int numberUnitCount = 6;
+
+// How a number is written besides its shape.
+struct NumberDress {
+    NumberUnit unit = NumberUnit::none;
+    bool isMinus = false;
+    bool isNegated = false; // by (5) or 5-
+    bool isPlain = true;    // the program's reader takes it, the decimal sign and thousands aside
+};
+
+// What a cell is, missing aside; that of the number alone where that has a dress. Blanks around it are gone
+// already.
+CellShape shapeOf(std::string_view cell, NumberDress& dress);
+inline CellShape shapeOf(std::string_view cell) {
+    NumberDress dress;
+    return shapeOf(cell, dress);
+}
 
 // How numbers are written: the decimal sign and the thousands marks that may stand in them.
 struct NumberForm {
     DecimalSign decimal = DecimalSign::point;
     bool thousandsMark = false;  // the comma or point that is no decimal sign
-    bool thousandsSpace = false; // a blank, also a no-break one
+    bool thousandsSpace = false; // a blank, also a no-break one, or an apostrophe
 };
 
 // The thousands mark of a form; found where its decimal sign is not decided.

@@ -23,7 +23,22 @@ Index ColumnSurvey::numbers() const {
 }
 
 Index ColumnSurvey::filled() const {
-    return numbers() + texted() + count(CellShape::date) + count(CellShape::noValue);
+    return numbers() + count(CellShape::text) + count(CellShape::date) + count(CellShape::noValue);
+}
+
+void ColumnSurvey::takeNumber(std::string_view cell, const NumberDress& dress, Index line) {
+    const int unit = static_cast<int>(dress.unit);
+    if (units[unit]++ == 0) unitLines[unit] = line;
+    dressed += !dress.isPlain;
+    if (dress.isNegated && negated++ == 0) negatedLine = line;
+    if (cell[0] != '-' && !dress.isMinus) return;
+    ++minus;
+    const std::size_t digits = std::min(cell.find_first_not_of('9', 1), cell.size()) - 1;
+    const bool areNines = digits > 1 && cell.find_first_not_of(".,0", digits + 1) == std::string_view::npos;
+    if (areNines && nines++ == 0) {
+        ninesLine = line;
+        ninesDigits = static_cast<Index>(digits);
+    }
 }
 
 void CategoryTexts::clear() {

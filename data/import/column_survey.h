@@ -7,6 +7,12 @@
 struct ColumnSurvey {
     Index counts[cellShapeCount];
     Index firstLines[cellShapeCount];
+    Index units[numberUnitCount]; // numbers beside each
+    Index unitLines[numberUnitCount];
+    Index negated, negatedLine; // numbers whose minus is no sign before them
+    Index dressed;              // numbers that are not plain
+    Index minus, nines;         // numbers below 0, and those of them as -99 and -999
+    Index ninesLine, ninesDigits;
     Index widest;       // bytes of a cell
     std::int32_t texts; // its list in CategoryTexts, -1 for none yet
 
@@ -14,7 +20,8 @@ struct ColumnSurvey {
     Index firstLine(CellShape shape) const { return firstLines[static_cast<int>(shape)]; }
     Index numbers() const;
     Index filled() const; // cells that are not missing
-    Index texted() const { return count(CellShape::text) + count(CellShape::amount); }
+    // Notes how a number is written.
+    void takeNumber(std::string_view cell, const NumberDress& dress, Index line);
 };
 
 // The different texts of columns, up to 64 of each, in the order of their first appearance. A text counts by

@@ -136,7 +136,10 @@ void HeadTable::takeHeader(const ImportRecord& record, Index width, const Missin
         const std::string_view text = record.cells[j].text;
         HeadColumn& column = columns[j];
         column.firstIsMissing = missing.has(text);
-        column.firstIsNumber = !column.firstIsMissing && isNumberShape(shapeOf(text));
+        // Names as (1) or 5% are no numbers.
+        NumberDress dress;
+        column.firstIsNumber = !column.firstIsMissing && isNumberShape(shapeOf(text, dress)) &&
+                               !dress.isNegated && dress.unit == NumberUnit::none;
         column.firstHash = hashOf(text);
         if (!column.firstIsNumber) continue;
         int year = 0;

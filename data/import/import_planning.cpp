@@ -48,7 +48,7 @@ bool checkCorner(const ImportSurvey& survey, const ImportOptions& options, Impor
 // The line of the first cell that is neither number nor missing.
 long long firstTextLine(const ColumnSurvey& column) {
     Index line = 0;
-    for (const CellShape shape : {CellShape::text, CellShape::amount, CellShape::date}) {
+    for (const CellShape shape : {CellShape::text, CellShape::date}) {
         if (column.count(shape) == 0) continue;
         line = line == 0 ? column.firstLine(shape) : std::min(line, column.firstLine(shape));
     }
@@ -72,11 +72,60 @@ bool checkNumbers(const ColumnSurvey& column, Shown name, const NumberForm& form
     return true;
 }
 
+constexpr const char* unitNames[numberUnitCount] = {"no sign",      "%",        "$",
+                                                    "\xE2\x82\xAC", "\xC2\xA3", "\xC2\xA5"};
+
+// Refuses numbers beside different signs; those of a currency may lack theirs.
+bool checkUnits(const ColumnSurvey& column, Shown name, long long number, ImportMessages& messages) {
+    int first = -1;
+    for (int unit = numberUnitCount - 1; unit >= 0; --unit) {
+        if (column.units[unit] == 0) continue;
+        const bool isBare = unit == static_cast<int>(NumberUnit::none);
+        if (first < 0 || (isBare && first != static_cast<int>(NumberUnit::percent))) {
+            if (first < 0) first = unit;
+            continue;
+        }
+        messages.refuse("column '%.*s': a number has %s beside it in line %lld and %s in line %lld: --drop "
+                        "#%lld leaves the column out, --categories #%lld makes categories",
+                        name.length, name.text, unitNames[first],
+                        static_cast<long long>(column.unitLines[first]), unitNames[unit],
+                        static_cast<long long>(column.unitLines[unit]), number, number);
+        return false;
+    }
+    return true;
+}
+
+// Tells what numbers lose or may mean.
+void tellNumbers(const ColumnSurvey& column, Shown name, ImportMessages& messages) {
+    for (int unit = 1; unit < numberUnitCount; ++unit) {
+        if (column.units[unit] == 0) continue;
+        messages.warn("column '%.*s': %s beside numbers is left out, first in line %lld: 5 %s is read as 5",
+                      name.length, name.text, unitNames[unit], static_cast<long long>(column.unitLines[unit]),
+                      unitNames[unit]);
+    }
+    if (column.negated > 0) {
+        messages.warn(
+            "column '%.*s': numbers in parentheses or with a minus behind them are below 0: %lld, the first "
+            "in line %lld",
+            name.length, name.text, static_cast<long long>(column.negated),
+            static_cast<long long>(column.negatedLine));
+    }
+    if (column.nines > 0 && column.nines == column.minus && column.nines < column.numbers()) {
+        constexpr const char* nines = "999999999999";
+        const int digits = static_cast<int>(std::min(column.ninesDigits, Index{12}));
+        messages.note(
+            "column '%.*s': -%.*s stands there %lld times, first in line %lld, and no other number is "
+            "below 0: --na -%.*s makes it missing",
+            name.length, name.text, digits, nines, static_cast<long long>(column.nines),
+            static_cast<long long>(column.ninesLine), digits, nines);
+    }
+}
+
 // What becomes of a column that is to be a variable; leftOut with a refusal where that is in doubt.
 ColumnUse findUse(const ImportSurvey& survey, Index j, const NumberForm& form, ImportMessages& messages) {
     const ColumnSurvey& column = survey.columns[j];
     const Shown name = shown(survey.names[j]);
-    const Index texts = column.texted(), dates = column.count(CellShape::date);
+    const Index texts = column.count(CellShape::text), dates = column.count(CellShape::date);
     const Index lost = column.count(CellShape::noValue);
     const long long number = j + 1;
     const bool isListed = column.texts >= 0 && survey.texts.count(column.texts) <= mostCategories;
@@ -100,7 +149,10 @@ ColumnUse findUse(const ImportSurvey& survey, Index j, const NumberForm& form, I
         return ColumnUse::leftOut;
     }
     if (texts == 0 && dates == 0) {
-        return checkNumbers(column, name, form, messages) ? ColumnUse::number : ColumnUse::leftOut;
+        const bool areNumbers =
+            checkNumbers(column, name, form, messages) && checkUnits(column, name, number, messages);
+        if (areNumbers) tellNumbers(column, name, messages);
+        return areNumbers ? ColumnUse::number : ColumnUse::leftOut;
     }
     if (column.numbers() == 0 && texts == 0) {
         messages.warn("column '%.*s' (#%lld) holds dates or times and is left out", name.length, name.text,
@@ -120,11 +172,6 @@ ColumnUse findUse(const ImportSurvey& survey, Index j, const NumberForm& form, I
                         firstTextLine(column), name.length, name.text, text.length, text.text,
                         static_cast<long long>(column.numbers()), text.length, text.text, number, number);
         return ColumnUse::leftOut;
-    }
-    if (column.count(CellShape::amount) > 0) {
-        messages.warn(
-            "column '%.*s': cells with a percent sign or a currency, the first in line %lld, are texts",
-            name.length, name.text, static_cast<long long>(column.firstLine(CellShape::amount)));
     }
     return ColumnUse::category;
 }

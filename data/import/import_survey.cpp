@@ -7,11 +7,14 @@ namespace {
 // Adds a cell to what is known of its column.
 ErrorCode surveyCell(std::string_view cell, Index line, const MissingTexts& missing, const ColumnWish& wish,
                      ColumnSurvey& column, CategoryTexts& texts) {
-    const CellShape shape = missing.has(cell) ? CellShape::missing : shapeOf(cell);
+    NumberDress dress;
+    const CellShape shape = missing.has(cell) ? CellShape::missing : shapeOf(cell, dress);
     const int k = static_cast<int>(shape);
     if (column.counts[k]++ == 0) column.firstLines[k] = line;
     column.widest = std::max(column.widest, std::ssize(cell));
-    if (shape == CellShape::missing || (isNumberShape(shape) && !wish.categories)) return success;
+    if (shape == CellShape::missing) return success;
+    if (isNumberShape(shape)) column.takeNumber(cell, dress, line);
+    if (isNumberShape(shape) && !wish.categories) return success;
     if (shape == CellShape::noValue && !wish.categories) return success;
     ErrorCode code = success;
     if (column.texts < 0) column.texts = texts.addList(code);

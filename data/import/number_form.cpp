@@ -30,7 +30,7 @@ Marks collect(const ImportSurvey& survey, Index labelColumn) {
         const ColumnSurvey& column = survey.columns[j];
         const ColumnWish& wish = survey.wishes[j];
         if (j == labelColumn || wish.isOut() || wish.categories) continue;
-        if (column.texted() + column.count(CellShape::date) > 0) continue;
+        if (column.count(CellShape::text) + column.count(CellShape::date) > 0) continue;
         marks.points.add(column, CellShape::decimalPoint);
         marks.points.add(column, CellShape::spacedPoint);
         marks.points.add(column, CellShape::thousandsComma);
@@ -65,8 +65,10 @@ DecimalSign findDecimal(const ImportSurvey& survey, const ImportOptions& options
     if (marks.commas) return DecimalSign::comma;
     const bool points = static_cast<bool>(marks.eitherPoints), commas = static_cast<bool>(marks.eitherCommas);
     const bool noThousands = options.thousands != ThousandsMark::found;
-    // Who separates cells by commas writes points, and who separates them by semicolons has often to.
-    if (points && !commas && (noThousands || survey.form.delimiter == ',')) return DecimalSign::point;
+    // Who separates cells by commas or blanks writes points, and who separates them by semicolons has often
+    // to.
+    if (points && !commas && (noThousands || survey.form.delimiter == ',' || survey.form.delimiter == ' '))
+        return DecimalSign::point;
     if (commas && !points && (noThousands || survey.form.delimiter == ';')) return DecimalSign::comma;
     if (!points && !commas) return DecimalSign::point;
     const Evidence& doubt = commas ? marks.eitherCommas : marks.eitherPoints;

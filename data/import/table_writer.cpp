@@ -44,9 +44,9 @@ struct Written {
     Index lackingLabels = 0;
 };
 
-bool isPlainNumber(std::string_view cell, const NumberForm& form) {
+bool arePlainNumbers(const ColumnSurvey& column, const NumberForm& form) {
     return form.decimal == DecimalSign::point && !form.thousandsMark && !form.thousandsSpace &&
-           cell.size() < textSlotSize && cell[0] != '+' && cell[0] != '\xE2';
+           column.widest < Index{textSlotSize} && column.dressed == 0;
 }
 
 void writeCategory(std::string_view cell, const ImportSurvey& survey, const ColumnSurvey& column,
@@ -64,7 +64,7 @@ void writeNumberCell(std::string_view cell, const ColumnSurvey& column, const Nu
                      LineBuffer& lines) {
     if (column.count(CellShape::noValue) > 0 && shapeOf(cell) == CellShape::noValue) {
         lines.put("NA");
-    } else if (isPlainNumber(cell, form)) {
+    } else if (arePlainNumbers(column, form)) {
         lines.put(cell);
     } else {
         PlainNumber number;
