@@ -157,8 +157,23 @@ bool isComment(std::string_view line) {
     return line.starts_with(';') || line.starts_with("//");
 }
 
+bool isTotalName(std::string_view label) {
+    label = label.substr(0, label.find_first_of(":("));
+    while (!label.empty() && isBlank(label.back())) label.remove_suffix(1);
+    for (const std::string_view known :
+         {"total", "totals", "grand total", "sum", "mean", "average", "summe", "gesamt", "gesamtsumme",
+          "gesamtergebnis", "ergebnis", "mittelwert", "somme", "moyenne", "totale", "suma", "promedio"}) {
+        if (equalButCase(label, known)) return true;
+    }
+    return false;
+}
+
 void noteHeader(Doubts& doubts, std::string_view line, long long number) {
     doubts.hasLines = true;
+    if (line.find('\r') != std::string_view::npos) {
+        note(doubts, Doubt::loneReturns, number);
+        return;
+    }
     const bool marked = line.starts_with(byteOrderMark);
     if (marked && isComment(line.substr(byteOrderMark.size()))) {
         note(doubts, Doubt::markedComment, number);
@@ -166,7 +181,10 @@ void noteHeader(Doubts& doubts, std::string_view line, long long number) {
     }
     while (!line.empty() && isBlank(line.back())) line.remove_suffix(1);
     if (line.find(',') == std::string_view::npos) {
-        if (line.find_first_of(";\t|") != std::string_view::npos) note(doubts, Doubt::otherSeparator, number);
+        const bool isDivided = line.find_first_of(";\t|") != std::string_view::npos;
+        while (!line.empty() && isBlank(line.front())) line.remove_prefix(1);
+        const bool hasBlanks = line.find(' ') != std::string_view::npos;
+        if (isDivided || hasBlanks || line == "sep=") note(doubts, Doubt::otherSeparator, number);
     } else {
         noteQuotes(doubts, line, number);
     }
@@ -202,6 +220,9 @@ ErrorCode noteTable(Doubts& doubts, const CellTable& table) {
     } else if (doubts.longRows > 0 && doubts.longRows == table.rows - 1) {
         doubts[Doubt::unnamedLabels] = {1, lineOfRow(doubts, 0)};
         forget(doubts, Doubt::moreCells);
+    }
+    if (table.rows > 3 && isTotalName(table.cell(table.rows - 1, 0))) {
+        note(doubts, Doubt::totalRow, lineOfRow(doubts, table.rows - 1));
     }
     return noteLabels(doubts, table) | (doubts.ranOutOfMemory ? outOfMemory : success);
 }

@@ -8,7 +8,8 @@
 // What a plain reading of a file takes otherwise than its writer may have meant. The words stand in
 // report/doubt_messages.cpp.
 enum class Doubt {
-    otherSeparator, // no comma between the names, but semicolons, tabs or bars
+    otherSeparator, // no comma between the names, but semicolons, tabs, bars or blanks
+    loneReturns,    // lines end in "\r" alone, so that they are one
     markedComment,  // a byte-order mark before a comment makes it the line of names
     longName,       // a name of more than 62 characters ended the names
     noHeader,       // names that are numbers, unless whole ones that rise
@@ -19,6 +20,7 @@ enum class Doubt {
     lostComments,   // comments that have as many cells as a sample
     lostLastLine,   // without a newline
     noLabels,       // numbers in the first column that number no samples
+    totalRow,       // the last sample has the label of a sum or a mean
     noNumbers,      // cells; these two are counted by the data set, for the variables in use
     infinite,
 };
@@ -35,6 +37,9 @@ struct CommentsAbove {
     std::int32_t row;
     long long lines;
 };
+
+// Whether a sample of this label, the last of a table, sums up the others.
+bool isTotalName(std::string_view label);
 
 // What is found while a file is read. Each line is looked at once by one of the functions below, in the order
 // of the file, and noteTable ends it.

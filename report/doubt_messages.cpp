@@ -7,11 +7,13 @@ namespace {
 struct DoubtWords {
     const char* fact;
     const char* remedy = nullptr; // besides importing the file
+    bool isOnly = false;          // importing does not help
 };
 
 // In the order of Doubt, but for the cells of the last two.
 constexpr DoubtWords doubtWords[] = {
-    {"no comma stands between the names, but semicolons, tabs or bars, so there are no variables"},
+    {"no comma stands between the names, but semicolons, tabs, bars or blanks, so there are no variables"},
+    {"lines end in a carriage return alone, so they are read as one", "save the file with other line ends"},
     {"a byte-order mark stands before a comment, which is taken for the names",
      "save the file without the mark"},
     {"a name of more than 62 bytes ends the names, so it and what follows are no variables", "shorten it"},
@@ -25,6 +27,8 @@ constexpr DoubtWords doubtWords[] = {
     {"a comment has as many cells as a sample", "put a blank behind its mark if it is a comment"},
     {"the last line does not end in a newline, so it is not read", "end it"},
     {"the first column holds numbers, but is taken for the labels", "put a column of labels before it"},
+    {"the last sample is called a sum or a mean of the others, but counts as a sample",
+     "take it out of the file", true},
 };
 static_assert(std::size(doubtWords) == static_cast<std::size_t>(Doubt::noNumbers));
 
@@ -63,8 +67,10 @@ void writeDoubts(TextBuffer& text, const DataSet& data, const DoubtWording& word
         if (found.count > 1) text.appendFormat(", the first of %lld", found.count);
         const DoubtWords& words = doubtWords[number];
         text.appendFormat(": %s; ", words.fact);
-        if (words.remedy != nullptr) text.appendFormat("%s, or ", words.remedy);
-        text.appendFormat("use %s\n", wording.import);
+        if (words.remedy != nullptr) text.append(words.remedy);
+        if (!words.isOnly)
+            text.appendFormat("%suse %s", words.remedy != nullptr ? ", or " : "", wording.import);
+        text.append("\n");
     }
 }
 

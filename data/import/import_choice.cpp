@@ -8,7 +8,7 @@ namespace {
 // In the order of ImportChoice.
 constexpr ImportChoiceNames choiceNames[importChoiceCount] = {
     {"--encoding", "encoding", "utf-8|utf-16|windows-1252"},
-    {"--delimiter", "delimiter", "comma|semicolon|tab|bar"},
+    {"--delimiter", "delimiter", "comma|semicolon|tab|bar|blank"},
     {"--decimal", "decimal sign", "point|comma"},
     {"--thousands", "thousands", "none|comma|point|space"},
     {"--header", "header", "yes|no"},

@@ -50,6 +50,14 @@ void tellPassedOver(const PassedOver& passed, ImportMessages& messages) {
     }
 }
 
+void tellTotal(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {
+    if (survey.totalLine == 0 || survey.isCut || plan.labelColumn != 0 || survey.rows < 3) return;
+    messages.warn(
+        "line %lld: the last row is called a sum or a mean of the others, but counts as a sample: take it "
+        "out of the file if it is none",
+        static_cast<long long>(survey.totalLine));
+}
+
 // One line a variable: "sex: 1 female, 2 male".
 void tellCategories(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {
     Index variable = 0;
@@ -97,5 +105,6 @@ void tellFindings(const ImportSurvey& survey, const ImportPlan& plan, ImportMess
     messages.note("samples: %lld, variables: %lld", static_cast<long long>(survey.rows),
                   static_cast<long long>(plan.variables));
     tellPassedOver(survey.passedOver, messages);
+    tellTotal(survey, plan, messages);
     tellCategories(survey, plan, messages);
 }

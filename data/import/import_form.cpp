@@ -15,7 +15,7 @@ constexpr Index mostRecords = 200;
 constexpr Index fewestRecords = 20;
 
 // In the order of Delimiter, behind `found`.
-constexpr char delimiters[] = {',', ';', '\t', '|'};
+constexpr char delimiters[] = {',', ';', '\t', '|', ' '};
 
 // What the head of a file looks like under one delimiter.
 struct Head {
@@ -90,12 +90,17 @@ ErrorCode findDelimiter(std::string_view head, bool isWhole, const MissingTexts&
     best = ',';
     double merit = 0.0;
     for (const char delimiter : delimiters) {
+        if (delimiter == ' ') continue;
         Head found;
         if (measure(head, isWhole, delimiter, missing, record, found) != success) return outOfMemory;
         if (found.merit <= merit) continue;
         merit = found.merit;
         best = delimiter;
     }
+    // Blanks stand in texts, too: what they divide has to be numbers, and more of them.
+    Head blanks;
+    if (measure(head, isWhole, ' ', missing, record, blanks) != success) return outOfMemory;
+    if (10 * blanks.numbers >= 3 * blanks.cells && 0.75 * blanks.merit > merit) best = ' ';
     return success;
 }
 
@@ -257,7 +262,8 @@ Delimiter delimiterOf(char character) {
 
 bool isLabelName(std::string_view name) {
     if (name.empty()) return true;
-    for (const std::string_view word : {"label", "labels", "name", "id", "no", "no.", "n", "case"}) {
+    for (const std::string_view word : {"label", "labels", "name", "id", "no", "no.", "n", "case", "nr",
+                                        "nr.", "obs", "rownames", "row.names", "unnamed: 0"}) {
         if (equalButCase(name, word)) return true;
     }
     return false;

@@ -22,7 +22,8 @@ struct ImportForm {
 char characterOf(Delimiter delimiter);
 Delimiter delimiterOf(char character);
 
-// Whether that is how the column of labels is called: not at all, or label, name, id, no, n, case.
+// Whether that is how the column of labels is called: not at all, or label, name, id, no, n, case and the
+// like.
 bool isLabelName(std::string_view name);
 
 // Whether a record begins with the mark of a comment: "#", "//" or ";", which is none when it delimits.

@@ -6,7 +6,7 @@
 // and told.
 
 enum class TextEncoding { found, utf8, utf16, windows1252 };
-enum class Delimiter { found, comma, semicolon, tab, bar };
+enum class Delimiter { found, comma, semicolon, tab, bar, blank };
 enum class DecimalSign { found, point, comma };
 enum class ThousandsMark { found, none, comma, point, space };
 enum class HeaderRow { found, present, absent };

@@ -34,6 +34,18 @@ bool checkCorner(const ImportSurvey& survey, const ImportOptions& options, Impor
         return true;
     const ColumnSurvey& labels = survey.columns[0];
     const ColumnSurvey& column = survey.columns[1];
+    const char delimiter = survey.form.delimiter;
+    // Numbers that count the rows are labels; others can be the beginnings of numbers that were divided.
+    const bool isDivided = labels.numbers() == labels.filled() ? !survey.firstIsQuoted && !survey.firstCounts
+                                                               : delimiter == ' ' && !survey.firstIsDifferent;
+    if (isDivided && (delimiter == ',' || delimiter == ' ')) {
+        messages.refuse(
+            "the header has a name less than the rows have cells, and the first cells are no labels "
+            "that differ (%s?): --labels first takes them so",
+            delimiter == ',' ? "decimal commas between cells that are divided by commas"
+                             : "blanks in numbers or texts");
+        return false;
+    }
     const bool areTexts = labels.numbers() < labels.filled(),
                areNumbers = column.numbers() == column.filled();
     if (survey.names[1].empty() || !isLabelName(survey.names[1]) || !areTexts || !areNumbers) return true;
@@ -181,7 +193,7 @@ bool checkDivision(const ImportSurvey& survey, const ImportOptions& options, Imp
     const bool isFound = options.delimiter == Delimiter::found && !survey.form.namesDelimiter;
     if (!isFound || survey.form.width != 1 || survey.columns[0].numbers() > 0) return true;
     messages.refuse("no comma, semicolon, tab or bar divides the lines into cells: --delimiter comma takes "
-                    "each as one");
+                    "each as one, --delimiter blank divides them at blanks");
     return false;
 }
 

@@ -1,6 +1,10 @@
 #include "data/import/import_survey.h"
 
 #include <algorithm>
+#include <charconv>
+
+#include "data/doubts.h"
+#include "data/import/column_names.h"
 
 namespace {
 
@@ -20,6 +24,14 @@ ErrorCode surveyCell(std::string_view cell, Index line, const MissingTexts& miss
     if (column.texts < 0) column.texts = texts.addList(code);
     if (code == success && column.texts >= 0) code = texts.add(column.texts, cell);
     return code;
+}
+
+// Whether a label is that number.
+bool isNumbered(std::string_view label, Index row) {
+    Index number = -1;
+    const char* const last = label.data() + label.size();
+    const auto [end, error] = std::from_chars(label.data(), last, number);
+    return error == std::errc() && end == last && number == row;
 }
 
 ErrorCode startColumns(const ImportOptions& options, const ImportRecord* header, ImportSurvey& survey,
@@ -43,8 +55,10 @@ ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mos
     if (code == success) code = rows.open(source, survey.form);
     survey.rows = survey.widestRow = 0;
     survey.texts.clear();
-    survey.isCut = false;
+    survey.isCut = survey.firstIsQuoted = false;
+    survey.firstCounts = true;
     bool started = false;
+    Index fromZero = 0;
     while (code == success && rows.next(record)) {
         if (!started) {
             code = startColumns(options, rows.isHeader() ? &record : nullptr, survey, messages);
@@ -56,7 +70,12 @@ ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mos
             break;
         }
         ++survey.rows;
-        code = firstCells.add(record.cells[0].text);
+        const ImportCell& first = record.cells[0];
+        if (survey.rows == 1) fromZero = first.text == "0" ? 1 : 0;
+        code = firstCells.add(first.text);
+        survey.totalLine = isTotalName(first.text) ? record.line : 0;
+        survey.firstIsQuoted = survey.firstIsQuoted || first.quoted;
+        survey.firstCounts = survey.firstCounts && isNumbered(first.text, survey.rows - fromZero);
         Index bytes = 0;
         for (Index j = 0; code == success && j < survey.form.width; ++j) {
             if (survey.wishes[j].isOut() && j > 0) continue;

@@ -13,6 +13,9 @@ struct ImportSurvey {
     Block<ColumnSurvey> columns;
     CategoryTexts texts;
     bool firstIsDifferent = false; // no two cells of the first column are alike
+    bool firstIsQuoted = false;    // one of them at least
+    bool firstCounts = false;      // they count the rows, from 0 or 1
+    Index totalLine = 0;           // of the last row where the first column calls it a total; 0: it does not
     Index rows = 0;
     Index widestRow = 0; // bytes of a row as it would be written, every number as it stands
     PassedOver passedOver;

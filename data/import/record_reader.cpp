@@ -27,7 +27,7 @@ std::string_view trimmed(const char* first, const char* last) {
 // The first character of [at, last) that ends a cell, or `last`. Eight at a time: lengths of cells are as
 // good as random, and a branch for each costs more than the look.
 const char* findEnd(const char* at, const char* last, const CellEnds& ends) {
-    if constexpr (isLowestFirst) {
+    if (isLowestFirst && !ends.areBlanks()) {
         const std::uint64_t delimiters = everyByte(ends.delimiter);
         for (; last - at >= 8; at += 8) {
             const std::uint64_t bytes = eightBytes(at);
@@ -98,6 +98,10 @@ const char* cutRecord(const char* first, const char* last, bool isEnd, const Cel
     record.count = 0;
     record.lines = 1;
     for (const char* at = first;;) {
+        if (ends.areBlanks()) {
+            while (at < last && isBlank(*at)) ++at;
+            if (at == last && !isEnd) return nullptr;
+        }
         if (record.count == record.cells.size()) {
             if (record.count >= mostCells) {
                 fault = RecordFault::tooWide;
@@ -108,13 +112,16 @@ const char* cutRecord(const char* first, const char* last, bool isEnd, const Cel
                 return nullptr;
             }
         }
-        const char* stop = cutCell(at, last, isEnd, ends, record.cells[record.count], record, fault);
+        const bool isTail =
+            ends.areBlanks() && record.count > 0 && (at == last || *at == '\n' || *at == '\r');
+        const char* stop = at;
+        if (!isTail) stop = cutCell(at, last, isEnd, ends, record.cells[record.count], record, fault);
         if (stop == nullptr) return nullptr;
-        ++record.count;
+        if (!isTail) ++record.count;
         record.text = {first, static_cast<std::size_t>(stop - first)};
         if (stop == last) return stop;
         at = stop + 1;
-        if (*stop == ends.delimiter) continue;
+        if (*stop == ends.delimiter || isBlank(*stop)) continue;
         if (*stop == '\n') return at;
         if (at == last) return isEnd ? at : nullptr;
         return *at == '\n' ? at + 1 : at;

@@ -23,11 +23,14 @@ struct ImportRecord {
     const ImportCell* end() const { return cells.data() + count; }
 };
 
-// The characters that end a cell without quotes: the delimiter and those of newlines.
+// The characters that end a cell without quotes: the delimiter and those of newlines. Where a blank delimits,
+// a tab does too, several of them do as one, and those around a record do not.
 struct CellEnds {
     explicit CellEnds(char delimiterCharacter) : delimiter(delimiterCharacter) {
         for (const char c : {delimiter, '\n', '\r'}) flags[static_cast<unsigned char>(c)] = true;
+        if (areBlanks()) flags[static_cast<unsigned char>('\t')] = true;
     }
+    bool areBlanks() const { return delimiter == ' '; }
     bool has(char c) const { return flags[static_cast<unsigned char>(c)]; }
 
     char delimiter;

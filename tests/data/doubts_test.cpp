@@ -2,10 +2,10 @@
 #include "tests/support/csv_text.h"
 
 TEST(Doubts, AreFoundWhereAPlainReadingIsWrong) {
-    const char* const names[doubtKinds] = {"otherSeparator", "markedComment", "longName",  "noHeader",
-                                           "sameNames",      "unnamedLabels", "moreCells", "quotedCommas",
-                                           "lostComments",   "lostLastLine",  "noLabels",  "notNumbers",
-                                           "notFinite"};
+    const char* const names[doubtKinds] = {"otherSeparator", "loneReturns",  "markedComment", "longName",
+                                           "noHeader",       "sameNames",    "unnamedLabels", "moreCells",
+                                           "quotedCommas",   "lostComments", "lostLastLine",  "noLabels",
+                                           "totalRow",       "notNumbers",   "notFinite"};
     for (const Case& test : readCases("data/doubts.tsv")) {
         SCOPED_TRACE(test[0]);
         const std::string text = test[0][0] == '^' ? "\xef\xbb\xbf" + test[0].substr(1) : test[0];

@@ -29,7 +29,7 @@ void choose(std::size_t draw, ImportOptions& options) {
     options.oddRows = static_cast<OddRows>(next(2));
     if (next(3) > 0) return;
     options.encoding = static_cast<TextEncoding>(next(4));
-    options.delimiter = static_cast<Delimiter>(next(5));
+    options.delimiter = static_cast<Delimiter>(next(6));
     options.decimal = static_cast<DecimalSign>(next(3));
     options.thousands = static_cast<ThousandsMark>(next(5));
     options.header = static_cast<HeaderRow>(next(3));
@@ -46,8 +46,8 @@ void choose(std::size_t draw, ImportOptions& options) {
 
 } // namespace
 
-// Any bytes give a table that the program's own reader takes without a doubt, or a refusal and nothing
-// written.
+// Any bytes give a table that the program's own reader takes without a doubt but for a total, or a refusal
+// and nothing written.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     const std::string input(reinterpret_cast<const char*>(bytes), size);
     ImportOptions options;
@@ -75,6 +75,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     ReadingNotes notes;
     require(readCsvStream(file, table, notes) == FileCode::done);
     std::fclose(file);
+    notes.doubts[Doubt::totalRow] = {};
     for (const DoubtCount& doubt : notes.doubts.found) require(doubt.count == 0);
     std::set<std::string> names;
     for (std::int32_t j = 1; j < table.cols; ++j) require(names.insert(table.cell(0, j)).second);

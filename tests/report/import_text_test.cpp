@@ -26,7 +26,7 @@ TEST(ImportText, NamesWhatCanBeChosen) {
     EXPECT_EQ(previewImport(source, options, {}, preview, messages), success) << messages.text();
     EXPECT_STREQ(preview.cells.cell(1, 0), "1 5");
     EXPECT_EQ(entriesOf(ImportChoice::decimal), "to be found|point|comma|");
-    EXPECT_EQ(entriesOf(ImportChoice::delimiter), "found: semicolon|comma|semicolon|tab|bar|");
+    EXPECT_EQ(entriesOf(ImportChoice::delimiter), "found: semicolon|comma|semicolon|tab|bar|blank|");
     EXPECT_EQ(preview.labelColumn, 1);
 }
 
