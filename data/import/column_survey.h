@@ -9,6 +9,8 @@ struct ColumnSurvey {
     Index firstLines[cellShapeCount];
     Index units[numberUnitCount]; // numbers beside each
     Index unitLines[numberUnitCount];
+    Index marked, markedLine;   // missing cells that are not empty
+    char mark[12];              // the first of them
     Index negated, negatedLine; // numbers whose minus is no sign before them
     Index dressed;              // numbers that are not plain
     Index minus, nines;         // numbers below 0, and those of them as -99 and -999

@@ -13,7 +13,7 @@ constexpr ImportChoiceNames choiceNames[importChoiceCount] = {
     {"--thousands", "thousands", "none|comma|point|space"},
     {"--header", "header", "yes|no"},
     {"--labels", "labels", "first|none"},
-    {"--rows", "rows", "all|fitting"},
+    {"--rows", "rows", "all|fitting|filled"},
     {"--na", "missing", nullptr},
     {"--keep", "keep", nullptr},
     {"--drop", "drop", nullptr},

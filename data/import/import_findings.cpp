@@ -44,6 +44,16 @@ void tellPassedOver(const PassedOver& passed, ImportMessages& messages) {
         messages.note("blank lines between rows: %lld, the first is line %lld",
                       static_cast<long long>(passed.blanks), static_cast<long long>(passed.firstBlank));
     }
+    if (passed.secondNames > 0) {
+        messages.warn("lines below the names without numbers, as units or second names, left out: %lld, the "
+                      "first is line %lld",
+                      static_cast<long long>(passed.secondNames),
+                      static_cast<long long>(passed.firstSecondName));
+    }
+    if (passed.filled > 0) {
+        messages.warn("rows that lack cells at the end, which are missing now: %lld, the first in line %lld",
+                      static_cast<long long>(passed.filled), static_cast<long long>(passed.firstFilled));
+    }
     if (passed.odd > 0) {
         messages.warn("rows of another length left out: %lld, the first in line %lld",
                       static_cast<long long>(passed.odd), static_cast<long long>(passed.firstOdd));

@@ -104,14 +104,16 @@ ErrorCode findDelimiter(std::string_view head, bool isWhole, const MissingTexts&
     return success;
 }
 
+constexpr Index mostSecondNames = 3;
+
 // What a column of the head holds, the header apart.
 struct HeadColumn {
     Index numbers;
     Index texts;
+    Index firstTexts;    // in rows before the first with a number
     bool firstIsNumber;  // the cell of the header
     bool firstIsMissing; // or empty
     bool firstRecurs;
-    bool secondIsText; // the cell below it
     std::uint64_t firstHash;
 };
 
@@ -122,12 +124,14 @@ struct HeadTable {
     Index headerFilled = 0; // up to the last that is not empty
     Index filled = 0;       // of the rows
     Index rows = 0;
+    Index firstRows = 0; // before the first with a number
     bool hasCorner = false;
     bool hasYears = false; // numbers of the header are years that go up
 
     void takeHeader(const ImportRecord& record, Index width, const MissingTexts& missing);
     void takeRow(const ImportRecord& record, const MissingTexts& missing);
     bool isHeaderShorter(Index width) const;
+    Index secondNames(Index width) const;
     bool isHeader(Index width) const;
 };
 
@@ -158,6 +162,12 @@ void HeadTable::takeHeader(const ImportRecord& record, Index width, const Missin
 }
 
 void HeadTable::takeRow(const ImportRecord& record, const MissingTexts& missing) {
+    bool hasNumber = false;
+    for (const ImportCell& cell : record) {
+        hasNumber = hasNumber || (!missing.has(cell.text) && isNumberShape(shapeOf(cell.text)));
+    }
+    const bool isFirst = !hasNumber && firstRows == rows;
+    firstRows += isFirst;
     ++rows;
     filled = std::max(filled, filledWidth(record));
     for (Index j = 0; j < record.count; ++j) {
@@ -166,22 +176,25 @@ void HeadTable::takeRow(const ImportRecord& record, const MissingTexts& missing)
         const bool isNumber = isNumberShape(shapeOf(text));
         HeadColumn& column = columns[j];
         ++(isNumber ? column.numbers : column.texts);
-        if (rows == 1) column.secondIsText = !isNumber;
+        column.firstTexts += isFirst;
         column.firstRecurs = column.firstRecurs || hashOf(text) == column.firstHash;
     }
+}
+
+// The rows without numbers, above those with numbers, that hold texts in columns of numbers.
+Index HeadTable::secondNames(Index width) const {
+    if (firstRows > mostSecondNames || firstRows == rows) return 0;
+    for (Index j = 0; j < width; ++j) {
+        const HeadColumn& column = columns[j];
+        if (column.numbers > 0 && column.texts > 0 && column.texts == column.firstTexts) return firstRows;
+    }
+    return 0;
 }
 
 // Whether the header lacks the name of the first column alone. Where the row below it could be the header, it
 // is a title.
 bool HeadTable::isHeaderShorter(Index width) const {
-    if (headerWidth != width - 1 || filled != width || rows == 0) return false;
-    bool isTitleAbove = false;
-    for (Index j = 0; j < width; ++j) {
-        const HeadColumn& column = columns[j];
-        if (column.numbers > 0 && !column.secondIsText) return true;
-        isTitleAbove = isTitleAbove || (column.numbers > 0 && column.texts == 1);
-    }
-    return !isTitleAbove;
+    return headerWidth == width - 1 && filled == width && rows > 0 && secondNames(width) == 0;
 }
 
 bool HeadTable::isHeader(Index width) const {
@@ -221,6 +234,10 @@ ErrorCode findWidth(std::string_view head, bool isWhole, Index width, const Impo
     if (options.header == HeaderRow::found) form.hasHeader = shorter || table.isHeader(width);
     if (!form.hasHeader) return success;
     form.isCornerless = table.isHeaderShorter(width);
+    form.secondNames = table.secondNames(width);
+    form.hasTitle = form.secondNames > 0 && width == 2 && table.headerFilled == 1;
+    // The names stand below a title, or below what is too short for a header.
+    if (form.secondNames > 0 && (form.hasTitle || shorter)) --form.secondNames;
     if (form.isCornerless) {
         form.headerWidth = width - 1;
     } else if (table.headerWidth > width) {
@@ -290,6 +307,7 @@ bool isTitle(const ImportRecord& record, Index width) {
 }
 
 bool isBlankRecord(const ImportRecord& record) {
+    if (record.text == "\x1A") return true; // ends files of older systems
     for (const ImportCell& cell : record) {
         if (!cell.text.empty()) return false;
     }
@@ -314,6 +332,7 @@ bool isFitting(const ImportRecord& record, Index width) {
 
 ErrorCode findForm(ByteSource& source, const ImportOptions& options, ImportForm& form) {
     form = {};
+    form.oddRows = options.oddRows;
     MissingTexts missing;
     RecordReader reader;
     ImportRecord record;

@@ -12,6 +12,9 @@ struct ImportForm {
     bool isCornerless = false; // the header has no name for the column of labels
     Index width = 0;           // cells of a row
     Index headerWidth = 0;     // cells of the header, of which the last may be empty names
+    bool hasTitle = false;     // the first record of two columns is a title above the names
+    Index secondNames = 0;     // rows below the header without numbers, as units, where numbers follow
+    OddRows oddRows = OddRows::refused;
 };
 
 // Finds out the form; success, outOfMemory, or illegalData when the source cannot be read.

@@ -12,8 +12,8 @@ enum class ThousandsMark { found, none, comma, point, space };
 enum class HeaderRow { found, present, absent };
 enum class LabelColumn { found, first, none, named };
 // What is done to rows that have another number of cells than the table: the import ends, or they are left
-// out.
-enum class OddRows { refused, leftOut };
+// out, or cells that lack at the end are missing. Rows of units or second names are left out with them.
+enum class OddRows { refused, leftOut, filled };
 
 // The encoding that the table is written in; `ansi` is that of the system.
 enum class WrittenText { utf8, ansi };

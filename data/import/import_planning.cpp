@@ -133,6 +133,40 @@ void tellNumbers(const ColumnSurvey& column, Shown name, ImportMessages& message
     }
 }
 
+// Whether a text is a number and something else behind it, but no range as 20-29.
+bool beginsWithNumber(std::string_view text) {
+    std::size_t at = text.find_first_not_of("0123456789.,");
+    if (at == 0 && (text[0] == '<' || text[0] == '>' || text[0] == '~'))
+        return beginsWithNumber(text.substr(1));
+    if (at == 0 || at == std::string_view::npos) return at != 0;
+    while (at < text.size() && text[at] == ' ') ++at;
+    return text[at] != '-' && text[at] != '+' && text[at] != '/' && text[at] != '\xE2';
+}
+
+// Tells what is missing among texts, where a mark can be a text.
+void tellMarks(const ColumnSurvey& column, Shown name, ImportMessages& messages) {
+    if (column.marked == 0) return;
+    messages.warn(
+        "column '%.*s': cells such as '%s' are taken as missing, no category: %lld, the first in line %lld; "
+        "--na none takes them as texts",
+        name.length, name.text, column.mark, static_cast<long long>(column.marked),
+        static_cast<long long>(column.markedLine));
+}
+
+// Warns of categories that are most likely measured.
+void tellUnits(const ImportSurvey& survey, const ColumnSurvey& column, Shown name, long long number,
+               ImportMessages& messages) {
+    const Index count = survey.texts.count(column.texts);
+    if (2 * count <= survey.rows || count < 2) return;
+    for (Index k = 0; k < count; ++k) {
+        if (!beginsWithNumber(survey.texts.text(column.texts, k))) return;
+    }
+    const Shown text = shown(survey.texts.text(column.texts, 0));
+    messages.warn("column '%.*s': texts that begin with a number, as '%.*s', are categories: take away what "
+                  "stands beside the numbers, or --drop #%lld leaves the column out",
+                  name.length, name.text, text.length, text.text, number);
+}
+
 // What becomes of a column that is to be a variable; leftOut with a refusal where that is in doubt.
 ColumnUse findUse(const ImportSurvey& survey, Index j, const NumberForm& form, ImportMessages& messages) {
     const ColumnSurvey& column = survey.columns[j];
@@ -179,12 +213,18 @@ ColumnUse findUse(const ImportSurvey& survey, Index j, const NumberForm& form, I
     if (column.numbers() > 0) {
         const Shown text = shown(survey.texts.text(column.texts, 0));
         messages.refuse("line %lld, column '%.*s': '%.*s' is no number, as cells of the column are (%lld): "
-                        "--na '%.*s' makes "
+                        "%s--na '%.*s' makes "
                         "it missing, --drop #%lld leaves the column out, --categories #%lld makes categories",
                         firstTextLine(column), name.length, name.text, text.length, text.text,
-                        static_cast<long long>(column.numbers()), text.length, text.text, number, number);
+                        static_cast<long long>(column.numbers()),
+                        texts <= survey.form.secondNames
+                            ? "--rows fitting leaves out lines of units or second names, "
+                            : "",
+                        text.length, text.text, number, number);
         return ColumnUse::leftOut;
     }
+    tellMarks(column, name, messages);
+    tellUnits(survey, column, name, number, messages);
     return ColumnUse::category;
 }
 
@@ -201,9 +241,10 @@ bool checkRows(const ImportSurvey& survey, const ImportOptions& options, ImportM
     const PassedOver& passed = survey.passedOver;
     if (passed.odd > 0 && options.oddRows == OddRows::refused) {
         messages.refuse("line %lld has %lld cells, a row of the table %lld: --rows fitting leaves out such "
-                        "rows (%lld)",
+                        "rows (%lld)%s",
                         static_cast<long long>(passed.firstOdd), static_cast<long long>(passed.firstOddCells),
-                        static_cast<long long>(survey.form.width), static_cast<long long>(passed.odd));
+                        static_cast<long long>(survey.form.width), static_cast<long long>(passed.odd),
+                        passed.shorter == passed.odd ? ", filled takes the cells that lack as missing" : "");
         return false;
     }
     if (survey.rows == 0) messages.refuse("there are no rows of data in the file");

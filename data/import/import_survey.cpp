@@ -16,7 +16,13 @@ ErrorCode surveyCell(std::string_view cell, Index line, const MissingTexts& miss
     const int k = static_cast<int>(shape);
     if (column.counts[k]++ == 0) column.firstLines[k] = line;
     column.widest = std::max(column.widest, std::ssize(cell));
-    if (shape == CellShape::missing) return success;
+    if (shape == CellShape::missing) {
+        if (!cell.empty() && column.marked++ == 0) {
+            column.markedLine = line;
+            column.mark[cell.copy(column.mark, sizeof column.mark - 1)] = '\0';
+        }
+        return success;
+    }
     if (isNumberShape(shape)) column.takeNumber(cell, dress, line);
     if (isNumberShape(shape) && !wish.categories) return success;
     if (shape == CellShape::noValue && !wish.categories) return success;
@@ -25,6 +31,19 @@ ErrorCode surveyCell(std::string_view cell, Index line, const MissingTexts& miss
     if (code == success && column.texts >= 0) code = texts.add(column.texts, cell);
     return code;
 }
+
+// The beginning of the first cell of the row that was read last.
+struct LastLabel {
+    char characters[24];
+    std::size_t length = 0;
+    Index line = 0;
+
+    void set(std::string_view cell, Index number) {
+        length = cell.copy(characters, sizeof characters);
+        line = number;
+    }
+    std::string_view text() const { return {characters, length}; }
+};
 
 // Whether a label is that number.
 bool isNumbered(std::string_view label, Index row) {
@@ -59,6 +78,7 @@ ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mos
     survey.firstCounts = true;
     bool started = false;
     Index fromZero = 0;
+    LastLabel lastLabel;
     while (code == success && rows.next(record)) {
         if (!started) {
             code = startColumns(options, rows.isHeader() ? &record : nullptr, survey, messages);
@@ -73,7 +93,7 @@ ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mos
         const ImportCell& first = record.cells[0];
         if (survey.rows == 1) fromZero = first.text == "0" ? 1 : 0;
         code = firstCells.add(first.text);
-        survey.totalLine = isTotalName(first.text) ? record.line : 0;
+        lastLabel.set(first.text, record.line);
         survey.firstIsQuoted = survey.firstIsQuoted || first.quoted;
         survey.firstCounts = survey.firstCounts && isNumbered(first.text, survey.rows - fromZero);
         Index bytes = 0;
@@ -85,6 +105,7 @@ ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mos
         }
         survey.widestRow = std::max(survey.widestRow, bytes);
     }
+    survey.totalLine = isTotalName(lastLabel.text()) ? lastLabel.line : 0;
     survey.firstIsDifferent = firstCells.areDifferent();
     survey.passedOver = rows.passedOver();
     survey.checksum = rows.checksum();
@@ -99,6 +120,7 @@ const char* wordsOf(RecordFault fault) {
     switch (fault) {
     case RecordFault::none:
     case RecordFault::noMemory:
+    case RecordFault::workbook:
         return nullptr;
     case RecordFault::unreadable:
         return ": the file cannot be read";
@@ -120,6 +142,8 @@ const char* wordsOf(RecordFault fault) {
 
 // Tells a fault of the reading and where it stands.
 void refuseFault(RecordFault fault, Index line, ImportMessages& messages) {
+    if (fault == RecordFault::workbook)
+        messages.refuse("this is a workbook, no text: save the sheet as CSV, or as text with tabs");
     const char* const words = wordsOf(fault);
     if (words != nullptr) messages.refuse("line %lld%s", static_cast<long long>(line), words);
 }

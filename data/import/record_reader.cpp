@@ -206,5 +206,8 @@ void RecordReader::takeFault() {
     case TextDecoder::Fault::holdsNul:
         fault_ = RecordFault::holdsNul;
         break;
+    case TextDecoder::Fault::workbook:
+        fault_ = RecordFault::workbook;
+        break;
     }
 }

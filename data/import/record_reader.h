@@ -43,6 +43,7 @@ enum class RecordFault {
     unreadable,
     notUtf8,
     holdsNul,
+    workbook,
     openQuote,
     afterQuote,
     tooLong,

@@ -2,12 +2,29 @@
 
 #include <cstring>
 
+namespace {
+
+// Puts empty cells behind those that are there.
+bool fillRecord(ImportRecord& record, Index width) {
+    if (width > record.cells.size() && record.cells.grow(width) != success) return false;
+    while (record.count < width) record.cells[record.count++] = {};
+    return true;
+}
+
+// ="007" is how a spreadsheet is made to keep digits as they stand.
+void takeFormula(std::string_view& text) {
+    if (text.size() < 3 || text[0] != '=' || text[1] != '"' || text.back() != '"') return;
+    text = text.substr(2, text.size() - 3);
+}
+
+} // namespace
+
 ErrorCode TableRows::open(ByteSource& source, const ImportForm& form) {
     form_ = form;
     passedOver_ = {};
     blanks_ = firstBlank_ = 0;
     isFirst_ = true;
-    isHeader_ = false;
+    isHeader_ = hasNoMemory_ = false;
     hadHeader_ = !form.hasHeader;
     return reader_.open(source, form.encoding, form.delimiter);
 }
@@ -34,11 +51,24 @@ bool TableRows::next(ImportRecord& record) {
             continue;
         }
         const Index width = hadHeader_ ? form_.width : form_.headerWidth;
-        if (!isFitting(record, width) || (!hadHeader_ && isTitle(record, width))) {
+        if (hadHeader_ && form_.oddRows == OddRows::filled && record.count < width) {
+            if (passedOver_.filled++ == 0) passedOver_.firstFilled = record.line;
+            if (!fillRecord(record, width)) {
+                hasNoMemory_ = true;
+                return false;
+            }
+        }
+        if (!isFitting(record, width) ||
+            (!hadHeader_ && (isTitle(record, width) || (form_.hasTitle && passedOver_.odd == 0)))) {
             if (passedOver_.odd++ == 0) {
                 passedOver_.firstOdd = record.line;
                 passedOver_.firstOddCells = filledWidth(record);
             }
+            passedOver_.shorter += hadHeader_ && record.count < width;
+            continue;
+        }
+        if (hadHeader_ && form_.oddRows != OddRows::refused && passedOver_.secondNames < form_.secondNames) {
+            if (passedOver_.secondNames++ == 0) passedOver_.firstSecondName = record.line;
             continue;
         }
         if (blanks_ > 0 && hadHeader_) {
@@ -51,7 +81,10 @@ bool TableRows::next(ImportRecord& record) {
         // Quotes that are written twice become one.
         for (Index k = 0; k < record.count && k < form_.width; ++k) {
             ImportCell& cell = record.cells[k];
-            if (!cell.doubled) continue;
+            if (!cell.doubled) {
+                takeFormula(cell.text);
+                continue;
+            }
             char* const bytes = const_cast<char*>(cell.text.data());
             std::size_t length = 0;
             for (std::size_t at = 0; at < cell.text.size(); ++at) {
@@ -59,6 +92,7 @@ bool TableRows::next(ImportRecord& record) {
                 if (cell.text[at] == '"') ++at;
             }
             cell.text = {bytes, length};
+            takeFormula(cell.text);
         }
         return true;
     }

@@ -7,6 +7,9 @@ struct PassedOver {
     Index comments = 0, firstComment = 0;
     Index blanks = 0, firstBlank = 0;               // between rows
     Index odd = 0, firstOdd = 0, firstOddCells = 0; // rows of another number of cells
+    Index shorter = 0;                              // of them those below the header that lack cells
+    Index secondNames = 0, firstSecondName = 0;
+    Index filled = 0, firstFilled = 0; // rows of fewer cells that are taken
 };
 
 // The header and the rows of a table, without what is around them.
@@ -17,7 +20,7 @@ public:
     bool next(ImportRecord& record);
 
     bool isHeader() const { return isHeader_; }
-    RecordFault fault() const { return reader_.fault(); }
+    RecordFault fault() const { return hasNoMemory_ ? RecordFault::noMemory : reader_.fault(); }
     Index faultLine() const { return reader_.line(); }
     std::uint64_t checksum() const { return reader_.checksum(); }
     const PassedOver& passedOver() const { return passedOver_; }
@@ -31,5 +34,6 @@ private:
     Index blanks_ = 0, firstBlank_ = 0; // since the last row
     bool isFirst_ = true;
     bool isHeader_ = false;
+    bool hasNoMemory_ = false;
     bool hadHeader_ = false;
 };

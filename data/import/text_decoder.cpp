@@ -25,11 +25,16 @@ ErrorCode TextDecoder::start(ByteSource& source, TextEncoding encoding) {
     const bool isUtf8 = head == byteOrderMark;
     const bool isLittle = head.starts_with("\xFF\xFE");
     const bool isBig = head.starts_with("\xFE\xFF");
-    encoding_ = encoding;
-    if (encoding == TextEncoding::found) {
-        encoding_ = isLittle || isBig ? TextEncoding::utf16 : TextEncoding::utf8;
+    // The first character of a table is most often of ASCII.
+    const bool isBareLittle = length >= 2 && bytes[0] != '\0' && bytes[1] == '\0';
+    const bool isBareBig = length >= 2 && bytes[0] == '\0' && bytes[1] != '\0';
+    const bool isWide = isLittle || isBig || isBareLittle || isBareBig;
+    if (head == "PK\3" || head == "\xD0\xCF\x11") {
+        fault_ = Fault::workbook; // what these files, zip archives or older ones, begin with
     }
-    bigEndian_ = isBig;
+    encoding_ = encoding;
+    if (encoding == TextEncoding::found) encoding_ = isWide ? TextEncoding::utf16 : TextEncoding::utf8;
+    bigEndian_ = isBig || isBareBig;
     const bool isUtf16 = encoding_ == TextEncoding::utf16;
     const Index markLength = isUtf16 && (isLittle || isBig) ? 2 : !isUtf16 && isUtf8 ? 3 : 0;
     keptCount_ = length - markLength;

@@ -6,10 +6,11 @@
 // The text of a file in UTF-8, in pieces.
 class TextDecoder {
 public:
-    enum class Fault { none, unreadable, notUtf8, holdsNul };
+    enum class Fault { none, unreadable, notUtf8, holdsNul, workbook };
 
     // Goes to the beginning of the source and reads past a byte-order mark, which says what `found` is;
-    // without one that is UTF-8. Success; outOfMemory; illegalData when the source cannot be read.
+    // without one that is UTF-16 where one of the first two bytes is NUL, else UTF-8. Success; outOfMemory;
+    // illegalData when the source cannot be read.
     [[nodiscard]] ErrorCode start(ByteSource& source, TextEncoding encoding);
 
     // Writes up to `room` bytes, at least 16, of whole characters; 0 at the end and at a fault.

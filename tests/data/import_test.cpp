@@ -79,7 +79,8 @@ TEST(Import, KnowsEncodings) {
     EXPECT_EQ(import("n,x\nM\xFCller,1\n", "--encoding utf-8").code, illegalData);
     const char little[] = "\xFF\xFEn\0,\0x\0\n\0\x3D\xD8\x00\xDE,\0001\0",
                big[] = "\xFE\xFF\0n\0,\0x\0\n\xD8\x3D\xDE\x00\0,\0001";
-    for (const std::string& file : {std::string(little, 18), std::string(big, 18)}) {
+    for (const std::string& file : {std::string(little, 18), std::string(big, 18),
+                                    std::string(little + 2, 16), std::string(big + 2, 16)}) {
         EXPECT_EQ(import(file).table, "label,x\n\xF0\x9F\x98\x80,1\n");
     }
     // Far behind what is looked at first.
