@@ -221,8 +221,8 @@ ErrorCode noteTable(Doubts& doubts, const CellTable& table) {
         doubts[Doubt::unnamedLabels] = {1, lineOfRow(doubts, 0)};
         forget(doubts, Doubt::moreCells);
     }
-    if (table.rows > 3 && isTotalName(table.cell(table.rows - 1, 0))) {
-        note(doubts, Doubt::totalRow, lineOfRow(doubts, table.rows - 1));
+    for (std::int32_t row = std::max(3, table.rows - lastRows); row < table.rows; ++row) {
+        if (isTotalName(table.cell(row, 0))) note(doubts, Doubt::totalRow, lineOfRow(doubts, row));
     }
     return noteLabels(doubts, table) | (doubts.ranOutOfMemory ? outOfMemory : success);
 }

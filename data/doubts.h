@@ -20,7 +20,7 @@ enum class Doubt {
     lostComments,   // comments that have as many cells as a sample
     lostLastLine,   // without a newline
     noLabels,       // numbers in the first column that number no samples
-    totalRow,       // the last sample has the label of a sum or a mean
+    totalRow,       // one of the last samples has the label of a sum or a mean
     noNumbers,      // cells; these two are counted by the data set, for the variables in use
     infinite,
 };
@@ -38,8 +38,9 @@ struct CommentsAbove {
     long long lines;
 };
 
-// Whether a sample of this label, the last of a table, sums up the others.
+// Whether a sample of this label, one of the last rows of a table, sums up the others.
 bool isTotalName(std::string_view label);
+constexpr std::int32_t lastRows = 3;
 
 // What is found while a file is read. Each line is looked at once by one of the functions below, in the order
 // of the file, and noteTable ends it.

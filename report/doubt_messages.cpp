@@ -27,7 +27,7 @@ constexpr DoubtWords doubtWords[] = {
     {"a comment has as many cells as a sample", "put a blank behind its mark if it is a comment"},
     {"the last line does not end in a newline, so it is not read", "end it"},
     {"the first column holds numbers, but is taken for the labels", "put a column of labels before it"},
-    {"the last sample is called a sum or a mean of the others, but counts as a sample",
+    {"one of the last samples is called a sum or a mean of the others, but counts as a sample",
      "take it out of the file", true},
 };
 static_assert(std::size(doubtWords) == static_cast<std::size_t>(Doubt::noNumbers));

@@ -12,6 +12,9 @@ void tellForm(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages
         messages.note("line %lld is no UTF-8", static_cast<long long>(form.notUtf8Line));
     }
     if (form.namesDelimiter) messages.note("line 1 names the delimiter");
+    if (form.namesLine > 0) {
+        messages.note("the comment in line %lld holds the names", static_cast<long long>(form.namesLine));
+    }
     char labels[200];
     if (plan.labelColumn < 0) {
         std::snprintf(labels, sizeof labels, "samples numbered");
@@ -60,12 +63,20 @@ void tellPassedOver(const PassedOver& passed, ImportMessages& messages) {
     }
 }
 
-void tellTotal(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {
-    if (survey.totalLine == 0 || survey.isCut || plan.labelColumn != 0 || survey.rows < 3) return;
-    messages.warn(
-        "line %lld: the last row is called a sum or a mean of the others, but counts as a sample: take it "
-        "out of the file if it is none",
-        static_cast<long long>(survey.totalLine));
+// Rows that may be no samples.
+void tellDoubtfulRows(const ImportSurvey& survey, const ImportPlan& plan, ImportMessages& messages) {
+    if (survey.totalLine > 0 && !survey.isCut && plan.labelColumn == 0) {
+        messages.warn(
+            "line %lld: one of the last rows is called a sum or a mean of the others, but counts as a "
+            "sample: take it out of the file if it is none",
+            static_cast<long long>(survey.totalLine));
+    }
+    if (survey.labelRows > 0) {
+        messages.warn(
+            "rows that are empty behind their first cell: %lld, the first in line %lld: --rows fitting "
+            "leaves them out",
+            static_cast<long long>(survey.labelRows), static_cast<long long>(survey.firstLabelRow));
+    }
 }
 
 // One line a variable: "sex: 1 female, 2 male".
@@ -115,6 +126,6 @@ void tellFindings(const ImportSurvey& survey, const ImportPlan& plan, ImportMess
     messages.note("samples: %lld, variables: %lld", static_cast<long long>(survey.rows),
                   static_cast<long long>(plan.variables));
     tellPassedOver(survey.passedOver, messages);
-    tellTotal(survey, plan, messages);
+    tellDoubtfulRows(survey, plan, messages);
     tellCategories(survey, plan, messages);
 }

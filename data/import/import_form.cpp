@@ -213,6 +213,28 @@ bool HeadTable::isHeader(Index width) const {
     return others > 0 && recurring == 0;
 }
 
+// The line of the comment right above the rows when it holds a name for each column; 0: it does not.
+Index findCommentedNames(std::string_view head, bool isWhole, char delimiter, Index width,
+                         ImportRecord& record) {
+    const char* at = head.data();
+    const char* const last = at + head.size();
+    const CellEnds ends(delimiter);
+    RecordFault fault = RecordFault::none;
+    Index found = 0;
+    for (Index line = 1; at < last; line += record.lines) {
+        at = cutRecord(at, last, isWhole, ends, record, fault);
+        if (at == nullptr) return 0;
+        if (isBlankRecord(record)) continue;
+        if (!hasCommentMark(record, delimiter) || !hasBlankBehindMark(record)) return found;
+        takeMark(record);
+        const bool areNames = std::none_of(record.begin(), record.end(), [](const ImportCell& cell) {
+            return cell.text.empty() || isNumberShape(shapeOf(cell.text));
+        });
+        found = areNames && record.count == width ? line : 0;
+    }
+    return 0;
+}
+
 // The cells of a row, and whether there is a header and how wide it is.
 ErrorCode findWidth(std::string_view head, bool isWhole, Index width, const ImportOptions& options,
                     const MissingTexts& missing, ImportRecord& record, ImportForm& form) {
@@ -232,7 +254,11 @@ ErrorCode findWidth(std::string_view head, bool isWhole, Index width, const Impo
     form.hasHeader = options.header == HeaderRow::present;
     const bool shorter = table.headerWidth == width - 1;
     if (options.header == HeaderRow::found) form.hasHeader = shorter || table.isHeader(width);
-    if (!form.hasHeader) return success;
+    if (options.header != HeaderRow::absent && !shorter && !table.isHeader(width)) {
+        form.namesLine = findCommentedNames(head, isWhole, form.delimiter, width, record);
+        form.hasHeader = form.hasHeader || form.namesLine > 0;
+    }
+    if (!form.hasHeader || form.namesLine > 0) return success;
     form.isCornerless = table.isHeaderShorter(width);
     form.secondNames = table.secondNames(width);
     form.hasTitle = form.secondNames > 0 && width == 2 && table.headerFilled == 1;
@@ -294,6 +320,14 @@ bool hasCommentMark(const ImportRecord& record, char delimiter) {
 bool hasBlankBehindMark(const ImportRecord& record) {
     const std::size_t mark = record.text.starts_with("//") ? 2 : 1;
     return record.text.size() <= mark || record.text[mark] == ' ' || record.text[mark] == '\t';
+}
+
+void takeMark(ImportRecord& record) {
+    std::string_view& text = record.cells[0].text;
+    text.remove_prefix(std::min(text.find_first_not_of("#/; \t"), text.size()));
+    if (!text.empty() || record.count < 2) return;
+    std::copy(record.begin() + 1, record.end(), record.cells.data());
+    --record.count;
 }
 
 Index filledWidth(const ImportRecord& record) {

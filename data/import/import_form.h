@@ -12,6 +12,7 @@ struct ImportForm {
     bool isCornerless = false; // the header has no name for the column of labels
     Index width = 0;           // cells of a row
     Index headerWidth = 0;     // cells of the header, of which the last may be empty names
+    Index namesLine = 0;       // of the comment that holds the names; 0: none
     bool hasTitle = false;     // the first record of two columns is a title above the names
     Index secondNames = 0;     // rows below the header without numbers, as units, where numbers follow
     OddRows oddRows = OddRows::refused;
@@ -33,6 +34,8 @@ bool isLabelName(std::string_view name);
 bool hasCommentMark(const ImportRecord& record, char delimiter);
 // Whether a blank, or nothing, follows that mark.
 bool hasBlankBehindMark(const ImportRecord& record);
+// Takes the mark of a comment off its first cell, and that cell where nothing is left of it.
+void takeMark(ImportRecord& record);
 // The count of cells up to the last that is not empty.
 Index filledWidth(const ImportRecord& record);
 // Whether the record, above the names of a table, is a title: one cell alone where names of more belong.

@@ -32,17 +32,31 @@ ErrorCode surveyCell(std::string_view cell, Index line, const MissingTexts& miss
     return code;
 }
 
-// The beginning of the first cell of the row that was read last.
-struct LastLabel {
-    char characters[24];
-    std::size_t length = 0;
-    Index line = 0;
-
-    void set(std::string_view cell, Index number) {
-        length = cell.copy(characters, sizeof characters);
-        line = number;
+// The beginnings of the first cells of the rows that were read last.
+class LastLabels {
+public:
+    void add(std::string_view cell, Index line) {
+        Label& label = labels_[count_++ % lastRows];
+        label.length = cell.copy(label.characters, sizeof label.characters);
+        label.line = line;
     }
-    std::string_view text() const { return {characters, length}; }
+    // The line of the first that is called a total, two rows at least above it; 0 without one.
+    Index totalLine() const {
+        for (Index k = std::max(Index{2}, count_ - lastRows); k < count_; ++k) {
+            const Label& label = labels_[k % lastRows];
+            if (isTotalName({label.characters, label.length})) return label.line;
+        }
+        return 0;
+    }
+
+private:
+    struct Label {
+        char characters[24];
+        std::size_t length;
+        Index line;
+    };
+    Label labels_[lastRows] = {};
+    Index count_ = 0;
 };
 
 // Whether a label is that number.
@@ -72,13 +86,13 @@ ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mos
     ErrorCode code = missing.set(options);
     if (code == success) code = firstCells.start();
     if (code == success) code = rows.open(source, survey.form);
-    survey.rows = survey.widestRow = 0;
+    survey.rows = survey.widestRow = survey.labelRows = 0;
     survey.texts.clear();
     survey.isCut = survey.firstIsQuoted = false;
     survey.firstCounts = true;
     bool started = false;
     Index fromZero = 0;
-    LastLabel lastLabel;
+    LastLabels lastLabels;
     while (code == success && rows.next(record)) {
         if (!started) {
             code = startColumns(options, rows.isHeader() ? &record : nullptr, survey, messages);
@@ -93,9 +107,10 @@ ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mos
         const ImportCell& first = record.cells[0];
         if (survey.rows == 1) fromZero = first.text == "0" ? 1 : 0;
         code = firstCells.add(first.text);
-        lastLabel.set(first.text, record.line);
+        lastLabels.add(first.text, record.line);
         survey.firstIsQuoted = survey.firstIsQuoted || first.quoted;
         survey.firstCounts = survey.firstCounts && isNumbered(first.text, survey.rows - fromZero);
+        if (isTitle(record, survey.form.width) && survey.labelRows++ == 0) survey.firstLabelRow = record.line;
         Index bytes = 0;
         for (Index j = 0; code == success && j < survey.form.width; ++j) {
             if (survey.wishes[j].isOut() && j > 0) continue;
@@ -105,7 +120,7 @@ ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mos
         }
         survey.widestRow = std::max(survey.widestRow, bytes);
     }
-    survey.totalLine = isTotalName(lastLabel.text()) ? lastLabel.line : 0;
+    survey.totalLine = lastLabels.totalLine();
     survey.firstIsDifferent = firstCells.areDifferent();
     survey.passedOver = rows.passedOver();
     survey.checksum = rows.checksum();

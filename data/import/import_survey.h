@@ -15,7 +15,9 @@ struct ImportSurvey {
     bool firstIsDifferent = false; // no two cells of the first column are alike
     bool firstIsQuoted = false;    // one of them at least
     bool firstCounts = false;      // they count the rows, from 0 or 1
-    Index totalLine = 0;           // of the last row where the first column calls it a total; 0: it does not
+    Index totalLine = 0;           // of one of the last rows that the first column calls a total; 0: none
+    Index labelRows = 0,
+          firstLabelRow = 0; // rows of three cells or more whose cells behind the first are empty
     Index rows = 0;
     Index widestRow = 0; // bytes of a row as it would be written, every number as it stands
     PassedOver passedOver;

@@ -1,6 +1,9 @@
 #include "data/import/table_rows.h"
 
+#include <algorithm>
 #include <cstring>
+
+#include "data/import/cell_reading.h"
 
 namespace {
 
@@ -9,6 +12,11 @@ bool fillRecord(ImportRecord& record, Index width) {
     if (width > record.cells.size() && record.cells.grow(width) != success) return false;
     while (record.count < width) record.cells[record.count++] = {};
     return true;
+}
+
+bool hasNumber(const ImportRecord& record) {
+    return std::any_of(record.begin(), record.end(),
+                       [](const ImportCell& cell) { return isNumberShape(shapeOf(cell.text)); });
 }
 
 // ="007" is how a spreadsheet is made to keep digits as they stand.
@@ -24,7 +32,7 @@ ErrorCode TableRows::open(ByteSource& source, const ImportForm& form) {
     passedOver_ = {};
     blanks_ = firstBlank_ = 0;
     isFirst_ = true;
-    isHeader_ = hasNoMemory_ = false;
+    isHeader_ = hadRow_ = hasNoMemory_ = false;
     hadHeader_ = !form.hasHeader;
     return reader_.open(source, form.encoding, form.delimiter);
 }
@@ -34,6 +42,12 @@ bool TableRows::isComment(const ImportRecord& record) const {
     if (!hasCommentMark(record, form_.delimiter)) return false;
     if (hasBlankBehindMark(record)) return true;
     return record.count != form_.width && record.count != (hadHeader_ ? form_.width : form_.headerWidth);
+}
+
+// What stands alone in its row: a title above the names, and below them what the user leaves out.
+bool TableRows::isTitleHere(const ImportRecord& record, Index width) const {
+    if (hadHeader_) return form_.oddRows == OddRows::leftOut && isTitle(record, width);
+    return form_.hasHeader && (isTitle(record, width) || (form_.hasTitle && passedOver_.odd == 0));
 }
 
 bool TableRows::next(ImportRecord& record) {
@@ -46,7 +60,10 @@ bool TableRows::next(ImportRecord& record) {
             if (blanks_++ == 0) firstBlank_ = record.line;
             continue;
         }
-        if (isComment(record)) {
+        const bool isNames = !hadHeader_ && record.line == form_.namesLine;
+        if (isNames) {
+            takeMark(record);
+        } else if (isComment(record)) {
             if (passedOver_.comments++ == 0) passedOver_.firstComment = record.line;
             continue;
         }
@@ -58,17 +75,17 @@ bool TableRows::next(ImportRecord& record) {
                 return false;
             }
         }
-        if (!isFitting(record, width) ||
-            (!hadHeader_ && (isTitle(record, width) || (form_.hasTitle && passedOver_.odd == 0)))) {
+        if (hadHeader_ && !hadRow_ && form_.oddRows != OddRows::refused &&
+            passedOver_.secondNames < form_.secondNames && isFitting(record, width) && !hasNumber(record)) {
+            if (passedOver_.secondNames++ == 0) passedOver_.firstSecondName = record.line;
+            continue;
+        }
+        if (!isFitting(record, width) || isTitleHere(record, width)) {
             if (passedOver_.odd++ == 0) {
                 passedOver_.firstOdd = record.line;
                 passedOver_.firstOddCells = filledWidth(record);
             }
             passedOver_.shorter += hadHeader_ && record.count < width;
-            continue;
-        }
-        if (hadHeader_ && form_.oddRows != OddRows::refused && passedOver_.secondNames < form_.secondNames) {
-            if (passedOver_.secondNames++ == 0) passedOver_.firstSecondName = record.line;
             continue;
         }
         if (blanks_ > 0 && hadHeader_) {
@@ -77,6 +94,7 @@ bool TableRows::next(ImportRecord& record) {
         }
         blanks_ = 0;
         isHeader_ = !hadHeader_;
+        hadRow_ = hadHeader_;
         hadHeader_ = true;
         // Quotes that are written twice become one.
         for (Index k = 0; k < record.count && k < form_.width; ++k) {

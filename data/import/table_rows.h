@@ -27,6 +27,7 @@ public:
 
 private:
     bool isComment(const ImportRecord& record) const;
+    bool isTitleHere(const ImportRecord& record, Index width) const;
 
     RecordReader reader_;
     ImportForm form_;
@@ -34,6 +35,7 @@ private:
     Index blanks_ = 0, firstBlank_ = 0; // since the last row
     bool isFirst_ = true;
     bool isHeader_ = false;
+    bool hadRow_ = false; // below the header
     bool hasNoMemory_ = false;
     bool hadHeader_ = false;
 };
