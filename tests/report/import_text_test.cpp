@@ -17,7 +17,7 @@ TEST(ImportText, NamesWhatCanBeChosen) {
     EXPECT_EQ(entriesOf(ImportChoice::decimal), "please choose|point|comma|");
     EXPECT_EQ(entriesOf(ImportChoice::thousands), "not known yet|none|comma|point|space|");
     EXPECT_EQ(entriesOf(ImportChoice::labels), "found: #1 n|first|none|#1 n|#2 x|#3 h\xC3\xB6he|");
-    EXPECT_EQ(entriesOf(ImportChoice::oddRows, 1), "all|fitting|");
+    EXPECT_EQ(entriesOf(ImportChoice::oddRows, 1), "all|fitting|filled|");
 
     char name[24];
     messages.clear();
