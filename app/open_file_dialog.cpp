@@ -8,7 +8,7 @@
 
 bool showOpenFileDialog(Program& program) {
     std::int32_t& fileType = program.run.options.settings.fileType;
-    char path[260] = "";
+    char path[pathSize] = "";
     OPENFILENAMEA dialog = {};
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = program.window;

@@ -34,7 +34,7 @@ struct Program {
     HMODULE richEdit = nullptr;
     DWORD dde = 0;
     GraphPreferences rememberedGraph = {}; // options of the preference page while the graph was on
-    char screenPath[260] = "";             // shared by both screens for saving and opening
+    char screenPath[pathSize] = "";        // shared by both screens for saving and opening
     DWORD screenFilter = 1;                // 1 rich text, 2 plain text; last chosen
     HDC targetDevices[2] = {};             // printers that the screens wrap by, or null
     GraphWindow graph;

@@ -144,7 +144,7 @@ bool putOnClipboard(HWND window, HENHMETAFILE metafile, HBITMAP bitmap) {
     return hasMetafile && hasBitmap;
 }
 
-bool choosePath(const Program& program, char (&path)[260]) {
+bool choosePath(const Program& program, char (&path)[pathSize]) {
     static_cast<void>(proposeTablePath(program.run.data.path, "-picture.svg", path));
     OPENFILENAMEA dialog = {};
     dialog.lpstrFilter = "picture (*.svg)\0*.svg\0all files (*.*)\0*.*\0";

@@ -29,7 +29,7 @@ bool chooseTablePath(HWND owner, const Program& program, BOOL(WINAPI* ask)(OPENF
     return false;
 }
 
-bool chooseTableTarget(HWND owner, const Program& program, char (&path)[260]) {
+bool chooseTableTarget(HWND owner, const Program& program, char (&path)[pathSize]) {
     OPENFILENAMEA dialog = {};
     dialog.lpstrFilter = "csv file (*.csv)\0*.csv\0all files (*.*)\0*.*\0";
     dialog.lpstrDefExt = "csv";

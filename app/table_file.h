@@ -16,7 +16,7 @@
 bool chooseTablePath(HWND owner, const Program& program, BOOL(WINAPI* ask)(OPENFILENAMEA*),
                      OPENFILENAMEA& dialog);
 // The same for a table that is to be saved; `path` is what is proposed.
-bool chooseTableTarget(HWND owner, const Program& program, char (&path)[260]);
+bool chooseTableTarget(HWND owner, const Program& program, char (&path)[pathSize]);
 
 // Whether two paths lead to one file.
 bool isSameFile(const char* path, const char* other);

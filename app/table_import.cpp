@@ -15,7 +15,7 @@ namespace {
 // A file up to this size is looked at as a whole after each choice, a longer one only when it is saved.
 constexpr std::uint64_t smallFile = 4 << 20; // bytes
 
-bool chooseSource(const Program& program, char (&path)[260]) {
+bool chooseSource(const Program& program, char (&path)[pathSize]) {
     OPENFILENAMEA dialog = {};
     dialog.lpstrTitle = "Import Table";
     dialog.lpstrFilter = "tables (*.csv;*.txt;*.tsv;*.dat)\0*.csv;*.txt;*.tsv;*.dat\0all files (*.*)\0*.*\0";
@@ -28,7 +28,7 @@ bool chooseSource(const Program& program, char (&path)[260]) {
 struct Import {
     const Program& program;
     const char* source;
-    char (&target)[260];
+    char (&target)[pathSize];
 };
 
 // False: nothing is written. Of a refusal, which the messages hold, the dialog tells.
@@ -67,7 +67,7 @@ bool save(HWND owner, void* context, ByteSource& source, const ImportOptions& op
 
 } // namespace
 
-bool showTableImport(const Program& program, char (&path)[260], Block<char>& notes) {
+bool showTableImport(const Program& program, char (&path)[pathSize], Block<char>& notes) {
     char source[sizeof path] = "", target[sizeof path] = "";
     if (!chooseSource(program, source)) return false;
     std::FILE* const file = std::fopen(source, "rb");

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <initializer_list>
 
 #include "data/number.h"
@@ -69,6 +70,11 @@ void orderBySelection(DataSet& data, Block<std::int32_t>& order) {
 }
 
 } // namespace
+
+const char* fileName(const DataSet& data) {
+    const char* const separator = std::strrchr(data.path, '\\');
+    return separator != nullptr ? separator + 1 : data.path;
+}
 
 ErrorCode allocateDataSet(DataSet& data) {
     data.cells.texts.replace(0, "(none)");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -25,6 +26,9 @@ struct DataMatrix {
     const char* name(Index variable) const { return names[variable]; }
     const char* label(Index sample) const { return labels[sample]; }
 };
+
+// Bytes of a path and its end, as many as Windows takes.
+constexpr std::size_t pathSize = 260;
 
 // Ten columns of the cell table that the user keeps out; 0 excludes nothing.
 struct ExclusionList {
@@ -104,8 +108,11 @@ struct DataSet {
     std::int32_t leftOut = 0; // samples, by the policy
     ReadingNotes notes;       // of the file that was read last
     FittedModel model;
-    char path[260] = "";
+    char path[pathSize] = "";
 };
+
+// The name of the data's file without its folder.
+const char* fileName(const DataSet& data);
 
 // Names cell (0,0) "(none)" and allocates everything that has the size of the cell table; success or
 // outOfMemory (the data set is then empty).

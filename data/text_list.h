@@ -57,7 +57,7 @@ private:
 // it is set, once and after those of smaller numbers.
 class TextList {
 public:
-    // Room for so many texts of together so many characters, their ends not counted; 0 or outOfMemory.
+    // Room for so many texts of together so many characters, their ends not counted; success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index count, Index characters);
     // The same for texts of any length.
     [[nodiscard]] ErrorCode allocate(Index count) { return allocate(count, count * textSlotLength); }

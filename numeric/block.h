@@ -45,7 +45,7 @@ public:
     Block& operator=(const Block&) = delete;
     ~Block() { release(); }
 
-    // Replaces the contents by count zero items; 0 or outOfMemory (then empty).
+    // Replaces the contents by count zero items; success or outOfMemory (then empty).
     [[nodiscard]] ErrorCode allocate(Index count) {
         release();
         if (count == 0) return success;
@@ -55,7 +55,7 @@ public:
         return success;
     }
 
-    // Enlarges to count items, keeping the present ones; 0 or outOfMemory (then unchanged).
+    // Enlarges to count items, keeping the present ones; success or outOfMemory (then unchanged).
     [[nodiscard]] ErrorCode grow(Index count) {
         Block larger;
         if (larger.allocate(count) != success) return outOfMemory;

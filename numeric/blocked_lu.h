@@ -8,7 +8,7 @@
 // of blocks.
 
 // scales (n) are the factors by which the rows count in the choice of pivots, and are exchanged with them.
-// Returns 0 or decompositionFailed.
+// Returns success or decompositionFailed.
 [[nodiscard]] ErrorCode decomposeByBlocks(Index n, Index stride, double* a, double* scales,
                                           std::int32_t* permutation, double& sign);
 

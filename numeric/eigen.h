@@ -20,8 +20,8 @@ ErrorCode HouseholderTridiagonalise(Index n, Index stride, double* a, double* d,
 ErrorCode EigenSortDescending(Index n, Index stride, double* vectors, double* values);
 
 // Eigenvalues of source in descending order and its orthonormal eigenvectors, signs as they come. source may
-// be vectors itself. From order 256 on other methods with scratch of three such matrices serve. Returns 0 or
-// outOfMemory; values and vectors that did not converge are returned with 0.
+// be vectors itself. From order 256 on other methods with scratch of three such matrices serve. Returns
+// success or outOfMemory; values and vectors that did not converge are returned with 0.
 [[nodiscard]] ErrorCode SymmetricEigen(Index n, Index stride, double* vectors, double* values,
                                        const double* source);
 
@@ -29,5 +29,5 @@ ErrorCode EigenSortDescending(Index n, Index stride, double* vectors, double* va
 [[nodiscard]] ErrorCode SymmetricEigen(Matrix& vectors, Block<double>& values, const Matrix& source);
 
 // The eigenvalues alone, of a matrix that is destroyed; the same as from SymmetricEigen, from order 256 on to
-// rounding. Returns 0 or outOfMemory.
+// rounding. Returns success or outOfMemory.
 [[nodiscard]] ErrorCode symmetricEigenvalues(Matrix& a, Block<double>& values);

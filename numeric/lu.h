@@ -17,16 +17,16 @@
 // Returns 0.
 ErrorCode LuSolve(Index n, Index stride, const double* factors, const std::int32_t* permutation, double* b);
 
-// Inverse and determinant of a, which is destroyed; inverse has the stride of a. Returns 0 or outOfMemory.
-// A matrix that cannot be factored is not refused: its determinant is 0, and at least one diagonal element of
-// its inverse is not finite. Whoever needs to know asks isSingular.
+// Inverse and determinant of a, which is destroyed; inverse has the stride of a. Returns success or
+// outOfMemory. A matrix that cannot be factored is not refused: its determinant is 0, and at least one
+// diagonal element of its inverse is not finite. Whoever needs to know asks isSingular.
 [[nodiscard]] ErrorCode MatrixInverse(Index n, Index stride, double* a, double* inverse, double& determinant);
 
 // The same for one column of the inverse alone (n), for a third of the time.
 [[nodiscard]] ErrorCode invertColumn(Index n, Index stride, double* a, Index j, double* column,
                                      double& determinant);
 
-// Determinant of a, which is destroyed: 0 where it cannot be factored. Returns 0 or outOfMemory.
+// Determinant of a, which is destroyed: 0 where it cannot be factored. Returns success or outOfMemory.
 [[nodiscard]] ErrorCode MatrixDeterminant(Index n, Index stride, double* a, double& determinant);
 
 // Whether a (as it was before MatrixInverse) counts as singular: some a_jj * inverse_jj is not finite, not
@@ -40,6 +40,6 @@ bool isSingular(Index n, Index stride, const double* a, Index inverseStride, con
 [[nodiscard]] ErrorCode MatrixDeterminant(Matrix& a, double& determinant);
 bool isSingular(const Matrix& a, const Matrix& inverse);
 
-// The inverse of a, which is kept: scratch takes its copy. Returns 0, outOfMemory, or singularMatrix where
-// isSingular says so.
+// The inverse of a, which is kept: scratch takes its copy. Returns success, outOfMemory, or singularMatrix
+// where isSingular says so.
 [[nodiscard]] ErrorCode invertRegular(const Matrix& a, Matrix& scratch, Matrix& inverse);

@@ -9,7 +9,7 @@
 // A zero-filled block of doubles that knows its rows and columns; element (i, j) stands at i * columns + j.
 class Matrix {
 public:
-    // Replaces the contents by rows x columns zeros; 0 or outOfMemory (then empty).
+    // Replaces the contents by rows x columns zeros; success or outOfMemory (then empty).
     [[nodiscard]] ErrorCode allocate(Index rows, Index columns) {
         rows_ = columns_ = 0;
         const bool fits = rows <= 0 || columns <= PTRDIFF_MAX / rows;

@@ -11,7 +11,7 @@ struct MomentMatrices {
     Matrix covariance;   // p x p
     Matrix correlation;  // p x p
 
-    // Zero-filled arrays for p variables; 0 or outOfMemory.
+    // Zero-filled arrays for p variables; success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index p);
 };
 

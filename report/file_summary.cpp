@@ -1,7 +1,6 @@
 #include "report/file_summary.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string_view>
 
 #include "report/doubt_messages.h"
@@ -34,8 +33,7 @@ void recordLines(std::string_view rest, ReportStructure& structure) {
 void writeFileSummary(Screens& screens, Report& report, const DataSet& data, int variableLength,
                       int labelLength, bool tellDoubts) {
     const DataMatrix& working = data.working;
-    const char* separator = std::strrchr(data.path, '\\');
-    const char* name = separator != nullptr ? separator + 1 : data.path;
+    const char* const name = fileName(data);
 
     report.upper.clear();
     report.upper.append("\n");

@@ -1,16 +1,12 @@
 #include "analysis/run/data_check.h"
 
-#include <cstring>
-
 #include "report/doubt_messages.h"
 
 void checkData(Screens& screens, AnalysisRun& run) {
     TextBuffer& text = run.report.lower;
     const DataSet& data = run.data;
-    const char* const separator = std::strrchr(data.path, '\\');
     text.clear();
-    text.appendFormat("\ncheck of data file named : '%s'\n\n",
-                      separator != nullptr ? separator + 1 : data.path);
+    text.appendFormat("\ncheck of data file named : '%s'\n\n", fileName(data));
     if (data.notes.refusal.cause != RefusalCause::none) {
         writeRefusal(text, data.notes.refusal, windowDoubts);
     } else {

@@ -129,7 +129,7 @@ void closeDataFile(Frontend& frontend, AnalysisRun& run) {
     frontend.setDataLoaded(false);
 }
 
-void forceExtension(char (&path)[260], std::int32_t fileType) {
+void forceExtension(char (&path)[pathSize], std::int32_t fileType) {
     const std::size_t length = std::strlen(path);
     if (length == 0) return;
     std::size_t last = length - 1;
@@ -137,7 +137,7 @@ void forceExtension(char (&path)[260], std::int32_t fileType) {
     std::snprintf(path + last + 1, sizeof path - last - 1, "%s", fileType == csvFile ? "csv" : "xls");
 }
 
-bool proposeTablePath(const char* path, const char* end, char (&proposed)[260]) {
+bool proposeTablePath(const char* path, const char* end, char (&proposed)[pathSize]) {
     std::string_view name(path);
     const std::size_t file = name.find_last_of("\\/:") + 1; // 0 when nothing is found
     const std::size_t extension = name.rfind('.');
@@ -150,7 +150,7 @@ bool proposeTablePath(const char* path, const char* end, char (&proposed)[260]) 
     return true;
 }
 
-bool namedDataFile(const char* name, bool isThere, char (&path)[260]) {
+bool namedDataFile(const char* name, bool isThere, char (&path)[pathSize]) {
     const std::string_view given(name);
     const std::size_t file = given.find_last_of("\\/:") + 1; // 0 when nothing is found
     const bool hasExtension = given.find('.', file) != std::string_view::npos;

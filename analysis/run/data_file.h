@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/run/frontend.h"
+#include "data/data_set.h"
 #include "data/file_code.h"
 
 struct LoadResult {
@@ -27,12 +28,12 @@ void closeDataFile(Frontend& frontend, AnalysisRun& run);
 
 // What the dialog that asks for a file does with its answer, which always has an extension: replaces what
 // follows the last "." of a path by "csv" or "xls"; a path without one keeps its first character only.
-void forceExtension(char (&path)[260], std::int32_t fileType);
+void forceExtension(char (&path)[pathSize], std::int32_t fileType);
 
 // The path that is proposed for what comes of a file: its own with `end`, such as "-import.csv", in the place
 // of the extension. False when it is too long; `proposed` is then empty.
-[[nodiscard]] bool proposeTablePath(const char* path, const char* end, char (&proposed)[260]);
+[[nodiscard]] bool proposeTablePath(const char* path, const char* end, char (&proposed)[pathSize]);
 
 // The path of a file that was named without a dialog: as it is named, or with ".csv" when it has no extension
 // and is not there (`isThere`). False when the path is too long; `path` is then unchanged.
-[[nodiscard]] bool namedDataFile(const char* name, bool isThere, char (&path)[260]);
+[[nodiscard]] bool namedDataFile(const char* name, bool isThere, char (&path)[pathSize]);

@@ -65,7 +65,7 @@ void putCell(std::string_view text, const TextTarget& target, CellTable& cells, 
 // The first rows as they stand in the file, as far as they can be divided into cells.
 ErrorCode showRawRows(ByteSource& source, const ImportSurvey& survey, const TextTarget& target,
                       Index mostRows, CellTable& cells) {
-    TableRows rows;
+    ImportRows rows;
     ImportRecord record;
     const Index cols = std::min(survey.form.width, mostRawColumns);
     if (cols == 0) return success;

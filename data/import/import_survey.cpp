@@ -5,6 +5,7 @@
 
 #include "data/doubts.h"
 #include "data/import/column_names.h"
+#include "data/import/unicode.h"
 
 namespace {
 
@@ -19,7 +20,8 @@ ErrorCode surveyCell(std::string_view cell, Index line, const MissingTexts& miss
     if (shape == CellShape::missing) {
         if (!cell.empty() && column.marked++ == 0) {
             column.markedLine = line;
-            column.mark[cell.copy(column.mark, sizeof column.mark - 1)] = '\0';
+            const std::string_view shown = firstCharacters(cell, sizeof column.mark - 1);
+            column.mark[shown.copy(column.mark, shown.size())] = '\0';
         }
         return success;
     }
@@ -79,7 +81,7 @@ ErrorCode startColumns(const ImportOptions& options, const ImportRecord* header,
 // The rows under one encoding; `fault` receives what ends the reading before its end.
 ErrorCode surveyRows(ByteSource& source, const ImportOptions& options, Index mostRows, ImportSurvey& survey,
                      ImportMessages& messages, RecordFault& fault, Index& faultLine) {
-    TableRows rows;
+    ImportRows rows;
     ImportRecord record;
     MissingTexts missing;
     DifferentTexts firstCells;

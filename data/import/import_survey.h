@@ -3,7 +3,7 @@
 #include "data/import/column_names.h"
 #include "data/import/column_survey.h"
 #include "data/import/import_messages.h"
-#include "data/import/table_rows.h"
+#include "data/import/import_rows.h"
 
 // What the first reading of a file found.
 struct ImportSurvey {

@@ -99,7 +99,7 @@ void tellWritten(const Written& written, ImportMessages& messages) {
 ErrorCode writeTable(ByteSource& source, const ImportOptions& options, const ImportSurvey& survey,
                      const ImportPlan& plan, Index mostRows, TableSink& sink, ImportMessages& messages) {
     LineBuffer lines;
-    TableRows rows;
+    ImportRows rows;
     MissingTexts missing;
     ErrorCode code = missing.set(options);
     if (code == success) code = lines.allocate((plan.variables + 1) * Index{textSlotSize} + 1);

@@ -24,7 +24,7 @@ struct MomentTable {
     Matrix greatest;      // groups x p: the greatest size of a value, 1 where it is unknown
     Matrix covariances;   // groups * p x p: those of one group below those of another; divisor N
 
-    // Zero-filled arrays of these sizes, every greatest size 1; 0 or outOfMemory.
+    // Zero-filled arrays of these sizes, every greatest size 1; success or outOfMemory.
     [[nodiscard]] ErrorCode allocate(Index groupCount, Index variableCount);
     bool isEmpty() const { return variables == 0; }
     // Of all groups; 0 where it is unknown.

@@ -1,4 +1,10 @@
 """What the tests of this folder count, and how they end: as script/test reads it."""
+import faulthandler
+import signal
+
+signal.signal(signal.SIGINT, signal.default_int_handler)  # what runs in the background is born deaf to it
+faulthandler.dump_traceback_later(600, exit=True)  # a test that hangs tells where
+
 answers = []  # what was checked, and whether it held
 
 

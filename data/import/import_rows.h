@@ -13,7 +13,7 @@ struct PassedOver {
 };
 
 // The header and the rows of a table, without what is around them.
-class TableRows {
+class ImportRows {
 public:
     [[nodiscard]] ErrorCode open(ByteSource& source, const ImportForm& form);
     // The header first, if the form has one, then the rows; false at the end and at a fault.

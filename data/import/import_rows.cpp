@@ -1,4 +1,4 @@
-#include "data/import/table_rows.h"
+#include "data/import/import_rows.h"
 
 #include <algorithm>
 #include <cstring>
@@ -27,7 +27,7 @@ void takeFormula(std::string_view& text) {
 
 } // namespace
 
-ErrorCode TableRows::open(ByteSource& source, const ImportForm& form) {
+ErrorCode ImportRows::open(ByteSource& source, const ImportForm& form) {
     form_ = form;
     passedOver_ = {};
     blanks_ = firstBlank_ = 0;
@@ -38,19 +38,19 @@ ErrorCode TableRows::open(ByteSource& source, const ImportForm& form) {
 }
 
 // A line that divides like the table is data, unless a blank stands behind its mark.
-bool TableRows::isComment(const ImportRecord& record) const {
+bool ImportRows::isComment(const ImportRecord& record) const {
     if (!hasCommentMark(record, form_.delimiter)) return false;
     if (hasBlankBehindMark(record)) return true;
     return record.count != form_.width && record.count != (hadHeader_ ? form_.width : form_.headerWidth);
 }
 
 // What stands alone in its row: a title above the names, and below them what the user leaves out.
-bool TableRows::isTitleHere(const ImportRecord& record, Index width) const {
+bool ImportRows::isTitleHere(const ImportRecord& record, Index width) const {
     if (hadHeader_) return form_.oddRows == OddRows::leftOut && isTitle(record, width);
     return form_.hasHeader && (isTitle(record, width) || (form_.hasTitle && passedOver_.odd == 0));
 }
 
-bool TableRows::next(ImportRecord& record) {
+bool ImportRows::next(ImportRecord& record) {
     while (reader_.next(record)) {
         char delimiter;
         const bool first = isFirst_;
