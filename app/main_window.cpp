@@ -232,7 +232,7 @@ bool isThere(const char* path) {
 
 // A data file that was named when the program started or was dropped on the window.
 void openNamedFile(Program& program, const char* name) {
-    char named[sizeof program.run.data.path], path[sizeof named];
+    char named[pathSize], path[sizeof named];
     const bool fits = namedDataFile(name, isThere(name), named);
     const DWORD length = fits ? GetFullPathNameA(named, sizeof path, path, nullptr) : 0;
     if (!fits || length >= sizeof path) {
@@ -250,7 +250,7 @@ void openNamedFile(Program& program, const char* name) {
 
 // The first of the files. While data is loaded the window takes none, but one may be on its way.
 void openDroppedFile(Program& program, HDROP drop) {
-    char name[sizeof program.run.data.path] = "";
+    char name[pathSize] = "";
     const bool fits = DragQueryFileA(drop, 0, nullptr, 0) < sizeof name;
     DragQueryFileA(drop, 0, name, sizeof name);
     DragFinish(drop);

@@ -24,7 +24,7 @@ bool showOpenFileDialog(Program& program) {
     }
     fileType = dialog.nFilterIndex == 2 ? 1 : 0;
     forceExtension(path, fileType);
-    std::snprintf(program.run.data.path, sizeof program.run.data.path, "%s", path);
+    std::snprintf(program.run.data.path, pathSize, "%s", path);
     return true;
 }
 

@@ -172,7 +172,7 @@ void savePicture(Program& program) {
         showOutOfMemory(program.window);
         return;
     }
-    char path[sizeof program.run.data.path] = "";
+    char path[pathSize] = "";
     if (!choosePath(program, path)) return;
     if (isSameFile(program.run.data.path, path)) {
         showAlert(program.window, "this is the file of the data :\nsave the picture under another name");

@@ -18,7 +18,7 @@ void saveColumns(const Program& program) {
             "a line would be too long to be read again :\nexclude variables, and run the analysis again");
         return;
     }
-    char path[sizeof run.data.path] = "";
+    char path[pathSize] = "";
     static_cast<void>(proposeTablePath(run.data.path, "-results.csv", path));
     if (!chooseTableTarget(program.window, program, path)) return;
     if (isSameFile(run.data.path, path)) {

@@ -22,7 +22,7 @@ bool chooseTablePath(HWND owner, const Program& program, BOOL(WINAPI* ask)(OPENF
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = owner;
     dialog.nFilterIndex = 1;
-    dialog.nMaxFile = sizeof program.run.data.path;
+    dialog.nMaxFile = pathSize;
     dialog.Flags |= OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
     if (ask(&dialog) != 0) return true;
     if (CommDlgExtendedError() == FNERR_BUFFERTOOSMALL) tellPathTooLong(program);

@@ -229,9 +229,9 @@ bool parseCommandLine(int count, char* const* argumentTexts, CommandLine& line, 
     if (!checkScoreOptions(line, complaint)) return false;
     if (!checkMomentOptions(line, complaint)) return false;
     if (line.file == nullptr) complaint.say("which file?");
-    if (line.file != nullptr && std::strlen(line.file) >= sizeof DataSet::path) {
-        complaint.say("the path of the file has more than %d characters",
-                      static_cast<int>(sizeof DataSet::path) - 1);
+    for (const char* path : {line.file, line.shownPath}) {
+        if (path == nullptr || std::strlen(path) < pathSize) continue;
+        complaint.say("the path of the file has more than %d characters", static_cast<int>(pathSize) - 1);
     }
     return !complaint.any();
 }

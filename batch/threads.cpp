@@ -1,5 +1,7 @@
 #include "batch/threads.h"
 
+#include <algorithm>
+
 #ifdef _WIN32
 #include <process.h>
 #include <windows.h>

@@ -211,7 +211,7 @@ void takeUnit(std::string_view& number, NumberUnit& unit) {
 bool mayBeDressed(std::string_view cell) {
     const char last = cell.back();
     if (last == '%' || last == ')' || last == '-' || last == '$') return true;
-    if (std::strchr("$%(+-", cell[0]) != nullptr) return true;
+    if (std::string_view("$%(+-").find(cell[0]) != std::string_view::npos) return true;
     return cell[0] == '\xE2' || cell[0] == '\xC2' || last == '\xAC' || last == '\xA3' || last == '\xA5';
 }
 

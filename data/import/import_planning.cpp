@@ -135,12 +135,13 @@ void tellNumbers(const ColumnSurvey& column, Shown name, ImportMessages& message
 
 // Whether a text is a number and something else behind it, but no range as 20-29.
 bool beginsWithNumber(std::string_view text) {
-    std::size_t at = text.find_first_not_of("0123456789.,");
-    if (at == 0 && (text[0] == '<' || text[0] == '>' || text[0] == '~'))
-        return beginsWithNumber(text.substr(1));
-    if (at == 0 || at == std::string_view::npos) return at != 0;
-    while (at < text.size() && text[at] == ' ') ++at;
-    return text[at] != '-' && text[at] != '+' && text[at] != '/' && text[at] != '\xE2';
+    if (text.starts_with('<') || text.starts_with('>') || text.starts_with('~')) text.remove_prefix(1);
+    const std::size_t digits = std::min(text.find_first_not_of("0123456789.,"), text.size());
+    text.remove_prefix(digits);
+    while (text.starts_with(' ')) text.remove_prefix(1);
+    const bool isRange =
+        text.starts_with('-') || text.starts_with('+') || text.starts_with('/') || text.starts_with('\xE2');
+    return digits > 0 && !isRange;
 }
 
 // Tells what is missing among texts, where a mark can be a text.
