@@ -144,9 +144,10 @@ TEST(DialogTemplates, OfTheImportHaveTheNamesOfItsChoices) {
         const std::string label = namesOf(static_cast<ImportChoice>(k)).label;
         at = dialog.find("LTEXT \"" + label + "\", CONTROL_STATIC", at);
         ASSERT_NE(at, std::string::npos) << label;
-        const std::string control = k == 0 ? "FIRST," : "FIRST + " + std::to_string(k) + ",";
-        const std::string sort = k < wordChoiceCount ? "COMBOBOX" : "EDITTEXT";
+        std::string control = k < wordChoiceCount ? "COMBOBOX" : "EDITTEXT";
+        control += " CONTROL_IMPORT_FIRST";
+        control += k == 0 ? "," : " + " + std::to_string(k) + ",";
         at = dialog.find('\n', at);
-        EXPECT_EQ(dialog.find(sort + " CONTROL_IMPORT_" + control, at), at + 5) << label;
+        EXPECT_EQ(dialog.find(control, at), at + 5) << label;
     }
 }
