@@ -60,7 +60,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     if (!isLoaded) return 0;
     for (std::int32_t k = 0; k < cells.rows * cells.cols; ++k) {
         const std::string_view text = cells.cell(0, k);
-        require(text.size() <= 62 && text.find_first_of("\r\n") == text.npos);
+        require(text.size() <= 62 && text.find_first_of("\r\n") == std::string_view::npos);
     }
     showLoadedData(frontend, run);
     writeDoubts(run.report.lower, run.data, windowDoubts);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <numbers>
 #include <random>
 #include <vector>
@@ -63,7 +64,7 @@ TEST(SymmetricEigen, LargeMatricesOfEveryKind) {
         {"rising", [](Index i, Index j, double z) { return z * std::exp(0.1 * double(i + j)); }},
         {"nearly the same", [](Index i, Index j, double z) { return i == j ? 1.0 : z * 1e-15; }},
         {"pairs", // Wilkinson 1965
-         [](Index i, Index j, double) { return i == j ? std::fabs(double(i - n / 2)) : double(i == j + 1); }},
+         [](Index i, Index j, double) { return i == j ? double(std::abs(i - n / 2)) : double(i == j + 1); }},
     };
     for (const auto& one : cases) {
         Matrix a, vectors;
