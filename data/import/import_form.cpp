@@ -13,6 +13,8 @@ namespace {
 // Records that the form is found out from.
 constexpr Index mostRecords = 200;
 constexpr Index fewestRecords = 20;
+// Lines of units or second names below the names.
+constexpr Index mostSecondNames = 3;
 
 // In the order of Delimiter, behind `found`.
 constexpr char delimiters[] = {',', ';', '\t', '|', ' '};
@@ -103,8 +105,6 @@ ErrorCode findDelimiter(std::string_view head, bool isWhole, const MissingTexts&
     if (10 * blanks.numbers >= 3 * blanks.cells && 0.75 * blanks.merit > merit) best = ' ';
     return success;
 }
-
-constexpr Index mostSecondNames = 3;
 
 // What a column of the head holds, the header apart.
 struct HeadColumn {

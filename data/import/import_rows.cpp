@@ -19,6 +19,17 @@ bool hasNumber(const ImportRecord& record) {
                        [](const ImportCell& cell) { return isNumberShape(shapeOf(cell.text)); });
 }
 
+// Quotes that are written twice become one, in place.
+void joinQuotes(std::string_view& text) {
+    char* const bytes = const_cast<char*>(text.data());
+    std::size_t length = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        bytes[length++] = text[at];
+        if (text[at] == '"') ++at;
+    }
+    text = {bytes, length};
+}
+
 // ="007" is how a spreadsheet is made to keep digits as they stand.
 void takeFormula(std::string_view& text) {
     if (text.size() < 3 || text[0] != '=' || text[1] != '"' || text.back() != '"') return;
@@ -50,6 +61,13 @@ bool ImportRows::isTitleHere(const ImportRecord& record, Index width) const {
     return form_.hasHeader && (isTitle(record, width) || (form_.hasTitle && passedOver_.odd == 0));
 }
 
+// Units or second names right below the names.
+bool ImportRows::areSecondNames(const ImportRecord& record) const {
+    return hadHeader_ && !hadRow_ && form_.oddRows != OddRows::refused &&
+           passedOver_.secondNames < form_.secondNames && isFitting(record, form_.width) &&
+           !hasNumber(record);
+}
+
 bool ImportRows::next(ImportRecord& record) {
     while (reader_.next(record)) {
         char delimiter;
@@ -75,8 +93,7 @@ bool ImportRows::next(ImportRecord& record) {
                 return false;
             }
         }
-        if (hadHeader_ && !hadRow_ && form_.oddRows != OddRows::refused &&
-            passedOver_.secondNames < form_.secondNames && isFitting(record, width) && !hasNumber(record)) {
+        if (areSecondNames(record)) {
             if (passedOver_.secondNames++ == 0) passedOver_.firstSecondName = record.line;
             continue;
         }
@@ -96,20 +113,9 @@ bool ImportRows::next(ImportRecord& record) {
         isHeader_ = !hadHeader_;
         hadRow_ = hadHeader_;
         hadHeader_ = true;
-        // Quotes that are written twice become one.
         for (Index k = 0; k < record.count && k < form_.width; ++k) {
             ImportCell& cell = record.cells[k];
-            if (!cell.doubled) {
-                takeFormula(cell.text);
-                continue;
-            }
-            char* const bytes = const_cast<char*>(cell.text.data());
-            std::size_t length = 0;
-            for (std::size_t at = 0; at < cell.text.size(); ++at) {
-                bytes[length++] = cell.text[at];
-                if (cell.text[at] == '"') ++at;
-            }
-            cell.text = {bytes, length};
+            if (cell.doubled) joinQuotes(cell.text);
             takeFormula(cell.text);
         }
         return true;

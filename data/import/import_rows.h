@@ -8,8 +8,8 @@ struct PassedOver {
     Index blanks = 0, firstBlank = 0;               // between rows
     Index odd = 0, firstOdd = 0, firstOddCells = 0; // rows of another number of cells
     Index shorter = 0;                              // of them those below the header that lack cells
-    Index secondNames = 0, firstSecondName = 0;
-    Index filled = 0, firstFilled = 0; // rows of fewer cells that are taken
+    Index secondNames = 0, firstSecondName = 0;     // lines of units or second names
+    Index filled = 0, firstFilled = 0;              // rows of fewer cells that are taken
 };
 
 // The header and the rows of a table, without what is around them.
@@ -28,6 +28,7 @@ public:
 private:
     bool isComment(const ImportRecord& record) const;
     bool isTitleHere(const ImportRecord& record, Index width) const;
+    bool areSecondNames(const ImportRecord& record) const;
 
     RecordReader reader_;
     ImportForm form_;

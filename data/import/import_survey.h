@@ -16,8 +16,8 @@ struct ImportSurvey {
     bool firstIsQuoted = false;    // one of them at least
     bool firstCounts = false;      // they count the rows, from 0 or 1
     Index totalLine = 0;           // of one of the last rows that the first column calls a total; 0: none
-    Index labelRows = 0,
-          firstLabelRow = 0; // rows of three cells or more whose cells behind the first are empty
+    Index labelRows = 0;           // rows of three cells or more whose cells behind the first are empty
+    Index firstLabelRow = 0;       // the line of the first of them
     Index rows = 0;
     Index widestRow = 0; // bytes of a row as it would be written, every number as it stands
     PassedOver passedOver;
